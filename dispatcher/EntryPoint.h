@@ -1,0 +1,107 @@
+// Lazy entry points: how an agent function is called without being linked.
+//
+// A group is data: its name, its library, its function names. Each source that includes a group's header has a copy of
+// the group of its own, with its own table pointer. On first use an entry point has the dispatcher load the group; from
+// then on a call is: load the table pointer, load the slot, call.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "agent/ny_agent.h"
+#include "dispatcher/LibraryEntry.h"
+
+// The agent's software id, the product of every group.
+inline constexpr char agentSoftwareId[] = "RDXAGENT3000";
+
+struct Group {
+    const char* name;
+    const char* library;
+    const char* const* names;
+    size_t count;
+    TablePointer table = nullptr;
+    uint32_t version = 0;
+};
+
+template <size_t count>
+using NameTable = std::array<const char*, count>;
+
+// The dispatcher's part of a call. What it answers does not matter to an entry point: the table pointer decides.
+void LoadGroup(Group& group) noexcept;
+void UnloadLibrary(const Group& group) noexcept;
+
+namespace entrypoint {
+
+// The name of a function of the agent's as its prototype spells it.
+template <auto function>
+consteval std::string_view NameOf() {
+#if defined(__clang__) || defined(__GNUC__)
+    const std::string_view text = __PRETTY_FUNCTION__;
+    const size_t end = text.find_first_of(";]", text.rfind("function = "));
+#else
+    const std::string_view text = __FUNCSIG__;
+    const size_t end = text.rfind(">(");
+#endif
+    const size_t last = text.find_last_not_of(' ', end - 1);
+    const size_t before = text.find_last_of(" &:<*", last);
+    return text.substr(before + 1, last - before);
+}
+
+// Its place in a name table. A name that the table lacks does not compile.
+template <size_t count>
+constexpr size_t SlotOf(std::string_view name, const NameTable<count>& names) {
+    for (size_t slot = 0; slot < count; ++slot) {
+        if (name == names[slot]) {
+            return slot;
+        }
+    }
+    throw "the group's name table lacks this function";
+}
+
+constexpr bool Contains(std::string_view name, std::string_view part) {
+    return name.find(part) != std::string_view::npos;
+}
+
+}  // namespace entrypoint
+
+template <auto function, const auto& names, Group& group>
+class EntryPoint;
+
+// Stands for one agent function, with exactly its parameters: name and signature both come from its prototype. Answers
+// what the agent answers, or NY_FUNCTION_MISSING when the function cannot be reached.
+template <class... Arguments, int32_t (*function)(Arguments...), const auto& names, Group& group>
+class EntryPoint<function, names, group> {
+public:
+    int32_t operator()(Arguments... arguments) const {
+        // Plain substring tests, kept on purpose: they match "..._set_initiator_type" as well.
+        if constexpr (entrypoint::Contains(name, "_init")) {
+            LoadGroup(group);
+        }
+        const int32_t result = Call(arguments...);
+        if constexpr (entrypoint::Contains(name, "_deinit")) {
+            UnloadLibrary(group);
+        }
+        return result;
+    }
+
+private:
+    static constexpr std::string_view name = entrypoint::NameOf<function>();
+    static constexpr size_t slot = entrypoint::SlotOf(name, names);
+
+    static int32_t Call(Arguments... arguments) {
+        void** table = group.table.load(std::memory_order_acquire);
+        if (table == nullptr) [[unlikely]] {
+            LoadGroup(group);
+            table = group.table.load(std::memory_order_acquire);
+            if (table == nullptr) {
+                return NY_FUNCTION_MISSING;
+            }
+        }
+        void* const address = table[slot];
+        if (address == nullptr) [[unlikely]] {
+            return NY_FUNCTION_MISSING;
+        }
+        return reinterpret_cast<int32_t (*)(Arguments...)>(address)(arguments...);
+    }
+};

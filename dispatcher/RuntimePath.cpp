@@ -1,0 +1,46 @@
+#include "dispatcher/RuntimePath.h"
+
+#include <windows.h>
+
+#include <cstring>
+
+#include "agent/ny_agent.h"
+#include "base/Boundary.h"
+
+namespace {
+
+constexpr char applicationsKey[] = "Software\\Corvane\\Agent\\Applications\\";
+constexpr char pathValue[] = "RuntimeSdkPath64";
+constexpr size_t pathCapacity = 512;
+
+// The value's text up to its first zero: what the registry holds need not be terminated.
+int32_t ReadPath(HKEY key, std::optional<std::string>& path) {
+    char text[pathCapacity] = {};
+    DWORD size = pathCapacity;
+    DWORD type = REG_SZ;
+    if (::RegQueryValueExA(key, pathValue, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) != ERROR_SUCCESS) {
+        return NY_RUNTIME_PATH_MISSING;
+    }
+    path.emplace(text, ::strnlen(text, size));
+    return NY_OK;
+}
+
+}  // namespace
+
+int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path) noexcept {
+    path.reset();
+    if (product == nullptr) {
+        return NY_INVALID_ARGUMENT;
+    }
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        const std::string keyName = std::string(applicationsKey) + product;
+        HKEY key = nullptr;
+        if (::RegOpenKeyExA(HKEY_LOCAL_MACHINE, keyName.c_str(), 0, KEY_READ | KEY_WOW64_32KEY, &key) !=
+            ERROR_SUCCESS) {
+            return NY_RUNTIME_PATH_MISSING;
+        }
+        const int32_t result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return ReadPath(key, path); });
+        ::RegCloseKey(key);
+        return result;
+    });
+}

@@ -1,0 +1,24 @@
+// Group "crypto" of ny_client.dll.
+#pragma once
+
+#include "dispatcher/EntryPoint.h"
+
+// In slot order.
+inline constexpr NameTable<4> cryptoNames = {
+    "ny_crypto_encrypt_data_by_type",
+    "ny_crypto_decrypt_data_by_type",
+    "ny_crypto_hash_data_by_type",
+    "ny_crypto_name",
+};
+
+namespace {
+constinit Group cryptoGroup{"crypto", "ny_client.dll", cryptoNames.data(), cryptoNames.size()};
+}
+
+namespace agent {
+
+constexpr EntryPoint<&::ny_crypto_encrypt_data_by_type, cryptoNames, cryptoGroup> ny_crypto_encrypt_data_by_type{};
+constexpr EntryPoint<&::ny_crypto_decrypt_data_by_type, cryptoNames, cryptoGroup> ny_crypto_decrypt_data_by_type{};
+constexpr EntryPoint<&::ny_crypto_hash_data_by_type, cryptoNames, cryptoGroup> ny_crypto_hash_data_by_type{};
+
+}  // namespace agent

@@ -1,0 +1,27 @@
+// Group "property" of ny_client.dll.
+#pragma once
+
+#include "dispatcher/EntryPoint.h"
+
+// In slot order.
+inline constexpr NameTable<5> propertyNames = {
+    "ny_property_register_provider_callback",
+    "ny_property_unregister_provider_callback",
+    "ny_property_send",
+    "ny_property_bag_get_type",
+    "ny_property_bag_add_property",
+};
+
+namespace {
+constinit Group propertyGroup{"property", "ny_client.dll", propertyNames.data(), propertyNames.size()};
+}
+
+namespace agent {
+
+constexpr EntryPoint<&::ny_property_register_provider_callback, propertyNames, propertyGroup>
+    ny_property_register_provider_callback{};
+constexpr EntryPoint<&::ny_property_unregister_provider_callback, propertyNames, propertyGroup>
+    ny_property_unregister_provider_callback{};
+constexpr EntryPoint<&::ny_property_bag_add_property, propertyNames, propertyGroup> ny_property_bag_add_property{};
+
+}  // namespace agent

@@ -1,0 +1,34 @@
+// Group "ny_scheduler" of ny_client.dll.
+#pragma once
+
+#include "dispatcher/EntryPoint.h"
+
+// In slot order.
+inline constexpr NameTable<11> schedulerNames = {
+    "ny_scheduler_get_version",
+    "ny_scheduler_register_task_callbacks",
+    "ny_scheduler_unregister_task_callbacks",
+    "ny_scheduler_add_task",
+    "ny_scheduler_get_task",
+    "ny_scheduler_remove_task",
+    "ny_scheduler_alter_task",
+    "ny_scheduler_update_task_status",
+    "ny_scheduler_enumerate_task",
+    "ny_scheduler_enumerate_task_release",
+    "ny_scheduler_postpone_task",
+};
+
+namespace {
+constinit Group schedulerGroup{"ny_scheduler", "ny_client.dll", schedulerNames.data(), schedulerNames.size()};
+}
+
+namespace agent {
+
+constexpr EntryPoint<&::ny_scheduler_register_task_callbacks, schedulerNames, schedulerGroup>
+    ny_scheduler_register_task_callbacks{};
+constexpr EntryPoint<&::ny_scheduler_unregister_task_callbacks, schedulerNames, schedulerGroup>
+    ny_scheduler_unregister_task_callbacks{};
+constexpr EntryPoint<&::ny_scheduler_update_task_status, schedulerNames, schedulerGroup>
+    ny_scheduler_update_task_status{};
+
+}  // namespace agent

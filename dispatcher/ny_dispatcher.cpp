@@ -1,0 +1,115 @@
+// The operations of the bridge's dispatcher: what DispatcherLoad and its siblings do under the lock.
+#include <cstring>
+
+#include "agent/ny_agent.h"
+#include "base/Boundary.h"
+#include "dispatcher/Dispatcher.h"
+
+namespace {
+
+// Calls slot `slot` of an object's operations: NY_INVALID_ARGUMENT without operations, NY_UNEXPECTED for an empty slot.
+template <class Object, class Slot, class... Arguments>
+int32_t CallSlot(Object& object, Slot slot, Arguments&&... arguments) {
+    if (object.operations == nullptr) {
+        return NY_INVALID_ARGUMENT;
+    }
+    const auto operation = object.operations->*slot;
+    return operation != nullptr ? operation(object, std::forward<Arguments>(arguments)...) : NY_UNEXPECTED;
+}
+
+int32_t Report(const DispatcherLog& log, const char* step, int32_t result) noexcept {
+    if (result != NY_OK) {
+        log.Write(SeverityFailure, "%s failed <%d>", step, static_cast<int>(result));
+    }
+    return result;
+}
+
+int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& request, const DispatcherLog& log) {
+    if (request.table->load(std::memory_order_acquire) != nullptr) {
+        log.Write(SeverityDetail, "sym_addr_table is not null");
+        return NY_OK;
+    }
+    log.Write(SeverityDetail, "ny_grouper_load_sym_table");
+    // However often a library is loaded, loading keeps one reference: one unload closes it.
+    if (entry.references.load() > 1) {
+        --entry.references;
+    }
+    return Report(log, "ny_grouper_load_sym_table",
+                  CallSlot(member, &MemberOperations::load_sym_table, request.library, request.names, request.table,
+                           request.count, log));
+}
+
+// From the member on; the product is one.
+int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) {
+    const DispatcherLog& log = dispatcher.log;
+    Member* member = nullptr;
+    int32_t result = CallSlot(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
+    if (Report(log, "ny_grouper_find_member for product", result) != NY_OK) {
+        return result;
+    }
+    result = CallSlot(*member, &MemberOperations::add_library, request.library, log);
+    if (Report(log, "ny_grouper_add_member library", result) != NY_OK) {
+        return result;
+    }
+    LibraryEntry* entry = nullptr;
+    result = CallSlot(*member, &MemberOperations::find_library, request.library, &entry);
+    if (Report(log, "ny_grouper_find_member library", result) != NY_OK) {
+        return result;
+    }
+    result = LoadTable(*member, *entry, request, log);
+    if (result == NY_OK && request.version != nullptr && *request.version == 0) {
+        entry->LoadVersion(request.group != nullptr ? request.group : "", *request.version, log);
+    }
+    return result;
+}
+
+int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) {
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        if (defaultPath != nullptr) {
+            dispatcher.grouper.defaultPath = defaultPath;
+        }
+        dispatcher.grouper.operations = &grouperOperations;
+        return NY_OK;
+    });
+}
+
+int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) {
+    if (dispatcher == nullptr || request.product == nullptr || request.library == nullptr ||
+        request.names == nullptr || request.table == nullptr || request.count == 0) {
+        return NY_INVALID_ARGUMENT;
+    }
+    const DispatcherLog& log = dispatcher->log;
+    log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
+              request.group != nullptr ? request.group : "(null)", request.product, request.library);
+    int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::add_member, request.product);
+    if (Report(log, "ny_grouper_add_member", result) != NY_OK) {
+        return result;
+    }
+    result = LoadFromMember(*dispatcher, request);
+    log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
+    return result;
+}
+
+int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const char* library) {
+    if (dispatcher == nullptr) {
+        return NY_INVALID_ARGUMENT;
+    }
+    if (product == nullptr || library == nullptr) {
+        return NY_LIBRARY_UNLOAD;
+    }
+    Member* member = nullptr;
+    const int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::find_member, product, &member);
+    return result == NY_OK ? CallSlot(*member, &MemberOperations::remove_library, library, dispatcher->log) : result;
+}
+
+void ny_dispatcher_deinit(Dispatcher& dispatcher) {
+    const GrouperOperations* operations = dispatcher.grouper.operations;
+    if (operations != nullptr && operations->release != nullptr) {
+        operations->release(dispatcher.grouper, dispatcher.log);
+    }
+}
+
+}  // namespace
+
+const DispatcherOperations dispatcherOperations = {ny_dispatcher_init, ny_dispatcher_load, ny_dispatcher_unload,
+                                                   ny_dispatcher_deinit};

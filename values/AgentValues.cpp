@@ -1,0 +1,80 @@
+#include "values/AgentValues.h"
+
+#include "dispatcher/groups/BufferGroup.h"
+#include "dispatcher/groups/VariantGroup.h"
+#include "values/AgentException.h"
+
+using corvane::ny::utils::Check;
+
+std::string NarrowFromVariant(ny_variant_t* variant) {
+    BufferOwner buffer;
+    Check(agent::ny_variant_get_string_buffer(variant, buffer.Out()));
+    const char* text = nullptr;
+    size_t length = 0;
+    size_t ignored = 0;
+    // The agent's contract: the length of the first call, the text of the second.
+    Check(agent::ny_buffer_get_string(buffer.Get(), &text, &length));
+    Check(agent::ny_buffer_get_string(buffer.Get(), &text, &ignored));
+    return text != nullptr ? std::string(text, length) : std::string();
+}
+
+std::wstring WideFromVariant(ny_variant_t* variant) {
+    WideBufferOwner buffer;
+    Check(agent::ny_variant_get_wstring_buffer(variant, buffer.Out()));
+    const wchar_t* text = nullptr;
+    size_t length = 0;
+    size_t ignored = 0;
+    Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &length));
+    Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &ignored));
+    return text != nullptr ? std::wstring(text, length) : std::wstring();
+}
+
+VariantOwner VariantFromNarrow(std::string_view text) {
+    VariantOwner variant;
+    Check(agent::ny_variant_create_from_string(text.data(), text.size(), variant.Out()));
+    return variant;
+}
+
+VariantOwner VariantFromWide(std::wstring_view text) {
+    VariantOwner variant;
+    Check(agent::ny_variant_create_from_wstring(text.data(), text.size(), variant.Out()));
+    return variant;
+}
+
+std::wstring WideFromNarrow(std::string_view text) {
+    return WideFromVariant(VariantFromNarrow(text).Get());
+}
+
+std::string NarrowFromWide(std::wstring_view text) {
+    return NarrowFromVariant(VariantFromWide(text).Get());
+}
+
+TableOwner TableFromVariant(ny_variant_t* variant) {
+    TableOwner table;
+    Check(agent::ny_variant_get_table(variant, table.Out()));
+    return table;
+}
+
+VariantOwner TableValue(ny_table_t* table, const wchar_t* key) {
+    VariantOwner value;
+    Check(agent::ny_table_get_wvalue(table, key, value.Out()));
+    return value;
+}
+
+ArrayOwner TableKeys(ny_table_t* table) {
+    ArrayOwner keys;
+    Check(agent::ny_table_get_keys(table, keys.Out()));
+    return keys;
+}
+
+size_t ArraySize(ny_array_t* array) {
+    size_t size = 0;
+    Check(agent::ny_array_size(array, &size));
+    return size;
+}
+
+VariantOwner ArrayElement(ny_array_t* array, size_t index) {
+    VariantOwner element;
+    Check(agent::ny_array_get_element_at(array, index, element.Out()));
+    return element;
+}

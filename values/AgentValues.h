@@ -1,0 +1,27 @@
+// Conversions between the agent's values and standard strings. Each raises corvane::ny::utils::exception with the first
+// code that the agent answers other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "values/AgentHandle.h"
+
+// A variant's text, with its exact length: zeros in it are kept.
+std::string NarrowFromVariant(ny_variant_t* variant);
+std::wstring WideFromVariant(ny_variant_t* variant);
+
+// A text variant with the text's own length.
+VariantOwner VariantFromNarrow(std::string_view text);
+VariantOwner VariantFromWide(std::wstring_view text);
+
+// UTF-8 to UTF-16 and back, the agent's way: through a variant.
+std::wstring WideFromNarrow(std::string_view text);
+std::string NarrowFromWide(std::wstring_view text);
+
+TableOwner TableFromVariant(ny_variant_t* variant);
+VariantOwner TableValue(ny_table_t* table, const wchar_t* key);
+ArrayOwner TableKeys(ny_table_t* table);
+size_t ArraySize(ny_array_t* array);
+VariantOwner ArrayElement(ny_array_t* array, size_t index);
