@@ -15,7 +15,8 @@ void DispatcherLog::Write(LogSeverity severity, const char* format, ...) const n
     char line[logLineCapacity] = {};
     va_list arguments;
     va_start(arguments, format);
-    std::vsnprintf(line, sizeof line - 1, format, arguments);
+    std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
+    line[sizeof line - 1] = '\0';
     sink(severity, "dispatcher", line, userData);
 }

@@ -1,0 +1,21 @@
+#include "msgbus/ServiceFactory.h"
+
+#include "property/VsMsgbusPropertyProvider.h"
+
+VsMsgbusIoPointer CreateService(int32_t kind, ny_client_t* client) {
+    switch (kind) {
+        case IoKindProperty:
+            return std::make_shared<VsMsgbusPropertyProvider>(client);
+        default:
+            return nullptr;
+    }
+}
+
+bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
+    switch (kind) {
+        case IoKindProperty:
+            return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
+        default:
+            return false;
+    }
+}

@@ -1,0 +1,74 @@
+#include "msgbus/BridgeLog.h"
+
+#include <memory>
+#include <mutex>
+#include <utility>
+
+#include "base/Boundary.h"
+#include "base/CallGate.h"
+
+namespace {
+
+struct SinkInUse {
+    explicit SinkInUse(VsKitMsgbus::ILogSink* logSink) : sink(logSink) {}
+
+    VsKitMsgbus::ILogSink* const sink;
+    CallGate gate;
+};
+
+std::mutex sinkLock;
+std::shared_ptr<SinkInUse> currentSink;
+
+std::shared_ptr<SinkInUse> CopySink() {
+    const std::lock_guard guard(sinkLock);
+    return currentSink;
+}
+
+}  // namespace
+
+bool OfferLogSink(VsKitMsgbus::ILogSink* sink) {
+    if (sink == nullptr || CurrentLogSink() != nullptr) {
+        return false;
+    }
+    auto offered = std::make_shared<SinkInUse>(sink);
+    const std::lock_guard guard(sinkLock);
+    if (currentSink != nullptr) {
+        return false;
+    }
+    currentSink = std::move(offered);
+    return true;
+}
+
+void ClearLogSink() noexcept {
+    Guarded([] {
+        std::shared_ptr<SinkInUse> cleared;
+        {
+            const std::lock_guard guard(sinkLock);
+            cleared.swap(currentSink);
+        }
+        if (cleared != nullptr) {
+            cleared->gate.Close();
+            cleared->gate.WaitForOthers();
+        }
+    });
+}
+
+VsKitMsgbus::ILogSink* CurrentLogSink() noexcept {
+    return Guarded<VsKitMsgbus::ILogSink*>(nullptr, [] {
+        const auto sink = CopySink();
+        return sink != nullptr ? sink->sink : nullptr;
+    });
+}
+
+void WriteBridgeLog(const VsKit::CUniStream& text) noexcept {
+    Guarded([&] {
+        const auto sink = CopySink();
+        if (sink == nullptr || text.Text().empty()) {
+            return;
+        }
+        const CallGate::Call call(sink->gate);
+        if (call) {
+            sink->sink->Write(bridgeLogLevel, text.Text().c_str());
+        }
+    });
+}

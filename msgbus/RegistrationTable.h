@@ -1,0 +1,97 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <utility>
+
+#include "base/CallGate.h"
+#include "base/OwnerLock.h"
+
+// What modules registered, by product id: the table that the exports write and the service objects look into.
+//
+// The first registration of an id wins. The table's lock is held for the look-up, insertion or removal alone, never
+// while a module runs. A record in use is shared by its users: Remove takes it out of the table at once, then waits until
+// the module is done with it on other threads.
+//
+// `Record` has a Lock() that lets one call at a time into the module.
+template <class Record>
+class RegistrationTable {
+public:
+    // Registers a record made of `arguments`, unless the id has one: the new record is then dropped. Raises
+    // std::bad_alloc.
+    template <class... Arguments>
+    void Set(const wchar_t* productId, Arguments&&... arguments) {
+        auto entry = std::make_shared<Entry>(std::forward<Arguments>(arguments)...);
+        std::wstring key(productId);
+        const std::lock_guard guard(lock);
+        entries.try_emplace(std::move(key), std::move(entry));
+    }
+
+    // No call into the module begins any more; those that run on other threads are waited for, at most 15 seconds.
+    // Returns at once when the calling thread is inside a call of this record.
+    void Remove(std::wstring_view productId) {
+        const EntryPointer removed = Take(productId);
+        if (removed != nullptr) {
+            removed->gate.Close();
+            removed->gate.WaitForOthers();
+        }
+    }
+
+    // Calls `use(record, wasRemoved)` for the id's record, with the record's lock held; `wasRemoved()` tells, within
+    // that call, whether the module has taken its registration back. False when the id has no record.
+    template <class Use>
+    bool With(std::wstring_view productId, Use&& use) {
+        const EntryPointer entry = Find(productId);
+        if (entry == nullptr) {
+            return false;
+        }
+        const std::lock_guard recordGuard(entry->record.Lock());
+        // Only now: who removes the record waits for calls in the module, not for those that wait for their turn.
+        const CallGate::Call call(entry->gate);
+        if (!call) {
+            return false;
+        }
+        use(entry->record, [&entry] { return entry->gate.IsClosed(); });
+        return true;
+    }
+
+private:
+    struct Entry {
+        template <class... Arguments>
+        explicit Entry(Arguments&&... arguments) : record(std::forward<Arguments>(arguments)...) {}
+
+        Record record;
+        CallGate gate;
+    };
+    using EntryPointer = std::shared_ptr<Entry>;
+
+    // Look-ups by text alone: finding a record allocates nothing.
+    struct Hash {
+        using is_transparent = void;
+        size_t operator()(std::wstring_view text) const noexcept { return std::hash<std::wstring_view>{}(text); }
+    };
+
+    EntryPointer Find(std::wstring_view productId) {
+        const std::lock_guard guard(lock);
+        const auto found = entries.find(productId);
+        return found != entries.end() ? found->second : nullptr;
+    }
+
+    EntryPointer Take(std::wstring_view productId) {
+        const std::lock_guard guard(lock);
+        const auto found = entries.find(productId);
+        if (found == entries.end()) {
+            return nullptr;
+        }
+        EntryPointer taken = std::move(found->second);
+        entries.erase(found);
+        return taken;
+    }
+
+    OwnerLock lock;
+    std::unordered_map<std::wstring, EntryPointer, Hash, std::equal_to<>> entries;
+};

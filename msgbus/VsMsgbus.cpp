@@ -1,0 +1,211 @@
+#include "msgbus/VsMsgbus.h"
+
+#include <string_view>
+#include <utility>
+
+#include "base/Boundary.h"
+#include "msgbus/BridgeLog.h"
+#include "msgbus/ServiceFactory.h"
+#include "values/AgentException.h"
+#include "values/CUniStream.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::utils::Check;
+using VsKit::CUniStream;
+
+namespace {
+
+std::atomic<VsMsgbus*> currentBridge = nullptr;
+
+// In the order in which Start creates the service objects, and in which a product is attached to them.
+constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
+constexpr int32_t attachOrder[] = {IoKindProperty, IoKindPolicy, IoKindTask, IoKindUpdate};
+
+// What the agent's client is given as its log callback.
+int32_t LogToRecord(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
+    return Guarded<int32_t>(NY_UNEXPECTED, [&]() -> int32_t {
+        const auto* record = static_cast<VsMsgbusClientRecord*>(userData);
+        if (record->logger != nullptr) {
+            record->logger->Log(static_cast<int32_t>(severity), module, message);
+        }
+        return NY_OK;
+    });
+}
+
+// What the agent's client is given as its notification callback.
+void NotifyHandler(NyClient* client, uint32_t state, void* userData) noexcept {
+    Guarded([&] {
+        VsMsgbusClientRecord record;
+        record.client = client;
+        static_cast<corvane::ny::notification_handler*>(userData)->OnNotification(record, static_cast<int32_t>(state));
+    });
+}
+
+// Each byte becomes one character of its own, sign and all: agent log lines are not converted.
+std::wstring WidenBytes(const char* text) {
+    std::wstring wide;
+    for (; text != nullptr && *text != '\0'; ++text) {
+        wide.push_back(static_cast<wchar_t>(static_cast<signed char>(*text)));
+    }
+    return wide;
+}
+
+}  // namespace
+
+VsMsgbus* CurrentBridge() noexcept {
+    return currentBridge.load();
+}
+
+VsMsgbus* PublishBridge(VsMsgbus* created) noexcept {
+    VsMsgbus* present = nullptr;
+    return currentBridge.compare_exchange_strong(present, created) ? created : present;
+}
+
+void WithdrawBridge(VsMsgbus* instance) noexcept {
+    currentBridge.compare_exchange_strong(instance, nullptr);
+}
+
+VsMsgbus::VsMsgbus(const char* productId) {
+    RunOrDropText([&] { CreateClient(productId); },
+                  [](CUniStream& text, const char* what) {
+                      text << L"VsMsgbus client creation failed, exception:[" << what << L"]";
+                  });
+}
+
+VsMsgbus::~VsMsgbus() {
+    const bool mayStillBeCalled = HasClient() && clientRecord->client->isHandlerLost;
+    clientRecord.reset();
+    WithdrawBridge(this);
+    if (mayStillBeCalled) {
+        // The agent holds on to a client, and through it to these objects: they stay for good.
+        static std::mutex keptLock;
+        static RetiredIos kept;
+        const std::lock_guard guard(keptLock);
+        kept.merge(retiredIos);
+    }
+}
+
+void VsMsgbus::CreateClient(const char* productId) {
+    auto record = std::make_unique<VsMsgbusClientRecord>();
+    record->isOwned = 1;
+    Check(NyClientCreate(productId, record.get()));
+    clientRecord = std::move(record);
+    clientRecord->logger = this;
+    Check(NyClientSetLogCallback(clientRecord->client, LogToRecord, clientRecord.get()));
+}
+
+void VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {
+    const std::lock_guard guard(productsLock);
+    products.try_emplace(productId, serviceMask);
+}
+
+void VsMsgbus::RemoveProduct(const std::string& productId) {
+    const std::lock_guard guard(productsLock);
+    products.erase(productId);
+}
+
+bool VsMsgbus::HasProducts() {
+    const std::lock_guard guard(productsLock);
+    return !products.empty();
+}
+
+bool VsMsgbus::HasProduct(std::string_view productId) {
+    const std::lock_guard guard(productsLock);
+    return products.contains(productId);
+}
+
+VsMsgbus::ProductTable VsMsgbus::CopyProducts() {
+    const std::lock_guard guard(productsLock);
+    return products;
+}
+
+void VsMsgbus::AttachProduct(const std::string& productId, uint32_t serviceMask) {
+    for (const int32_t kind : attachOrder) {
+        if ((serviceMask & static_cast<uint32_t>(kind)) != 0) {
+            AttachProductToIo(kind, productId);
+        }
+    }
+}
+
+void VsMsgbus::AttachProductToIo(int32_t kind, const std::string& productId) {
+    const VsMsgbusIoMap copy = CopyIos();
+    const auto found = copy.find(kind);
+    if (found != copy.end() && found->second != nullptr && IsServiceOfKind(kind, *found->second)) {
+        found->second->RegisterProduct(productId);
+    }
+}
+
+void VsMsgbus::RegisterForNotifications() noexcept {
+    RunOrDropText(
+        [&] {
+            corvane::ny::notification_handler* const handler = this;
+            Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, handler));
+        },
+        [](CUniStream& text, const char* what) {
+            text << L"Failed to register for VsMsgbus client notification, exception:[" << what << L"]";
+        });
+}
+
+void VsMsgbus::UnregisterForNotifications() noexcept {
+    RunOrDropText([&] { Check(NyClientUnregisterNotifications(clientRecord->client)); },
+                  [](CUniStream& text, const char* what) {
+                      text << L"Failed to unregister for VsMsgbus client notification due to, exception:[" << what
+                           << L"]";
+                  });
+}
+
+void VsMsgbus::OnNotification(VsMsgbusClientRecord& /*record*/, int32_t type) {
+    DropText([&](CUniStream& text) {
+        text << L"VsMsgbus received client notification with type :[" << type << L"]";
+    });
+    if (type == static_cast<int32_t>(NyClientStateStarted)) {
+        Start();
+    } else if (type == static_cast<int32_t>(NyClientStateStopped)) {
+        Stop();
+    }
+}
+
+void VsMsgbus::Log(int32_t severity, const char* module, const char* message) {
+    if (severity != static_cast<int32_t>(SeverityFailure)) {
+        return;
+    }
+    CUniStream text;
+    text << L"NY log message, [" << WidenBytes(module) << L"] " << WidenBytes(message);
+    WriteBridgeLog(text);
+}
+
+int32_t VsMsgbus::GetPassphrase(unsigned char* /*passphrase*/, size_t* /*size*/) {
+    return 0;
+}
+
+void VsMsgbus::Start() noexcept {
+    RunOrDropText(
+        [&] {
+            Check(NyClientStart(clientRecord->client));
+            CreateServices();
+            AttachEnteredProducts();
+            started = 1;
+        },
+        [](CUniStream& text, const char* what) {
+            text << L"Failed to start VsMsgbus, exception:[" << what << L"]";
+        });
+}
+
+void VsMsgbus::CreateServices() {
+    for (const int32_t kind : creationOrder) {
+        if (VsMsgbusIoPointer io = CreateService(kind, clientRecord->client->clientHandler.load())) {
+            AddIo(kind, std::move(io));
+        }
+    }
+}
+
+// A product that leaves while it is being attached has looked at the services before or after this: before, and the
+// table tells it here; after, and it ends the registration itself.
+void VsMsgbus::AttachEnteredProducts() {
+    for (const auto& [productId, serviceMask] : CopyProducts()) {
+        AttachProduct(productId, serviceMask);
+        if (!HasProduct(productId)) {
+            StopIosForProduct(productId);
+        }
+    }
+}

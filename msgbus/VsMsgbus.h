@@ -1,0 +1,87 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "msgbus/AgentCallbacks.h"
+#include "msgbus/VsMsgbusClientRecord.h"
+#include "msgbus/VsMsgbusIoContainer.h"
+
+// The bridge instance: one per process, shared by all products in it. It owns the agent client, the service objects and
+// the table of entered products, and starts and stops the services as the agent comes and goes.
+//
+// Entry and Exit reach it on modules' threads, Start and Stop run on the watcher's (or, within Entry and the last Exit,
+// on the module's).
+class VsMsgbus : public VsMsgbusIoContainer,
+                 public corvane::ny::notification_handler,
+                 public corvane::ny::client_logger,
+                 public corvane::ny::passphrase_provider {
+public:
+    // Creates the agent client for the product id. A failure leaves an instance without a client, see HasClient.
+    explicit VsMsgbus(const char* productId);
+    ~VsMsgbus() override;
+    VsMsgbus(const VsMsgbus&) = delete;
+    VsMsgbus& operator=(const VsMsgbus&) = delete;
+
+    bool HasClient() const noexcept { return clientRecord != nullptr && clientRecord->client != nullptr; }
+    VsMsgbusClientRecord* ClientRecord() const noexcept { return clientRecord.get(); }
+    bool IsStarted() const noexcept { return started.load() != 0; }
+
+    // Enters a product; one that is entered keeps its mask.
+    void AddProduct(const std::string& productId, uint32_t serviceMask);
+    void RemoveProduct(const std::string& productId);
+    bool HasProduct(std::string_view productId);
+    bool HasProducts();
+
+    // Attaches the product to every service of the mask that exists. Raises the agent exception when the agent refuses.
+    void AttachProduct(const std::string& productId, uint32_t serviceMask);
+    // Ends the product's registration with every service; a refusal does not keep the others.
+    void StopIosForProduct(const std::string& productId);
+
+    void RegisterForNotifications() noexcept;
+    void UnregisterForNotifications() noexcept;
+
+    // corvane::ny::notification_handler: type 1 starts, type 0 stops, others do nothing.
+    void OnNotification(VsMsgbusClientRecord& record, int32_t type) override;
+    // corvane::ny::client_logger: passes the agent's error lines on to the process's log sink.
+    void Log(int32_t severity, const char* module, const char* message) override;
+    // corvane::ny::passphrase_provider: supplies none.
+    int32_t GetPassphrase(unsigned char* passphrase, size_t* size) override;
+
+private:
+    using ProductTable = std::map<std::string, uint32_t, std::less<>>;
+    using RetiredIos = std::multimap<int32_t, VsMsgbusIoPointer>;
+
+    void CreateClient(const char* productId);
+    void Start() noexcept;
+    void Stop() noexcept;
+    void CreateServices();
+    void AttachEnteredProducts();
+    void AttachProductToIo(int32_t kind, const std::string& productId);
+    // Unregisters (the product, then whatever else is left) and destroys every service object. Without a product: the
+    // last one has left already.
+    void ReleaseAllIos(const std::string* productId);
+    static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
+
+    ProductTable CopyProducts();
+
+    std::unique_ptr<VsMsgbusClientRecord> clientRecord;
+    std::mutex productsLock;  // held for the insertion, removal or copy alone
+    ProductTable products;
+    std::atomic<uint8_t> started = 0;
+    // Service objects that the agent did not let go of: it may call them until its client is gone.
+    RetiredIos retiredIos;
+};
+
+// The process-wide instance, null until the first successful Entry and again after the last Exit.
+VsMsgbus* CurrentBridge() noexcept;
+// Makes `created` the process-wide instance unless there is one; returns the one there is.
+VsMsgbus* PublishBridge(VsMsgbus* created) noexcept;
+// Takes it back, if it is this one.
+void WithdrawBridge(VsMsgbus* instance) noexcept;

@@ -1,0 +1,30 @@
+#include "msgbus/VsMsgbusIoContainer.h"
+
+#include <utility>
+
+#include "agent/ny_agent.h"
+#include "values/AgentException.h"
+
+void VsMsgbusIoContainer::AddIo(int32_t kind, VsMsgbusIoPointer io) {
+    if (FindIo(kind) != nullptr) {
+        throw corvane::ny::utils::exception(NY_ALREADY_EXISTS);
+    }
+    const std::lock_guard guard(mutex);
+    ios[kind] = std::move(io);
+}
+
+VsMsgbusIo* VsMsgbusIoContainer::FindIo(int32_t kind) {
+    const std::lock_guard guard(mutex);
+    const auto found = ios.find(kind);
+    return found != ios.end() ? found->second.get() : nullptr;
+}
+
+VsMsgbusIoMap VsMsgbusIoContainer::CopyIos() {
+    const std::lock_guard guard(mutex);
+    return ios;
+}
+
+VsMsgbusIoMap VsMsgbusIoContainer::TakeIos() {
+    const std::lock_guard guard(mutex);
+    return std::exchange(ios, {});
+}

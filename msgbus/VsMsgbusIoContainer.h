@@ -1,0 +1,37 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <mutex>
+
+#include "msgbus/VsMsgbusIo.h"
+
+using VsMsgbusIoPointer = std::shared_ptr<VsMsgbusIo>;
+using VsMsgbusIoMap = std::map<int32_t, VsMsgbusIoPointer>;
+
+class VsMsgbusIoContainerInterface {
+public:
+    virtual ~VsMsgbusIoContainerInterface() = default;
+    virtual void AddIo(int32_t kind, VsMsgbusIoPointer io) = 0;
+    virtual VsMsgbusIo* FindIo(int32_t kind) = 0;
+};
+
+// The service objects by kind, in ascending order. Its lock is held for the look-up, insertion or copy alone, so that
+// one thread may use the objects while another takes them away.
+class VsMsgbusIoContainer : public VsMsgbusIoContainerInterface {
+public:
+    // Raises the agent exception with NY_ALREADY_EXISTS when the kind is present; a null entry counts as absent.
+    void AddIo(int32_t kind, VsMsgbusIoPointer io) override;
+
+    // The object, or null. Valid until the bridge stops; to use it beside a Stop on another thread, copy the map.
+    VsMsgbusIo* FindIo(int32_t kind) override;
+
+    VsMsgbusIoMap CopyIos();
+    // Leaves the container empty.
+    VsMsgbusIoMap TakeIos();
+
+private:
+    std::mutex mutex;
+    VsMsgbusIoMap ios;
+};

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include "VsMsgbus/CollectProperties.h"
+#include "VsMsgbus/LogSink.h"
+#include "agent/ny_agent.h"
+#include "base/OwnerLock.h"
+#include "values/CUniStream.h"
+
+// A module's registered collector, and the setter that the module is handed during a collection.
+class CTheCollectProperties : public VsKitMsgbus::INYCollectProperties::ISet {
+public:
+    CTheCollectProperties(VsKitMsgbus::INYCollectProperties* moduleCollector, VsKitMsgbus::ILogSink* moduleSink) noexcept
+        : sink(moduleSink), collector(moduleCollector) {}
+
+    bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
+
+    // Has the module set its properties into `bag`. Called with Lock() held. `wasRemoved()` tells whether the module
+    // took the collector back meanwhile: it is then not asked for its level.
+    template <class WasRemoved>
+    void Collect(ny_property_bag_t* agentBag, WasRemoved&& wasRemoved) {
+        const BagInUse bagInUse(*this, agentBag);
+        collector->CollectProperties(true, this);
+        if (!wasRemoved()) {
+            logLevel = collector->GetLogLevel();
+        }
+    }
+
+    OwnerLock& Lock() noexcept { return lock; }
+
+private:
+    // The bag is set for one collection, however that ends.
+    class BagInUse {
+    public:
+        BagInUse(CTheCollectProperties& owner, ny_property_bag_t* agentBag) noexcept : collectProperties(owner) {
+            collectProperties.bag = agentBag;
+        }
+        ~BagInUse() { collectProperties.bag = nullptr; }
+        BagInUse(const BagInUse&) = delete;
+        BagInUse& operator=(const BagInUse&) = delete;
+
+    private:
+        CTheCollectProperties& collectProperties;
+    };
+
+    template <class Compose>
+    void Trace(Compose&& compose) const noexcept;
+    void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
+
+    std::atomic<int32_t> logLevel = 0;
+    VsKitMsgbus::ILogSink* const sink;
+    std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection
+    VsKitMsgbus::INYCollectProperties* const collector;
+    OwnerLock lock;
+};

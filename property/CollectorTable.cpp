@@ -1,0 +1,6 @@
+#include "property/CollectorTable.h"
+
+RegistrationTable<CTheCollectProperties>& CollectorTable() {
+    static RegistrationTable<CTheCollectProperties> table;
+    return table;
+}
