@@ -2,7 +2,7 @@
 
 #include "property/VsMsgbusPropertyProvider.h"
 
-VsMsgbusIoPointer CreateService(int32_t kind, ny_client_t* client) {
+VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
     switch (kind) {
         case IoKindProperty:
             return std::make_shared<VsMsgbusPropertyProvider>(client);

@@ -193,7 +193,7 @@ void VsMsgbus::Start() noexcept {
 
 void VsMsgbus::CreateServices() {
     for (const int32_t kind : creationOrder) {
-        if (VsMsgbusIoPointer io = CreateService(kind, clientRecord->client->clientHandler.load())) {
+        if (VsMsgbusIoPointer io = MakeService(kind, clientRecord->client->clientHandler.load())) {
             AddIo(kind, std::move(io));
         }
     }
