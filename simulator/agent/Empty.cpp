@@ -1,0 +1,1 @@
+// Nothing: a library with the agent's name and none of its functions.

@@ -1,0 +1,11 @@
+#include "Agent.h"
+
+namespace simulator {
+
+Agent& TheAgent() {
+    // Never destroyed: a process may end while agent threads are still in callbacks.
+    static Agent* const agent = new Agent;
+    return *agent;
+}
+
+}  // namespace simulator

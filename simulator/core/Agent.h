@@ -1,0 +1,26 @@
+// The state of the simulated agent.
+#pragma once
+
+#include "CallRecord.h"
+#include "ClientTable.h"
+#include "FaultTable.h"
+#include "HandleTable.h"
+#include "HookTable.h"
+#include "MisuseLog.h"
+
+namespace simulator {
+
+// Each part guards itself; no two of their locks are ever held together.
+struct Agent {
+    CallRecord calls;
+    FaultTable faults;
+    HookTable hooks;
+    MisuseLog misuse;
+    HandleTable handles;
+    ClientTable clients;
+};
+
+// The one agent of this process.
+Agent& TheAgent();
+
+}  // namespace simulator

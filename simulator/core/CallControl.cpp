@@ -1,0 +1,64 @@
+// Control functions: faults, hooks, the call record and handles.
+#include "Agent.h"
+#include "FunctionName.h"
+#include "Guarded.h"
+#include "ny_simulator.h"
+
+using namespace simulator;
+
+namespace {
+
+// A fault or a hook for a name that is never called, a misspelt one say, must not pass for one that is in force.
+void RequireSimulated(const char* function) {
+    Require(function != nullptr);
+    if (!IsSimulated(function)) {
+        throw Failure{NY_SIM_NOT_SIMULATED};
+    }
+}
+
+}  // namespace
+
+void ny_sim_reset(void) {
+    Agent& agent = TheAgent();
+    agent.faults.Clear();
+    agent.hooks.Clear();
+    agent.calls.Clear();
+    agent.misuse.Clear();
+}
+
+int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {
+    return Guarded("ny_sim_fail_call", [&] {
+        RequireSimulated(function);
+        Require(nth != 0 && (mode == NY_SIM_ONCE || mode == NY_SIM_FROM_THEN_ON));
+        TheAgent().faults.Set(function, nth, code, mode);
+    });
+}
+
+void ny_sim_clear_faults(void) { TheAgent().faults.Clear(); }
+
+int32_t ny_sim_set_hook(const char* function, ny_sim_hook_t hook, void* userData) {
+    return Guarded("ny_sim_set_hook", [&] {
+        RequireSimulated(function);
+        TheAgent().hooks.Set(function, hook, userData);
+    });
+}
+
+size_t ny_sim_call_count(const char* function) { return TheAgent().calls.Count(function); }
+
+int32_t ny_sim_get_call(size_t index, ny_sim_call_t* out) {
+    return Guarded("ny_sim_get_call", [&] {
+        const auto call = TheAgent().calls.At(index);
+        Require(call && out != nullptr);
+        *out = *call;
+    });
+}
+
+void ny_sim_clear_calls(void) { TheAgent().calls.Clear(); }
+
+size_t ny_sim_live_handles(ny_sim_handle_kind kind) {
+    return TheAgent().handles.CountOwned(static_cast<HandleKind>(kind));
+}
+
+size_t ny_sim_misuse_count(void) { return TheAgent().misuse.Count(); }
+
+const char* ny_sim_last_misuse(void) { return TheAgent().misuse.Last(); }

@@ -1,0 +1,16 @@
+#include "Client.h"
+
+namespace simulator {
+
+ClientSettings Client::Settings() const {
+    const std::lock_guard lock(mutex);
+    return settings;
+}
+
+void Client::EndCallbacks() {
+    logGate.Close();
+    propertyProviders.EndAll();
+    logGate.WaitForOthers();
+}
+
+}  // namespace simulator

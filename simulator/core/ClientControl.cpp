@@ -1,0 +1,60 @@
+// Control functions: clients and what the agent does to all of them.
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
+#include "Agent.h"
+#include "AgentThread.h"
+#include "Client.h"
+#include "Guarded.h"
+#include "Signal.h"
+#include "ny_simulator.h"
+
+using namespace simulator;
+
+namespace {
+
+void Log(Client& client, uint32_t severity, const char* module, const char* message) {
+    const LogCallback callback = client.Settings().logCallback;
+    if (const CallbackPass pass(client.logGate); pass && callback.call != nullptr) {
+        callback.call(severity, module, message, callback.userData);
+    }
+}
+
+}  // namespace
+
+size_t ny_sim_started_clients(void) {
+    const auto clients = TheAgent().clients.All();
+    return static_cast<size_t>(
+        std::count_if(clients.begin(), clients.end(), [](const auto& client) { return client->started.load(); }));
+}
+
+int32_t ny_sim_has_property_provider(const char* productId) {
+    if (productId == nullptr) {
+        return 0;
+    }
+    const auto clients = TheAgent().clients.All();
+    return std::any_of(clients.begin(), clients.end(),
+                       [productId](const auto& client) { return client->propertyProviders.Find(productId) != nullptr; })
+               ? 1
+               : 0;
+}
+
+int32_t ny_sim_emit_log(uint32_t severity, const char* module, const char* message) {
+    return Guarded("ny_sim_emit_log", [&] {
+        Require(module != nullptr && message != nullptr);
+        auto clients = TheAgent().clients.All();
+        std::erase_if(clients, [](const auto& client) { return client->Settings().logCallback.call == nullptr; });
+        if (clients.empty()) {
+            throw Failure{NY_SIM_NOT_REGISTERED};
+        }
+        const auto done = std::make_shared<Signal>();
+        StartAgentThread([=] {
+            for (const auto& client : clients) {
+                Log(*client, severity, module, message);
+            }
+            done->Set();
+        });
+        done->Wait();
+    });
+}

@@ -1,0 +1,26 @@
+// The clients that were created and not yet released.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+namespace simulator {
+
+class Client;
+
+class ClientTable {
+public:
+    using Clients = std::vector<std::shared_ptr<Client>>;
+
+    void Add(std::shared_ptr<Client> client);
+    void Remove(const std::shared_ptr<Client>& client);
+    // The clients of this moment, to be walked with no lock held.
+    Clients All() const;
+
+private:
+    mutable std::mutex mutex;
+    Clients clients;
+};
+
+}  // namespace simulator

@@ -1,0 +1,27 @@
+// What was done with handles that should not have been.
+#pragma once
+
+#include <cstddef>
+#include <deque>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+namespace simulator {
+
+class MisuseLog {
+public:
+    void Add(std::string_view function, std::string_view description) noexcept;
+    size_t Count() const;
+    // The last one since Clear, or an empty text. Stays valid as long as the log does, past Clear too.
+    const char* Last() const;
+    void Clear();
+
+private:
+    mutable std::mutex mutex;
+    std::deque<std::string> texts;  // only ever grows: the texts were handed out
+    size_t count = 0;
+    const char* last = "";
+};
+
+}  // namespace simulator

@@ -1,0 +1,17 @@
+// The message bus.
+#include "Client.h"
+#include "Simulate.h"
+#include "ny_core.h"
+
+using namespace simulator;
+
+int32_t ny_core_msgbus_get_version(uint32_t* out, uint32_t version) {
+    return Simulate("ny_msgbus_get_version", [&] {
+        Require(out != nullptr);
+        *out = version;
+    });
+}
+
+int32_t ny_core_msgbus_disable_watcher(ny_msgbus_t* bus) {
+    return Simulate("ny_msgbus_disable_watcher", [&] { static_cast<void>(TheAgent().handles.Get(bus)); });
+}

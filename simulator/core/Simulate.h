@@ -1,0 +1,32 @@
+// What every agent function goes through.
+#pragma once
+
+#include <cstdint>
+
+#include "Agent.h"
+#include "FunctionName.h"
+#include "Guarded.h"
+
+namespace simulator {
+
+// Records the call of the function, runs its hook, and answers an injected fault in the place of the body, which says by
+// Failure or HandleMisuse that it does not end well. The record comes before the hook, so that a call held up by its
+// hook is seen as begun.
+template <class Body>
+int32_t Simulate(FunctionName name, const Body& body) noexcept {
+    const char* const function = name.text;
+    Agent& agent = TheAgent();
+    uint64_t call = CallRecord::noCall;
+    const int32_t result = Guarded(function, [&] {
+        call = agent.calls.Begin(function);
+        agent.hooks.Run(function);
+        if (const auto injected = agent.faults.Take(function)) {
+            throw Failure{*injected};
+        }
+        body();
+    });
+    agent.calls.End(call, result);
+    return result;
+}
+
+}  // namespace simulator
