@@ -23,15 +23,15 @@ extern "C" {
 
 enum : int32_t {
     NY_OK = 0,
-    NY_INVALID_ARGUMENT = 1,     // also: an object that is needed is absent
-    NY_UNEXPECTED = 3,           // an operation slot is empty, or a callback failed for a reason of its own
+    NY_INVALID_ARGUMENT = 1,  // also: an object that is needed is absent
+    NY_UNEXPECTED = 3,        // an operation slot is empty, or a callback failed for a reason of its own
     NY_OUT_OF_MEMORY = 4,
-    NY_ITERATOR_END = 14,        // an iterator is exhausted
-    NY_ALREADY_EXISTS = 18,      // an io kind is already present
-    NY_DISPATCHER_INIT = 701,    // the dispatcher could not be initialised
-    NY_LIBRARY_LOAD = 703,       // a library could not be loaded
-    NY_LIBRARY_UNLOAD = 704,     // a library could not be unloaded
-    NY_FUNCTION_MISSING = 705,   // an agent function cannot be reached
+    NY_ITERATOR_END = 14,           // an iterator is exhausted
+    NY_ALREADY_EXISTS = 18,         // an io kind is already present
+    NY_DISPATCHER_INIT = 701,       // the dispatcher could not be initialised
+    NY_LIBRARY_LOAD = 703,          // a library could not be loaded
+    NY_LIBRARY_UNLOAD = 704,        // a library could not be unloaded
+    NY_FUNCTION_MISSING = 705,      // an agent function cannot be reached
     NY_RUNTIME_PATH_MISSING = 706,  // the runtime path is not in the registry
 };
 
@@ -56,10 +56,10 @@ typedef struct ny_updater_event ny_updater_event_t;
 
 int32_t ny_buffer_create(ny_buffer_t** out, size_t size);  // owned
 int32_t ny_buffer_release(ny_buffer_t* buffer);
-int32_t ny_buffer_get_string(ny_buffer_t* buffer, const char** text, size_t* length);        // text borrowed
-int32_t ny_buffer_get_raw(ny_buffer_t* buffer, const unsigned char** data, size_t* size);    // data borrowed
+int32_t ny_buffer_get_string(ny_buffer_t* buffer, const char** text, size_t* length);      // text borrowed
+int32_t ny_buffer_get_raw(ny_buffer_t* buffer, const unsigned char** data, size_t* size);  // data borrowed
 int32_t ny_wbuffer_release(ny_wbuffer_t* buffer);
-int32_t ny_wbuffer_get_string(ny_wbuffer_t* buffer, const wchar_t** text, size_t* length);   // text borrowed
+int32_t ny_wbuffer_get_string(ny_wbuffer_t* buffer, const wchar_t** text, size_t* length);  // text borrowed
 
 // --- ny_variant.dll: variants, tables, arrays ---------------------------------------------------------------------
 
@@ -82,8 +82,7 @@ int32_t ny_array_get_element_at(ny_array_t* array, size_t index, ny_variant_t** 
 // --- ny_client.dll: client handler --------------------------------------------------------------------------------
 
 typedef int32_t (*ny_log_callback_t)(uint32_t severity, const char* module, const char* message, void* userData);
-typedef int32_t (*ny_passphrase_callback_t)(ny_msgbus_t* bus, unsigned char* passphrase, size_t* size,
-                                            void* userData);
+typedef int32_t (*ny_passphrase_callback_t)(ny_msgbus_t* bus, unsigned char* passphrase, size_t* size, void* userData);
 
 int32_t ny_client_handler_create(const char* productId, ny_client_t** out);  // owned
 int32_t ny_client_handler_start(ny_client_t* client);
@@ -150,8 +149,8 @@ int32_t ny_policy_enforce(ny_client_t* client, const char* productId);
 
 // A task as its callbacks see it, borrowed during the call. Any method may be null: a task without that accessor.
 typedef struct ny_task_methods {
-    int32_t (*get_id)(ny_task_t* task, const char** id);      // borrowed
-    int32_t (*get_name)(ny_task_t* task, const char** name);  // borrowed
+    int32_t (*get_id)(ny_task_t* task, const char** id);                                                 // borrowed
+    int32_t (*get_name)(ny_task_t* task, const char** name);                                             // borrowed
     int32_t (*get_setting)(ny_task_t* task, const char* section, const char* name, ny_variant_t** out);  // owned
     int32_t (*get_section)(ny_task_t* task, const char* section, ny_variant_t** out);  // owned, a table: name to value
     int32_t (*get_settings)(ny_task_t* task, ny_variant_t** out);  // owned, a table with one key per section
@@ -161,8 +160,8 @@ struct ny_task {
     const ny_task_methods_t* methods;
 };
 
-typedef int32_t (*ny_task_callback_t)(ny_client_t* client, const char* productId, const char* taskType,
-                                      ny_task_t* task, void* userData);
+typedef int32_t (*ny_task_callback_t)(ny_client_t* client, const char* productId, const char* taskType, ny_task_t* task,
+                                      void* userData);
 
 typedef struct ny_task_callbacks {
     ny_task_callback_t execute;

@@ -17,7 +17,7 @@ Answer Guarded(Answer whenThrown, Body&& body) noexcept {
 
 // The same for a body without an answer: what escapes it is dropped.
 template <class Body>
-    requires std::is_void_v<std::invoke_result_t<Body>>
+requires std::is_void_v<std::invoke_result_t<Body>>
 void Guarded(Body&& body) noexcept {
     try {
         std::forward<Body>(body)();

@@ -108,8 +108,8 @@ int32_t DispatcherLoad(const LoadRequest& request) noexcept {
     }
     const std::lock_guard guard(dispatcher->lock);
     const DispatcherOperations* operations = dispatcher->operations;
-    const bool isLoaded = operations != nullptr && operations->load != nullptr &&
-                          operations->load(dispatcher.Get(), request) == NY_OK;
+    const bool isLoaded =
+        operations != nullptr && operations->load != nullptr && operations->load(dispatcher.Get(), request) == NY_OK;
     return isLoaded ? NY_OK : NY_LIBRARY_LOAD;
 }
 

@@ -43,8 +43,8 @@ struct Dispatcher {
 
 // Makes the caller a holder of the process's dispatcher, creating it for the first one: stores it in `*slot`. A null
 // defaultPath means that products without a runtime directory have none.
-// NY_OK; NY_INVALID_ARGUMENT for a null slot; NY_OUT_OF_MEMORY; NY_DISPATCHER_INIT when its init is missing or fails. On
-// failure the slot is left as it was.
+// NY_OK; NY_INVALID_ARGUMENT for a null slot; NY_OUT_OF_MEMORY; NY_DISPATCHER_INIT when its init is missing or fails.
+// On failure the slot is left as it was.
 int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot,
                          const DispatcherOperations* operations = &dispatcherOperations) noexcept;
 

@@ -3,7 +3,8 @@
 #include "dispatcher/Dispatcher.h"
 
 void LoadGroup(Group& group) noexcept {
-    DispatcherLoad({group.name, agentSoftwareId, group.library, &group.version, group.names, &group.table, group.count});
+    DispatcherLoad(
+        {group.name, agentSoftwareId, group.library, &group.version, group.names, &group.table, group.count});
 }
 
 void UnloadLibrary(const Group& group) noexcept {

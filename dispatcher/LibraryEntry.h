@@ -33,8 +33,7 @@ struct LibraryEntry {
 
     // Resolves `count` names into a new table, remembers who holds it and stores it into `table`. Does nothing when it
     // listed this table pointer before. Returns NY_OK or NY_OUT_OF_MEMORY.
-    int32_t LoadSymbols(const char* const* names, TablePointer& table, size_t count,
-                        const DispatcherLog& log) noexcept;
+    int32_t LoadSymbols(const char* const* names, TablePointer& table, size_t count, const DispatcherLog& log) noexcept;
 
     // Has the library's own "<group>_get_version" fill `version`. A library without one is not at fault.
     void LoadVersion(const char* group, uint32_t& version, const DispatcherLog& log) noexcept;

@@ -74,8 +74,8 @@ int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) {
 }
 
 int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) {
-    if (dispatcher == nullptr || request.product == nullptr || request.library == nullptr ||
-        request.names == nullptr || request.table == nullptr || request.count == 0) {
+    if (dispatcher == nullptr || request.product == nullptr || request.library == nullptr || request.names == nullptr ||
+        request.table == nullptr || request.count == 0) {
         return NY_INVALID_ARGUMENT;
     }
     const DispatcherLog& log = dispatcher->log;

@@ -4,18 +4,14 @@
 
 VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
     switch (kind) {
-        case IoKindProperty:
-            return std::make_shared<VsMsgbusPropertyProvider>(client);
-        default:
-            return nullptr;
+        case IoKindProperty: return std::make_shared<VsMsgbusPropertyProvider>(client);
+        default: return nullptr;
     }
 }
 
 bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
     switch (kind) {
-        case IoKindProperty:
-            return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
-        default:
-            return false;
+        case IoKindProperty: return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
+        default: return false;
     }
 }

@@ -23,7 +23,7 @@ LSTATUS AgentKey::ReadVersion(AgentVersion& version) const noexcept {
         ::RegQueryValueExA(key, "MsgbusVersion", nullptr, nullptr, reinterpret_cast<BYTE*>(value), &size);
     std::memset(version, 0, sizeof version);
     if (result == ERROR_SUCCESS) {
-        std::strncpy(version, value, agentVersionSize);
+        std::memcpy(version, value, ::strnlen(value, agentVersionSize));
     }
     return result;
 }

@@ -12,8 +12,8 @@ using HealthCheckCallback = void (*)();
 
 // The process's health-check record: created by the first Entry that starts the bridge instance, never freed.
 struct HealthCheckRecord {
-    std::string productId;                        // of the Entry that last started the bridge instance
-    VsKitMsgbus::ILogSink* logSink = nullptr;     // as that Entry gave it
+    std::string productId;                         // of the Entry that last started the bridge instance
+    VsKitMsgbus::ILogSink* logSink = nullptr;      // as that Entry gave it
     VsMsgbusClientRecord* clientRecord = nullptr;  // null while there is no bridge instance
     std::map<std::string, HealthCheckCallback> callbacks;
 };

@@ -26,7 +26,7 @@ struct NyClient {
     Dispatcher* dispatcher = nullptr;  // null until loaded
     std::atomic<ny_client_t*> clientHandler = nullptr;
     std::atomic<ny_msgbus_t*> msgbus = nullptr;  // borrowed from the handler
-    ny_logger_t* logger = nullptr;  // while it is null, log lines go to the log callback
+    ny_logger_t* logger = nullptr;               // while it is null, log lines go to the log callback
     uint32_t threadOption = 0;
     std::string productId;
     NyClientStateHandler stateHandler = nullptr;
@@ -58,13 +58,13 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
 // watcher exists; the code of the watcher's creation.
 int32_t NyClientRegisterNotifications(NyClient* client, NyClientNotification callback, void* userData) noexcept;
 
-// Stops and destroys the watcher and tells the callback of the stop when it was told of a start. NY_INVALID_ARGUMENT for
-// null; NY_OK, also without a watcher; NY_UNEXPECTED when the watcher's thread did not end in time: then nothing is
+// Stops and destroys the watcher and tells the callback of the stop when it was told of a start. NY_INVALID_ARGUMENT
+// for null; NY_OK, also without a watcher; NY_UNEXPECTED when the watcher's thread did not end in time: then nothing is
 // destroyed and nobody told, see NyClientHandOver.
 int32_t NyClientUnregisterNotifications(NyClient* client) noexcept;
 
-// Leaves what remains to be done to the watcher's thread, which calls `last(userData)` when it ends. False when there is
-// no such thread any more: the caller does it then.
+// Leaves what remains to be done to the watcher's thread, which calls `last(userData)` when it ends. False when there
+// is no such thread any more: the caller does it then.
 bool NyClientHandOver(NyClient* client, void (*last)(void* userData), void* userData) noexcept;
 
 // Creates and starts the agent's client handler. NY_OK, also when it is started already; the first failing call's code.

@@ -36,15 +36,15 @@ struct NyClientNotifier {
     void* lastUserData = nullptr;
 };
 
-// NY_OK with the notifier, without a thread, in `out`; NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; NY_UNEXPECTED when
-// an event cannot be created.
+// NY_OK with the notifier, without a thread, in `out`; NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; NY_UNEXPECTED
+// when an event cannot be created.
 int32_t NotifierCreate(NyClient* client, NyClientNotifier** out) noexcept;
 
 // Frees the notifier; one whose thread still runs is freed by that thread when it ends. Null is accepted. NY_OK.
 int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept;
 
-// Looks for the agent once, on the calling thread, then starts the watching thread. NY_OK when it runs, also when it ran
-// already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when the thread could not be created.
+// Looks for the agent once, on the calling thread, then starts the watching thread. NY_OK when it runs, also when it
+// ran already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when the thread could not be created.
 int32_t NotifierStart(NyClientNotifier* notifier) noexcept;
 
 // Asks the thread to end and waits for it, at most 15 seconds, or not at all when called on that thread itself. NY_OK

@@ -58,10 +58,10 @@ void FollowVersion(NyClientNotifier& notifier, const AgentKey& key) noexcept {
     if (std::memcmp(version, notifier.version, sizeof version) == 0) {
         return;
     }
-    NyClientLog(notifier.client, SeverityProgress, nyClientModule,
-                notifier.version[0] != '\0' ? "agent is upgraded, msgbus version %s"
-                                            : "agent is installed, msgbus version %s",
-                version);
+    NyClientLog(
+        notifier.client, SeverityProgress, nyClientModule,
+        notifier.version[0] != '\0' ? "agent is upgraded, msgbus version %s" : "agent is installed, msgbus version %s",
+        version);
     std::memcpy(notifier.version, version, sizeof version);
     Tell(notifier, NyClientStateStopped);
     Tell(notifier, NyClientStateStarted);
@@ -123,8 +123,8 @@ int32_t NotifierCheckAgent(NyClientNotifier* notifier) noexcept {
 }
 
 // A notification comes once, and what changes while none is asked for goes by unseen. So the next one is asked for
-// before the version is read, on the same key; and where that fails (a deleted key), the version is read once more after
-// the key was opened anew.
+// before the version is read, on the same key; and where that fails (a deleted key), the version is read once more
+// after the key was opened anew.
 void NotifierWatch(NyClientNotifier& notifier) noexcept {
     AgentKey key;
     bool isVersionDue = false;

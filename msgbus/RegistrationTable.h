@@ -14,8 +14,8 @@
 // What modules registered, by product id: the table that the exports write and the service objects look into.
 //
 // The first registration of an id wins. The table's lock is held for the look-up, insertion or removal alone, never
-// while a module runs. A record in use is shared by its users: Remove takes it out of the table at once, then waits until
-// the module is done with it on other threads.
+// while a module runs. A record in use is shared by its users: Remove takes it out of the table at once, then waits
+// until the module is done with it on other threads.
 //
 // `Record` has a Lock() that lets one call at a time into the module.
 template <class Record>

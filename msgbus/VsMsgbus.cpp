@@ -155,9 +155,7 @@ void VsMsgbus::UnregisterForNotifications() noexcept {
 }
 
 void VsMsgbus::OnNotification(VsMsgbusClientRecord& /*record*/, int32_t type) {
-    DropText([&](CUniStream& text) {
-        text << L"VsMsgbus received client notification with type :[" << type << L"]";
-    });
+    DropText([&](CUniStream& text) { text << L"VsMsgbus received client notification with type :[" << type << L"]"; });
     if (type == static_cast<int32_t>(NyClientStateStarted)) {
         Start();
     } else if (type == static_cast<int32_t>(NyClientStateStopped)) {
@@ -186,9 +184,7 @@ void VsMsgbus::Start() noexcept {
             AttachEnteredProducts();
             started = 1;
         },
-        [](CUniStream& text, const char* what) {
-            text << L"Failed to start VsMsgbus, exception:[" << what << L"]";
-        });
+        [](CUniStream& text, const char* what) { text << L"Failed to start VsMsgbus, exception:[" << what << L"]"; });
 }
 
 void VsMsgbus::CreateServices() {

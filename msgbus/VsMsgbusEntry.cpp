@@ -90,8 +90,7 @@ void Leave(VsMsgbus& bridge, const char* productId) {
     }
 }
 
-bool EnterBridge(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
-                 VsMsgbus** outInstance) {
+bool EnterBridge(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink, VsMsgbus** outInstance) {
     VsMsgbus* const bridge = ObtainBridge(productId);
     if (bridge == nullptr) {
         return false;

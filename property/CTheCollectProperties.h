@@ -12,7 +12,8 @@
 // A module's registered collector, and the setter that the module is handed during a collection.
 class CTheCollectProperties : public VsKitMsgbus::INYCollectProperties::ISet {
 public:
-    CTheCollectProperties(VsKitMsgbus::INYCollectProperties* moduleCollector, VsKitMsgbus::ILogSink* moduleSink) noexcept
+    CTheCollectProperties(VsKitMsgbus::INYCollectProperties* moduleCollector,
+                          VsKitMsgbus::ILogSink* moduleSink) noexcept
         : sink(moduleSink), collector(moduleCollector) {}
 
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;

@@ -37,8 +37,8 @@ void VsMsgbusPropertyProvider::RegisterProduct(const std::string& productId) {
 }
 
 void VsMsgbusPropertyProvider::UnregisterProduct(const std::string& productId) {
-    registrations.Remove(
-        productId, [&] { return agent::ny_property_unregister_provider_callback(Client(), productId.c_str()); });
+    registrations.Remove(productId,
+                         [&] { return agent::ny_property_unregister_provider_callback(Client(), productId.c_str()); });
 }
 
 void VsMsgbusPropertyProvider::UnregisterAll() {

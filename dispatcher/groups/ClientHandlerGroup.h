@@ -22,7 +22,8 @@ inline constexpr NameTable<14> clientHandlerNames = {
 };
 
 namespace {
-constinit Group clientHandlerGroup{"ny_client_handler", "ny_client.dll", clientHandlerNames.data(), clientHandlerNames.size()};
+constinit Group clientHandlerGroup{"ny_client_handler", "ny_client.dll", clientHandlerNames.data(),
+                                   clientHandlerNames.size()};
 }
 
 namespace agent {

@@ -56,8 +56,8 @@ bool VsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYC
                                      void* sink) noexcept;
 
 // Takes the collector of a product id away. Any thread. No call enters the collector any more; calls that run on other
-// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the collector's own
-// callback this returns at once, and the collector is not called again after that callback.
+// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the collector's
+// own callback this returns at once, and the collector is not called again after that callback.
 //
 // Always returns true, also for null and for an id that has no collector.
 bool VsKitMsgbusRemoveCollectProperties(const wchar_t* productId) noexcept;

@@ -52,8 +52,8 @@ bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILo
 // and freed, by the watcher's own thread.
 bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept;
 
-// The bridge instance's record of the agent's client, valid until the last Exit. The instance is not tested for: calling
-// this before a successful Entry or after the last Exit is undefined.
+// The bridge instance's record of the agent's client, valid until the last Exit. The instance is not tested for:
+// calling this before a successful Entry or after the last Exit is undefined.
 VsMsgbusClientRecord* GetMsgbusClient() noexcept;
 
 }  // extern "C"

@@ -12,8 +12,8 @@ extern "C" {
 
 // Opens the library file at `path` (text in the ANSI code page). `flags` are LoadLibraryExA's; 0 stands for
 // LOAD_WITH_ALTERED_SEARCH_PATH: what the library depends on is looked up in its own folder.
-// Returns 0 with the handle in `lib`, which the caller closes with ny_dl_close; 1 when path or lib is null; otherwise the
-// operating system's error code, with a null handle in `lib`.
+// Returns 0 with the handle in `lib`, which the caller closes with ny_dl_close; 1 when path or lib is null; otherwise
+// the operating system's error code, with a null handle in `lib`.
 uint32_t ny_dl_open(const char* path, unsigned flags, ny_dl_t* lib) noexcept;
 
 // The address of an exported function, or null when it is not exported or when lib, its handle or name is null.

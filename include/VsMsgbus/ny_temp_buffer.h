@@ -19,7 +19,8 @@ extern "C" {
 // None of these fails the caller for a null pointer: what returns a code answers 1, what returns a pointer null, what
 // returns a size 0, and the rest do nothing.
 
-// Sets the fresh state: capacity 256, no heap block, inline storage zeroed. What the buffer held before is not looked at.
+// Sets the fresh state: capacity 256, no heap block, inline storage zeroed. What the buffer held before is not looked
+// at.
 void ny_temp_buffer_init(ny_temp_buffer_t* buffer) noexcept;
 
 // Makes room for `size` bytes. A buffer that has it already is left as it is; otherwise a zeroed heap block of exactly

@@ -34,7 +34,9 @@ int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_si
     });
 }
 
-void ny_sim_clear_faults(void) { TheAgent().faults.Clear(); }
+void ny_sim_clear_faults(void) {
+    TheAgent().faults.Clear();
+}
 
 int32_t ny_sim_set_hook(const char* function, ny_sim_hook_t hook, void* userData) {
     return Guarded("ny_sim_set_hook", [&] {
@@ -43,7 +45,9 @@ int32_t ny_sim_set_hook(const char* function, ny_sim_hook_t hook, void* userData
     });
 }
 
-size_t ny_sim_call_count(const char* function) { return TheAgent().calls.Count(function); }
+size_t ny_sim_call_count(const char* function) {
+    return TheAgent().calls.Count(function);
+}
 
 int32_t ny_sim_get_call(size_t index, ny_sim_call_t* out) {
     return Guarded("ny_sim_get_call", [&] {
@@ -53,12 +57,26 @@ int32_t ny_sim_get_call(size_t index, ny_sim_call_t* out) {
     });
 }
 
-void ny_sim_clear_calls(void) { TheAgent().calls.Clear(); }
+void ny_sim_clear_calls(void) {
+    TheAgent().calls.Clear();
+}
+
+int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseconds) {
+    return Guarded("ny_sim_wait_calls", [&] {
+        if (!TheAgent().calls.WaitForEnded(function, count, std::chrono::milliseconds(milliseconds))) {
+            throw Failure{NY_SIM_TIMEOUT};
+        }
+    });
+}
 
 size_t ny_sim_live_handles(ny_sim_handle_kind kind) {
     return TheAgent().handles.CountOwned(static_cast<HandleKind>(kind));
 }
 
-size_t ny_sim_misuse_count(void) { return TheAgent().misuse.Count(); }
+size_t ny_sim_misuse_count(void) {
+    return TheAgent().misuse.Count();
+}
 
-const char* ny_sim_last_misuse(void) { return TheAgent().misuse.Last(); }
+const char* ny_sim_last_misuse(void) {
+    return TheAgent().misuse.Last();
+}

@@ -1,6 +1,8 @@
 // The calls of agent functions, in the order in which they began.
 #pragma once
 
+#include <chrono>
+#include <condition_variable>
 #include <cstdint>
 #include <deque>
 #include <mutex>
@@ -25,10 +27,18 @@ public:
     size_t Count(const char* function) const;
     std::optional<ny_sim_call_t> At(size_t index) const;
     void Clear();
+    // Waits until `count` such calls have ended; false when they had not within that time.
+    bool WaitForEnded(const char* function, size_t count, std::chrono::milliseconds time);
 
 private:
+    struct Call {
+        ny_sim_call_t call;
+        bool ended = false;
+    };
+
     mutable std::mutex mutex;
-    std::deque<ny_sim_call_t> calls;
+    std::condition_variable callEnded;
+    std::deque<Call> calls;
     uint64_t firstNumber = 0;
 };
 

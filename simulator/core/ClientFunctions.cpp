@@ -7,7 +7,9 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() { return TheAgent().handles; }
+HandleTable& Handles() {
+    return TheAgent().handles;
+}
 
 ny_client_t* CreateClient(const char* productId) {
     const auto client = std::make_shared<Client>(productId);
@@ -71,8 +73,9 @@ int32_t ny_core_client_handler_set_logger_callback(ny_client_t* client, ny_log_c
 int32_t ny_core_client_handler_set_msgbus_passphrase_callback(ny_client_t* client, ny_passphrase_callback_t callback,
                                                               void* userData) {
     return Simulate("ny_client_handler_set_msgbus_passphrase_callback", [&] {
-        Handles().Get(client)->Set(
-            [&](ClientSettings& settings) { settings.passphraseCallback = {callback, userData}; });
+        Handles().Get(client)->Set([&](ClientSettings& settings) {
+            settings.passphraseCallback = {callback, userData};
+        });
     });
 }
 

@@ -24,7 +24,9 @@ std::string Format(const char* format, va_list arguments) {
     return text;
 }
 
-std::string OrEmpty(const char* text) { return text == nullptr ? std::string() : std::string(text); }
+std::string OrEmpty(const char* text) {
+    return text == nullptr ? std::string() : std::string(text);
+}
 
 }  // namespace
 

@@ -9,8 +9,8 @@
 
 namespace simulator {
 
-// Records the call of the function, runs its hook, and answers an injected fault in the place of the body, which says by
-// Failure or HandleMisuse that it does not end well. The record comes before the hook, so that a call held up by its
+// Records the call of the function, runs its hook, and answers an injected fault in the place of the body, which says
+// by Failure or HandleMisuse that it does not end well. The record comes before the hook, so that a call held up by its
 // hook is seen as begun.
 template <class Body>
 int32_t Simulate(FunctionName name, const Body& body) noexcept {

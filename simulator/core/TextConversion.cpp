@@ -12,8 +12,12 @@ constexpr char32_t lastCharacter = 0x10FFFF;
 constexpr char32_t firstBeyondOneUnit = 0x10000;
 constexpr bool wideIsUtf16 = sizeof(wchar_t) == 2;
 
-constexpr bool IsHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool IsLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr bool IsHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool IsLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 // How a character of UTF-8 goes on after its first byte: how many bytes follow, and between which bounds the first of
 // them lies, which is what rules out overlong forms, surrogates and numbers beyond the last character.

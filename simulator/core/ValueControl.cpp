@@ -9,7 +9,9 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() { return TheAgent().handles; }
+HandleTable& Handles() {
+    return TheAgent().handles;
+}
 
 }  // namespace
 

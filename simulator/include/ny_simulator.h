@@ -52,6 +52,9 @@ typedef struct ny_sim_call {
 size_t ny_sim_call_count(const char* function);
 int32_t ny_sim_get_call(size_t index, ny_sim_call_t* out);  // NY_INVALID_ARGUMENT beyond the last one
 void ny_sim_clear_calls(void);
+// Waits at most `milliseconds` until `count` calls of `function` have returned since the last reset or clear; a null
+// function counts all. NY_OK, or NY_SIM_TIMEOUT.
+int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseconds);
 
 // --- Handles ------------------------------------------------------------------------------------------------------
 

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "AgentInstaller.h"
+#include "RegistryRedirect.h"
+#include "ny_simulator.h"
+#include "support/LineLog.h"
+
+// A machine of the test's own, without an agent at first: HKEY_LOCAL_MACHINE is redirected, and the agent's libraries
+// are installed into a folder of this process.
+class AgentEnvironment {
+public:
+    AgentEnvironment();
+
+    // The builds are those of the simulated agent: full, older, lacking, empty, text.
+    void InstallAgent(const std::string& version = "5.7.0", const std::string& build = "full");
+    void UpgradeAgent(const std::string& version, const std::string& build = "full");
+    void RemoveAgent();
+
+    // For agents that are half there.
+    simulator::AgentInstaller& Installer() { return installer; }
+
+private:
+    simulator::RegistryRedirect redirect;
+    simulator::AgentInstaller installer;
+};
+
+// A test with such a machine. It ends with no agent handle alive, no client started and no handle misused.
+class AgentTest : public testing::Test {
+protected:
+    void TearDown() override;
+
+    AgentEnvironment environment;
+};
+
+// Waits until `count` calls of the agent's function have returned since the last ny_sim_reset or ny_sim_clear_calls.
+bool WaitForAgentCalls(const char* function, size_t count = 1);
