@@ -13,7 +13,7 @@ void DispatcherLog::Write(LogSeverity severity, const char* format, ...) const n
         return;
     }
     char line[logLineCapacity] = {};
-    va_list arguments;
+    va_list arguments{};
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);

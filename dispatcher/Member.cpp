@@ -67,7 +67,7 @@ int32_t AddLibrary(Member& member, const char* library, const DispatcherLog& log
 }
 
 int32_t RemoveLibrary(Member& member, const char* library, const DispatcherLog& log) {
-    for (Libraries::iterator entry = member.libraries.begin(); entry != member.libraries.end(); ++entry) {
+    for (auto entry = member.libraries.begin(); entry != member.libraries.end(); ++entry) {
         LibraryEntry& candidate = **entry;
         if (candidate.fileName == library && candidate.references.load() > 0 && --candidate.references == 0) {
             candidate.Close(log);

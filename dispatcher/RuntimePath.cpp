@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr char applicationsKey[] = "Software\\Corvane\\Agent\\Applications\\";
+constexpr char applicationsKey[] = R"(Software\Corvane\Agent\Applications\)";
 constexpr char pathValue[] = "RuntimeSdkPath64";
 constexpr size_t pathCapacity = 512;
 

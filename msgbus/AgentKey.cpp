@@ -4,7 +4,7 @@
 
 LSTATUS AgentKey::Open() noexcept {
     Close();
-    const LSTATUS result = ::RegOpenKeyExA(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent\\", 0, KEY_READ, &key);
+    const LSTATUS result = ::RegOpenKeyExA(HKEY_LOCAL_MACHINE, R"(Software\Corvane\Agent\)", 0, KEY_READ, &key);
     if (result != ERROR_SUCCESS) {
         key = nullptr;
     }

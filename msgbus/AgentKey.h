@@ -10,7 +10,7 @@ using AgentVersion = char[agentVersionSize + 1];
 class AgentKey {
 public:
     // How messages name it.
-    static constexpr char displayName[] = "Corvane\\Agent\\";
+    static constexpr char displayName[] = R"(Corvane\Agent\)";
 
     AgentKey() = default;
     ~AgentKey() { Close(); }

@@ -9,7 +9,7 @@ int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, con
         return NY_INVALID_ARGUMENT;
     }
     char line[logLineCapacity] = {};
-    va_list arguments;
+    va_list arguments{};
     va_start(arguments, format);
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
@@ -18,7 +18,7 @@ int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, con
 }
 
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
-    NyClient* const client = static_cast<NyClient*>(userData);
+    auto* const client = static_cast<NyClient*>(userData);
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }

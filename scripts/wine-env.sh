@@ -21,9 +21,9 @@ EnsureWinePrefix() {
     ) 9>"$WINEPREFIX.lock"
 }
 
-# One server for a whole run: a program then starts in some 50 ms instead of seconds. It ends when the shell does.
+# One server for a whole run: a program then starts in some 50 ms instead of seconds. It ends by itself when nothing has
+# used it for half a minute, so that runs side by side do not end each other's.
 KeepWineServer() {
     EnsureWinePrefix
-    wineserver -p >/dev/null 2>&1 || true
-    trap 'wineserver -k >/dev/null 2>&1 || true' EXIT
+    wineserver -p30 >/dev/null 2>&1 || true
 }

@@ -4,7 +4,7 @@ namespace simulator {
 
 Agent& TheAgent() {
     // Never destroyed: a process may end while agent threads are still in callbacks.
-    static Agent* const agent = new Agent;
+    static auto* const agent = new Agent;
     return *agent;
 }
 

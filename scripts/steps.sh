@@ -1,0 +1,51 @@
+# To be sourced: how the scripts run their steps.
+
+ROOT="$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)"
+cd "$ROOT"
+LOGS="$ROOT/build/logs"
+mkdir -p "$LOGS"
+
+# Step NAME COMMAND...: runs the command with its output in build/logs/NAME.log. Says nothing of a short step that goes
+# well, where a long one stands every ten seconds, and shows the end of the output of one that fails.
+Step() {
+    local name="$1" log="$LOGS/$1.log" begin=$SECONDS pid status=0
+    shift
+    "$@" >"$log" 2>&1 &
+    pid=$!
+    trap 'kill '"$pid"' 2>/dev/null; exit 130' INT TERM
+    while kill -0 "$pid" 2>/dev/null; do
+        sleep 0.2
+        if [ $((SECONDS - begin)) -ge 10 ] && [ $(((SECONDS - begin) % 10)) -eq 0 ]; then
+            echo "$name, $((SECONDS - begin)) s: $(tail -n 1 "$log" | tr -d '\r' | cut -c 1-100)"
+            sleep 1
+        fi
+    done
+    wait "$pid" || status=$?
+    trap - INT TERM
+    if [ "$status" -ne 0 ]; then
+        echo "$name failed ($status); the end of build/logs/$name.log:" >&2
+        tail -n 60 "$log" >&2
+    fi
+    return "$status"
+}
+
+# Makes sure that the tools are there, as scripts/packages.txt lists them.
+EnsurePackages() {
+    local missing=() package
+    while read -r package; do
+        dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii' || missing+=("$package")
+    done < <(sed 's/ *#.*//; /^$/d' scripts/packages.txt)
+    [ ${#missing[@]} -eq 0 ] && return 0
+    local asRoot=()
+    [ "$(id -u)" -eq 0 ] || asRoot=(sudo)
+    echo "installing ${missing[*]}"
+    Step apt-update "${asRoot[@]}" apt-get update
+    Step apt-install "${asRoot[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y --no-install-recommends \
+        "${missing[@]}"
+}
+
+# BuildPreset PRESET: configures and builds build/PRESET.
+BuildPreset() {
+    Step "configure-$1" cmake --preset "$1"
+    Step "build-$1" cmake --build "build/$1" --parallel
+}
