@@ -1,7 +1,13 @@
-# build/dist: the finished files as a user of the bridge takes them away. The presets share it; the last one that was
-# built stands there.
-set(DIST_DIRECTORY ${PROJECT_SOURCE_DIR}/build/dist CACHE PATH "Where the finished files are put")
-
+# What `cmake --install` puts into build/dist: the finished files as a user of the bridge takes them away.
 install(TARGETS VsMsgbus RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
+
+# The simulated agent's builds, and what a program needs to command it.
 install(DIRECTORY ${AGENT_OUTPUT_DIRECTORY}/ DESTINATION agent)
+install(FILES ${PROJECT_SOURCE_DIR}/simulator/include/ny_simulator.h ${PROJECT_SOURCE_DIR}/agent/ny_agent.h
+    DESTINATION agent/include)
+install(TARGETS ny_simulator RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
+
+# The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent.
+install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
+install(FILES $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:ny_simulator> DESTINATION demo)

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// Something that is true of this machine, as a property: sections of properties are called paths.
+struct MachineFact {
+    std::wstring path;
+    std::wstring name;
+    std::wstring value;
+};
+
+// Operating system, host name, processors, memory, disk and uptime, as the operating system tells them now. What it
+// does not tell is left out.
+std::vector<MachineFact> ReadMachineFacts();

@@ -1,0 +1,81 @@
+#include "SampleModule.h"
+
+#include <fmt/format.h>
+
+#include <memory>
+#include <string>
+
+#include "SampleCollector.h"
+#include "Text.h"
+#include "VsMsgbus.h"
+
+namespace {
+
+// What the bridge logs for this module.
+class Sink final : public VsKitMsgbus::ILogSink {
+public:
+    explicit Sink(const Speaker& moduleSpeaker) : speaker(moduleSpeaker) {}
+    void Write(int level, const wchar_t* text) override {
+        speaker.Say("bridge", fmt::format("log line, level {}: {}", level, Utf8FromWide(text)));
+    }
+
+private:
+    const Speaker& speaker;
+};
+
+// The module while it is loaded.
+class SampleModule {
+public:
+    explicit SampleModule(const Speaker& moduleSpeaker) : speaker(moduleSpeaker), sink(speaker), collector(speaker) {}
+
+    bool Load() {
+        // Registering first is as good as entering first: the bridge joins the two by the product id.
+        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink)) {
+            return false;
+        }
+        speaker.Say("module", fmt::format("enters the bridge as {}, for property requests", sampleProductId));
+        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty, &sink, &bridge);
+    }
+
+    bool Unload() {
+        speaker.Say("module", "leaves the bridge");
+        const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
+        return VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) && hasLeft;
+    }
+
+private:
+    const std::wstring wideProductId = WideFromUtf8(sampleProductId);
+    const Speaker speaker;
+    Sink sink;
+    SampleCollector collector;
+    VsMsgbus* bridge = nullptr;
+};
+
+std::unique_ptr<SampleModule> loaded;
+
+}  // namespace
+
+bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept {
+    try {
+        if (say == nullptr || loaded != nullptr) {
+            return false;
+        }
+        loaded = std::make_unique<SampleModule>(Speaker{say, userData});
+        return loaded->Load();
+    } catch (...) {
+        return false;
+    }
+}
+
+bool SampleModuleUnload() noexcept {
+    try {
+        if (loaded == nullptr) {
+            return false;
+        }
+        const bool isUnloaded = loaded->Unload();
+        loaded.reset();
+        return isUnloaded;
+    } catch (...) {
+        return false;
+    }
+}

@@ -1,0 +1,19 @@
+// A module of an endpoint security product that tells the management agent about its machine.
+#pragma once
+
+extern "C" {
+
+// Where the module says what it does. `actor` is "module", or "bridge" for a log line that the bridge wrote to the
+// module's sink; both texts are UTF-8. Called on any thread.
+typedef void (*SampleModuleSay)(const char* actor, const char* line, void* userData);
+
+// The product that the module is.
+inline constexpr char sampleProductId[] = "SAMPLE__1000";
+
+// Enters the bridge and registers for the agent's property requests. False when the bridge refused.
+bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept;
+
+// Takes everything back. After this the module may be unloaded.
+bool SampleModuleUnload() noexcept;
+
+}  // extern "C"
