@@ -1,4 +1,7 @@
-# What `cmake --install` puts into build/dist: the finished files as a user of the bridge takes them away.
+# All that is finished: what `cmake --install` puts into build/dist: the finished files as a user of the bridge takes them away.
+add_custom_target(finished)
+add_dependencies(finished VsMsgbus simulated_agents ny_simulator SampleModule demo)
+
 install(TARGETS VsMsgbus RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
 

@@ -39,7 +39,7 @@ int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path)
             ERROR_SUCCESS) {
             return NY_RUNTIME_PATH_MISSING;
         }
-        const int32_t result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return ReadPath(key, path); });
+        const auto result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return ReadPath(key, path); });
         ::RegCloseKey(key);
         return result;
     });

@@ -44,8 +44,8 @@ EnsurePackages() {
         "${missing[@]}"
 }
 
-# BuildPreset PRESET: configures and builds build/PRESET.
+# BuildPreset PRESET TARGET: configures build/PRESET and builds a target of it.
 BuildPreset() {
     Step "configure-$1" cmake --preset "$1"
-    Step "build-$1" cmake --build "build/$1" --parallel
+    Step "build-$1" cmake --build "build/$1" --parallel --target "$2"
 }

@@ -4,6 +4,7 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
 scripts/build.sh
+BuildPreset release all
 Step style scripts/check-style.sh
 source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix

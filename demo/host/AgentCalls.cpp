@@ -16,7 +16,7 @@ bool IsAboutValues(std::string_view function) {
 
 }  // namespace
 
-void AgentCalls::WaitFor(const char* function, uint32_t milliseconds) const {
+void AgentCalls::WaitFor(const char* function, uint32_t milliseconds) {
     if (ny_sim_wait_calls(function, 1, milliseconds) != NY_OK) {
         throw std::runtime_error(fmt::format("the bridge did not call {} within {} ms", function, milliseconds));
     }

@@ -10,7 +10,7 @@ public:
     explicit AgentCalls(Narrator& storyNarrator) : narrator(storyNarrator) {}
 
     // Waits until the bridge has called `function` once more than before the last Tell. Throws when it did not.
-    void WaitFor(const char* function, uint32_t milliseconds) const;
+    static void WaitFor(const char* function, uint32_t milliseconds);
     // Shows, in a verbose story, the calls that were made since the last Tell, those for values as a number only, and
     // forgets them.
     void Tell();

@@ -55,7 +55,7 @@ void Story::EnterWithoutAgent() {
 void Story::Install() {
     installer.Install("5.6.0", "older");
     narrator.Say("agent", fmt::format("is installed, version 5.6.0, in {}", installer.CurrentFolder().string()));
-    calls.WaitFor("ny_property_register_provider_callback", lookTime);
+    AgentCalls::WaitFor("ny_property_register_provider_callback", lookTime);
     calls.Tell();
     narrator.Say("bridge",
                  fmt::format("has found the agent, started its client and registered {} with it", sampleProductId));
@@ -66,7 +66,7 @@ void Story::Install() {
 void Story::Upgrade() {
     installer.Upgrade("5.7.0", "full");
     narrator.Say("agent", fmt::format("is upgraded to version 5.7.0, in {}", installer.CurrentFolder().string()));
-    calls.WaitFor("ny_property_register_provider_callback", changeTime);
+    AgentCalls::WaitFor("ny_property_register_provider_callback", changeTime);
     calls.Tell();
     narrator.Say("bridge", "has let go of the old version and started a client of the new one");
     SayWhereLibrariesAre();
@@ -76,7 +76,7 @@ void Story::Upgrade() {
 void Story::Remove() {
     installer.Remove();
     narrator.Say("agent", "is removed");
-    calls.WaitFor("ny_client_handler_release", changeTime);
+    AgentCalls::WaitFor("ny_client_handler_release", changeTime);
     calls.Tell();
     narrator.Say("bridge", "has released its client; it keeps waiting for the next agent");
 }
@@ -100,7 +100,8 @@ void Story::AskForProperties() {
     Demand(ny_sim_property_request_wait(request, changeTime, &answer) == NY_OK, "the product did not answer");
     const size_t size = ny_sim_property_request_size(request);
     calls.Tell();
-    narrator.Say("agent", fmt::format("has the answer ({}): {} properties", answer == NY_OK ? "success" : "failure", size));
+    narrator.Say("agent",
+                 fmt::format("has the answer ({}): {} properties", answer == NY_OK ? "success" : "failure", size));
     for (size_t index = 0; index < size; ++index) {
         const char* path = nullptr;
         const char* name = nullptr;

@@ -11,7 +11,7 @@ using namespace simulator;
 namespace {
 
 std::string Format(const char* format, va_list arguments) {
-    va_list again;
+    va_list again{};
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
     std::string text;

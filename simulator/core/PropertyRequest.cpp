@@ -27,7 +27,7 @@ int32_t PropertyRequest::Ask() {
     }
     HandleTable& handles = TheAgent().handles;
     const auto bag = std::make_shared<PropertyBag>();
-    ny_property_bag_t* const handle = handles.Own<ny_property_bag_t>(bag);
+    auto* const handle = handles.Own<ny_property_bag_t>(bag);
     const PropertyProvider& callback = provider->callbacks;
     const int32_t code = callback.call(client->handle, provider->productId.c_str(), handle, callback.callbackData);
     handles.Release(handle);

@@ -36,7 +36,7 @@ bool IsAgentLibrary(const fs::path& file) {
 // The path as programs read it, in the ANSI code page. Which one that is differs from machine to machine, so that only
 // ASCII is safe.
 std::string TextOfPath(const fs::path& path) {
-    const std::string text = path.string();
+    std::string text = path.string();
     if (std::any_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) >= 0x80; })) {
         throw std::runtime_error("the agent cannot be installed in a folder whose name is not plain ASCII: " + text);
     }

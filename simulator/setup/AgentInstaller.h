@@ -32,12 +32,12 @@ public:
     void Remove();
 
     // The single steps, for those who need an agent that is half there.
-    void WriteVersion(const std::string& text);
-    void DeleteVersion();
-    void CreateAgentKey();  // without a version
-    void DeleteAgentKey();  // with everything below it, in both views of the registry
-    void WriteRuntimePath(const std::filesystem::path& path);
-    void DeleteRuntimePath();
+    static void WriteVersion(const std::string& text);
+    static void DeleteVersion();
+    static void CreateAgentKey();  // without a version
+    static void DeleteAgentKey();  // with everything below it, in both views of the registry
+    static void WriteRuntimePath(const std::filesystem::path& path);
+    static void DeleteRuntimePath();
 
     // The folder of the last installation; empty when there is none.
     const std::filesystem::path& CurrentFolder() const { return currentFolder; }
