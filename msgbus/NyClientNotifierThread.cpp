@@ -67,33 +67,32 @@ void FollowVersion(NyClientNotifier& notifier, const AgentKey& key) noexcept {
     Tell(notifier, NyClientStateStarted);
 }
 
-enum class Wake { Change, Timeout, Other };
-
-// Waits for a change, the stop or the time-out.
-Wake WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
+// Waits for a change, the stop or the time-out. Whether the version is to be read.
+bool WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
     const HANDLE events[] = {notifier.changeEvent, notifier.stopEvent};
     const DWORD result = ::WaitForMultipleObjects(2, events, FALSE, notifier.waitTimeout);
     if (result == WAIT_OBJECT_0) {
-        return Wake::Change;
+        return true;
     }
     if (result == WAIT_OBJECT_0 + 1) {
         notifier.exitRequested = 1;
-        return Wake::Other;
+        return false;
     }
     if (result != WAIT_TIMEOUT) {
         key.Close();
         ::Sleep(failedWaitPause);
-        return Wake::Other;
+        return false;
     }
     // The version is read once when the first time passes without a change; from then on only changes count.
     if (notifier.waitTimeout == INFINITE) {
         notifier.exitRequested = 1;
     }
     notifier.waitTimeout = INFINITE;
-    return Wake::Timeout;
+    return true;
 }
 
-// Asks for the next notification on a key whose last one has come.
+// Asks for the next notification on a key whose last one has come, or may never come: Wine does not tell of a watched
+// key's deletion, and asking again finds it out.
 bool WatchOn(NyClientNotifier& notifier, const AgentKey& key) noexcept {
     ::ResetEvent(notifier.changeEvent);
     return key.Watch(notifier.changeEvent) == ERROR_SUCCESS;
@@ -145,11 +144,10 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
                 continue;
             }
         }
-        const Wake wake = WaitForChange(notifier, key);
-        if (wake == Wake::Other) {
+        if (!WaitForChange(notifier, key)) {
             continue;
         }
-        const bool isWatched = wake == Wake::Timeout || WatchOn(notifier, key);
+        const bool isWatched = WatchOn(notifier, key);
         FollowVersion(notifier, key);
         if (!isWatched) {
             key.Close();
