@@ -116,6 +116,11 @@ int32_t NyClientRelease(NyClient* client) noexcept {
         NotifierDestroy(notifier);
     }
     LetGoOfAgent(*client);
+    if (client->isHandlerLost) {
+        // The agent may still hand its log lines to this context: it stays for good, and leads nowhere.
+        client->logCallback = nullptr;
+        return NY_OK;
+    }
     delete client;
     return NY_OK;
 }
