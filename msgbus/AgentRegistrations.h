@@ -5,6 +5,7 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "base/CallGate.h"
 #include "base/OwnerLock.h"
 #include "values/AgentException.h"
 
@@ -32,6 +33,7 @@ public:
     // agent exception, when callAgent does not return NY_OK.
     template <class CallAgent>
     void Remove(const std::string& productId, CallAgent&& callAgent) {
+        const CallGate::Call call(removals);
         std::list<std::string> removed;
         if (!Take(productId, removed)) {
             return;
@@ -44,10 +46,14 @@ public:
     }
 
     // Registers nothing any more and has `callAgent(productId)` unregister each product that is left. Products that the
-    // agent does not let go of stay; the first such code is raised.
+    // agent does not let go of stay; the first such code is raised. Returns when no Remove is in the agent any more, at
+    // most after 15 seconds: the agent's libraries may be unloaded next.
     template <class CallAgent>
     void Close(CallAgent&& callAgent) {
         std::list<std::string> remaining = TakeAllAndClose();
+        removals.WaitForOthers();
+        // What such a Remove could not remove is back.
+        remaining.splice(remaining.end(), TakeAllAndClose());
         int32_t failure = NY_OK;
         for (auto product = remaining.begin(); product != remaining.end();) {
             const auto current = product++;
@@ -68,6 +74,7 @@ private:
     std::list<std::string> TakeAllAndClose();
     void PutBack(std::list<std::string>& returned) noexcept;
 
+    CallGate removals;
     OwnerLock lock;
     std::list<std::string> products;
     bool isClosed = false;
