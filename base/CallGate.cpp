@@ -1,8 +1,10 @@
 #include "base/CallGate.h"
 
-CallGate::Call::Call(CallGate& gateOfCall) : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
-    const std::lock_guard guard(gate.mutex);
-    if (gate.isClosed) {
+CallGate::Call::Call(CallGate& gateOfCall, Admission admission) : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
+    std::unique_lock guard(gate.mutex);
+    const auto mustWait = [&] { return admission == Admission::OneThreadAtATime && gate.HasCallOfOther(threadId); };
+    gate.changed.wait(guard, [&] { return gate.isClosed || gate.turnedAway != 0 || !mustWait(); });
+    if (gate.isClosed || mustWait()) {
         return;
     }
     next = gate.calls;
@@ -20,12 +22,29 @@ CallGate::Call::~Call() {
         link = &(*link)->next;
     }
     *link = next;
-    gate.callEnded.notify_all();
+    gate.changed.notify_all();
+}
+
+CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGuard) {
+    const std::lock_guard guard(gate.mutex);
+    if (gate.HasCallOf(::GetCurrentThreadId())) {
+        isInside = true;
+        ++gate.turnedAway;
+        gate.changed.notify_all();
+    }
+}
+
+CallGate::TurnAwayOthers::~TurnAwayOthers() {
+    if (isInside) {
+        const std::lock_guard guard(gate.mutex);
+        --gate.turnedAway;
+    }
 }
 
 void CallGate::Close() {
     const std::lock_guard guard(mutex);
     isClosed = true;
+    changed.notify_all();
 }
 
 bool CallGate::IsClosed() const {
@@ -37,14 +56,23 @@ bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
     const DWORD self = ::GetCurrentThreadId();
     std::unique_lock guard(mutex);
     if (HasCallOf(self)) {
-        return calls->next == nullptr;
+        return !HasCallOfOther(self);
     }
-    return callEnded.wait_for(guard, limit, [this] { return calls == nullptr; });
+    return changed.wait_for(guard, limit, [this] { return calls == nullptr; });
 }
 
 bool CallGate::HasCallOf(DWORD threadId) const noexcept {
     for (const Call* call = calls; call != nullptr; call = call->next) {
         if (call->threadId == threadId) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool CallGate::HasCallOfOther(DWORD threadId) const noexcept {
+    for (const Call* call = calls; call != nullptr; call = call->next) {
+        if (call->threadId != threadId) {
             return true;
         }
     }

@@ -13,10 +13,14 @@ inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 // away can wait until they are out. Costs no allocation: a call under way is a node on its own thread's stack.
 class CallGate {
 public:
-    // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in.
+    // Whether a call waits until no other thread is inside. The thread inside may call again.
+    enum class Admission { Together, OneThreadAtATime };
+
+    // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in, and a call that
+    // waits for its turn is let in no more once the gate is closed or the others are turned away.
     class Call {
     public:
-        explicit Call(CallGate& gate);
+        explicit Call(CallGate& gate, Admission admission = Admission::Together);
         ~Call();
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
@@ -29,6 +33,20 @@ public:
         CallGate& gate;
         const DWORD threadId;
         Call* next = nullptr;
+        bool isInside = false;
+    };
+
+    // While it lives, calls that would have to wait for the calling thread to come out are not let in: for a thread
+    // inside that is about to wait for them in turn. Does nothing for a thread that is not inside.
+    class TurnAwayOthers {
+    public:
+        explicit TurnAwayOthers(CallGate& gate);
+        ~TurnAwayOthers();
+        TurnAwayOthers(const TurnAwayOthers&) = delete;
+        TurnAwayOthers& operator=(const TurnAwayOthers&) = delete;
+
+    private:
+        CallGate& gate;
         bool isInside = false;
     };
 
@@ -46,9 +64,11 @@ public:
 
 private:
     bool HasCallOf(DWORD threadId) const noexcept;
+    bool HasCallOfOther(DWORD threadId) const noexcept;
 
     mutable std::mutex mutex;
-    std::condition_variable callEnded;
+    std::condition_variable changed;
     Call* calls = nullptr;
+    unsigned turnedAway = 0;  // by so many threads
     bool isClosed = false;
 };

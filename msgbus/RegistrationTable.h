@@ -17,8 +17,8 @@
 // while a module runs. A record in use is shared by its users: Remove takes it out of the table at once, then waits
 // until the module is done with it on other threads.
 //
-// `Record` has a Lock() that lets one call at a time into the module.
-template <class Record>
+// `admission` says whether several threads may use one record at a time.
+template <class Record, CallGate::Admission admission>
 class RegistrationTable {
 public:
     // Registers a record made of `arguments`, unless the id has one: the new record is then dropped. Raises
@@ -41,22 +41,32 @@ public:
         }
     }
 
-    // Calls `use(record, wasRemoved)` for the id's record, with the record's lock held; `wasRemoved()` tells, within
-    // that call, whether the module has taken its registration back. False when the id has no record.
+    // Calls `use(record, wasRemoved)` for the id's record; `wasRemoved()` tells, within that call, whether the module
+    // has taken its registration back. False when the id has no record, or has none any more when its turn comes.
     template <class Use>
     bool With(std::wstring_view productId, Use&& use) {
         const EntryPointer entry = Find(productId);
         if (entry == nullptr) {
             return false;
         }
-        const std::lock_guard recordGuard(entry->record.Lock());
-        // Only now: who removes the record waits for calls in the module, not for those that wait for their turn.
-        const CallGate::Call call(entry->gate);
+        const CallGate::Call call(entry->gate, admission);
         if (!call) {
             return false;
         }
         use(entry->record, [&entry] { return entry->gate.IsClosed(); });
         return true;
+    }
+
+    // Runs `body`. When the calling thread is inside the id's record, calls that wait for it to come out are turned
+    // away for that time, because `body` may wait for them.
+    template <class Body>
+    auto TurningOthersAway(std::wstring_view productId, Body&& body) {
+        const EntryPointer entry = Find(productId);
+        if (entry == nullptr) {
+            return body();
+        }
+        const CallGate::TurnAwayOthers others(entry->gate);
+        return body();
     }
 
 private:

@@ -6,7 +6,6 @@
 #include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
-#include "base/OwnerLock.h"
 #include "values/CUniStream.h"
 
 // A module's registered collector, and the setter that the module is handed during a collection.
@@ -18,7 +17,7 @@ public:
 
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
 
-    // Has the module set its properties into `bag`. Called with Lock() held. `wasRemoved()` tells whether the module
+    // Has the module set its properties into `bag`. For one thread at a time. `wasRemoved()` tells whether the module
     // took the collector back meanwhile: it is then not asked for its level.
     template <class WasRemoved>
     void Collect(ny_property_bag_t* agentBag, WasRemoved&& wasRemoved) {
@@ -29,21 +28,19 @@ public:
         }
     }
 
-    OwnerLock& Lock() noexcept { return lock; }
-
 private:
     // The bag is set for one collection, however that ends.
     class BagInUse {
     public:
-        BagInUse(CTheCollectProperties& owner, ny_property_bag_t* agentBag) noexcept : collectProperties(owner) {
-            collectProperties.bag = agentBag;
-        }
-        ~BagInUse() { collectProperties.bag = nullptr; }
+        BagInUse(CTheCollectProperties& owner, ny_property_bag_t* agentBag) noexcept
+            : collectProperties(owner), outer(owner.bag.exchange(agentBag)) {}
+        ~BagInUse() { collectProperties.bag = outer; }
         BagInUse(const BagInUse&) = delete;
         BagInUse& operator=(const BagInUse&) = delete;
 
     private:
         CTheCollectProperties& collectProperties;
+        ny_property_bag_t* const outer;  // of the collection around this one, on the same thread; else null
     };
 
     template <class Compose>
@@ -54,5 +51,4 @@ private:
     VsKitMsgbus::ILogSink* const sink;
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection
     VsKitMsgbus::INYCollectProperties* const collector;
-    OwnerLock lock;
 };

@@ -1,6 +1,6 @@
 #include "property/CollectorTable.h"
 
-RegistrationTable<CTheCollectProperties>& CollectorTable() {
-    static RegistrationTable<CTheCollectProperties> table;
+CollectorRegistrations& CollectorTable() {
+    static CollectorRegistrations table;
     return table;
 }

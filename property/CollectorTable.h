@@ -3,5 +3,8 @@
 #include "msgbus/RegistrationTable.h"
 #include "property/CTheCollectProperties.h"
 
+// Two collections of one product never overlap.
+using CollectorRegistrations = RegistrationTable<CTheCollectProperties, CallGate::Admission::OneThreadAtATime>;
+
 // The collectors of all modules of the process, by product id.
-RegistrationTable<CTheCollectProperties>& CollectorTable();
+CollectorRegistrations& CollectorTable();

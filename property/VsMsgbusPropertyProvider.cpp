@@ -37,14 +37,20 @@ void VsMsgbusPropertyProvider::RegisterProduct(const std::string& productId) {
 }
 
 void VsMsgbusPropertyProvider::UnregisterProduct(const std::string& productId) {
-    registrations.Remove(productId,
-                         [&] { return agent::ny_property_unregister_provider_callback(Client(), productId.c_str()); });
+    registrations.Remove(productId, [&] { return Unregister(productId); });
 }
 
 void VsMsgbusPropertyProvider::UnregisterAll() {
-    registrations.Close([&](const std::string& productId) {
-        return agent::ny_property_unregister_provider_callback(Client(), productId.c_str());
-    });
+    registrations.Close([&](const std::string& productId) { return Unregister(productId); });
+}
+
+// The agent waits for the product's requests on other threads. A module that leaves from inside its collector must not
+// have them wait for that collector.
+int32_t VsMsgbusPropertyProvider::Unregister(const std::string& productId) {
+    CUniStream wideId;
+    wideId << productId;
+    return CollectorTable().TurningOthersAway(
+        wideId.Text(), [&] { return agent::ny_property_unregister_provider_callback(Client(), productId.c_str()); });
 }
 
 // Touches nothing of this object once the module was called: a module that leaves the bridge from inside its callback

@@ -20,5 +20,7 @@ public:
     int32_t provide(ny_client_t* agentClient, const std::string& productId, ny_property_bag_t* bag) override;
 
 private:
+    int32_t Unregister(const std::string& productId);
+
     AgentRegistrations registrations;
 };
