@@ -110,8 +110,9 @@ void AgentInstaller::DeleteAgentKey() {
 }
 
 void AgentInstaller::WriteRuntimePath(const fs::path& path) {
-    RegistryKey(HKEY_LOCAL_MACHINE, applicationKey, KEY_SET_VALUE | runtimePathView)
-        .WriteText(runtimePathValue, TextOfPath(path));
+    // First: a path that is refused must not leave a key behind.
+    const std::string text = TextOfPath(path);
+    RegistryKey(HKEY_LOCAL_MACHINE, applicationKey, KEY_SET_VALUE | runtimePathView).WriteText(runtimePathValue, text);
 }
 
 void AgentInstaller::DeleteRuntimePath() {
