@@ -1,0 +1,79 @@
+// The lock that says which thread holds it.
+#include "base/OwnerLock.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <thread>
+#include <vector>
+
+#include "support/Event.h"
+
+namespace {
+
+TEST(OwnedLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
+    OwnerLock lock;
+    EXPECT_EQ(lock.OwnerThreadId(), 0U);
+    {
+        const std::lock_guard guard(lock);
+        EXPECT_EQ(lock.OwnerThreadId(), ::GetCurrentThreadId());
+    }
+    EXPECT_EQ(lock.OwnerThreadId(), 0U);
+}
+
+TEST(OwnedLock, NamesTheThreadInsideToOthers) {
+    OwnerLock lock;
+    Event inside;
+    Event leave;
+    DWORD threadId = 0;
+    std::thread holder([&] {
+        const std::lock_guard guard(lock);
+        threadId = ::GetCurrentThreadId();
+        inside.Set();
+        leave.Wait();
+    });
+    ASSERT_TRUE(inside.Wait());
+    EXPECT_EQ(lock.OwnerThreadId(), threadId);
+    leave.Set();
+    holder.join();
+    EXPECT_EQ(lock.OwnerThreadId(), 0U);
+}
+
+TEST(OwnedLock, LetsOneThreadInAtATime) {
+    OwnerLock lock;
+    int counter = 0;
+    int strangers = 0;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 8; ++i) {
+        threads.emplace_back([&] {
+            for (int round = 0; round < 1000; ++round) {
+                const std::lock_guard guard(lock);
+                ++counter;
+                strangers += lock.OwnerThreadId() != ::GetCurrentThreadId() ? 1 : 0;
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(counter, 8000);
+    EXPECT_EQ(strangers, 0);
+}
+
+TEST(CriticalSections, MayBeEnteredAgainByTheirOwner) {
+    CriticalSection section;
+    Event entered;
+    section.lock();
+    section.lock();
+    section.unlock();
+    std::thread other([&] {
+        const std::lock_guard guard(section);
+        entered.Set();
+    });
+    EXPECT_FALSE(entered.IsSet());
+    section.unlock();
+    EXPECT_TRUE(entered.Wait());
+    other.join();
+}
+
+}  // namespace

@@ -1,0 +1,6 @@
+// Does not compile: the agent's prototype takes one argument more.
+#include "dispatcher/groups/InfoGroup.h"
+
+int32_t Ask(ny_client_t* client) {
+    return agent::ny_info_get(client, "key");
+}

@@ -1,0 +1,7 @@
+// Does not compile: the group's name table lacks the function.
+#include "dispatcher/groups/InfoGroup.h"
+
+int32_t Release(ny_buffer_t* buffer) {
+    constexpr EntryPoint<&::ny_buffer_release, infoNames, infoGroup> release{};
+    return release(buffer);
+}

@@ -1,0 +1,4 @@
+// The library that the other one needs.
+extern "C" __declspec(dllexport) int NeighbourAnswer() {
+    return 42;
+}

@@ -1,0 +1,30 @@
+#pragma once
+
+// Every name that the library exports, and the operating system's libraries that it may import from.
+
+inline constexpr const char* expectedExports[] = {
+    // entry and exit
+    "VsMsgbusEntry",
+    "VsMsgbusExit",
+    "GetMsgbusClient",
+    // VsKitMsgbus::lpc_buffer::Release, as the two compilers spell it
+    "_ZN11VsKitMsgbus10lpc_buffer7ReleaseEv",
+    "?Release@lpc_buffer@VsKitMsgbus@@QEAAXXZ",
+    // property collection
+    "VsKitMsgbusSetCollectProperties",
+    "VsKitMsgbusRemoveCollectProperties",
+    // loader primitives
+    "ny_dl_open",
+    "ny_dl_sym",
+    "ny_dl_close",
+    "ny_dl_error",
+    "ny_temp_buffer_init",
+    "ny_temp_buffer_reserve",
+    "ny_temp_buffer_get",
+    "ny_temp_buffer_capacity",
+    "ny_temp_buffer_copy",
+    "ny_temp_buffer_address_of",
+    "ny_temp_buffer_uninit",
+};
+
+inline constexpr const char* systemLibraries[] = {"KERNEL32.DLL", "ADVAPI32.DLL", "MSVCRT.DLL"};

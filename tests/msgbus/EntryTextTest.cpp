@@ -1,0 +1,92 @@
+// The texts of Entry and Exit, which are composed and dropped; the "%s" in them is kept on purpose.
+#include "VsMsgbus/Entry.h"
+#include "msgbus/VsMsgbusFixture.h"
+#include "support/FailingMemory.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char started[] = "VsMsgbus received client notification with type :[1]";
+constexpr char stopped[] = "VsMsgbus received client notification with type :[0]";
+
+class EntryText : public AgentTest {
+protected:
+    void SetUp() override { environment.InstallAgent(); }
+
+    bool Enter(const char* productId) { return VsMsgbusEntry(productId, 0x2000, &sink, &instance); }
+
+    LineLog ios;
+    CapturingSink sink;
+    DroppedTexts dropped;
+    VsMsgbus* instance = nullptr;
+};
+
+TEST_F(EntryText, OfALifeWithoutFailures) {
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    ASSERT_TRUE(Enter("PRODUCT2000"));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(started, stopped));
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+}
+
+TEST_F(EntryText, OfAnEntryThatTheAgentRefuses) {
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    ny_sim_fail_call("ny_property_register_provider_callback", 1, 77, NY_SIM_ONCE);
+    EXPECT_FALSE(Enter("PRODUCT2000"));
+    EXPECT_THAT(dropped.log.Take(), ElementsAre(started, "Failed to entry msgbus for product id: %s [PRODUCT2000]"));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(stopped)) << "the first Exit was the last one";
+}
+
+TEST_F(EntryText, OfAnExitThatTheAgentRefuses) {
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    ASSERT_TRUE(Enter("PRODUCT2000"));
+    ny_sim_fail_call("ny_property_unregister_provider_callback", 1, 77, NY_SIM_ONCE);
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_THAT(dropped.log.Take(), ElementsAre(started, "Failed to stop VsMsgbus io [8192] due to exception: [77]"));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(stopped));
+}
+
+TEST_F(EntryText, OfAnExitThatFailsForAnotherReason) {
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    auto io = std::make_shared<FakeIo>(ios, "io");
+    io->onUnregister = [] { throw std::bad_alloc(); };
+    instance->AddIo(IoKindUpdate, std::move(io));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_THAT(dropped.log.Lines(),
+                ElementsAre(started, "Failed to exit msgbus for product id: %s [PRODUCT1000]", stopped));
+    EXPECT_EQ(CurrentBridge(), nullptr);
+    EXPECT_THAT(ios.Lines(), ElementsAre("io unregisters PRODUCT1000", "io unregisters all", "io destroyed"));
+}
+
+// Whichever allocation fails, Entry says no and leaves nothing, or what it says yes to can be left again.
+TEST_F(EntryText, IsFollowedByNothingWhenMemoryRunsOut) {
+    SetDroppedTextListener(nullptr);
+    bool isEntered = false;
+    size_t failures = 0;
+    for (; !isEntered; ++failures) {
+        ASSERT_LT(failures, 500U);
+        instance = nullptr;
+        {
+            const FailingMemory memory(failures);
+            isEntered = Enter("a product id that is too long to be kept without memory");
+        }
+        if (CurrentBridge() != nullptr) {
+            EXPECT_EQ(CurrentBridge(), instance);
+            VsMsgbusExit("a product id that is too long to be kept without memory", instance);
+        } else {
+            EXPECT_FALSE(isEntered);
+            EXPECT_EQ(CurrentLogSink(), nullptr);
+        }
+        ASSERT_EQ(CurrentBridge(), nullptr);
+        ASSERT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
+    }
+    EXPECT_GT(failures, 5U);
+}
+
+}  // namespace

@@ -1,0 +1,149 @@
+// What the point product is told when the agent comes and goes.
+#include <windows.h>
+
+#include "msgbus/NyClientFixture.h"
+#include "support/FailingMemory.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr char toStart[] = "5 ny_client: notifying point product to start client.";
+constexpr char toStop[] = "5 ny_client: notifying point product to stop client.";
+
+class NyClientStates : public NyClientFixture {
+protected:
+    void SetUp() override {
+        NyClientFixture::SetUp();
+        ExpectNotifications();
+    }
+};
+
+TEST_F(NyClientStates, StartedIsToldOnce) {
+    NotifyState(NyClientStateStarted);
+    NotifyState(NyClientStateStarted);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1"));
+    EXPECT_EQ(client->notified.load(), 1U);
+    EXPECT_THAT(AnsweredCalls(), IsEmpty());
+}
+
+TEST_F(NyClientStates, StoppedIsNotToldToWhoWasNotToldOfAStart) {
+    NotifyState(NyClientStateStopped);
+    EXPECT_THAT(lines.client.Lines(), IsEmpty());
+    EXPECT_NE(client->dispatcher, nullptr);
+}
+
+TEST_F(NyClientStates, AStateThatIsNeitherCountsAsStarted) {
+    NotifyState(7);
+    EXPECT_THAT(lines.client.Take(), ElementsAre(toStart, "told 7"));
+    EXPECT_EQ(client->notified.load(), 1U);
+    NotifyState(NyClientStateStarted);
+    EXPECT_THAT(lines.client.Lines(), IsEmpty());
+}
+
+// The version is asked for when the group of functions is loaded.
+TEST_F(NyClientStates, StoppedDisablesTheBusThenTellsThenLetsGoOfTheAgent) {
+    NotifyState(NyClientStateStarted);
+    ASSERT_EQ(NyClientStart(client), NY_OK);
+    lines.client.Take();
+    ny_sim_clear_calls();
+    onNotification = [](NyClient* told, uint32_t) { EXPECT_EQ(NyClientStop(told), NY_OK); };
+    NotifyState(NyClientStateStopped);
+    EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_msgbus_get_version 0", "ny_msgbus_disable_watcher 0",
+                                             "ny_client_handler_stop 0", "ny_client_handler_release 0"));
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStop, "told 0", "5 ny_client: stopping ny client."));
+    EXPECT_EQ(client->notified.load(), 0U);
+    EXPECT_EQ(client->clientHandler.load(), nullptr);
+    EXPECT_EQ(client->msgbus.load(), nullptr);
+    EXPECT_EQ(client->dispatcher, nullptr);
+    EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
+    EXPECT_EQ(::GetModuleHandleA("ny_msgbus.dll"), nullptr);
+}
+
+TEST_F(NyClientStates, StoppedTwiceIsToldOnce) {
+    NotifyState(NyClientStateStarted);
+    NotifyState(NyClientStateStopped);
+    lines.client.Take();
+    NotifyState(NyClientStateStopped);
+    EXPECT_THAT(lines.client.Lines(), IsEmpty());
+}
+
+TEST_F(NyClientStates, StoppedForgetsTheLogger) {
+    ny_logger_t* logger = nullptr;
+    ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
+    NotifyState(NyClientStateStarted);
+    client->logger = logger;
+    NotifyState(NyClientStateStopped);
+    EXPECT_EQ(client->logger, nullptr);
+    ny_sim_logger_release(logger);
+}
+
+// Neither a bus that refuses nor one that lacks the function keeps the point product from being told.
+TEST_F(NyClientStates, StoppedIsToldWhateverTheBusAnswers) {
+    NotifyState(NyClientStateStarted);
+    ASSERT_EQ(NyClientStart(client), NY_OK);
+    lines.client.Take();
+    ny_sim_fail_call("ny_msgbus_disable_watcher", 1, 44, NY_SIM_ONCE);
+    NotifyState(NyClientStateStopped);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStop, "told 0"));
+    EXPECT_EQ(client->notified.load(), 0U);
+}
+
+TEST_F(NyClientStates, StoppedIsToldWithAnAgentThatCannotDisableItsBus) {
+    environment.InstallAgent("5.7.1", "lacking");
+    NotifyState(NyClientStateStarted);
+    ASSERT_EQ(NyClientStart(client), NY_OK);
+    lines.client.Take();
+    ny_sim_clear_calls();
+    NotifyState(NyClientStateStopped);
+    EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_msgbus_get_version 0", "ny_client_handler_release 0"));
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStop, "told 0"));
+}
+
+TEST_F(NyClientStates, StartedAfterAStopLoadsTheDispatcherAnew) {
+    NotifyState(NyClientStateStarted);
+    NotifyState(NyClientStateStopped);
+    lines.client.Take();
+    onNotification = [](NyClient* told, uint32_t) { EXPECT_NE(told->dispatcher, nullptr); };
+    NotifyState(NyClientStateStarted);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1"));
+}
+
+TEST_F(NyClientStates, StartedWithoutADispatcherIsNotTold) {
+    NotifyState(NyClientStateStarted);
+    NotifyState(NyClientStateStopped);
+    lines.client.Take();
+    static LogSeverity severity;
+    static bool isExactText;
+    severity = SeverityDetail;
+    isExactText = false;
+    // Allocates nothing: there is no memory.
+    NyClientSetLogCallback(
+        client,
+        [](uint32_t lineSeverity, const char* module, const char* message, void*) -> int32_t {
+            severity = static_cast<LogSeverity>(lineSeverity);
+            isExactText = std::string_view(module) == "ny_client" &&
+                          std::string_view(message) == "failed to initialize dispatcher.";
+            return NY_OK;
+        },
+        nullptr);
+    {
+        const FailingMemory memory;
+        NotifyState(NyClientStateStarted);
+    }
+    EXPECT_EQ(severity, SeverityFailure);
+    EXPECT_TRUE(isExactText);
+    EXPECT_THAT(lines.client.Lines(), IsEmpty());
+    EXPECT_EQ(client->notified.load(), 0U);
+    EXPECT_EQ(client->dispatcher, nullptr);
+}
+
+TEST_F(NyClientStates, WithoutACallbackAreKeptAllTheSame) {
+    client->notification = nullptr;
+    NotifyState(NyClientStateStarted);
+    EXPECT_EQ(client->notified.load(), 1U);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart));
+}
+
+}  // namespace

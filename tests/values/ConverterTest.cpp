@@ -1,0 +1,138 @@
+// Conversions between the agent's values and standard strings.
+#include "values/AgentValues.h"
+
+#include "support/KeptHandles.h"
+#include "values/ValuesTest.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class Converters : public ValuesTest {
+protected:
+    void SetUp() override {
+        ValuesTest::SetUp();
+        environment.InstallAgent();
+    }
+};
+
+TEST_F(Converters, ReadNarrowTextWithTheLengthOfTheFirstCallAndTheTextOfTheSecond) {
+    const VariantOwner variant = FromJson("\"text\"");
+    std::string text;
+    EXPECT_THAT(CallsOf([&] { text = NarrowFromVariant(variant.Get()); }),
+                ElementsAre("ny_variant_get_string_buffer", "ny_buffer_get_string", "ny_buffer_get_string",
+                            "ny_buffer_release"));
+    EXPECT_EQ(text, "text");
+}
+
+TEST_F(Converters, ReadWideTextInTheSameWay) {
+    const VariantOwner variant = FromJson("\"text\"");
+    std::wstring text;
+    EXPECT_THAT(CallsOf([&] { text = WideFromVariant(variant.Get()); }),
+                ElementsAre("ny_variant_get_wstring_buffer", "ny_wbuffer_get_string", "ny_wbuffer_get_string",
+                            "ny_wbuffer_release"));
+    EXPECT_EQ(text, L"text");
+}
+
+TEST_F(Converters, MakeNarrowText) {
+    EXPECT_THAT(CallsOf([] { VariantFromNarrow("text"); }),
+                ElementsAre("ny_variant_create_from_string", "ny_variant_release"));
+    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow("text").Get()), "text");
+}
+
+TEST_F(Converters, MakeWideText) {
+    EXPECT_THAT(CallsOf([] { VariantFromWide(L"text"); }),
+                ElementsAre("ny_variant_create_from_wstring", "ny_variant_release"));
+    EXPECT_EQ(WideFromVariant(VariantFromWide(L"text").Get()), L"text");
+}
+
+TEST_F(Converters, TurnLengthZeroIntoAnEmptyTextInEveryDirection) {
+    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow("").Get()), "");
+    EXPECT_EQ(WideFromVariant(VariantFromWide(L"").Get()), L"");
+    EXPECT_EQ(WideFromVariant(VariantFromNarrow("").Get()), L"");
+    EXPECT_EQ(NarrowFromVariant(VariantFromWide(L"").Get()), "");
+    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(std::string()).Get()), "");
+    EXPECT_EQ(WideFromVariant(VariantFromWide(std::wstring()).Get()), L"");
+}
+
+TEST_F(Converters, KeepAZeroInTheMiddleInEveryDirection) {
+    const std::string narrow("a\0b\0", 4);
+    const std::wstring wide(L"a\0b\0", 4);
+    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(narrow).Get()), narrow);
+    EXPECT_EQ(WideFromVariant(VariantFromWide(wide).Get()), wide);
+    EXPECT_EQ(WideFromVariant(VariantFromNarrow(narrow).Get()), wide);
+    EXPECT_EQ(NarrowFromVariant(VariantFromWide(wide).Get()), narrow);
+}
+
+TEST_F(Converters, TakeTheLengthThatTheyAreGivenNotTheTerminator) {
+    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(std::string_view("abcdef", 3)).Get()), "abc");
+    EXPECT_EQ(WideFromVariant(VariantFromWide(std::wstring_view(L"abcdef", 3)).Get()), L"abc");
+}
+
+TEST_F(Converters, WidenAndNarrowThroughOneVariant) {
+    const std::string narrow = "\xC3\xBC \xE2\x82\xAC \xF0\x9F\x98\x80";
+    const std::wstring wide = L"\u00FC \u20AC \U0001F600";
+    EXPECT_EQ(WideFromNarrow(narrow), wide);
+    EXPECT_EQ(NarrowFromWide(wide), narrow);
+    EXPECT_THAT(CallsOf([] { WideFromNarrow("text"); }),
+                ElementsAre("ny_variant_create_from_string", "ny_variant_get_wstring_buffer", "ny_wbuffer_get_string",
+                            "ny_wbuffer_get_string", "ny_wbuffer_release", "ny_variant_release"));
+    EXPECT_THAT(CallsOf([] { NarrowFromWide(L"text"); }),
+                ElementsAre("ny_variant_create_from_wstring", "ny_variant_get_string_buffer", "ny_buffer_get_string",
+                            "ny_buffer_get_string", "ny_buffer_release", "ny_variant_release"));
+}
+
+TEST_F(Converters, ReadATablesValueByItsWideKey) {
+    const VariantOwner variant = FromJson(R"({"name": "first", "n\u00FCmber": 42})");
+    EXPECT_THAT(CallsOf([&] { TableFromVariant(variant.Get()); }),
+                ElementsAre("ny_variant_get_table", "ny_table_release"));
+    const TableOwner table = TableFromVariant(variant.Get());
+    EXPECT_THAT(CallsOf([&] { TableValue(table.Get(), L"name"); }),
+                ElementsAre("ny_table_get_wvalue", "ny_variant_release"));
+    EXPECT_EQ(NarrowFromVariant(TableValue(table.Get(), L"name").Get()), "first");
+    EXPECT_EQ(NarrowFromVariant(TableValue(table.Get(), L"n\u00FCmber").Get()), "42");
+    EXPECT_EQ(CodeOf([&] { TableValue(table.Get(), L"Name"); }), NY_INVALID_ARGUMENT);
+}
+
+TEST_F(Converters, ListATablesKeys) {
+    const TableOwner table = TableFromVariant(FromJson(R"({"one": "1", "two": "2"})").Get());
+    EXPECT_THAT(CallsOf([&] { TableKeys(table.Get()); }), ElementsAre("ny_table_get_keys", "ny_array_release"));
+    const ArrayOwner keys = TableKeys(table.Get());
+    EXPECT_THAT(CallsOf([&] { ArraySize(keys.Get()); }), ElementsAre("ny_array_size"));
+    ASSERT_EQ(ArraySize(keys.Get()), 2U);
+    EXPECT_THAT(CallsOf([&] { ArrayElement(keys.Get(), 0); }),
+                ElementsAre("ny_array_get_element_at", "ny_variant_release"));
+    EXPECT_EQ(NarrowFromVariant(ArrayElement(keys.Get(), 0).Get()), "one");
+    EXPECT_EQ(NarrowFromVariant(ArrayElement(keys.Get(), 1).Get()), "two");
+}
+
+TEST_F(Converters, HandTheIndexToTheAgentUnchanged) {
+    const TableOwner table = TableFromVariant(FromJson(R"({"one": "1"})").Get());
+    const ArrayOwner keys = TableKeys(table.Get());
+    EXPECT_EQ(CodeOf([&] { ArrayElement(keys.Get(), 1); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { ArrayElement(keys.Get(), SIZE_MAX); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(ArraySize(TableKeys(TableFromVariant(FromJson("{}").Get()).Get()).Get()), 0U);
+}
+
+TEST_F(Converters, RaiseTheAgentsCodeForAValueOfAnotherType) {
+    const VariantOwner table = FromJson("{}");
+    const VariantOwner text = FromJson("\"text\"");
+    EXPECT_EQ(CodeOf([&] { NarrowFromVariant(table.Get()); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { WideFromVariant(table.Get()); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { TableFromVariant(text.Get()); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { NarrowFromVariant(nullptr); }), NY_INVALID_ARGUMENT);
+}
+
+TEST_F(Converters, GiveTheValueAlsoWhenTheAgentRefusesToTakeTheBufferBack) {
+    const VariantOwner variant = FromJson("\"kept\"");
+    KeptHandles kept;
+    ASSERT_EQ(ny_sim_fail_call("ny_buffer_release", 1, 66, NY_SIM_ONCE), NY_OK);
+    ASSERT_EQ(ny_sim_fail_call("ny_wbuffer_release", 1, 66, NY_SIM_ONCE), NY_OK);
+    EXPECT_EQ(NarrowFromVariant(variant.Get()), "kept");
+    EXPECT_EQ(WideFromVariant(variant.Get()), L"kept");
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_BUFFER), 1U);
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_WBUFFER), 1U);
+    kept.Release();
+}
+
+}  // namespace
