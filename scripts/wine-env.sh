@@ -3,7 +3,8 @@
 PATH="$PATH:/usr/lib/wine"
 export PATH
 export WINEDEBUG=-all
-export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe='
+# Without a debugger a crash ends the program with an error; winedbg would end it with success.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=;winedbg.exe=d'
 WINEPREFIX="${VSMSGBUS_WINEPREFIX:-$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)/build/wineprefix}"
 export WINEPREFIX
 
