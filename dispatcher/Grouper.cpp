@@ -18,17 +18,25 @@ int32_t FindMember(Grouper& grouper, const char* product, Member** found) {
     return NY_INVALID_ARGUMENT;
 }
 
-int32_t AddMember(Grouper& grouper, const char* product) {
-    Member* existing = nullptr;
-    if (FindMember(grouper, product, &existing) == NY_OK) {
-        return NY_OK;
+void FindDirectory(const Grouper& grouper, Member& member) {
+    if (LookUpRuntimePath(member.product.c_str(), member.directory) != NY_OK) {
+        member.directory = grouper.defaultPath;
     }
+}
+
+int32_t AddMember(Grouper& grouper, const char* product) {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        Member* existing = nullptr;
+        if (FindMember(grouper, product, &existing) == NY_OK) {
+            // Who called while there was no agent, or no whole one, must reach the one that is installed later.
+            if (existing->libraries.empty()) {
+                FindDirectory(grouper, *existing);
+            }
+            return NY_OK;
+        }
         auto member = std::make_unique<Member>();
         member->product = product;
-        if (LookUpRuntimePath(product, member->directory) != NY_OK) {
-            member->directory = grouper.defaultPath;
-        }
+        FindDirectory(grouper, *member);
         grouper.members.push_back(std::move(member));
         return NY_OK;
     });

@@ -13,7 +13,8 @@ struct Grouper;
 // What a grouper can do. An empty slot answers NY_UNEXPECTED.
 struct GrouperOperations {
     // Adds the product with its runtime directory from the registry, or the default path where there is none; a product
-    // that is a member already is left as it is. NY_OK or NY_OUT_OF_MEMORY.
+    // that is a member already is left as it is, but its directory is looked up anew while none of its libraries is
+    // open. NY_OK or NY_OUT_OF_MEMORY.
     int32_t (*add_member)(Grouper& grouper, const char* product);
     // Nothing in the bridge removes a single member.
     int32_t (*remove_member)(Grouper& grouper, const char* product);

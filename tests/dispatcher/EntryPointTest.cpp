@@ -92,11 +92,16 @@ TEST_F(EntryPoints, WorkOnceTheAgentsLibrariesStandInItsFolder) {
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }
 
-TEST_F(EntryPoints, WorkWithTheNextDispatcherOnceAnAbsentAgentIsInstalled) {
+TEST_F(EntryPoints, WorkOnceAnAbsentAgentIsInstalled) {
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     environment.InstallAgent();
-    ReleaseDispatcher();
-    SetUp();
+    EXPECT_EQ(SizeOfNewBuffer(3), 3U);
+}
+
+TEST_F(EntryPoints, WorkOnceAnAgentThatWasLookedForInTheWrongFolderIsInstalled) {
+    environment.Installer().WriteRuntimePath("C:\\there-is-no-such-folder");
+    EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
+    environment.InstallAgent();
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }
 

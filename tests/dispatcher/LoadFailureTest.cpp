@@ -18,6 +18,7 @@ protected:
     }
 
     TestGroup<1> crypto{"crypto", "ny_client.dll", {"ny_crypto_name"}};
+    TestGroup<1> buffers{"ny_variant", "ny_variant.dll", {"ny_buffer_create"}};
     TestGroup<1> system{"system", "version.dll", {"VerQueryValueW"}};
 };
 
@@ -61,7 +62,17 @@ TEST_F(LoadFailure, LeavesNoLibraryEntryAndTheNextLoadTriesAgain) {
     EXPECT_NE(crypto.table.load(), nullptr);
 }
 
-TEST_F(LoadFailure, AProductKeepsTheFolderThatItHadAtItsFirstLoad) {
+TEST_F(LoadFailure, AProductKeepsItsFolderAsLongAsALibraryOfItIsOpen) {
+    environment.InstallAgent("5.6.0");
+    const std::string firstFolder = environment.Installer().CurrentFolder().string();
+    ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
+    environment.UpgradeAgent("5.7.0");
+    log.Take();
+    ASSERT_EQ(DispatcherLoad(buffers.Request()), NY_OK);
+    EXPECT_EQ(log.Lines()[1], Opens(firstFolder + "\\ny_variant.dll"));
+}
+
+TEST_F(LoadFailure, AProductWithoutAnOpenLibraryIsFoundInItsNewFolder) {
     environment.InstallAgent("5.6.0");
     const std::string firstPath = PathOf("ny_client.dll");
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
@@ -70,7 +81,7 @@ TEST_F(LoadFailure, AProductKeepsTheFolderThatItHadAtItsFirstLoad) {
     ASSERT_EQ(DispatcherUnload(agentSoftwareId, "ny_client.dll"), NY_OK);
     log.Take();
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
-    EXPECT_EQ(log.Lines()[1], Opens(firstPath));
+    EXPECT_EQ(log.Lines()[1], Opens(PathOf("ny_client.dll")));
 }
 
 TEST_F(LoadFailure, OfALibraryThatExportsNothingGivesATableOfNulls) {
