@@ -153,6 +153,9 @@ void AgentInstaller::DeleteFolders() {
         fs::remove(folder, inUse);
         return !inUse;
     });
+    // Only when nothing else is in it.
+    std::error_code notEmpty;
+    fs::remove(target, notEmpty);
 }
 
 }  // namespace simulator

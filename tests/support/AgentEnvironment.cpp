@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <exception>
 #include <filesystem>
 
 using simulator::AgentInstaller;
@@ -16,6 +17,14 @@ std::filesystem::path FolderOfThisProcess() {
 
 AgentEnvironment::AgentEnvironment() : installer(AgentInstaller::BuildsBesideProgram(), FolderOfThisProcess()) {
     ny_sim_reset();
+}
+
+AgentEnvironment::~AgentEnvironment() {
+    try {
+        installer.Remove();
+    } catch (const std::exception& failure) {
+        ADD_FAILURE() << failure.what();
+    }
 }
 
 void AgentEnvironment::InstallAgent(const std::string& version, const std::string& build) {

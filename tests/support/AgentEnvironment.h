@@ -15,6 +15,10 @@
 class AgentEnvironment {
 public:
     AgentEnvironment();
+    // Removes what is installed.
+    ~AgentEnvironment();
+    AgentEnvironment(const AgentEnvironment&) = delete;
+    AgentEnvironment& operator=(const AgentEnvironment&) = delete;
 
     // The builds are those of the simulated agent: full, older, lacking, empty, text.
     void InstallAgent(const std::string& version = "5.7.0", const std::string& build = "full");
