@@ -1,5 +1,4 @@
 // The life of the process's dispatcher and what its holders are answered.
-#include <algorithm>
 #include <thread>
 
 #include "dispatcher/DispatcherTest.h"
@@ -8,7 +7,6 @@
 
 namespace {
 
-using testing::ElementsAre;
 using testing::IsEmpty;
 
 class DispatcherLife : public AgentTest {

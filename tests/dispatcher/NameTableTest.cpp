@@ -1,4 +1,6 @@
 // The name tables of the agent's groups, and an agent that exports all that they name.
+#include <ostream>
+
 #include "dispatcher/DispatcherTest.h"
 #include "dispatcher/ExpectedGroups.h"
 #include "dispatcher/groups/BufferGroup.h"
@@ -21,6 +23,11 @@ struct GroupCase {
     const ExpectedGroup* expected;
     size_t count;
 };
+
+// How CTest names the cases.
+void PrintTo(const GroupCase& tested, std::ostream* out) {
+    *out << tested.test;
+}
 
 const GroupCase groupCases[] = {
     {"Buffers", &bufferGroup, &expectedBufferGroup, 15},

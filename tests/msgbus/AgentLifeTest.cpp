@@ -88,7 +88,8 @@ TEST_F(AgentLife, EndsWithTheLastOfTwoQuickUpgrades) {
     ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isBusy.Wait(limit); }));
     environment.UpgradeAgent("5.7.2", "full");
     mayGoOn.Set();
-    ASSERT_TRUE(WaitForAgentCalls(registerProvider, 2));
+    // What went by unseen would be found after 15 seconds.
+    ASSERT_EQ(ny_sim_wait_calls(registerProvider, 2, 10000), NY_OK);
     EXPECT_EQ(LoadedAgentFolder(), InstalledFolder());
     EXPECT_EQ(Ask("PRODUCT1000"), answered);
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
@@ -204,7 +205,7 @@ protected:
 
 TEST_F(AgentLifeBusy, LetsAnExitFinishBeforeItIsUnloaded) {
     environment.InstallAgent();
-    const Product staying("PRODUCT2000");
+    const Product staying("PRODUCT2000", nullptr, 0);
     Product product;
     UpgradeDuring("ny_property_unregister_provider_callback", [&] { product.Exit(); });
     EXPECT_EQ(Ask("PRODUCT1000"), notAsked);

@@ -35,8 +35,10 @@ protected:
         hasStarted.Set();
         return result;
     }
-    // Starts it and returns when no change goes by unseen any more. Forgets the lines of the start.
+    // Starts it and returns when no change goes by unseen any more; what then goes by all the same is not found by
+    // waiting either. Forgets the lines of the start.
     void StartAndWatch() {
+        notifier->waitTimeout = INFINITE;
         ASSERT_EQ(Start(), NY_OK);
         ASSERT_TRUE(watches.WaitFor(1));
         lines.Take();

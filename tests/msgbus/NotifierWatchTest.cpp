@@ -16,6 +16,7 @@ TEST_F(NotifierWatching, AsksForNamesAndValuesOfTheWholeSubtree) {
 
 TEST_F(NotifierWatching, ReportsAnAgentThatIsInstalledLater) {
     environment.Installer().CreateAgentKey();
+    notifier->waitTimeout = INFINITE;
     ASSERT_EQ(Start(), NY_OK);
     ASSERT_TRUE(watches.WaitFor(1));
     EXPECT_THAT(lines.Take(), ElementsAre(noVersion, threadStarted));

@@ -52,8 +52,8 @@ TEST_F(NyClientLines, AreCutAt2047Characters) {
 TEST_F(NyClientLines, GoToTheAgentsLoggerWithoutACallback) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     UseLogger();
-    EXPECT_EQ(NyClientLog(client, 2, "module", "%s", "100%s %n sure"), NY_OK);
-    EXPECT_THAT(Logged(), ElementsAre("2|module||0||100%s %n sure"));
+    EXPECT_EQ(NyClientLog(client, 2, "module", "%s", "50%% of 7%d"), NY_OK);
+    EXPECT_THAT(Logged(), ElementsAre("2|module||0||50%% of 7%d"));
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_log_v 0"));
     LetGoOfLogger();
 }
@@ -90,8 +90,8 @@ TEST_F(NyClientLines, OfTheAgentArePassedOnAsTheyStand) {
 TEST_F(NyClientLines, OfTheAgentGoToItsLoggerWithoutACallback) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     UseLogger();
-    EXPECT_EQ(NyClientAgentLog(4, "agent", "100%s %n sure", client), NY_OK);
-    EXPECT_THAT(Logged(), ElementsAre("4|agent||0||100%s %n sure"));
+    EXPECT_EQ(NyClientAgentLog(4, "agent", "50%% of 7%d", client), NY_OK);
+    EXPECT_THAT(Logged(), ElementsAre("4|agent||0||50%% of 7%d"));
     LetGoOfLogger();
 }
 

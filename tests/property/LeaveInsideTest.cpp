@@ -101,8 +101,8 @@ TEST_F(LeaveInside, AndEnterAnotherProduct) {
     EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
 }
 
-// The second request is at the bridge's door when the first one's collector leaves, and the agent waits for it to go away:
-// it must not wait for the collector that waits in Exit.
+// The second request is at the bridge's door when the first one's collector leaves, and the agent waits for it to go
+// away: it must not wait for the collector that waits in Exit.
 TEST_F(LeaveInside, WhileAnotherRequestWaitsForItsTurn) {
     ny_sim_clear_calls();
     collector.collect = [this](ISet&) {

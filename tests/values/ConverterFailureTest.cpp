@@ -1,5 +1,6 @@
 // Every agent call of every converter, answered with an error; and no agent at all.
-#include <optional>
+#include <algorithm>
+#include <ostream>
 
 #include "values/AgentValues.h"
 #include "values/ValuesTest.h"
@@ -21,6 +22,11 @@ struct Converter {
     void (*run)(const Inputs& inputs);
     Calls failing;  // its agent calls that may fail, in order
 };
+
+// How CTest names the cases.
+void PrintTo(const Converter& converter, std::ostream* out) {
+    *out << converter.name;
+}
 
 const Converter converters[] = {
     {"NarrowFromVariant",
