@@ -34,5 +34,5 @@ includesText=$(declare -p includes)
 export includesText
 
 sed -n 's/^ *"command": ".* -o \([^ ]*\) -c \([^ ]*\)",\{0,1\}$/\2 \1/p' "$build/compile_commands.json" |
-    grep -v -e "^$PWD/tests/" -e "^/usr/" |
+    grep -v -e "^$PWD/tests/" -e "^$PWD/build/" -e "^/usr/" |
     xargs -P "$(nproc)" -L 1 bash -c 'eval "$includesText"; CheckHabits "$1" "$2"' check-style

@@ -22,9 +22,14 @@ EnsureWinePrefix() {
     ) 9>"$WINEPREFIX.lock"
 }
 
-# One server for a whole run: a program then starts in some 50 ms instead of seconds. It ends by itself when nothing has
-# used it for half a minute, so that runs side by side do not end each other's.
+# One server for a whole run: a program then starts in some 50 ms instead of seconds. The last of several runs side by
+# side ends it.
 KeepWineServer() {
     EnsureWinePrefix
-    wineserver -p30 >/dev/null 2>&1 || true
+    exec 8>"$WINEPREFIX.users"
+    flock --shared 8
+    wineserver -p >/dev/null 2>&1 || true
+    # The first program starts the system's own ones, which hold its output open for as long as they run.
+    wine64 cmd /c exit </dev/null >/dev/null 2>&1 || true
+    trap 'flock --exclusive --nonblock 8 && wineserver -k >/dev/null 2>&1 || true' EXIT
 }
