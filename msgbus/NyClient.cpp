@@ -35,6 +35,15 @@ void ReleaseHandler(NyClient& client) noexcept {
     client.isHandlerLost = client.isHandlerLost || (result != NY_OK && result != NY_FUNCTION_MISSING);
 }
 
+// What is kept stays within reach, so that it is no leak to those who look for leaks.
+std::atomic<NyClient*> keptClients = nullptr;
+
+void KeepForGood(NyClient* client) noexcept {
+    client->nextKept = keptClients.load();
+    while (!keptClients.compare_exchange_weak(client->nextKept, client)) {
+    }
+}
+
 void LetGoOfAgent(NyClient& client) noexcept {
     ReleaseHandler(client);
     client.msgbus = nullptr;
@@ -119,6 +128,7 @@ int32_t NyClientRelease(NyClient* client) noexcept {
     if (client->isHandlerLost) {
         // The agent may still hand its log lines to this context: it stays for good, and leads nowhere.
         client->logCallback = nullptr;
+        KeepForGood(client);
         return NY_OK;
     }
     delete client;

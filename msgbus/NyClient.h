@@ -40,6 +40,7 @@ struct NyClient {
     ny_passphrase_callback_t passphraseCallback = nullptr;
     void* passphraseUserData = nullptr;
     bool isHandlerLost = false;  // the agent refused to let go of a handler: it may still call back
+    NyClient* nextKept = nullptr;
 };
 
 // Creates a context for a product id, with the dispatcher loaded, and stores it in the record's first field.
