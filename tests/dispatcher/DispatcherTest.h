@@ -59,9 +59,12 @@ protected:
         return NY_OK;
     }
 
-    // The path and the handle of a library of the agent installed last.
+    // A library of the agent installed last: its file, its path as the dispatcher composes it, and its handle.
+    std::filesystem::path FileOf(const std::string& library) {
+        return environment.Installer().CurrentFolder() / library;
+    }
     std::string PathOf(const std::string& library) {
-        return (environment.Installer().CurrentFolder() / library).string();
+        return environment.Installer().CurrentFolder().string() + "\\" + library;
     }
     HMODULE ModuleOf(const std::string& library) { return ::GetModuleHandleA(PathOf(library).c_str()); }
 

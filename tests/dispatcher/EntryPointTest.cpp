@@ -87,7 +87,7 @@ TEST_F(EntryPoints, WorkOnceTheAgentsLibrariesStandInItsFolder) {
     environment.InstallAgent("5.7.0", "text");
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     const auto builds = simulator::AgentInstaller::BuildsBesideProgram();
-    std::filesystem::copy_file(builds / "full" / "ny_variant.dll", PathOf("ny_variant.dll"),
+    std::filesystem::copy_file(builds / "full" / "ny_variant.dll", FileOf("ny_variant.dll"),
                                std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }

@@ -56,7 +56,7 @@ TEST_F(LoadFailure, LeavesNoLibraryEntryAndTheNextLoadTriesAgain) {
     ASSERT_EQ(dispatcher->grouper.members.size(), 1U);
     EXPECT_THAT(dispatcher->grouper.members[0]->libraries, IsEmpty());
     const auto builds = simulator::AgentInstaller::BuildsBesideProgram();
-    std::filesystem::copy_file(builds / "full" / "ny_client.dll", PathOf("ny_client.dll"),
+    std::filesystem::copy_file(builds / "full" / "ny_client.dll", FileOf("ny_client.dll"),
                                std::filesystem::copy_options::overwrite_existing);
     EXPECT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     EXPECT_NE(crypto.table.load(), nullptr);

@@ -141,7 +141,7 @@ TEST_F(Load, ShowsANullGroup) {
 
 TEST_F(Load, ResolvesInTheFirstLibraryWhoseNameBeginsTheOneAskedFor) {
     environment.InstallAgent();
-    std::filesystem::copy_file(PathOf("ny_logger.dll"), PathOf("ny_client.dll.other"));
+    std::filesystem::copy_file(FileOf("ny_logger.dll"), FileOf("ny_client.dll.other"));
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     const HMODULE module = ModuleOf("ny_client.dll");
     log.Take();

@@ -18,11 +18,12 @@ class NotifierTime : public NotifierFixture {};
 TEST_F(NotifierTime, RealFifteenSecondsPassBeforeAnUnchangedVersionIsReadAgain) {
     WriteVersion("5.7.0");
     const Waits waits(*notifier);
+    Questions questions;
     ASSERT_EQ(Start(), NY_OK);
     ASSERT_TRUE(waits.log.WaitForSize(1));
     lines.Take();
+    questions.asked.Take();
     const auto before = std::chrono::steady_clock::now();
-    const Questions questions;
     ASSERT_TRUE(waits.log.WaitForSize(2));
     EXPECT_THAT(std::chrono::steady_clock::now() - before, AllOf(Ge(14500ms), Le(20s)));
     EXPECT_THAT(waits.log.Lines(), ElementsAre("15000", "infinite"));
