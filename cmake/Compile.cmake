@@ -1,15 +1,22 @@
 # How every target of this project is compiled and linked.
 
-# Link to this one: warnings are errors, the C++ runtime is linked in.
+# Link to this one: warnings are errors; for Windows, the C++ runtime is linked in.
 add_library(project_options INTERFACE)
 target_compile_options(project_options INTERFACE
     -Wall -Wextra -Wpedantic -Werror
     -Wcast-qual -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2 -Wimplicit-fallthrough
     -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wshadow -Wundef -Wunused)
 target_compile_definitions(project_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-target_link_options(project_options INTERFACE -static)
+if(WIN32)
+    target_link_options(project_options INTERFACE -static)
+else()
+    include(cmake/Native.cmake)
+endif()
 
 # A library's file is named as on Windows: no "lib" before the name.
 function(set_dll_properties target)
     set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
+    if(NOT WIN32)
+        set_native_dll_properties(${target})
+    endif()
 endfunction()

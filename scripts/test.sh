@@ -1,18 +1,33 @@
 #!/usr/bin/env bash
-# Runs all checks and tests, after installing and building what is missing. Arguments go to ctest, such as -R NAME.
+# Runs all checks and tests, after installing and building what is missing: the style of the sources, the tests of the
+# Windows build under Wine, and those of the native checking builds. Arguments go to ctest, such as -R NAME.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
+# RunTests PRESET TITLE [CTEST-ARGUMENT...]: one line about a build's tests. Most of the longest only wait, so there may
+# be more of them at a time than processors.
+RunTests() {
+    local preset="$1" title="$2" begin=$SECONDS status=0 summary
+    shift 2
+    Step "tests-$preset" ctest --test-dir "build/$preset" --parallel $((2 * $(nproc))) --output-on-failure \
+        --no-tests=error "$@" || status=$?
+    summary=$(sed -n 's/^[0-9]*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\2 tests, \1 failed/p' \
+        "$LOGS/tests-$preset.log")
+    echo "$title: ${summary:-no tests were run}, $((SECONDS - begin)) s"
+    return "$status"
+}
+
 scripts/build.sh
-BuildPreset release all
+for preset in release asan tsan; do
+    BuildPreset "$preset" all
+done
 Step style scripts/check-style.sh
 source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix
 KeepWineServer
 
-# Most of the longest tests only wait, so there may be more of them than processors.
 status=0
-Step tests ctest --test-dir build/release --parallel $((2 * $(nproc))) --output-on-failure --no-tests=error "$@" ||
-    status=$?
-grep -E '^[0-9]+% tests passed|^Total Test time' build/logs/tests.log
+RunTests release "Windows build under Wine" "$@" || status=1
+RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
+RunTests tsan "native, data races" "$@" || status=1
 exit "$status"

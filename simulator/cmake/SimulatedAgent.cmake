@@ -39,8 +39,10 @@ function(add_simulated_agent build)
         set(target ${library}_${build})
         if(AGENT_EMPTY)
             add_library(${target} SHARED ${SIMULATED_AGENT_DIR}/Empty.cpp)
-            # Without a list of exports the linker would take every global symbol.
-            target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
+            if(WIN32)
+                # Without a list of exports the linker would take every global symbol.
+                target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
+            endif()
         else()
             set(exports ${CMAKE_CURRENT_BINARY_DIR}/${build}/${library}.def)
             write_reduced_exports(${library} ${exports} dropped ${AGENT_LACKING})

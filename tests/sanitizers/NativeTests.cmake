@@ -1,0 +1,24 @@
+# What a program of tests needs in the native build: the sanitizers' options, and imports that are filled in when it
+# starts, so that a test can put others in their place.
+function(prepare_native_tests program)
+    target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests/sanitizers/Options.cpp)
+    target_link_options(${program} PRIVATE -Wl,-z,now)
+endfunction()
+
+# Single tests of what is different here, see tests/win32/README.md. They run under Wine alone.
+set(native_left_out
+    # libraries of Windows' own, and flags for their loader
+    DlOpen.HandsOutTheModuleOfTheSystem
+    DlOpen.PassesOtherFlagsOnUnchanged
+    DlSym.GivesTheAddressThatTheSystemGives
+    DlSym.GivesNullForANameThatIsNotExportedAndForNullArguments
+    LoadFailure.WithoutARuntimePathOpensTheBareNameWhichMaySucceed
+    # wide characters of two bytes
+    AgentLog.IsWidenedByteByByteWithTheSign
+    SimulatedValues.TextsAreConvertedBothWays
+    UniStream.WidensUtf8
+    VsMsgbusCallbacks.WidenLinesByteByByteWithTheSign
+    # files that cannot be deleted while they are in use
+    Installer.LeavesFilesInUseToItsEnd)
+list(JOIN native_left_out ":" native_left_out)
+set(NATIVE_TEST_FILTER TEST_FILTER "-${native_left_out}")

@@ -1,0 +1,99 @@
+#include <csetjmp>
+#include <system_error>
+#include <thread>
+#include <utility>
+
+#include "Waitable.h"
+#include "win32/libraries.h"
+#include "win32/threads.h"
+
+namespace win32 {
+
+namespace {
+
+constexpr DWORD threadIdSpacing = 4;
+std::atomic<DWORD> lastThreadId = 0;
+thread_local DWORD currentThreadId = 0;
+
+DWORD NewThreadId() {
+    return lastThreadId.fetch_add(threadIdSpacing, std::memory_order_relaxed) + threadIdSpacing;
+}
+
+class Thread final : public Waitable {
+public:
+    Thread(LPTHREAD_START_ROUTINE startRoutine, LPVOID startParameter)
+        : Waitable(true, false), start(startRoutine), parameter(startParameter) {}
+
+    const LPTHREAD_START_ROUTINE start;
+    const LPVOID parameter;
+    const DWORD id = NewThreadId();
+};
+
+// The way out of a thread from anywhere in it.
+struct ThreadExit {
+    std::jmp_buf place;
+    HMODULE library = nullptr;
+};
+thread_local ThreadExit* currentExit = nullptr;
+
+// Returns when the start routine does, or when it leaves its thread.
+void RunStartRoutine(const Thread& thread, ThreadExit& exit) {
+    currentExit = &exit;
+    if (setjmp(exit.place) == 0) {
+        thread.start(thread.parameter);
+    }
+}
+
+void RunThread(Thread& thread) {
+    currentThreadId = thread.id;
+    ThreadExit exit;
+    RunStartRoutine(thread, exit);
+    currentExit = nullptr;
+    if (exit.library != nullptr) {
+        FreeLibrary(exit.library);
+    }
+    thread.Signal();
+}
+
+}  // namespace
+
+}  // namespace win32
+
+HANDLE CreateThread(LPSECURITY_ATTRIBUTES /*security*/, size_t /*stackSize*/, LPTHREAD_START_ROUTINE start,
+                    LPVOID parameter, DWORD flags, LPDWORD threadId) {
+    win32::Support(flags == 0, "flags of threads");
+    return win32::AnswerOr<HANDLE>(nullptr, "CreateThread", [&] {
+        auto thread = std::make_shared<win32::Thread>(start, parameter);
+        const DWORD id = thread->id;
+        const HANDLE handle = win32::OpenHandle(thread);
+        try {
+            // The object goes over to the thread: letting go of it after the thread did would order the two.
+            std::thread([thread = std::move(thread)] { win32::RunThread(*thread); }).detach();
+        } catch (const std::system_error&) {
+            win32::TakeHandle(handle);
+            throw win32::Failure{ERROR_NOT_ENOUGH_MEMORY};
+        }
+        if (threadId != nullptr) {
+            *threadId = id;
+        }
+        return handle;
+    });
+}
+
+// The library is freed and the thread ended from outside of the library's code, once nothing of it runs any more.
+void FreeLibraryAndExitThread(HMODULE library, DWORD /*exitCode*/) {
+    win32::Support(win32::currentExit != nullptr, "leaving a thread that CreateThread did not make");
+    win32::currentExit->library = library;
+    std::longjmp(win32::currentExit->place, 1);
+}
+
+DWORD GetCurrentThreadId() {
+    if (win32::currentThreadId == 0) {
+        win32::currentThreadId = win32::NewThreadId();
+    }
+    return win32::currentThreadId;
+}
+
+void Sleep(DWORD milliseconds) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+}

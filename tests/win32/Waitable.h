@@ -1,0 +1,60 @@
+// What can be waited for: an event, or a thread's end.
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <span>
+#include <vector>
+
+#include "Handles.h"
+
+namespace win32 {
+
+// One thread's wait. Belongs to that wait alone, so that waits of others order nothing.
+class Waiter {
+public:
+    using Deadline = std::optional<std::chrono::steady_clock::time_point>;  // none for ever
+
+    void Wake();
+    // False when the deadline has passed.
+    bool Wait(const Deadline& deadline);
+
+private:
+    std::mutex mutex;
+    std::condition_variable woken;
+    bool isWoken = false;
+};
+
+class Waitable : public Object {
+public:
+    // One that does not stay signalled ends one wait for each signal.
+    Waitable(bool staysSignalled, bool isSignalledNow) : stays(staysSignalled), isSignalled(isSignalledNow) {}
+
+    void Signal();
+    void Reset();
+
+    // Whether it is signalled: that ends the wait. If it is not, the waiter is woken by the next signal until it is
+    // dismissed.
+    bool EndsWaitOf(Waiter& waiter);
+    void Dismiss(Waiter& waiter);
+
+private:
+    std::mutex mutex;
+    const bool stays;
+    bool isSignalled;
+    std::vector<Waiter*> waiters;
+};
+
+class Event final : public Waitable {
+    using Waitable::Waitable;
+};
+
+// Signalled while nobody owns it.
+class Mutex final : public Waitable {
+public:
+    explicit Mutex(bool isOwned) : Waitable(false, !isOwned) {}
+};
+
+}  // namespace win32

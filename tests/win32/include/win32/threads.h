@@ -1,0 +1,47 @@
+#pragma once
+
+#include <pthread.h>
+
+#include "win32/types.h"
+
+using LPTHREAD_START_ROUTINE = DWORD (*)(LPVOID parameter);
+
+struct CRITICAL_SECTION {
+    pthread_mutex_t mutex;
+};
+using LPCRITICAL_SECTION = CRITICAL_SECTION*;
+
+inline constexpr DWORD INFINITE = 0xFFFFFFFF;
+inline constexpr DWORD WAIT_OBJECT_0 = 0;
+inline constexpr DWORD WAIT_TIMEOUT = 258;
+inline constexpr DWORD WAIT_FAILED = 0xFFFFFFFF;
+inline constexpr DWORD MAXIMUM_WAIT_OBJECTS = 64;
+
+extern "C" {
+
+// Flags, security and suspended threads are not supported; the stack's size is not looked at.
+HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stackSize, LPTHREAD_START_ROUTINE start, LPVOID parameter,
+                    DWORD flags, LPDWORD threadId);
+DWORD GetCurrentThreadId();
+void Sleep(DWORD milliseconds);
+
+// Names are not supported.
+HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCSTR name);
+HANDLE CreateEventW(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCWSTR name);
+BOOL SetEvent(HANDLE event);
+BOOL ResetEvent(HANDLE event);
+
+// Names are not looked at: what programs share by name on Windows, each has to itself here. Not to be owned twice.
+HANDLE CreateMutexA(LPSECURITY_ATTRIBUTES security, BOOL initialOwner, LPCSTR name);
+BOOL ReleaseMutex(HANDLE mutex);
+
+DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds);
+// Waiting for all is not supported.
+DWORD WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitForAll, DWORD milliseconds);
+
+void InitializeCriticalSection(LPCRITICAL_SECTION section);
+void DeleteCriticalSection(LPCRITICAL_SECTION section);
+void EnterCriticalSection(LPCRITICAL_SECTION section);
+void LeaveCriticalSection(LPCRITICAL_SECTION section);
+
+}  // extern "C"

@@ -1,0 +1,135 @@
+// Loading, finding and freeing libraries.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+
+#include "win32_faults.h"
+
+namespace {
+
+constexpr char sample[] = "win32_sample.dll";
+
+std::string ProgramFolder() {
+    char path[MAX_PATH] = {};
+    EXPECT_NE(::GetModuleFileNameA(nullptr, path, MAX_PATH), 0U);
+    return std::filesystem::path(path).parent_path().string();
+}
+
+// The error with which a library is not loaded.
+DWORD LoadError(const std::string& path) {
+    ::SetLastError(0);
+    const HMODULE library = ::LoadLibraryA(path.c_str());
+    if (library != nullptr) {
+        ADD_FAILURE() << path << " is loaded";
+        ::FreeLibrary(library);
+    }
+    return ::GetLastError();
+}
+
+class Library : public testing::Test {
+protected:
+    ~Library() override {
+        EXPECT_EQ(win32::LibraryReferences(), 0U);
+        EXPECT_EQ(::GetModuleHandleA(sample), nullptr);
+    }
+};
+
+TEST_F(Library, IsLoadedByNameFromTheProgramsFolder) {
+    const HMODULE library = ::LoadLibraryA("WIN32_SAMPLE.dll");
+    EXPECT_EQ(library, nullptr) << "files have names of one spelling here";
+    const HMODULE loaded = ::LoadLibraryA("win32_sample");
+    ASSERT_NE(loaded, nullptr);
+    EXPECT_EQ(::GetModuleHandleA("Win32_Sample.DLL"), loaded);
+    EXPECT_EQ(::GetModuleHandleW(L"win32_sample.dll"), loaded);
+    EXPECT_TRUE(::FreeLibrary(loaded));
+}
+
+TEST_F(Library, IsLoadedByPathWithEitherSlash) {
+    const std::string path = ProgramFolder() + "/" + sample;
+    std::string backwards = path;
+    std::replace(backwards.begin(), backwards.end(), '/', '\\');
+    const HMODULE first = ::LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    const HMODULE second = ::LoadLibraryExA(backwards.c_str(), nullptr, 0);
+    ASSERT_NE(first, nullptr);
+    EXPECT_EQ(first, second);
+    char name[MAX_PATH] = {};
+    EXPECT_EQ(::GetModuleFileNameA(first, name, MAX_PATH), path.size());
+    EXPECT_EQ(name, path);
+    EXPECT_EQ(::GetModuleHandleA(backwards.c_str()), first);
+    EXPECT_EQ(::GetModuleHandleA("/elsewhere/win32_sample.dll"), nullptr);
+    EXPECT_EQ(win32::LibraryReferences(), 2U);
+    EXPECT_TRUE(::FreeLibrary(first));
+    EXPECT_EQ(::GetModuleHandleA(sample), first);
+    EXPECT_TRUE(::FreeLibrary(first));
+    EXPECT_FALSE(::FreeLibrary(first));
+}
+
+TEST_F(Library, ThatCannotBeLoadedSaysWhy) {
+    EXPECT_EQ(LoadError("nothing.dll"), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(LoadError("C:\\nowhere\\nothing.dll"), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(LoadError(ProgramFolder()), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(LoadError("win32_dependent.dll"), DWORD{ERROR_MOD_NOT_FOUND});
+    const std::string text = testing::TempDir() + "text-" + std::to_string(::GetCurrentProcessId());
+    std::ofstream(text) << "text";
+    EXPECT_EQ(LoadError(text + "."), DWORD{ERROR_BAD_EXE_FORMAT});
+    std::filesystem::remove(text);
+    EXPECT_EQ(::LoadLibraryExA(sample, nullptr, DONT_RESOLVE_DLL_REFERENCES), nullptr);
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+}
+
+TEST_F(Library, GivesItsOwnExportsAlone) {
+    const HMODULE library = ::LoadLibraryA(sample);
+    ASSERT_NE(library, nullptr);
+    const FARPROC address = ::GetProcAddress(library, "SampleAnswer");
+    ASSERT_NE(address, nullptr);
+    const auto answer = reinterpret_cast<int (*)()>(reinterpret_cast<void*>(address));
+    EXPECT_EQ(answer(), 42);
+    for (const char* other : {"sampleanswer", "CloseHandle", "malloc"}) {
+        ::SetLastError(0);
+        EXPECT_EQ(::GetProcAddress(library, other), nullptr) << other;
+        EXPECT_EQ(::GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    }
+    ::FreeLibrary(library);
+}
+
+TEST_F(Library, IsHeldByAnAddressOfItsCode) {
+    const HMODULE library = ::LoadLibraryA(sample);
+    const auto address = reinterpret_cast<LPCSTR>(::GetProcAddress(library, "SampleAnswer"));
+    HMODULE held = nullptr;
+    EXPECT_TRUE(::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, address, &held));
+    EXPECT_EQ(held, library);
+    ::FreeLibrary(library);
+    EXPECT_EQ(::GetModuleHandleA(sample), library);
+    HMODULE looked = nullptr;
+    EXPECT_TRUE(::GetModuleHandleExA(
+        GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT, address, &looked));
+    EXPECT_EQ(looked, library);
+    ::FreeLibrary(held);
+}
+
+TEST_F(Library, OfTheProgramIsFoundByItsAddressAndWithoutAName) {
+    HMODULE program = nullptr;
+    EXPECT_TRUE(::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<LPCSTR>(&ProgramFolder),
+                                     &program));
+    EXPECT_EQ(program, ::GetModuleHandleA(nullptr));
+    EXPECT_EQ(program, ::GetModuleHandleW(nullptr));
+    EXPECT_TRUE(::FreeLibrary(program));
+    EXPECT_FALSE(::GetModuleHandleExA(0, "nothing.dll", &program));
+    EXPECT_EQ(program, nullptr);
+}
+
+TEST_F(Library, HasAPathThatIsCutOffWhereTheRoomEnds) {
+    char cut[5] = {};
+    EXPECT_EQ(::GetModuleFileNameA(nullptr, cut, 5), 5U);
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(cut, ProgramFolder().substr(0, 4));
+    wchar_t wide[MAX_PATH] = {};
+    EXPECT_GT(::GetModuleFileNameW(nullptr, wide, MAX_PATH), 4U);
+    EXPECT_EQ(wide[0], L'/');
+}
+
+}  // namespace

@@ -1,0 +1,4 @@
+// A library that stands where nobody looks for it.
+extern "C" __declspec(dllexport) int LostAnswer() {
+    return 42;
+}

@@ -1,0 +1,81 @@
+// Threads, their ids and ends, and critical sections.
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <thread>
+
+#include "win32_faults.h"
+
+namespace {
+
+DWORD WINAPI StoreId(LPVOID place) {
+    *static_cast<DWORD*>(place) = ::GetCurrentThreadId();
+    return 0;
+}
+
+TEST(Thread, HasAnIdOfItsOwnThatItsCreatorIsTold) {
+    DWORD seen = 0;
+    DWORD told = 0;
+    const HANDLE thread = ::CreateThread(nullptr, 0, StoreId, &seen, 0, &told);
+    ASSERT_EQ(::WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);
+    EXPECT_EQ(seen, told);
+    EXPECT_NE(seen, ::GetCurrentThreadId());
+    EXPECT_EQ(::GetCurrentThreadId(), ::GetCurrentThreadId());
+    EXPECT_NE(::GetCurrentThreadId(), 0U);
+    ::CloseHandle(thread);
+}
+
+TEST(Thread, RunsOnWhenItsHandleIsClosed) {
+    const HANDLE event = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    const HANDLE thread = ::CreateThread(
+        nullptr, 0, [](LPVOID set) { return static_cast<DWORD>(::SetEvent(set)); }, event, 0, nullptr);
+    ::CloseHandle(thread);
+    EXPECT_EQ(::WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
+    ::CloseHandle(event);
+}
+
+DWORD WINAPI Leave(LPVOID library) {
+    ::FreeLibraryAndExitThread(static_cast<HMODULE>(library), 0);
+}
+
+TEST(Thread, LeavesWithTheLastReferenceOnALibrary) {
+    const HMODULE library = ::LoadLibraryA("win32_sample.dll");
+    ASSERT_NE(library, nullptr);
+    const HANDLE thread = ::CreateThread(nullptr, 0, Leave, library, 0, nullptr);
+    EXPECT_EQ(::WaitForSingleObject(thread, INFINITE), WAIT_OBJECT_0);
+    EXPECT_EQ(::GetModuleHandleA("win32_sample.dll"), nullptr);
+    EXPECT_EQ(win32::LibraryReferences(), 0U);
+    ::CloseHandle(thread);
+}
+
+TEST(Thread, HasALastErrorOfItsOwn) {
+    ::SetLastError(7);
+    std::jthread([] {
+        EXPECT_EQ(::GetLastError(), 0U);
+        ::SetLastError(8);
+    }).join();
+    EXPECT_EQ(::GetLastError(), 7U);
+}
+
+TEST(Thread, EntersACriticalSectionAgainAndKeepsOthersOut) {
+    CRITICAL_SECTION section;
+    ::InitializeCriticalSection(&section);
+    int counter = 0;
+    const auto count = [&] {
+        for (int i = 0; i < 1000; ++i) {
+            ::EnterCriticalSection(&section);
+            ::EnterCriticalSection(&section);
+            ++counter;
+            ::LeaveCriticalSection(&section);
+            ::LeaveCriticalSection(&section);
+        }
+    };
+    {
+        const std::jthread first(count);
+        const std::jthread second(count);
+    }
+    EXPECT_EQ(counter, 2000);
+    ::DeleteCriticalSection(&section);
+}
+
+}  // namespace
