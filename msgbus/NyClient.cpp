@@ -127,7 +127,10 @@ int32_t NyClientRelease(NyClient* client) noexcept {
     LetGoOfAgent(*client);
     if (client->isHandlerLost) {
         // The agent may still hand its log lines to this context: it stays for good, and leads nowhere.
-        client->logCallback = nullptr;
+        Guarded([client] {
+            client->agentLogGate.Close();
+            client->agentLogGate.WaitForOthers();
+        });
         KeepForGood(client);
         return NY_OK;
     }

@@ -9,6 +9,7 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "base/CallGate.h"
 #include "dispatcher/DispatcherLog.h"
 
 struct Dispatcher;
@@ -41,6 +42,7 @@ struct NyClient {
     void* passphraseUserData = nullptr;
     bool isHandlerLost = false;  // the agent refused to let go of a handler: it may still call back
     NyClient* nextKept = nullptr;
+    CallGate agentLogGate;  // the agent's log lines; closed once they must lead nowhere
 };
 
 // Creates a context for a product id, with the dispatcher loaded, and stores it in the record's first field.

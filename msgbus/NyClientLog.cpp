@@ -1,8 +1,24 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "base/Boundary.h"
 #include "dispatcher/groups/LoggerGroup.h"
 #include "msgbus/NyClient.h"
+
+namespace {
+
+int32_t Deliver(NyClient& client, uint32_t severity, const char* module, const char* message) noexcept {
+    if (client.logCallback != nullptr) {
+        return client.logCallback(severity, module, message, client.logUserData);
+    }
+    if (client.logger != nullptr) {
+        // The text is an argument: percent signs in it are printed, not interpreted.
+        return agent::ny_log(client.logger, severity, module, "", 0, "", "%s", message);
+    }
+    return NY_OK;
+}
+
+}  // namespace
 
 int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, const char* format, ...) noexcept {
     if (client == nullptr) {
@@ -14,7 +30,7 @@ int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, con
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
     line[sizeof line - 1] = '\0';
-    return NyClientAgentLog(severity, module, line, client);
+    return Deliver(*client, severity, module, line);
 }
 
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
@@ -22,12 +38,8 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    if (client->logCallback != nullptr) {
-        return client->logCallback(severity, module, message, client->logUserData);
-    }
-    if (client->logger != nullptr) {
-        // The text is an argument: percent signs in it are printed, not interpreted.
-        return agent::ny_log(client->logger, severity, module, "", 0, "", "%s", message);
-    }
-    return NY_OK;
+    return Guarded<int32_t>(NY_UNEXPECTED, [&]() -> int32_t {
+        const CallGate::Call call(client->agentLogGate);
+        return call ? Deliver(*client, severity, module, message) : NY_OK;
+    });
 }

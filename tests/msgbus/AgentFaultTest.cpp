@@ -1,6 +1,8 @@
 // Every agent function that is called when products enter, when the agent is upgraded and when they leave answers an
 // error.
+#include <atomic>
 #include <set>
+#include <thread>
 
 #include "msgbus/AgentFault.h"
 
@@ -232,6 +234,29 @@ TEST_F(AgentFault, ThatKeepsEverythingAliveLeavesTheAgentNothingDeadToCall) {
     EXPECT_EQ(Ask("PRODUCT1000"), std::vector<std::string>{"answer 705"});
     EXPECT_EQ(sink.log.Lines(),
               std::vector<std::string>{"3: Failed to release VsMsgbus io [8192] due to exception: [77]"});
+    EXPECT_EQ(kept.Release(), 1U);
+}
+
+TEST_F(AgentFault, ThatKeepsItsClientMayLogWhileTheProductLeaves) {
+    KeptHandles kept;
+    Product product("PRODUCT1000", &sink);
+    ny_sim_fail_call("ny_client_handler_release", 1, 77, NY_SIM_FROM_THEN_ON);
+    std::atomic<bool> hasLeft = false;
+    Event isLogging;
+    std::thread agent([&] {
+        while (!hasLeft) {
+            EXPECT_EQ(ny_sim_emit_log(2, "core", "text"), NY_OK);
+            isLogging.Set();
+        }
+    });
+    EXPECT_TRUE(isLogging.Wait());
+    product.Exit();
+    hasLeft = true;
+    agent.join();
+    ny_sim_clear_faults();
+    sink.log.Take();
+    EXPECT_EQ(ny_sim_emit_log(2, "core", "late"), NY_OK);
+    EXPECT_THAT(sink.log.Lines(), testing::IsEmpty());
     EXPECT_EQ(kept.Release(), 1U);
 }
 
