@@ -1,4 +1,4 @@
-# What the native checking build has in the place of Windows: see tests/win32/README.md. Nothing of it is shipped.
+# What the native checking build has in the place of Windows: see docs/TESTING.md. Nothing of it is shipped.
 set(SANITIZE "" CACHE STRING "The sanitizers of the native build, as -fsanitize names them; empty for none")
 if(SANITIZE)
     add_compile_options(-fsanitize=${SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)

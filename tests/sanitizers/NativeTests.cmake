@@ -5,7 +5,7 @@ function(prepare_native_tests program)
     target_link_options(${program} PRIVATE -Wl,-z,now)
 endfunction()
 
-# Single tests of what is different here, see tests/win32/README.md. They run under Wine alone.
+# Single tests of what is different here, see docs/TESTING.md. They run under Wine alone.
 set(native_left_out
     # libraries of Windows' own, and flags for their loader
     DlOpen.HandsOutTheModuleOfTheSystem
