@@ -1,4 +1,4 @@
-// The part of Win32 that this project uses, for the native checking build: see tests/win32/README.md.
+// The part of Win32 that this project uses, for the native checking build: see docs/TESTING.md.
 //
 // Only for that build, so that the sources run under sanitizers unchanged. Names, types and answers are Windows' own;
 // what is not here is not used. wchar_t has four bytes, so wide text is UTF-32.
