@@ -3,6 +3,7 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -11,6 +12,16 @@
 #include "base/CallGate.h"
 #include "base/OwnerLock.h"
 
+// What becomes of a record for an id that has one. Left alive means that it is never freed, which some services'
+// contract asks for.
+enum class DuplicateRecord { Dropped, LeftAlive };
+
+// Loses the record for good. A function of its own, because leak reports are told by its name that this is meant.
+template <class Entry>
+[[gnu::noinline]] void LeaveDuplicateRecordAlive(std::shared_ptr<Entry> entry) noexcept {
+    static_cast<void>(new (std::nothrow) std::shared_ptr<Entry>(std::move(entry)));
+}
+
 // What modules registered, by product id: the table that the exports write and the service objects look into.
 //
 // The first registration of an id wins. The table's lock is held for the look-up, insertion or removal alone, never
@@ -18,17 +29,22 @@
 // until the module is done with it on other threads.
 //
 // `admission` says whether several threads may use one record at a time.
-template <class Record, CallGate::Admission admission>
+template <class Record, CallGate::Admission admission, DuplicateRecord duplicate = DuplicateRecord::Dropped>
 class RegistrationTable {
 public:
-    // Registers a record made of `arguments`, unless the id has one: the new record is then dropped. Raises
-    // std::bad_alloc.
+    // Registers a record made of `arguments`, unless the id has one: what becomes of the new record then is said by
+    // `duplicate`. Raises std::bad_alloc.
     template <class... Arguments>
     void Set(const wchar_t* productId, Arguments&&... arguments) {
         auto entry = std::make_shared<Entry>(std::forward<Arguments>(arguments)...);
         std::wstring key(productId);
         const std::lock_guard guard(lock);
-        entries.try_emplace(std::move(key), std::move(entry));
+        const bool isNew = entries.try_emplace(std::move(key), entry).second;
+        if constexpr (duplicate == DuplicateRecord::LeftAlive) {
+            if (!isNew) {
+                LeaveDuplicateRecordAlive(std::move(entry));
+            }
+        }
     }
 
     // No call into the module begins any more; those that run on other threads are waited for, at most 15 seconds.

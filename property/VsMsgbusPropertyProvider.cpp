@@ -14,13 +14,8 @@ using VsKit::CUniStream;
 
 namespace {
 
-// The plain function that the agent calls; `callbackData` is the property_provider that registered it.
 int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_property_bag_t* bag, void* callbackData) {
-    return Guarded<int32_t>(NY_UNEXPECTED, [&]() -> int32_t {
-        if (productId == nullptr || callbackData == nullptr) {
-            return NY_UNEXPECTED;
-        }
-        auto& provider = *static_cast<property_provider*>(callbackData);
+    return CallHandler<property_provider>(productId, callbackData, [&](property_provider& provider) {
         return provider.provide(provider.Client(), productId, bag);
     });
 }
@@ -29,28 +24,15 @@ int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_pro
 
 VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient) : property_provider(agentClient) {}
 
-void VsMsgbusPropertyProvider::RegisterProduct(const std::string& productId) {
-    registrations.Add(productId, [&] {
-        property_provider* const provider = this;
-        return agent::ny_property_register_provider_callback(Client(), productId.c_str(), ProvideProperties, provider);
+int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId) {
+    property_provider* const provider = this;
+    return agent::ny_property_register_provider_callback(Client(), productId.c_str(), ProvideProperties, provider);
+}
+
+int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& productId) {
+    return UnregisterTurningAway(CollectorTable(), productId, [&] {
+        return agent::ny_property_unregister_provider_callback(Client(), productId.c_str());
     });
-}
-
-void VsMsgbusPropertyProvider::UnregisterProduct(const std::string& productId) {
-    registrations.Remove(productId, [&] { return Unregister(productId); });
-}
-
-void VsMsgbusPropertyProvider::UnregisterAll() {
-    registrations.Close([&](const std::string& productId) { return Unregister(productId); });
-}
-
-// The agent waits for the product's requests on other threads. A module that leaves from inside its collector must not
-// have them wait for that collector.
-int32_t VsMsgbusPropertyProvider::Unregister(const std::string& productId) {
-    CUniStream wideId;
-    wideId << productId;
-    return CollectorTable().TurningOthersAway(
-        wideId.Text(), [&] { return agent::ny_property_unregister_provider_callback(Client(), productId.c_str()); });
 }
 
 // Touches nothing of this object once the module was called: a module that leaves the bridge from inside its callback

@@ -2,25 +2,19 @@
 
 #include <string>
 
-#include "msgbus/AgentRegistrations.h"
-#include "msgbus/VsMsgbusIo.h"
+#include "msgbus/AgentService.h"
 #include "property/property_provider.h"
 
 // The property service: what the agent calls when it wants the properties of a product.
-class VsMsgbusPropertyProvider : public VsMsgbusIo, public corvane::ny::property_provider {
+class VsMsgbusPropertyProvider : public AgentService, public corvane::ny::property_provider {
 public:
     explicit VsMsgbusPropertyProvider(ny_client_t* agentClient);
-
-    void RegisterProduct(const std::string& productId) override;
-    void UnregisterProduct(const std::string& productId) override;
-    void UnregisterAll() override;
 
     // Asks the product's collector, if it has one. NY_OK, also without one; the code of an agent exception that the
     // module let out; NY_UNEXPECTED for anything else that it let out.
     int32_t provide(ny_client_t* agentClient, const std::string& productId, ny_property_bag_t* bag) override;
 
 private:
-    int32_t Unregister(const std::string& productId);
-
-    AgentRegistrations registrations;
+    int32_t RegisterWithAgent(const std::string& productId) override;
+    int32_t UnregisterFromAgent(const std::string& productId) override;
 };

@@ -85,6 +85,18 @@ TEST_F(Table, KeepsTheFirstRegistrationOfAnIdAndDropsTheSecond) {
     EXPECT_EQ(NameOf(L"P"), "first");
 }
 
+TEST_F(Table, NeverFreesTheSecondRegistrationWhereThatIsAskedFor) {
+    // Outlives the record that is never freed.
+    static LineLog keptLog;
+    {
+        RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::LeftAlive> leaking;
+        leaking.Set(L"P", keptLog, "first");
+        leaking.Set(L"P", keptLog, "second");
+        EXPECT_TRUE(leaking.With(L"P", [](Record& record, auto&&) { EXPECT_EQ(record.Name(), "first"); }));
+    }
+    EXPECT_THAT(keptLog.Lines(), ElementsAre("first destroyed"));
+}
+
 TEST_F(Table, TellsIdsApart) {
     Set(L"P", "first");
     Set(L"p", "second");
