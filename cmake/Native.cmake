@@ -1,12 +1,13 @@
 # What the native checking build has in the place of Windows: see docs/TESTING.md. Nothing of it is shipped.
-set(SANITIZE "" CACHE STRING "The sanitizers of the native build, as -fsanitize names them; empty for none")
-if(SANITIZE)
-    # The sanitizer of function types compares addresses, which differ from one library to the next: every call of the
-    # agent's would be an error.
-    add_compile_options(
-        -fsanitize=${SANITIZE} -fno-sanitize=function -fno-sanitize-recover=all -fno-omit-frame-pointer)
-    add_link_options(-fsanitize=${SANITIZE})
+set(SANITIZE "" CACHE STRING "The sanitizers of the native build, as -fsanitize names them")
+if(NOT SANITIZE)
+    message(FATAL_ERROR "A native build without sanitizers checks nothing: use the preset asan or tsan, in a new folder.")
 endif()
+# The sanitizer of function types compares addresses, which differ from one library to the next: every call of the
+# agent's would be an error.
+add_compile_options(
+    -fsanitize=${SANITIZE} -fno-sanitize=function -fno-sanitize-recover=all -fno-omit-frame-pointer)
+add_link_options(-fsanitize=${SANITIZE})
 
 # One library's code looks for the others beside itself, as on Windows.
 set(CMAKE_POSITION_INDEPENDENT_CODE ON)
