@@ -7,6 +7,7 @@
 #include "dispatcher/Dispatcher.h"
 #include "dispatcher/groups/ClientHandlerGroup.h"
 #include "dispatcher/groups/MsgbusGroup.h"
+#include "msgbus/AgentUse.h"
 #include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusClientRecord.h"
 
@@ -31,6 +32,7 @@ void ReleaseHandler(NyClient& client) noexcept {
     if (handler == nullptr) {
         return;
     }
+    CloseAgent(handler);
     const int32_t result = agent::ny_client_handler_release(handler);
     client.isHandlerLost = client.isHandlerLost || (result != NY_OK && result != NY_FUNCTION_MISSING);
 }
@@ -217,7 +219,13 @@ int32_t NyClientStart(NyClient* client) noexcept {
         }
     }
     ReleaseHandler(*client);
-    const int32_t result = StartHandler(*client);
+    int32_t result = StartHandler(*client);
+    if (result == NY_OK && !OpenAgent(client->clientHandler.load())) {
+        agent::ny_client_handler_stop(client->clientHandler.load());
+        ReleaseHandler(*client);
+        client->msgbus = nullptr;
+        result = NY_OUT_OF_MEMORY;
+    }
     if (result != NY_OK) {
         NyClientLog(client, SeverityFailure, nyClientModule, "falied to start ny client.");
         return result;
@@ -238,6 +246,7 @@ int32_t NyClientStop(NyClient* client) noexcept {
     }
     NyClientLog(client, SeverityProgress, nyClientModule, "stopping ny client.");
     client->started = 0;
+    CloseAgent(client->clientHandler.load());
     return agent::ny_client_handler_stop(client->clientHandler.load());
 }
 

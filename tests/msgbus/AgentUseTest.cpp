@@ -1,0 +1,130 @@
+// A module's thread that uses the agent while the agent's client is started and stopped.
+#include "msgbus/AgentUse.h"
+
+#include <thread>
+
+#include "msgbus/NyClientFixture.h"
+#include "support/Event.h"
+#include "support/FailingMemory.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+bool IsPossible() {
+    return static_cast<bool>(AgentUse());
+}
+
+class AgentUses : public NyClientFixture {
+protected:
+    void SetUp() override {
+        NyClientFixture::SetUp();
+        ExpectNotifications();
+        NotifyState(NyClientStateStarted);
+    }
+
+    void Start() { ASSERT_EQ(NyClientStart(client), NY_OK); }
+    // As when the agent is removed.
+    void LoseAgent() {
+        NyClientStop(client);
+        NotifyState(NyClientStateStopped);
+    }
+
+    // Runs `end` on another thread while this one uses the agent, up to the point where it waits for that use.
+    template <class End>
+    void EndDuringAUse(End&& end) {
+        std::thread ending;
+        Event ended;
+        {
+            const AgentUse use;
+            ASSERT_TRUE(use);
+            ny_sim_clear_calls();
+            ending = std::thread([&] {
+                end();
+                ended.Set();
+            });
+            while (IsPossible()) {
+                std::this_thread::yield();
+            }
+            EXPECT_FALSE(ended.Wait(std::chrono::milliseconds(50)));
+            EXPECT_EQ(ny_sim_call_count(nullptr), 0U) << "the agent is left as it is";
+        }
+        EXPECT_TRUE(ended.Wait());
+        ending.join();
+        EXPECT_FALSE(IsPossible());
+    }
+};
+
+TEST_F(AgentUses, NeedAStartedClient) {
+    EXPECT_FALSE(IsPossible());
+    Start();
+    const AgentUse use;
+    ASSERT_TRUE(use);
+    EXPECT_EQ(use.Client(), client->clientHandler.load());
+}
+
+TEST_F(AgentUses, AreOverWithTheClient) {
+    Start();
+    LoseAgent();
+    EXPECT_FALSE(IsPossible());
+    Start();
+    EXPECT_TRUE(IsPossible());
+    Release();
+    EXPECT_FALSE(IsPossible());
+}
+
+TEST_F(AgentUses, AreWaitedForWhenTheClientStops) {
+    Start();
+    EndDuringAUse([this] { NyClientStop(client); });
+    EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_stop 0"));
+}
+
+TEST_F(AgentUses, AreWaitedForWhenTheClientIsReleased) {
+    Start();
+    EndDuringAUse([this] { Release(); });
+    EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_release 0"));
+}
+
+TEST_F(AgentUses, MayBeNested) {
+    Start();
+    const AgentUse outer;
+    EXPECT_TRUE(IsPossible());
+    EXPECT_TRUE(outer);
+}
+
+TEST_F(AgentUses, DoNotKeepTheirOwnThreadFromStoppingTheClient) {
+    Start();
+    const AgentUse use;
+    EXPECT_EQ(NyClientStop(client), NY_OK);
+    EXPECT_FALSE(IsPossible());
+}
+
+TEST_F(AgentUses, AreNotOfAClientThatIsNotTheirs) {
+    NyClient* const other = MakeClient("PRODUCT2000");
+    Start();
+    EXPECT_EQ(NyClientRelease(other), NY_OK);
+    EXPECT_TRUE(IsPossible());
+}
+
+TEST_F(AgentUses, WithoutMemoryForThemTheClientIsNotStarted) {
+    NyClientSetLogCallback(client, nullptr, nullptr);
+    // Keeps the agent's libraries loaded.
+    NyClient* const other = MakeClient("PRODUCT2000");
+    Start();
+    LoseAgent();
+    ny_sim_clear_calls();
+    {
+        const FailingMemory memory;
+        EXPECT_EQ(NyClientStart(client), NY_OUT_OF_MEMORY);
+    }
+    EXPECT_EQ(ny_sim_call_count("ny_client_handler_start"), 1U);
+    EXPECT_EQ(ny_sim_call_count("ny_client_handler_stop"), 1U);
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
+    EXPECT_EQ(client->started.load(), 0U);
+    EXPECT_FALSE(IsPossible());
+    Start();
+    EXPECT_TRUE(IsPossible());
+    NyClientRelease(other);
+}
+
+}  // namespace
