@@ -2,14 +2,13 @@
 #include <thread>
 
 #include "VsMsgbus.h"
+#include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr char registerProvider[] = "ny_property_register_provider_callback";
 
 class AgentLife : public BridgeTest {
 protected:

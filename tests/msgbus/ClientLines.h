@@ -23,3 +23,7 @@ struct ClientLines {
     // What Take answers, unlike any code of the bridge's or the agent's.
     static constexpr int32_t answer = 4711;
 };
+
+// Lines that many tests wait for or expect.
+inline constexpr char toStart[] = "5 ny_client: notifying point product to start client.";
+inline constexpr char toStop[] = "5 ny_client: notifying point product to stop client.";

@@ -1,14 +1,12 @@
 // The services that a product names when it enters.
 #include "VsMsgbus.h"
+#include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
 
 using testing::Contains;
 using testing::Not;
 
 namespace {
-
-constexpr char registerProvider[] = "ny_property_register_provider_callback";
-constexpr char unregisterProvider[] = "ny_property_unregister_provider_callback";
 
 class Mask : public BridgeTest {
 protected:

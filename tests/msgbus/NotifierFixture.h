@@ -129,3 +129,8 @@ inline std::string Installed(const std::string& version) {
 inline std::string Upgraded(const std::string& version) {
     return "5 ny_client: agent is upgraded, msgbus version " + version;
 }
+
+inline bool IsOpen(HANDLE handle) {
+    DWORD flags = 0;
+    return ::GetHandleInformation(handle, &flags) != FALSE;
+}

@@ -8,11 +8,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-bool IsOpen(HANDLE handle) {
-    DWORD flags = 0;
-    return ::GetHandleInformation(handle, &flags) != FALSE;
-}
-
 class NotifierStopping : public NotifierFixture {
 protected:
     // Leaves the watcher's thread inside the state handler.

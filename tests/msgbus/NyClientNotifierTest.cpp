@@ -1,5 +1,6 @@
 // The install watcher's creation, start, stop and destruction: codes and lines.
 #include "msgbus/NotifierFixture.h"
+#include "msgbus/SystemCalls.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -11,11 +12,6 @@ class NotifierLife : public NotifierFixture {};
 
 bool IsSignalled(HANDLE event) {
     return ::WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
-}
-
-bool IsOpen(HANDLE handle) {
-    DWORD flags = 0;
-    return ::GetHandleInformation(handle, &flags) != FALSE;
 }
 
 TEST_F(NotifierLife, CreationRefusesNull) {
@@ -144,14 +140,10 @@ TEST_F(NotifierLife, StartTwiceIsDoneOnce) {
     EXPECT_EQ(notifier->thread, thread);
 }
 
-HANDLE WINAPI CreateNoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
-    return nullptr;
-}
-
 TEST_F(NotifierLife, StartWithoutAThreadFailsAfterTheAgentWasLookedFor) {
     WriteVersion("5.7.0");
     {
-        const SystemFunction<decltype(::CreateThread)> failing(&::CreateThread, &CreateNoThread);
+        const NoThreads failing;
         EXPECT_EQ(Start(), NY_UNEXPECTED);
     }
     EXPECT_THAT(lines.Lines(),

@@ -5,6 +5,7 @@
 
 #include "msgbus/NyClientFixture.h"
 #include "msgbus/NyClientNotifier.h"
+#include "msgbus/SystemCalls.h"
 #include "msgbus/WatchCount.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
@@ -17,8 +18,6 @@ using testing::IsEmpty;
 constexpr char registering[] = "5 ny_client: registering for ny client notifications.";
 constexpr char unregistering[] = "5 ny_client: unregistering for ny client notifications.";
 constexpr char installed[] = "5 ny_client: agent is installed, msgbus version 5.7.0";
-constexpr char toStart[] = "5 ny_client: notifying point product to start client.";
-constexpr char toStop[] = "5 ny_client: notifying point product to stop client.";
 constexpr char started[] = "5 ny_client: ny client notifier thread started.";
 constexpr char exiting[] = "5 ny_client: ny client notifier thread exiting...";
 constexpr char stopped[] = "5 ny_client: ny client notifier thread stopped successfully.";
@@ -139,12 +138,8 @@ TEST_F(NyClientRegistration, WithoutMemoryAnswersSo) {
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
-HANDLE WINAPI CreateNoThread(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
-    return nullptr;
-}
-
 TEST_F(NyClientRegistration, WithoutAThreadIsNoFailure) {
-    const SystemFunction<decltype(::CreateThread)> failing(&::CreateThread, &CreateNoThread);
+    const NoThreads failing;
     EXPECT_EQ(Register(), NY_OK);
     EXPECT_THAT(lines.client.Take(), ElementsAre(registering, installed, toStart, "told 1",
                                                  "2 ny_client: failed to start ny client notifier."));

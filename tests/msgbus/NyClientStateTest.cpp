@@ -9,9 +9,6 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr char toStart[] = "5 ny_client: notifying point product to start client.";
-constexpr char toStop[] = "5 ny_client: notifying point product to stop client.";
-
 class NyClientStates : public NyClientFixture {
 protected:
     void SetUp() override {

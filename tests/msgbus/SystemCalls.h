@@ -56,3 +56,13 @@ private:
     SystemFunction<decltype(::RegOpenKeyExA)> opening{&::RegOpenKeyExA, &Open};
     SystemFunction<decltype(::RegQueryValueExA)> querying{&::RegQueryValueExA, &Query};
 };
+
+// While it lives, no thread can be created.
+class NoThreads {
+private:
+    static HANDLE WINAPI Create(SECURITY_ATTRIBUTES*, SIZE_T, LPTHREAD_START_ROUTINE, void*, DWORD, DWORD*) {
+        return nullptr;
+    }
+
+    SystemFunction<decltype(::CreateThread)> creating{&::CreateThread, &Create};
+};

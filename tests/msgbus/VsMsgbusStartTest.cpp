@@ -8,7 +8,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 constexpr char notified[] = "VsMsgbus received client notification with type :[1]";
-constexpr char failed[] = "Failed to start VsMsgbus, exception:[Unknown exception]";
+constexpr char notStartedText[] = "Failed to start VsMsgbus, exception:[Unknown exception]";
 
 class VsMsgbusStarting : public VsMsgbusFixture {};
 
@@ -45,7 +45,7 @@ TEST_F(VsMsgbusStarting, EndsAtTheProductThatTheAgentRefuses) {
     EXPECT_EQ(ny_sim_has_property_provider("b"), 0);
     EXPECT_FALSE(bridge->IsStarted());
     EXPECT_NE(bridge->FindIo(IoKindProperty), nullptr);
-    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, failed));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notStartedText));
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
@@ -54,7 +54,7 @@ TEST_F(VsMsgbusStarting, CreatesNoServiceWhenTheClientDoesNotStart) {
     Notify(1);
     EXPECT_FALSE(bridge->IsStarted());
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
-    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, failed));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notStartedText));
     EXPECT_THAT(sink.log.Lines(), ElementsAre("3: NY log message, [ny_client] falied to start ny client."));
 }
 
@@ -64,14 +64,14 @@ TEST_F(VsMsgbusStarting, EndsAtAServiceThatIsThereAlready) {
     Notify(1);
     EXPECT_FALSE(bridge->IsStarted());
     EXPECT_THAT(ios.Lines(), IsEmpty()) << "the product was attached";
-    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, failed));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notStartedText));
 }
 
 TEST_F(VsMsgbusStarting, TwiceWithoutAStopFailsAndStaysStarted) {
     Notify(1);
     VsMsgbusIo* const service = bridge->FindIo(IoKindProperty);
     Notify(1);
-    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notified, failed));
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notified, notStartedText));
     EXPECT_EQ(bridge->FindIo(IoKindProperty), service);
     EXPECT_TRUE(bridge->IsStarted());
 }

@@ -2,13 +2,12 @@
 #include <thread>
 
 #include "property/PropertyTest.h"
+#include "support/AgentFunctions.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr char unregisterProvider[] = "ny_property_unregister_provider_callback";
 
 class LeaveInside : public PropertyTest {
 protected:

@@ -1,0 +1,5 @@
+// Names of agent functions that many tests look for.
+#pragma once
+
+inline constexpr char registerProvider[] = "ny_property_register_provider_callback";
+inline constexpr char unregisterProvider[] = "ny_property_unregister_provider_callback";
