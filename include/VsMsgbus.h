@@ -1,16 +1,40 @@
-// VsMsgbus, the bridge between the modules of an endpoint security product and the management agent installed on the
-// same machine: everything that a module compiles against.
-//
-// Conventions
-//  1. Exports are plain functions; none lets an exception out. Texts are zero-terminated; wide text is UTF-16, narrow
-//     text UTF-8 unless a comment says otherwise.
-//  2. Null: every export accepts null pointers and answers as its comment says.
-//  3. Ownership: what a module hands in stays the module's; the bridge copies texts and never frees interfaces.
-//  4. Threads: every export may be called from any thread, except that Entry and Exit are made one at a time. The
-//  bridge
-//     calls back on the threads that the comments name, and holds no lock of its own other modules could wait for.
-//  5. Interfaces: the order of the slots is the contract. What a module throws out of a callback is caught there.
-//  6. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there.
+/// @file
+/// Everything that a module compiles against.
+///
+/// @namespace VsKitMsgbus
+/// What modules implement, and the structures that cross between them and the bridge.
+///
+/// @mainpage
+/// VsMsgbus, the bridge between the modules of an endpoint security product and the management agent installed on the
+/// same machine.
+///
+/// A module enters with VsMsgbusEntry, registers what it offers, and leaves with VsMsgbusExit before it is unloaded.
+///
+/// Conventions
+///
+///  1. Exports are plain functions with C linkage, and one member, VsKitMsgbus::lpc_buffer::Release; none lets an
+///     exception out. Texts are zero-terminated; wide text is UTF-16, narrow text UTF-8 unless a comment says
+///     otherwise.
+///  2. Null: every export accepts null pointers and answers as its comment says.
+///  3. Ownership: what a module hands in stays the module's; the bridge copies texts and never frees interfaces. What
+///     the bridge hands to a callback is the bridge's, and is gone when the callback has returned. Text that an export
+///     returns in a VsKitMsgbus::lpc_buffer is the caller's, to be freed with its Release and nothing else.
+///  4. Errors: an export tells of them by what it returns, as its comment says, and changes nothing where it says so.
+///     Running out of memory is one of them.
+///  5. Threads: every export may be called from any thread, except that Entry and Exit are made one at a time. None is
+///     for DllMain.
+///  6. Callbacks come on the threads that the comments name: the agent's, the bridge's watcher's, or the module's own
+///     inside an export. The bridge holds no lock of its own meanwhile that other modules could wait for, and a
+///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds.
+///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and a
+///  destructor
+///     is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A module derives from
+///     an interface directly, and overrides what is there. What it throws out of a callback is caught there.
+///  8. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
+///     structures. Classes of a C++ library do not cross: a std::string that is returned by value is another thing in
+///     another library. An operation that does so by contract says so, and is only for modules that are built with the
+///     bridge's own compiler and C++ library.
+///  9. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there.
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"

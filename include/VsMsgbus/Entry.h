@@ -1,59 +1,62 @@
-// Entering and leaving the bridge.
+/// @file
+/// Entering and leaving the bridge.
 #pragma once
 
 #include <cstdint>
 
 #include "VsMsgbus/LogSink.h"
 
-// The process-wide bridge instance and its record of the agent's client: handles to hand back, nothing to look into.
+/// The process-wide bridge instance and its record of the agent's client: handles to hand back, nothing to look into.
 class VsMsgbus;
 struct VsMsgbusClientRecord;
 
-// The services of VsMsgbusEntry's mask. Other bits are kept and ignored.
+/// The services of VsMsgbusEntry's mask. Other bits are kept and ignored.
 enum VsMsgbusService : uint32_t {
-    VsMsgbusServiceUpdate = 0x100,
-    VsMsgbusServiceTask = 0x800,
-    VsMsgbusServicePolicy = 0x1000,
-    VsMsgbusServiceProperty = 0x2000,
+    VsMsgbusServiceUpdate = 0x100,     ///< update notifications and product information
+    VsMsgbusServiceTask = 0x800,       ///< scheduled tasks
+    VsMsgbusServicePolicy = 0x1000,    ///< policy enforcement
+    VsMsgbusServiceProperty = 0x2000,  ///< property collection
 };
 
 extern "C" {
 
-// Enters the bridge for one product. The first Entry of the process creates the bridge instance, which from then on
-// follows the agent: it starts when the agent is installed (within this call, when it already is), stops when it is
-// removed, and starts again when it is upgraded. The bridge need not be told anything; an absent agent is no failure.
-//
-// productId    the product's id, zero-terminated; it is copied. The same id, as wide text, names the product in the
-//              registrations of callback interfaces.
-// serviceMask  the VsMsgbusService bits for which the agent may call this product. The mask of the product's first
-//              Entry is the one that counts when the agent starts again; a later Entry of the same product attaches the
-//              services that it names at once and leaves the stored mask. Entries are not counted: one Exit leaves.
-// logSink      may be null. The first sink that is not null serves the whole process, until any product's Exit. It must
-//              stay alive until that Exit has returned.
-// outInstance  receives the bridge instance, the same for every product of the process.
-//
-// Returns true on success. False when productId or outInstance is null, or when memory or the agent client could not be
-// had: then nothing has changed. Also false when the agent refused a service: then outInstance is written, the product
-// is entered and must still be left with VsMsgbusExit; the refused service is asked for again when the agent starts
-// anew.
-//
-// Call Entry and Exit from your load and unload paths, one at a time in a process. Never call them from DllMain.
+/// Enters the bridge for one product. The first Entry of the process creates the bridge instance, which from then on
+/// follows the agent: it starts when the agent is installed (within this call, when it already is), stops when it is
+/// removed, and starts again when it is upgraded. The bridge need not be told anything; an absent agent is no failure.
+///
+/// @param productId    the product's id, zero-terminated; it is copied. The same id, as wide text, names the product in
+///                     the registrations of callback interfaces.
+/// @param serviceMask  the VsMsgbusService bits for which the agent may call this product. The mask of the product's
+///                     first Entry is the one that counts when the agent starts again; a later Entry of the same
+///                     product attaches the services that it names at once and leaves the stored mask. Entries are not
+///                     counted: one Exit leaves.
+/// @param logSink      may be null. The first sink that is not null serves the whole process, until any product's Exit.
+///                     It must stay alive until that Exit has returned.
+/// @param outInstance  receives the bridge instance, the same for every product of the process.
+///
+/// @returns true on success. False when productId or outInstance is null, or when memory or the agent client could not
+/// be had: then nothing has changed. Also false when the agent refused a service: then outInstance is written, the
+/// product is entered and must still be left with VsMsgbusExit; the refused service is asked for again when the agent
+/// starts anew.
+///
+/// Call Entry and Exit from your load and unload paths, one at a time in a process. Never call them from DllMain.
 bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
                    VsMsgbus** outInstance) noexcept;
 
-// Leaves the bridge for one product: the agent calls it no more once this has returned, except for a callback that is
-// calling Exit itself. The Exit that removes the last product stops the watcher, ends the agent client and destroys the
-// bridge instance. Every Exit takes the process-wide log sink away, even when other products stay.
-//
-// instance  the instance that Entry gave; null only takes the log sink away.
-//
-// Always returns true. Waits at most 15 seconds for the watcher to end and as long for a running Write of the sink; the
-// agent itself waits for callbacks of the product that run on other threads. What could not end in time is finished,
-// and freed, by the watcher's own thread.
+/// Leaves the bridge for one product: the agent calls it no more once this has returned, except for a callback that is
+/// calling Exit itself. The Exit that removes the last product stops the watcher, ends the agent client and destroys
+/// the bridge instance. Every Exit takes the process-wide log sink away, even when other products stay.
+///
+/// @param productId  the id given to Entry; null leaves no product.
+/// @param instance   the instance that Entry gave; null only takes the log sink away.
+///
+/// Always returns true. Waits at most 15 seconds for the watcher to end and as long for a running Write of the sink;
+/// the agent itself waits for callbacks of the product that run on other threads. What could not end in time is
+/// finished, and freed, by the watcher's own thread.
 bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept;
 
-// The bridge instance's record of the agent's client, valid until the last Exit. The instance is not tested for:
-// calling this before a successful Entry or after the last Exit is undefined.
+/// The bridge instance's record of the agent's client, valid until the last Exit. The instance is not tested for:
+/// calling this before a successful Entry or after the last Exit is undefined.
 VsMsgbusClientRecord* GetMsgbusClient() noexcept;
 
 }  // extern "C"

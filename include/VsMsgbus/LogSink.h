@@ -1,15 +1,17 @@
+/// @file
+/// Where a module's log lines go.
 #pragma once
 
 namespace VsKitMsgbus {
 
-// Where the bridge writes log lines for a module. Implemented by the module, which owns it.
-//
-// Called on the threads of whoever caused the line: a module's own thread inside an export, the bridge's watcher
-// thread, or a thread of the agent's. The bridge may call it from two threads at once. What Write throws is dropped.
+/// Where the bridge writes log lines for a module. Implemented by the module, which owns it.
+///
+/// Called on the threads of whoever caused the line: a module's own thread inside an export, the bridge's watcher
+/// thread, or a thread of the agent's. The bridge may call it from two threads at once. What Write throws is dropped.
 class ILogSink {
 public:
-    // Slot 1. `level`: 3 for lines of the bridge and of the agent, 5 for a property that could not be added.
-    // `text`: zero-terminated UTF-16, without a line end, valid during the call.
+    /// Slot 1. `level`: 3 for lines of the bridge and of the agent, 5 for a property that could not be added.
+    /// `text`: zero-terminated UTF-16, without a line end, valid during the call.
     virtual void Write(int level, const wchar_t* text) = 0;
 
 protected:
