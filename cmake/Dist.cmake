@@ -1,17 +1,50 @@
-# All that is finished: what `cmake --install` puts into build/dist: the finished files as a user of the bridge takes them away.
+# What is finished: what `cmake --install` and the zip of `cpack` lay out, as a user of the bridge takes it away. A
+# package that can be moved: nothing in it says where it was built or installed.
 add_custom_target(finished)
-add_dependencies(finished VsMsgbus LogLib simulated_agents ny_simulator SampleModule demo)
+add_dependencies(finished VsMsgbus LogLib simulated_agents ny_simulator agent_setup SampleModule demo)
+
+include(${CMAKE_CURRENT_LIST_DIR}/ImportLibrary.cmake)
+add_microsoft_import_library(VsMsgbus ${PROJECT_SOURCE_DIR}/library/VsMsgbus.def)
+add_microsoft_import_library(LogLib ${PROJECT_SOURCE_DIR}/loglib/LogLib.def)
+add_microsoft_import_library(ny_simulator ${PROJECT_SOURCE_DIR}/simulator/core/ny_simulator.def)
+
+# --- The bridge and the log of its host ------------------------------------------------------------------------------
 
 install(TARGETS VsMsgbus LogLib RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
+install(FILES ${VsMsgbus_MICROSOFT_LIBRARY} ${LogLib_MICROSOFT_LIBRARY} DESTINATION lib)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 
-# The simulated agent's builds, and what a program needs to command it.
+# --- The simulated agent: its builds, what a program needs to command it, and what installs it -----------------------
+
 install(DIRECTORY ${AGENT_OUTPUT_DIRECTORY}/ DESTINATION agent)
 install(FILES ${PROJECT_SOURCE_DIR}/simulator/include/ny_simulator.h ${PROJECT_SOURCE_DIR}/agent/ny_agent.h
     DESTINATION agent/include)
-install(TARGETS ny_simulator RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator/setup/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+install(TARGETS ny_simulator agent_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
+install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
-# The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent.
+# --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ----------------------
+
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
 install(FILES $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> DESTINATION demo)
+
+# --- The reference of the public headers ------------------------------------------------------------------------------
+
+include(${CMAKE_CURRENT_LIST_DIR}/Reference.cmake)
+install(DIRECTORY ${REFERENCE_OUTPUT_DIRECTORY}/ DESTINATION doc)
+
+# --- The CMake package, and a project that uses it ---------------------------------------------------------------------
+
+include(CMakePackageConfigHelpers)
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/VsMsgbusConfig.cmake ${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cmake
+    DESTINATION lib/cmake/VsMsgbus)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/package/consumer/ DESTINATION example)
+
+set(CPACK_GENERATOR ZIP)
+set(CPACK_PACKAGE_FILE_NAME VsMsgbus-${PROJECT_VERSION}-win64)
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Bridge between endpoint modules and the management agent")
+set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
+set(CPACK_VERBATIM_VARIABLES ON)
+include(CPack)

@@ -19,7 +19,7 @@ public:
     AgentInstaller(const AgentInstaller&) = delete;
     AgentInstaller& operator=(const AgentInstaller&) = delete;
 
-    // Where the builds stand when the program runs from this project's build folder.
+    // The folder agent/ beside the program's own folder, where the builds stand in this project's build folder.
     static std::filesystem::path BuildsBesideProgram();
 
     // Copies the build's libraries into a new folder, then writes the runtime path, then the version, which is what
