@@ -1,0 +1,32 @@
+#!/usr/bin/env bash
+# headers.sh FOLDER -- COMPILER ARGUMENT...: each installed header compiles by itself, without a warning. With --public
+# in front of the folder only what a module includes, and the agent's C interface, is looked at; without it also the
+# headers that install the simulated agent.
+source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
+skipped=()
+if [ "$1" = --public ]; then
+    skipped=(! -name AgentInstaller.h ! -name Registry.h ! -name RegistryRedirect.h)
+    shift
+fi
+package="$1/installed"
+shift 2
+
+mapfile -t headers < <(cd "$package" && find . -name '*.h' "${skipped[@]}" | sort)
+[ ${#headers[@]} -ge 9 ] || Fail "only ${#headers[@]} headers are installed"
+failed=0
+for header in "${headers[@]}"; do
+    # Twice, because a header may be included again.
+    printf '#include "%s"\n#include "%s"\n' "$header" "$header" |
+        "$@" -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$package" -I"$package/include" -I"$package/agent/include" \
+            -x c++ - || {
+        echo "$header does not compile by itself" >&2
+        failed=1
+    }
+done
+[ "$failed" -eq 0 ] || Fail "compiled with: $*"
+
+# What is there without VsMsgbus.h is there with it.
+while read -r header; do
+    grep -qxF "#include \"VsMsgbus/$header\"" "$package/include/VsMsgbus.h" || Fail "VsMsgbus.h does not include $header"
+done < <(ls "$package/include/VsMsgbus")
+Passed

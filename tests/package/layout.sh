@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# layout.sh FOLDER MICROSOFT-HEADERS: mingw-w64's compilers and Microsoft's give what crosses the border the same layout:
+# every structure its fields and every interface its slots. Microsoft's puts overloads in reverse order, and a destructor
+# takes one slot there and two here: so there are no overloads, and a destructor is the last slot.
+source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
+folder="$1" microsoft="$2"
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+targets=(x86_64-w64-windows-gnu x86_64-pc-windows-msvc)
+
+# Compile TARGET ARGUMENT...: reads the source from its input.
+Compile() {
+    clang++-14 --target="$1" -ffreestanding -nostdinc++ -nostdlibinc -isystem "$microsoft" -I"$folder/installed/include" \
+        -std=c++20 -fno-rtti -x c++ - "${@:2}"
+}
+
+# Records TARGET: the layout of each structure and class. What the compilers have of their own is left out.
+Records() {
+    echo '#include "VsMsgbus.h"' | Compile "$1" -fsyntax-only -Xclang -fdump-record-layouts-complete |
+        sed 's/ dsize=[0-9]*,//; s/vftable pointer/vtable pointer/' |
+        awk '/Dumping/ {text = ""} {text = text $0 "\n"} /nvsize/ {if (text !~ /__NSConst|unnamed at/) printf "%s", text}'
+}
+
+# Slots TARGET: the slots of each interface, as "interface: number | function". A destructor that is the last slot is left
+# out, because how many slots it takes differs.
+Slots() {
+    {
+        echo '#include "VsMsgbus.h"'
+        awk '/^ +0 \| (class|struct) / {name = $NF} /vtable pointer/ {print name}' "$work/$1.records" |
+            sort -u | awk '{print "struct Use" NR " : " $1 " { Use" NR "(); }; Use" NR "::Use" NR "() {}"}'
+    } | Compile "$1" -S -emit-llvm -o /dev/null -Xclang -fdump-vtable-layouts |
+        awk '/^VF?Table indices for / {name = $4; sub(/^./, "", name); sub(/.$/, "", name); last = ""; next}
+            /^$/ || /^[^ ]/ {name = ""}
+            name != "" && name !~ /^Use[0-9]+$/ && !/::~/ {print name ": " $0; }' | sort
+}
+
+for target in "${targets[@]}"; do
+    Records "$target" >"$work/$target.records"
+    Slots "$target" >"$work/$target.slots"
+done
+interfaces=$(cut -d ' ' -f 1 "$work/${targets[0]}.slots" | sort -u | wc -l)
+[ "$interfaces" -ge 3 ] || Fail "only $interfaces interfaces were found"
+diff "$work/${targets[0]}.slots" "$work/${targets[1]}.slots" || Fail "slots differ"
+diff "$work/${targets[0]}.records" "$work/${targets[1]}.records" || Fail "structures differ"
+
+# A class of a C++ library is another one in another library. One operation returns such a thing by contract, and says so.
+if grep 'std::' "$work/${targets[0]}.slots" | grep -v 'IPolicyBag::GetDigest('; then
+    Fail "these cannot cross"
+fi
+echo "the slots of $interfaces interfaces are the same"
+Passed
