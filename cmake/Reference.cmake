@@ -3,6 +3,7 @@
 find_program(DOXYGEN_PROGRAM doxygen REQUIRED)
 set(REFERENCE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/doc)
 file(GLOB_RECURSE publicHeaders CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h)
+list(APPEND publicHeaders ${PROJECT_SOURCE_DIR}/loglib/LogLib.h)
 configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in Doxyfile @ONLY)
 add_custom_command(OUTPUT ${REFERENCE_OUTPUT_DIRECTORY}/index.html
     COMMAND ${CMAKE_COMMAND} -E rm -rf ${REFERENCE_OUTPUT_DIRECTORY}

@@ -16,7 +16,7 @@ public:
     /// What the bridge hands to CollectProperties; owned by the bridge.
     class ISet {
     public:
-        /// Slot 1. Gives one property to the agent: three zero-terminated UTF-16 texts, which are copied.
+        /// Slot 1: Gives one property to the agent: three zero-terminated UTF-16 texts, which are copied.
         /// Call it only while CollectProperties runs; a thread that CollectProperties waits for may call it too.
         ///
         /// @returns true when the agent took the property. False when any argument is null, when no collection is under
@@ -24,14 +24,14 @@ public:
         /// 5: "Failed to add property for <name>= <value>, exception <code>".
         virtual bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) = 0;
 
-        /// Slot 2. For the bridge alone.
+        /// Slot 2: For the bridge alone.
         virtual ~ISet() = default;
     };
 
-    /// Slot 1. Set the product's properties through `set`. `full` is always true.
+    /// Slot 1: Set the product's properties through `set`. `full` is always true.
     virtual void CollectProperties(bool full, ISet* set) = 0;
 
-    /// Slot 2. Called after each CollectProperties: the level of tracing that the module wants from the next one on; 4
+    /// Slot 2: Called after each CollectProperties: the level of tracing that the module wants from the next one on; 4
     /// and more is verbose.
     virtual int32_t GetLogLevel() = 0;
 

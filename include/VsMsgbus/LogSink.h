@@ -10,7 +10,7 @@ namespace VsKitMsgbus {
 /// thread, or a thread of the agent's. The bridge may call it from two threads at once. What Write throws is dropped.
 class ILogSink {
 public:
-    /// Slot 1. `level`: 3 for lines of the bridge and of the agent, 5 for a property that could not be added.
+    /// Slot 1: `level`: 3 for lines of the bridge and of the agent, 5 for a property that could not be added.
     /// `text`: zero-terminated UTF-16, without a line end, valid during the call.
     virtual void Write(int level, const wchar_t* text) = 0;
 

@@ -14,10 +14,16 @@ Compile() {
         -std=c++20 -fno-rtti -x c++ - "${@:2}"
 }
 
-# Records TARGET: the layout of each structure and class. What the compilers have of their own is left out.
+# Every installed header of the bridge.
+Headers() {
+    (cd "$folder/installed/include" && find . -name '*.h' -printf '#include "%P"\n')
+}
+
+# Records TARGET: the layout of each structure and class. What the compilers have of their own is left out, and so is how
+# much room a class leaves to one that derives from it, because modules derive from interfaces alone.
 Records() {
-    echo '#include "VsMsgbus.h"' | Compile "$1" -fsyntax-only -Xclang -fdump-record-layouts-complete |
-        sed 's/ dsize=[0-9]*,//; s/vftable pointer/vtable pointer/' |
+    Headers | Compile "$1" -fsyntax-only -Xclang -fdump-record-layouts-complete |
+        sed 's/ dsize=[0-9]*,//; s/nvsize=[0-9]*/nvsize/; s/vftable pointer/vtable pointer/' |
         awk '/Dumping/ {text = ""} {text = text $0 "\n"} /nvsize/ {if (text !~ /__NSConst|unnamed at/) printf "%s", text}'
 }
 
@@ -25,13 +31,13 @@ Records() {
 # out, because how many slots it takes differs.
 Slots() {
     {
-        echo '#include "VsMsgbus.h"'
+        Headers
         awk '/^ +0 \| (class|struct) / {name = $NF} /vtable pointer/ {print name}' "$work/$1.records" |
             sort -u | awk '{print "struct Use" NR " : " $1 " { Use" NR "(); }; Use" NR "::Use" NR "() {}"}'
     } | Compile "$1" -S -emit-llvm -o /dev/null -Xclang -fdump-vtable-layouts |
-        awk '/^VF?Table indices for / {name = $4; sub(/^./, "", name); sub(/.$/, "", name); last = ""; next}
+        awk '/^VF?Table indices for / {name = $4; sub(/^./, "", name); sub(/.$/, "", name); next}
             /^$/ || /^[^ ]/ {name = ""}
-            name != "" && name !~ /^Use[0-9]+$/ && !/::~/ {print name ": " $0; }' | sort
+            name != "" && name !~ /^Use[0-9]+$/ && !/::~/ {print name ": " $0}' | sort
 }
 
 for target in "${targets[@]}"; do
