@@ -56,11 +56,6 @@ VsMsgbus* CurrentBridge() noexcept {
     return currentBridge.load();
 }
 
-ny_client_t* CurrentAgentClient() noexcept {
-    const VsMsgbus* const bridge = CurrentBridge();
-    return bridge != nullptr && bridge->HasClient() ? bridge->ClientRecord()->client->clientHandler.load() : nullptr;
-}
-
 VsMsgbus* PublishBridge(VsMsgbus* created) noexcept {
     VsMsgbus* present = nullptr;
     return currentBridge.compare_exchange_strong(present, created) ? created : present;

@@ -81,8 +81,6 @@ private:
 
 // The process-wide instance, null until the first successful Entry and again after the last Exit.
 VsMsgbus* CurrentBridge() noexcept;
-// The agent's client of that instance, null while there is none; borrowed.
-ny_client_t* CurrentAgentClient() noexcept;
 // Makes `created` the process-wide instance unless there is one; returns the one there is.
 VsMsgbus* PublishBridge(VsMsgbus* created) noexcept;
 // Takes it back, if it is this one.

@@ -4,7 +4,7 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/AgentUse.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyDump.h"
 #include "policy/PolicyIterators.h"
@@ -81,7 +81,11 @@ std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
 
 // A module that leaves the bridge from inside its enforcer takes the client with it.
 bool CPolicyBag::IsOpen() const noexcept {
-    return closed == 0 && client != nullptr && client == CurrentAgentClient();
+    if (closed != 0 || client == nullptr) {
+        return false;
+    }
+    const AgentUse use;
+    return use && use.Client() == client;
 }
 
 bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const {

@@ -4,7 +4,7 @@
 #include "VsMsgbus/EnforcePolicy.h"
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/AgentUse.h"
 #include "policy/EnforcerTable.h"
 #include "values/AgentValues.h"
 
@@ -45,12 +45,13 @@ bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept {
 
 int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
     return Guarded(0, [&] {
-        ny_client_t* const client = CurrentAgentClient();
-        const size_t length = productId != nullptr ? BoundedLength(productId) : 0;
-        if (client == nullptr || length > longestId) {
+        const std::wstring_view wideId(productId != nullptr ? productId : L"",
+                                       productId != nullptr ? BoundedLength(productId) : 0);
+        const AgentUse use;
+        if (!use || wideId.size() > longestId) {
             return 0;
         }
-        const std::string narrowId = NarrowFromWide(std::wstring_view(productId != nullptr ? productId : L"", length));
-        return agent::ny_policy_enforce(client, narrowId.c_str()) == NY_OK ? 1 : 0;
+        const std::string narrowId = NarrowFromWide(wideId);
+        return agent::ny_policy_enforce(use.Client(), narrowId.c_str()) == NY_OK ? 1 : 0;
     });
 }
