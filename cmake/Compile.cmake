@@ -20,3 +20,12 @@ function(set_dll_properties target)
         set_native_dll_properties(${target})
     endif()
 endfunction()
+
+# Gives a DLL the project's version, its own name and a description, as Windows shows them.
+function(add_version_resource target description)
+    if(WIN32)
+        set(resource ${CMAKE_CURRENT_BINARY_DIR}/${target}.rc)
+        configure_file(${PROJECT_SOURCE_DIR}/cmake/Version.rc.in ${resource} @ONLY)
+        target_sources(${target} PRIVATE ${resource})
+    endif()
+endfunction()

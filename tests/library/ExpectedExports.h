@@ -1,6 +1,6 @@
 #pragma once
 
-// Every name that the library exports, and the operating system's libraries that it may import from.
+// Every name that the libraries export, and the libraries that they may import from.
 
 inline constexpr const char* expectedExports[] = {
     // entry and exit
@@ -31,4 +31,14 @@ inline constexpr const char* expectedExports[] = {
     "ny_temp_buffer_uninit",
 };
 
+inline constexpr const char* expectedLogExports[] = {
+    "getLogManager",
+    // the call operators of LogUtils::LogEvent, as the two compilers spell them
+    "_ZNK8LogUtils8LogEventclEPKwS2_",
+    "??RLogEvent@LogUtils@@QEBAXPEB_W0@Z",
+    "_ZNK8LogUtils8LogEventclEPKwPKcz",
+    "??RLogEvent@LogUtils@@QEBAXPEB_WPEBDZZ",
+};
+
 inline constexpr const char* systemLibraries[] = {"KERNEL32.DLL", "ADVAPI32.DLL", "MSVCRT.DLL"};
+inline constexpr const char* hostLogLibrary = "LOGLIB.DLL";

@@ -1,4 +1,4 @@
-// What the DLL exports, imports and says of itself.
+// What the DLLs export, import and say of themselves.
 #include <gmock/gmock.h>
 
 #include <algorithm>
@@ -16,12 +16,11 @@ using testing::UnorderedElementsAreArray;
 
 class Image : public testing::Test {
 protected:
-    // The library's version resource.
-    static std::vector<BYTE> VersionResource() {
+    // A library's version resource.
+    static std::vector<BYTE> VersionResource(const char* library = LoadedBridge::fileName) {
         DWORD ignored = 0;
-        std::vector<BYTE> resource(::GetFileVersionInfoSizeA(LoadedBridge::fileName, &ignored));
-        EXPECT_TRUE(
-            ::GetFileVersionInfoA(LoadedBridge::fileName, 0, static_cast<DWORD>(resource.size()), resource.data()));
+        std::vector<BYTE> resource(::GetFileVersionInfoSizeA(library, &ignored));
+        EXPECT_TRUE(::GetFileVersionInfoA(library, 0, static_cast<DWORD>(resource.size()), resource.data()));
         return resource;
     }
 
@@ -35,6 +34,7 @@ protected:
 
     LoadedBridge bridge;
     PeImage image{bridge.Module()};
+    PeImage logImage{::GetModuleHandleA(LoadedBridge::logFileName)};
 };
 
 TEST_F(Image, ExportsTheContractsNamesAndNothingElse) {
@@ -48,12 +48,28 @@ TEST_F(Image, ExportsOneReleaseUnderBothCompilersNames) {
     EXPECT_EQ(bridge.Export<void()>("?Release@lpc_buffer@VsKitMsgbus@@QEAAXXZ"), release);
 }
 
-TEST_F(Image, NeedsTheSystemsOwnLibrariesOnly) {
-    const std::vector<std::string> imported = image.ImportedLibraries();
+TEST_F(Image, NeedsTheHostsLogAndTheSystemsOwnLibrariesOnly) {
+    std::vector<std::string> imported = image.ImportedLibraries();
+    EXPECT_EQ(std::erase(imported, hostLogLibrary), 1U);
     EXPECT_FALSE(imported.empty());
     for (const std::string& library : imported) {
         EXPECT_THAT(systemLibraries, Contains(library));
     }
+}
+
+TEST_F(Image, OfTheHostsLogExportsItsContractsNamesAndNothingElse) {
+    EXPECT_THAT(logImage.ExportedNames(), UnorderedElementsAreArray(expectedLogExports));
+    EXPECT_EQ(logImage.ExportedFunctions(), std::size(expectedLogExports));
+}
+
+TEST_F(Image, OfTheHostsLogNeedsTheSystemsOwnLibrariesOnly) {
+    for (const std::string& library : logImage.ImportedLibraries()) {
+        EXPECT_THAT(systemLibraries, Contains(library));
+    }
+}
+
+TEST_F(Image, OfTheHostsLogSaysItsName) {
+    EXPECT_EQ(VersionText(VersionResource(LoadedBridge::logFileName), "OriginalFilename"), "LogLib.dll");
 }
 
 TEST_F(Image, SaysTheProjectsVersion) {

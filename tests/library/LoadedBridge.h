@@ -29,8 +29,11 @@ public:
     }
 
     static bool IsInMemory() { return ::GetModuleHandleA(fileName) != nullptr; }
+    static bool IsLogInMemory() { return ::GetModuleHandleA(logFileName) != nullptr; }
 
     static constexpr const char* fileName = "VsMsgbus.dll";
+    // What it brings with it.
+    static constexpr const char* logFileName = "LogLib.dll";
 
 private:
     HMODULE module;

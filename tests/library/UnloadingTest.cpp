@@ -51,8 +51,10 @@ protected:
 TEST_F(Unloading, TakesTheLibraryOutOfTheProcess) {
     LoadedBridge bridge;
     EXPECT_TRUE(LoadedBridge::IsInMemory());
+    EXPECT_TRUE(LoadedBridge::IsLogInMemory());
     bridge.Unload();
     EXPECT_FALSE(LoadedBridge::IsInMemory());
+    EXPECT_FALSE(LoadedBridge::IsLogInMemory());
 }
 
 TEST_F(Unloading, FiftyTimesLeavesNoModuleBehind) {

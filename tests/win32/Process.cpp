@@ -3,7 +3,7 @@
 #include <malloc.h>
 #include <unistd.h>
 
-#include "Waitable.h"
+#include "OpenKey.h"
 #include "win32_faults.h"
 
 using win32::AnswerOr;
@@ -29,8 +29,8 @@ HANDLE GetCurrentProcess() {
 BOOL CloseHandle(HANDLE handle) {
     return AnswerOr(FALSE, "CloseHandle", [&] {
         // A registry key is closed by RegCloseKey alone.
-        win32::ObjectOf<win32::Waitable>(handle);
-        if (win32::TakeHandle(handle) == nullptr) {
+        const bool isKey = std::dynamic_pointer_cast<win32::OpenKey>(win32::ObjectOf<win32::Object>(handle)) != nullptr;
+        if (isKey || win32::TakeHandle(handle) == nullptr) {
             throw win32::Failure{ERROR_INVALID_HANDLE};
         }
         return TRUE;

@@ -1,5 +1,6 @@
 // The registry's functions for keys.
 #include "OpenKey.h"
+#include "Text.h"
 
 using win32::ErrorOf;
 using win32::Failure;
@@ -20,15 +21,23 @@ HKEY Open(std::shared_ptr<KeyNode> node, REGSAM access) {
     return static_cast<HKEY>(win32::OpenHandle(std::make_shared<OpenKey>(std::move(node), access)));
 }
 
+void OpenExisting(HKEY key, const char* subKey, REGSAM access, PHKEY result) {
+    CheckPlace(result);
+    const std::lock_guard guard(win32::RegistryLock());
+    *result = Open(win32::Walk(NodeOf(key), subKey, access, Missing::Fail), access);
+}
+
 }  // namespace
 
 LSTATUS RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, PHKEY result) {
     win32::Support(options == 0, "options of registry keys");
-    return ErrorOf("RegOpenKeyExA", [&] {
-        CheckPlace(result);
-        const std::lock_guard guard(win32::RegistryLock());
-        *result = Open(win32::Walk(NodeOf(key), subKey, access, Missing::Fail), access);
-    });
+    return ErrorOf("RegOpenKeyExA", [&] { OpenExisting(key, subKey, access, result); });
+}
+
+LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD options, REGSAM access, PHKEY result) {
+    win32::Support(options == 0, "options of registry keys");
+    return ErrorOf("RegOpenKeyExW",
+                   [&] { OpenExisting(key, win32::Narrow(subKey != nullptr ? subKey : L"").c_str(), access, result); });
 }
 
 LSTATUS RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD /*reserved*/, LPSTR /*keyClass*/, DWORD options, REGSAM access,

@@ -5,6 +5,7 @@
 #pragma once
 
 #include "win32/errors.h"
+#include "win32/files.h"
 #include "win32/libraries.h"
 #include "win32/process.h"
 #include "win32/registry.h"

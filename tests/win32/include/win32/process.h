@@ -17,11 +17,18 @@ BOOL CloseHandle(HANDLE handle);
 BOOL DuplicateHandle(HANDLE sourceProcess, HANDLE handle, HANDLE targetProcess, HANDLE* copy, DWORD access,
                      BOOL inherit, DWORD options);
 BOOL GetHandleInformation(HANDLE handle, LPDWORD flags);
-// Handles of the current process: events, threads and registry keys.
+// Handles of the current process: events, threads, files and registry keys.
 BOOL GetProcessHandleCount(HANDLE process, LPDWORD count);
 
 // Of the one heap that malloc takes from. A null block is not supported.
 intptr_t _get_heap_handle();
 BOOL HeapValidate(HANDLE heap, DWORD flags, const void* block);
+
+// The process's own, in UTF-8, as its C library has it. A null value takes the variable away.
+DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR value, DWORD size);
+BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
+
+// There is no debugger: nobody sees the text.
+void OutputDebugStringW(LPCWSTR text);
 
 }  // extern "C"

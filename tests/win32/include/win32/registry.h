@@ -1,4 +1,5 @@
 // A registry in memory, one for the process, empty at its start. Key and value names are compared without their case.
+// Texts are kept as UTF-8: what is written through one kind of function is read through the other as text.
 #pragma once
 
 #include "win32/types.h"
@@ -35,6 +36,7 @@ inline constexpr DWORD REG_NOTIFY_CHANGE_LAST_SET = 0x4;
 extern "C" {
 
 LSTATUS RegOpenKeyExA(HKEY key, LPCSTR subKey, DWORD options, REGSAM access, PHKEY result);
+LSTATUS RegOpenKeyExW(HKEY key, LPCWSTR subKey, DWORD options, REGSAM access, PHKEY result);
 LSTATUS RegCreateKeyExA(HKEY key, LPCSTR subKey, DWORD reserved, LPSTR keyClass, DWORD options, REGSAM access,
                         LPSECURITY_ATTRIBUTES security, PHKEY result, LPDWORD disposition);
 LSTATUS RegCloseKey(HKEY key);
@@ -44,6 +46,8 @@ LSTATUS RegDeleteKeyExA(HKEY key, LPCSTR subKey, REGSAM view, DWORD reserved);
 
 LSTATUS RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size);
 LSTATUS RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
+LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type, LPBYTE data, LPDWORD size);
+LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
 
 // Asynchronous only. The event is set once: by a change that the filter names, by the key's deletion, or by its

@@ -1,0 +1,66 @@
+#include "loglib/LogDestination.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <string_view>
+
+#include "loglib/Utf8.h"
+
+namespace {
+
+constexpr wchar_t fileVariable[] = L"LOGLIB_FILE";
+
+// Empty when the variable is not there, or changes while it is read.
+std::wstring FileOfEnvironment() {
+    const DWORD capacity = ::GetEnvironmentVariableW(fileVariable, nullptr, 0);
+    std::wstring path(capacity, L'\0');
+    const DWORD length = ::GetEnvironmentVariableW(fileVariable, path.data(), capacity);
+    path.resize(length < capacity ? length : 0);
+    return path;
+}
+
+// One write at the file's end, so that lines of several threads and processes do not mix.
+bool Append(const std::wstring& path, std::string_view bytes) {
+    const HANDLE file =
+        ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    DWORD written = 0;
+    const BOOL isWritten = ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    ::CloseHandle(file);
+    return isWritten && written == bytes.size();
+}
+
+}  // namespace
+
+bool LogDestination::Choose(const wchar_t* path) {
+    const size_t length = path != nullptr ? std::wcslen(path) : 0;
+    if (length >= pathCapacity) {
+        return false;
+    }
+    const std::lock_guard guard(mutex);
+    isChosen = path != nullptr;
+    *std::copy_n(path, length, chosen.begin()) = L'\0';
+    return true;
+}
+
+std::wstring LogDestination::File() const {
+    {
+        const std::lock_guard guard(mutex);
+        if (isChosen) {
+            return chosen.data();
+        }
+    }
+    return FileOfEnvironment();
+}
+
+void LogDestination::Write(const std::wstring& line) const {
+    const std::wstring file = File();
+    if (file.empty() || !Append(file, Utf8FromWide(line))) {
+        ::OutputDebugStringW(line.c_str());
+    }
+}

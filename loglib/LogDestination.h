@@ -1,0 +1,28 @@
+#pragma once
+
+#include <array>
+#include <mutex>
+#include <string>
+
+// Where lines of the log are written to. Any thread.
+class LogDestination {
+public:
+    // The longest path, its terminating zero included.
+    static constexpr size_t pathCapacity = 32767;
+
+    // See LogUtils::LogManager::SetFile. Throws std::system_error when it cannot lock.
+    bool Choose(const wchar_t* path);
+
+    // Writes the line, its line end included, to the file, or else to the debugger's output. Throws std::bad_alloc and
+    // what Utf8FromWide throws.
+    void Write(const std::wstring& line) const;
+
+private:
+    // Empty for the debugger's output.
+    std::wstring File() const;
+
+    mutable std::mutex mutex;
+    bool isChosen = false;
+    // Has no memory of its own, so that nothing of it is left to be freed.
+    std::array<wchar_t, pathCapacity> chosen{};
+};

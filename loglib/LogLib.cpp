@@ -1,0 +1,63 @@
+#include "loglib/LogLib.h"
+
+#include <cstdarg>
+#include <cstdio>
+#include <string>
+
+#include "base/Boundary.h"
+#include "loglib/DefaultLogManager.h"
+#include "loglib/Utf8.h"
+
+namespace {
+
+std::wstring WideOrNull(const char* text) {
+    return text != nullptr ? WideFromUtf8(text) : L"<null>";
+}
+
+// What cannot be formatted is given as it stands.
+[[gnu::format(printf, 1, 0)]] std::string Formatted(const char* format, va_list arguments) {
+    va_list again{};
+    va_copy(again, arguments);
+    const int length = std::vsnprintf(nullptr, 0, format, again);
+    va_end(again);
+    if (length < 0) {
+        return format;
+    }
+    std::string text(static_cast<size_t>(length), '\0');
+    std::vsnprintf(text.data(), text.size() + 1, format, arguments);
+    return text;
+}
+
+}  // namespace
+
+namespace LogUtils {
+
+void LogEvent::operator()(const wchar_t* component, const wchar_t* text) const {
+    if (target == nullptr) {
+        return;
+    }
+    Guarded([&] {
+        const std::wstring own = component == nullptr ? WideOrNull(ownComponent) : std::wstring();
+        target->Write({
+            file != nullptr ? file : "<null>",
+            line,
+            level,
+            component != nullptr ? component : own.c_str(),
+            text != nullptr ? text : L"<null>",
+        });
+    });
+}
+
+void LogEvent::operator()(const wchar_t* component, const char* format, ...) const {
+    va_list arguments{};
+    va_start(arguments, format);
+    const auto compose = [&] { return format != nullptr ? Formatted(format, arguments) : std::string("<null>"); };
+    Guarded([&] { (*this)(component, WideFromUtf8(compose()).c_str()); });
+    va_end(arguments);
+}
+
+}  // namespace LogUtils
+
+LogUtils::LogManager* getLogManager() {
+    return &DefaultLogManager::Instance();
+}

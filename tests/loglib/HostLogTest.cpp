@@ -1,0 +1,68 @@
+// The host's log as a module has it: LogLib.dll through its exports.
+#include <gmock/gmock.h>
+
+#include <regex>
+
+#include "support/HostLog.h"
+#include "support/LogFile.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+// A log file that is chosen while the object lives.
+class ChosenLogFile : public LogFile {
+public:
+    ChosenLogFile() { EXPECT_TRUE(getLogManager()->SetFile(path.wstring().c_str())); }
+    ~ChosenLogFile() { getLogManager()->SetFile(nullptr); }
+};
+
+constexpr int32_t sourceLine = 12;
+
+LogUtils::LogEvent Event(int32_t severity = 8) {
+    return {"room/Source.cpp", sourceLine, severity, "Own", getLogManager(), 2, false};
+}
+
+TEST(HostsLog, HasOneManager) {
+    EXPECT_NE(getLogManager(), nullptr);
+    EXPECT_EQ(getLogManager(), getLogManager());
+}
+
+TEST(HostsLog, WritesOneLineForEachEvent) {
+    const ChosenLogFile file;
+    Event()(L"NySpb", L"Successfully set OASPolicyName ");
+    Event(3)(L"NySpb", "Error %d getting %s", 705, "digest");
+    const auto lines = file.Lines();
+    ASSERT_THAT(lines, SizeIs(2));
+    const std::string begin = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z )" + std::to_string(::GetCurrentProcessId());
+    const std::string place = R"( NySpb room/Source\.cpp\(12\): )";
+    const std::regex first(begin + " severity=8" + place + "Successfully set OASPolicyName ");
+    const std::regex second(begin + " severity=3" + place + "Error 705 getting digest");
+    EXPECT_TRUE(std::regex_match(lines[0], first)) << lines[0];
+    EXPECT_TRUE(std::regex_match(lines[1], second)) << lines[1];
+}
+
+TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
+    {
+        const HostLog host;
+        Event()(L"NySpb", L"text");
+        Event(3)(L"Other", "code %d", -1);
+        EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: text", "3 Other: code -1"));
+        EXPECT_THAT(host.Files(), ElementsAre("room/Source.cpp"));
+        EXPECT_THAT(host.SourceLines(), ElementsAre(sourceLine));
+    }
+    Event()(L"NySpb", L"after");
+    const HostLog later;
+    EXPECT_THAT(later.log.Lines(), IsEmpty());
+}
+
+TEST(HostsLog, WritesWhereTheEnvironmentSays) {
+    const LogFile file;
+    const LogFileVariable variable(file.path.wstring().c_str());
+    Event()(L"NySpb", L"text");
+    EXPECT_THAT(file.Lines(), SizeIs(1));
+}
+
+}  // namespace

@@ -1,0 +1,84 @@
+// Whatever goes wrong in the log, who logs does not notice.
+#include <gmock/gmock.h>
+#include <windows.h>
+
+#include <stdexcept>
+
+#include "loglib/LogLib.h"
+#include "support/DebuggerOutput.h"
+#include "support/FailingMemory.h"
+#include "support/HostLog.h"
+#include "support/LogFile.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+LogUtils::LogEvent Event() {
+    return {"room/Source.cpp", 12, 8, "Own", getLogManager(), 2, false};
+}
+
+TEST(LogEventFailure, OfMemoryAtAnyAllocationLosesTheEventAndNothingElse) {
+    DebuggerOutput debugger;
+    size_t written = 0;
+    for (size_t allocations = 0; written == 0; ++allocations) {
+        {
+            const FailingMemory memory(allocations, 1);
+            Event()(L"NySpb", "a text of some length, number %d", 1);
+        }
+        written = debugger.log.Take().size();
+        ASSERT_LT(allocations, 1000U) << "never written";
+    }
+    Event()(nullptr, L"text");
+    EXPECT_THAT(debugger.log.Lines(), SizeIs(1));
+}
+
+class ThrowingListener final : public LogUtils::LogListener {
+    void OnLogEvent(const LogUtils::LogRecord& /*event*/) override { throw std::runtime_error("not today"); }
+};
+
+TEST(LogEventFailure, OfTheListenerIsDroppedAndTheEventIsWritten) {
+    const DebuggerOutput debugger;
+    ThrowingListener listener;
+    getLogManager()->SetListener(&listener);
+    Event()(L"NySpb", L"text");
+    EXPECT_EQ(getLogManager()->SetListener(nullptr), &listener);
+    EXPECT_THAT(debugger.log.Lines(), SizeIs(1));
+}
+
+TEST(LogEventFailure, LeavesTheLastErrorAsItWas) {
+    const LogFile file;
+    for (const auto& path : {file.path, file.folder / "missing" / "host.log"}) {
+        getLogManager()->SetFile(path.wstring().c_str());
+        ::SetLastError(1234);
+        Event()(L"NySpb", L"text");
+        EXPECT_EQ(::GetLastError(), 1234U);
+    }
+    getLogManager()->SetFile(nullptr);
+}
+
+int WINAPI ConvertNothing(UINT /*codePage*/, DWORD /*flags*/, const char* /*text*/, int /*size*/, wchar_t* /*wide*/,
+                          int /*wideSize*/) {
+    return 0;
+}
+
+TEST(LogEventFailure, OfTheSystemsConversionLosesTheEvent) {
+    const HostLog host;
+    {
+        const SystemFunction<decltype(::MultiByteToWideChar)> failing(&::MultiByteToWideChar, &ConvertNothing);
+        Event()(L"NySpb", "text %d", 1);
+    }
+    EXPECT_THAT(host.log.Lines(), IsEmpty());
+    Event()(L"NySpb", "text %d", 2);
+    EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: text 2"));
+}
+
+TEST(LogEventFailure, OfMalformedTextReplacesIt) {
+    const HostLog host;
+    Event()(L"NySpb", "bad \xFF byte");
+    EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: bad \xEF\xBF\xBD byte"));
+}
+
+}  // namespace
