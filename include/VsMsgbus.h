@@ -38,6 +38,7 @@
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"
+#include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/Entry.h"
 #include "VsMsgbus/LogSink.h"
 #include "VsMsgbus/LpcBuffer.h"

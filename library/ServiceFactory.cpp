@@ -1,9 +1,11 @@
 #include "msgbus/ServiceFactory.h"
 
+#include "policy/VsMsgbusPolicyEnforcer.h"
 #include "property/VsMsgbusPropertyProvider.h"
 
 VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
     switch (kind) {
+        case IoKindPolicy: return std::make_shared<VsMsgbusPolicyEnforcer>(client);
         case IoKindProperty: return std::make_shared<VsMsgbusPropertyProvider>(client);
         default: return nullptr;
     }
@@ -11,6 +13,7 @@ VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
 
 bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
     switch (kind) {
+        case IoKindPolicy: return dynamic_cast<const VsMsgbusPolicyEnforcer*>(&io) != nullptr;
         case IoKindProperty: return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
         default: return false;
     }

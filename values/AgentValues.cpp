@@ -18,7 +18,7 @@ std::string NarrowFromVariant(ny_variant_t* variant) {
     return text != nullptr ? std::string(text, length) : std::string();
 }
 
-std::wstring WideFromVariant(ny_variant_t* variant) {
+void WideFromVariant(ny_variant_t* variant, std::wstring& into) {
     WideBufferOwner buffer;
     Check(agent::ny_variant_get_wstring_buffer(variant, buffer.Out()));
     const wchar_t* text = nullptr;
@@ -26,7 +26,13 @@ std::wstring WideFromVariant(ny_variant_t* variant) {
     size_t ignored = 0;
     Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &length));
     Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &ignored));
-    return text != nullptr ? std::wstring(text, length) : std::wstring();
+    into.assign(text != nullptr ? std::wstring_view(text, length) : std::wstring_view());
+}
+
+std::wstring WideFromVariant(ny_variant_t* variant) {
+    std::wstring wide;
+    WideFromVariant(variant, wide);
+    return wide;
 }
 
 VariantOwner VariantFromNarrow(std::string_view text) {
@@ -39,6 +45,10 @@ VariantOwner VariantFromWide(std::wstring_view text) {
     VariantOwner variant;
     Check(agent::ny_variant_create_from_wstring(text.data(), text.size(), variant.Out()));
     return variant;
+}
+
+void WideFromNarrow(std::string_view text, std::wstring& into) {
+    WideFromVariant(VariantFromNarrow(text).Get(), into);
 }
 
 std::wstring WideFromNarrow(std::string_view text) {

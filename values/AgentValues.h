@@ -11,6 +11,8 @@
 // A variant's text, with its exact length: zeros in it are kept.
 std::string NarrowFromVariant(ny_variant_t* variant);
 std::wstring WideFromVariant(ny_variant_t* variant);
+// Into a string whose memory is used again. On failure it is left as it was.
+void WideFromVariant(ny_variant_t* variant, std::wstring& into);
 
 // A text variant with the text's own length.
 VariantOwner VariantFromNarrow(std::string_view text);
@@ -18,6 +20,7 @@ VariantOwner VariantFromWide(std::wstring_view text);
 
 // UTF-8 to UTF-16 and back, the agent's way: through a variant.
 std::wstring WideFromNarrow(std::string_view text);
+void WideFromNarrow(std::string_view text, std::wstring& into);
 std::string NarrowFromWide(std::wstring_view text);
 
 TableOwner TableFromVariant(ny_variant_t* variant);

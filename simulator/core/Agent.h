@@ -7,6 +7,7 @@
 #include "HandleTable.h"
 #include "HookTable.h"
 #include "MisuseLog.h"
+#include "PolicyStore.h"
 
 namespace simulator {
 
@@ -18,6 +19,7 @@ struct Agent {
     MisuseLog misuse;
     HandleTable handles;
     ClientTable clients;
+    PolicyStore policies;
 };
 
 // The one agent of this process.

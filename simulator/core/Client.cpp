@@ -10,6 +10,7 @@ ClientSettings Client::Settings() const {
 void Client::EndCallbacks() {
     logGate.Close();
     propertyProviders.EndAll();
+    policyCallbacks.EndAll();
     logGate.WaitForOthers();
 }
 

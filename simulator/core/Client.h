@@ -32,6 +32,12 @@ struct PropertyProvider {
     void* callbackData = nullptr;
 };
 
+struct PolicyCallback {
+    ny_policy_callback_t call = nullptr;
+    void* callbackData = nullptr;
+    uint32_t mask = 0;
+};
+
 // What a client was told by the setters.
 struct ClientSettings {
     uint32_t threadOption = 0;
@@ -64,6 +70,7 @@ public:
     std::atomic<bool> started = false;
     CallbackGate logGate;
     RegistrationTable<PropertyProvider> propertyProviders;
+    RegistrationTable<PolicyCallback> policyCallbacks;
 
 private:
     mutable std::mutex mutex;

@@ -13,6 +13,9 @@ const char* NameOf(HandleKind kind) {
         case HandleKind::Client: return "client";
         case HandleKind::PropertyBag: return "property bag";
         case HandleKind::Logger: return "logger";
+        case HandleKind::PolicyUri: return "policy uri";
+        case HandleKind::PolicyBag: return "policy bag";
+        case HandleKind::PolicyIterator: return "policy iterator";
         case HandleKind::MessageBus: return "message bus";
     }
     return "unknown";

@@ -7,10 +7,13 @@ namespace simulator {
 
 class Client;
 class Logger;
+class PolicyIterator;
+class PolicyUri;
 class PropertyBag;
 struct Array;
 struct Buffer;
 struct MessageBus;
+struct PolicyBag;
 struct Table;
 struct Value;
 struct WideBuffer;
@@ -26,6 +29,9 @@ enum class HandleKind : int32_t {
     Client = NY_SIM_CLIENT,
     PropertyBag = NY_SIM_PROPERTY_BAG,
     Logger = NY_SIM_LOGGER,
+    PolicyUri = NY_SIM_POLICY_URI,
+    PolicyBag = NY_SIM_POLICY_BAG,
+    PolicyIterator = NY_SIM_POLICY_ITERATOR,
     MessageBus = 1000,
 };
 
@@ -56,6 +62,12 @@ template <>
 struct HandleTraits<ny_property_bag_t> : HandleOf<PropertyBag, HandleKind::PropertyBag> {};
 template <>
 struct HandleTraits<ny_logger_t> : HandleOf<Logger, HandleKind::Logger> {};
+template <>
+struct HandleTraits<ny_policy_uri_t> : HandleOf<PolicyUri, HandleKind::PolicyUri> {};
+template <>
+struct HandleTraits<ny_policy_bag_t> : HandleOf<PolicyBag, HandleKind::PolicyBag> {};
+template <>
+struct HandleTraits<ny_policy_bag_iterator_t> : HandleOf<PolicyIterator, HandleKind::PolicyIterator> {};
 template <>
 struct HandleTraits<ny_msgbus_t> : HandleOf<MessageBus, HandleKind::MessageBus> {};
 

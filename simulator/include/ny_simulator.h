@@ -22,7 +22,7 @@ enum ny_sim_code : int32_t {
     NY_SIM_NOT_SIMULATED = 1003,   // the agent exports this name, the simulated agent does nothing behind it
 };
 
-// Forgets faults, hooks, the call record and the misuse count. Handles that are alive stay alive.
+// Forgets faults, hooks, the call record, the misuse count and the policies. Handles that are alive stay alive.
 void ny_sim_reset(void);
 
 // --- Fault injection ----------------------------------------------------------------------------------------------
@@ -68,6 +68,9 @@ enum ny_sim_handle_kind : int32_t {
     NY_SIM_CLIENT,
     NY_SIM_PROPERTY_BAG,
     NY_SIM_LOGGER,
+    NY_SIM_POLICY_URI,
+    NY_SIM_POLICY_BAG,
+    NY_SIM_POLICY_ITERATOR,
 };
 
 // Handles alive, that is, created or handed out as owned and not yet released as often.
@@ -119,3 +122,5 @@ size_t ny_sim_logger_size(ny_logger_t* logger);
 int32_t ny_sim_logger_get(ny_logger_t* logger, size_t index, const char** line);
 
 }  // extern "C"
+
+#include "ny_sim_policy.h"

@@ -13,6 +13,10 @@ inline constexpr const char* expectedExports[] = {
     // property collection
     "VsKitMsgbusSetCollectProperties",
     "VsKitMsgbusRemoveCollectProperties",
+    // policy enforcement
+    "VsKitMsgbusSetEnforcePolicy",
+    "VsKitMsgbusRemoveEnforcerPolicy",
+    "VsKitEnforceLocalPolicy",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",

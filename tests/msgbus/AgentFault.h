@@ -8,6 +8,7 @@
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
 #include "support/KeptHandles.h"
+#include "support/Services.h"
 
 // What happens when one agent function answers a code in one step of a product's life.
 struct FaultRow {
@@ -91,6 +92,6 @@ protected:
 
 inline constexpr char notStartedLine[] = "3: NY log message, [ny_client] falied to start ny client.";
 inline constexpr char alreadyStoppedLine[] = "3: NY log message, [ny_client] ny client already stopped.";
-inline constexpr char notReleasedLine[] = "3: Failed to release VsMsgbus io [8192] due to exception: [<code>]";
+inline const std::string notReleasedLine = NotReleasedLine(8192, "<code>");
 inline constexpr char notStoppedLine[] =
     "3: Successfully release all VsMsgbus iosFailed to stop VsMsgbus, exception:[Unknown exception]";

@@ -37,6 +37,9 @@ size_t KeptHandles::Release() {
         released += ReleaseIfAlive(handle, ny_core_variant_release);
         released += ReleaseIfAlive(handle, ny_core_buffer_release);
         released += ReleaseIfAlive(handle, ny_core_wbuffer_release);
+        released += ReleaseIfAlive(handle, ny_core_policy_bag_iterator_release);
+        released += ReleaseIfAlive(handle, ny_core_policy_uri_release);
+        released += ReleaseIfAlive(handle, ny_core_policy_bag_release);
     }
     ny_sim_reset();
     return released;

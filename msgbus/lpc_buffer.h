@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string_view>
+
+#include "VsMsgbus/LpcBuffer.h"
+
+namespace VsKitMsgbus {
+
+// Frees what the buffer holds and puts a copy of the text there. False, with the buffer left empty, when there is no
+// memory for it.
+bool StoreText(lpc_buffer& buffer, std::wstring_view text) noexcept;
+
+}  // namespace VsKitMsgbus

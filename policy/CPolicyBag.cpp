@@ -1,0 +1,135 @@
+#include "policy/CPolicyBag.h"
+
+#include <new>
+
+#include "base/Boundary.h"
+#include "dispatcher/groups/PolicyGroup.h"
+#include "msgbus/AgentUse.h"
+#include "msgbus/lpc_buffer.h"
+#include "policy/CPolicyDump.h"
+#include "policy/PolicyIterators.h"
+#include "policy/PolicyQuery.h"
+#include "policy/PolicyWalk.h"
+#include "policy/VsMsgbusIEnforcePolicy.h"
+#include "values/AgentValues.h"
+
+using corvane::ny::utils::Check;
+using corvane::ny::utils::exception;
+using VsKit::CUniStream;
+
+namespace {
+
+constexpr int failureLevel = 5;
+
+std::string NarrowId(const wchar_t* wide) {
+    return WithMemory([&] { return NarrowFromWide(wide); });
+}
+
+std::string NarrowAccount(const wchar_t* domain, const wchar_t* user) {
+    return WithMemory([&] {
+        std::wstring joined(domain != nullptr ? domain : L"");
+        joined += L'\\';
+        joined += user != nullptr ? user : L"";
+        return NarrowFromWide(joined);
+    });
+}
+
+}  // namespace
+
+bool CPolicyBag::EnumerateUserPolicies(const wchar_t* wantedId, ICallbacks* callbacks, const wchar_t* user,
+                                       const wchar_t* domain) {
+    const Account account{domain, user};
+    return Walk(wantedId, callbacks, &account);
+}
+
+bool CPolicyBag::EnumeratePolicies(const wchar_t* wantedId, ICallbacks* callbacks) {
+    return Walk(wantedId, callbacks, nullptr);
+}
+
+void CPolicyBag::Dump(VsKitMsgbus::lpc_buffer* result) noexcept {
+    if (result == nullptr) {
+        return;
+    }
+    result->Release();
+    Guarded([&] {
+        CPolicyDump dump;
+        EnumeratePolicies(productId, &dump);
+        // A text that was cut must not pass for the whole one.
+        if (dump.Text().IsGood()) {
+            StoreText(*result, dump.Text().Text());
+        }
+    });
+}
+
+std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
+    std::string digests;
+    if (IsOpen() && wantedId != nullptr) {
+        GuardedBy<exception>(
+            false,
+            [&] {
+                WithMemory([&] { AppendDigests(wantedId, digests); });
+                return true;
+            },
+            [](const exception& failure) {
+                LogDigestFailure(failure.Code());
+                return false;
+            },
+            [] { return false; });
+    }
+    return digests;
+}
+
+// A module that leaves the bridge from inside its enforcer takes the client with it.
+bool CPolicyBag::IsOpen() const noexcept {
+    if (closed != 0 || client == nullptr) {
+        return false;
+    }
+    const AgentUse use;
+    return use && use.Client() == client;
+}
+
+bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const {
+    if (!IsOpen() || wantedId == nullptr || callbacks == nullptr) {
+        return false;
+    }
+    try {
+        PolicyBagOwner bag;
+        PolicyQuery query;
+        query.SetProduct(NarrowId(wantedId).c_str());
+        if (account != nullptr) {
+            query.SetUser(NarrowAccount(account->domain, account->user).c_str());
+        }
+        bag = query.Fetch(client);
+        PolicyWalk(*callbacks, account != nullptr ? PolicyWalk::Scope::User : PolicyWalk::Scope::Machine)
+            .Run(bag.Get());
+        return true;
+    } catch (const exception& failure) {
+        LogFailure(wantedId, failure.Code());
+        return false;
+    }
+}
+
+void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcept {
+    if (sink == nullptr) {
+        return;
+    }
+    Guarded([&] {
+        CUniStream text;
+        text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
+        sink->Write(failureLevel, text.Text().c_str());
+    });
+}
+
+void CPolicyBag::AppendDigests(const char* wantedId, std::string& digests) const {
+    PolicyBagOwner bag;
+    PolicyQuery query;
+    query.SetProduct(wantedId);
+    bag = query.Fetch(client);
+    PolicyUris uris(bag.Get());
+    ny_policy_uri_t* uri = nullptr;
+    while (uris.Next(uri)) {
+        const char* digest = nullptr;
+        Check(agent::ny_policy_uri_get_pso_digest(uri, &digest));
+        digests += digest != nullptr ? digest : "";
+    }
+}

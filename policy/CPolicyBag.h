@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "VsMsgbus/LogSink.h"
+#include "agent/ny_agent.h"
+
+// What a module reads its policies through while it enforces them: lives for one EnforcePolicy, on that thread.
+class CPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag {
+public:
+    // Borrows all it is given. A bag without a client, or with one that is no longer the bridge's, gives nothing and
+    // asks the agent nothing.
+    CPolicyBag(ny_client_t* agentClient, int32_t modulesLogLevel, VsKitMsgbus::ILogSink* moduleSink,
+               const wchar_t* product) noexcept
+        : client(agentClient), logLevel(modulesLogLevel), sink(moduleSink), productId(product) {}
+
+    // The two walks let out what the callbacks throw, the agent exception excepted.
+    bool EnumerateUserPolicies(const wchar_t* wantedId, ICallbacks* callbacks, const wchar_t* user,
+                               const wchar_t* domain) override;
+    bool EnumeratePolicies(const wchar_t* wantedId, ICallbacks* callbacks) override;
+    void Dump(VsKitMsgbus::lpc_buffer* result) noexcept override;
+    std::string GetDigest(const char* wantedId) noexcept override;
+
+    // From now on the bag gives nothing.
+    void Close() noexcept { closed = 1; }
+    int32_t LogLevel() const noexcept { return logLevel; }
+
+private:
+    struct Account {
+        const wchar_t* domain;
+        const wchar_t* user;
+    };
+
+    bool IsOpen() const noexcept;
+    // A null account stands for the machine.
+    bool Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const;
+    void LogFailure(const wchar_t* wantedId, int32_t code) const noexcept;
+    void AppendDigests(const char* wantedId, std::string& digests) const;
+
+    uintptr_t closed = 0;
+    ny_client_t* const client;
+    const int32_t logLevel;
+    VsKitMsgbus::ILogSink* const sink;
+    const wchar_t* const productId;
+};

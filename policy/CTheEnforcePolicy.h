@@ -1,0 +1,26 @@
+#pragma once
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "VsMsgbus/LogSink.h"
+#include "policy/CPolicyBag.h"
+
+// A module's registered enforcer.
+class CTheEnforcePolicy {
+public:
+    CTheEnforcePolicy(VsKitMsgbus::INYEnforcePolicy* moduleEnforcer, VsKitMsgbus::ILogSink* moduleSink) noexcept
+        : enforcer(moduleEnforcer), sink(moduleSink) {}
+
+    // Has the module enforce its policies, which it reads through the agent's client. For one thread at a time.
+    // `wasRemoved()` tells whether the module took the enforcer back meanwhile: it is then not called any more.
+    template <class WasRemoved>
+    void Enforce(ny_client_t* client, const wchar_t* productId, WasRemoved&& wasRemoved) {
+        CPolicyBag bag(client, enforcer->GetLogLevel(), sink, productId);
+        if (!wasRemoved()) {
+            enforcer->EnforcePolicy(productId, &bag);
+        }
+    }
+
+private:
+    VsKitMsgbus::INYEnforcePolicy* const enforcer;
+    VsKitMsgbus::ILogSink* const sink;
+};

@@ -1,0 +1,6 @@
+#include "policy/EnforcerTable.h"
+
+EnforcerRegistrations& EnforcerTable() {
+    static EnforcerRegistrations table;
+    return table;
+}

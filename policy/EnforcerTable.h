@@ -1,0 +1,10 @@
+#pragma once
+
+#include "msgbus/RegistrationTable.h"
+#include "policy/CTheEnforcePolicy.h"
+
+// Two notifications of one product are enforced one after the other.
+using EnforcerRegistrations = RegistrationTable<CTheEnforcePolicy, CallGate::Admission::OneThreadAtATime>;
+
+// The enforcers of all modules of the process, by product id.
+EnforcerRegistrations& EnforcerTable();

@@ -1,0 +1,24 @@
+#include "policy/PolicyQuery.h"
+
+#include "dispatcher/groups/PolicyGroup.h"
+#include "values/AgentException.h"
+
+using corvane::ny::utils::Check;
+
+PolicyQuery::PolicyQuery() {
+    Check(agent::ny_policy_uri_create(uri.Out()));
+}
+
+void PolicyQuery::SetProduct(const char* productId) {
+    Check(agent::ny_policy_uri_set_software_id(uri.Get(), productId));
+}
+
+void PolicyQuery::SetUser(const char* user) {
+    Check(agent::ny_policy_uri_set_user(uri.Get(), user));
+}
+
+PolicyBagOwner PolicyQuery::Fetch(ny_client_t* client) const {
+    PolicyBagOwner bag;
+    Check(agent::ny_policy_get(client, uri.Get(), bag.Out()));
+    return bag;
+}

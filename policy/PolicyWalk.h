@@ -1,0 +1,44 @@
+#pragma once
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "policy/WideText.h"
+
+// One walk over a bag of policies: tells a module's callbacks of each item, in the agent's order.
+//
+// A walk keeps no copy of what it tells: its memory grows with the longest text, not with the number of items.
+class PolicyWalk {
+public:
+    using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;
+    // Only a walk of the machine's policies records names in the registry and withholds the one setting that modules
+    // must not see.
+    enum class Scope { Machine, User };
+
+    PolicyWalk(ICallbacks& moduleCallbacks, Scope walkedScope) noexcept
+        : callbacks(moduleCallbacks), scope(walkedScope) {}
+
+    // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
+    // Either way nothing of the agent's is held any more.
+    void Run(ny_policy_bag_t* bag);
+
+private:
+    // True when the module wants more of this item.
+    bool TellContainer(ny_policy_uri_t* uri);
+    bool TellSettingsObject(ny_policy_uri_t* uri);
+
+    void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
+    void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
+    bool IsWithheld() const noexcept;
+
+    ICallbacks& callbacks;
+    const Scope scope;
+    WideText feature;
+    WideText category;
+    WideText type;
+    WideText policyName;
+    WideText settingsObject;
+    WideText intParameter;
+    WideText stringParameter;
+    WideText section;
+    WideText settingName;
+    WideText value;
+};

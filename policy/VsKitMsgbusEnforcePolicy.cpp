@@ -1,0 +1,57 @@
+// The exports of policy enforcement.
+#include <string_view>
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "base/Boundary.h"
+#include "dispatcher/groups/PolicyGroup.h"
+#include "msgbus/AgentUse.h"
+#include "policy/EnforcerTable.h"
+#include "values/AgentValues.h"
+
+namespace {
+
+constexpr size_t longestId = 0xFFFF;
+
+// At most one more than the longest that is taken: what is no text of any length is not read to its end.
+size_t BoundedLength(const wchar_t* text) noexcept {
+    size_t length = 0;
+    while (length <= longestId && text[length] != L'\0') {
+        ++length;
+    }
+    return length;
+}
+
+}  // namespace
+
+bool VsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnforcePolicy* enforcer,
+                                 void* sink) noexcept {
+    if (productId == nullptr || enforcer == nullptr) {
+        return false;
+    }
+    return Guarded(false, [&] {
+        EnforcerTable().Set(productId, enforcer, static_cast<VsKitMsgbus::ILogSink*>(sink));
+        return true;
+    });
+}
+
+bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept {
+    return Guarded(true, [&] {
+        if (productId != nullptr) {
+            EnforcerTable().Remove(productId);
+        }
+        return true;
+    });
+}
+
+int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
+    return Guarded(0, [&] {
+        const std::wstring_view wideId(productId != nullptr ? productId : L"",
+                                       productId != nullptr ? BoundedLength(productId) : 0);
+        const AgentUse use;
+        if (!use || wideId.size() > longestId) {
+            return 0;
+        }
+        const std::string narrowId = NarrowFromWide(wideId);
+        return agent::ny_policy_enforce(use.Client(), narrowId.c_str()) == NY_OK ? 1 : 0;
+    });
+}

@@ -1,0 +1,85 @@
+#include "policy/VsMsgbusPolicyEnforcer.h"
+
+#include "base/Boundary.h"
+#include "dispatcher/groups/PolicyGroup.h"
+#include "msgbus/BridgeLog.h"
+#include "policy/EnforcerTable.h"
+#include "policy/PolicyHandles.h"
+#include "values/AgentException.h"
+#include "values/AgentValues.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::policies::policy_notification_handler;
+using corvane::ny::utils::Check;
+using corvane::ny::utils::exception;
+using VsKit::CUniStream;
+
+namespace {
+
+// Every kind of notification that the agent has.
+constexpr uint32_t notificationMask = 63;
+
+int32_t NotifyOfPolicies(ny_client_t* /*client*/, const char* productId, ny_policy_uri_t* uri, void* callbackData) {
+    return CallHandler<policy_notification_handler>(productId, callbackData, [&](policy_notification_handler& handler) {
+        Check(agent::ny_policy_uri_add_ref(uri));
+        const PolicyUriOwner owned(uri);
+        return handler.on_notification(handler.Client(), productId, owned.Get());
+    });
+}
+
+// Whether the product has an enforcer.
+bool Enforce(ny_client_t* client, const std::wstring& productId) {
+    return EnforcerTable().With(productId, [&](CTheEnforcePolicy& record, auto&& wasRemoved) {
+        record.Enforce(client, productId.c_str(), wasRemoved);
+    });
+}
+
+}  // namespace
+
+VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient) : policy_notification_handler(agentClient) {}
+
+int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) {
+    policy_notification_handler* const handler = this;
+    return agent::ny_policy_register_notification_callback(Client(), productId.c_str(), notificationMask,
+                                                           NotifyOfPolicies, handler);
+}
+
+int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId) {
+    return UnregisterTurningAway(EnforcerTable(), productId, [&] {
+        return agent::ny_policy_unregister_notification_callback(Client(), productId.c_str());
+    });
+}
+
+// Touches nothing of this object once the module was called: a module that leaves the bridge from inside its callback
+// has it destroyed.
+int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const std::string& productId,
+                                                ny_policy_uri_t* /*uri*/) {
+    const auto failed = [&](CUniStream& text) -> CUniStream& {
+        return text << L"Failed to get the policy for product id " << productId;
+    };
+    return GuardedBy<exception>(
+        static_cast<int32_t>(NY_UNEXPECTED),
+        [&]() -> int32_t {
+            const std::wstring wideId = WideFromNarrow(productId);
+            if (Enforce(agentClient, wideId)) {
+                DropText([&](CUniStream& text) { text << L"Policy collection completed for product id " << wideId; });
+            } else {
+                CUniStream text;
+                text << L"Policy collection was not completed for product id " << wideId;
+                WriteBridgeLog(text);
+            }
+            return NY_OK;
+        },
+        [&](const exception& failure) {
+            CUniStream text;
+            failed(text) << L", exception: [" << failure.Code() << L"]";
+            WriteBridgeLog(text);
+            return failure.Code();
+        },
+        [&]() -> int32_t {
+            CUniStream text;
+            failed(text) << L" due to unknown exception";
+            WriteBridgeLog(text);
+            return NY_UNEXPECTED;
+        });
+}

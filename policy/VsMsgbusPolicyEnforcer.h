@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+#include "msgbus/AgentService.h"
+#include "policy/policy_notification_handler.h"
+
+// The policy service: what the agent calls when the policies of a product may have changed.
+class VsMsgbusPolicyEnforcer : public AgentService, public corvane::ny::policies::policy_notification_handler {
+public:
+    explicit VsMsgbusPolicyEnforcer(ny_client_t* agentClient);
+
+    // Has the product's enforcer enforce, if it has one. NY_OK, also without one; the code of an agent exception that
+    // the module let out; NY_UNEXPECTED for anything else that it let out. The notification's uri selects nothing: a
+    // module reads all its policies.
+    int32_t on_notification(ny_client_t* agentClient, const std::string& productId, ny_policy_uri_t* uri) override;
+
+private:
+    int32_t RegisterWithAgent(const std::string& productId) override;
+    int32_t UnregisterFromAgent(const std::string& productId) override;
+};

@@ -1,0 +1,16 @@
+// For the sources that read JSON themselves.
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "Values.h"
+
+namespace simulator {
+
+// Keeps the keys of an object in the order of the text.
+using Json = nlohmann::ordered_json;
+
+// What ValueFromJson makes of the text of such a value.
+ValuePointer ValueFrom(const Json& json);
+
+}  // namespace simulator

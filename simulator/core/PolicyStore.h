@@ -1,0 +1,23 @@
+#pragma once
+
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "Policy.h"
+
+namespace simulator {
+
+// The policies that the agent holds at the moment.
+class PolicyStore {
+public:
+    void Replace(std::vector<PolicyPointer> replacement);
+    // Those of the product and of that user, or of the machine when there is no user, in their order.
+    std::vector<PolicyPointer> Find(const std::string& softwareId, const PolicyText& user) const;
+
+private:
+    mutable std::mutex mutex;
+    std::vector<PolicyPointer> policies;
+};
+
+}  // namespace simulator

@@ -1,0 +1,93 @@
+// A bag that no enforcer was given: closed, without a client, of another client.
+#include "policy/CPolicyBag.h"
+
+#include "VsMsgbus/LpcBuffer.h"
+#include "msgbus/NyClientFixture.h"
+#include "policy/NotingCallbacks.h"
+#include "policy/VsMsgbusPolicyEnforcer.h"
+#include "support/CapturingSink.h"
+#include "support/DroppedTexts.h"
+#include "support/Enforcer.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class PolicyBag : public NyClientFixture {
+protected:
+    void SetUp() override {
+        NyClientFixture::SetUp();
+        ASSERT_EQ(NyClientStart(client), NY_OK);
+        ASSERT_EQ(ny_sim_policies_from_json(
+                      R"([{"softwareId": "PRODUCT1000", "name": "N", "settingsObject": {"digest": "d"}}])"),
+                  NY_OK);
+    }
+
+    // That nothing is given, without an agent call, and nothing logged.
+    void ExpectNothingFrom(CPolicyBag& bag) {
+        ny_sim_clear_calls();
+        NotingCallbacks callbacks;
+        EXPECT_FALSE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
+        EXPECT_FALSE(bag.EnumerateUserPolicies(L"PRODUCT1000", &callbacks, L"user", L"DOMAIN"));
+        EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
+        VsKitMsgbus::lpc_buffer buffer{};
+        bag.Dump(&buffer);
+        EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
+        EXPECT_EQ(buffer.length, 0U);
+        buffer.Release();
+        EXPECT_THAT(AgentCalls(), IsEmpty());
+        EXPECT_THAT(callbacks.lines, IsEmpty());
+        EXPECT_THAT(sink.log.Lines(), IsEmpty());
+    }
+
+    ny_client_t* Handler() const { return client->clientHandler.load(); }
+
+    CapturingSink sink;
+};
+
+TEST_F(PolicyBag, GivesWhatTheClientsAgentHolds) {
+    CPolicyBag bag(Handler(), 7, &sink, L"PRODUCT1000");
+    NotingCallbacks callbacks;
+    EXPECT_TRUE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
+    EXPECT_THAT(callbacks.lines, ElementsAre("container (null)|(null)|(null)|N"));
+    EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
+    EXPECT_EQ(bag.LogLevel(), 7);
+}
+
+TEST_F(PolicyBag, WithoutAClientGivesNothing) {
+    CPolicyBag bag(nullptr, 0, &sink, L"PRODUCT1000");
+    ExpectNothingFrom(bag);
+}
+
+TEST_F(PolicyBag, ThatIsClosedGivesNothing) {
+    CPolicyBag bag(Handler(), 0, &sink, L"PRODUCT1000");
+    bag.Close();
+    ExpectNothingFrom(bag);
+}
+
+TEST_F(PolicyBag, OfAClientThatWasStoppedGivesNothing) {
+    CPolicyBag bag(Handler(), 0, &sink, L"PRODUCT1000");
+    ASSERT_EQ(NyClientStop(client), NY_OK);
+    ExpectNothingFrom(bag);
+}
+
+TEST_F(PolicyBag, OfAnotherClientGivesNothing) {
+    int somethingElse = 0;
+    CPolicyBag bag(reinterpret_cast<ny_client_t*>(&somethingElse), 0, &sink, L"PRODUCT1000");
+    ExpectNothingFrom(bag);
+}
+
+// What is composed after a notification and goes to no log.
+TEST_F(PolicyBag, IsFollowedByATextThatIsDropped) {
+    const DroppedTexts dropped;
+    VsMsgbusPolicyEnforcer service(Handler());
+    Enforcer enforcer;
+    EXPECT_EQ(service.on_notification(Handler(), "PRODUCT1000", nullptr), NY_OK);
+    EXPECT_THAT(dropped.log.Lines(), IsEmpty());
+    const EnforcerRegistration registration("PRODUCT1000", enforcer);
+    EXPECT_EQ(service.on_notification(Handler(), "PRODUCT1000", nullptr), NY_OK);
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre("Policy collection completed for product id PRODUCT1000"));
+}
+
+}  // namespace

@@ -1,0 +1,175 @@
+// Products enter and leave, and the agent changes, while an enforcer is at work.
+#include <thread>
+
+#include "policy/PolicyTest.h"
+#include "support/KeptHandles.h"
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class LeaveInsideEnforcer : public PolicyTest {
+protected:
+    void SetUp() override {
+        HoldPolicies(R"([{"softwareId": "PRODUCT1000", "name": "N", "settingsObject": {"digest": "d"}}])");
+    }
+
+    static void ExpectNothingFrom(IPolicyBag& bag) {
+        NotingCallbacks callbacks;
+        ny_sim_clear_calls();
+        EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks));
+        EXPECT_FALSE(bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
+        EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
+        EXPECT_EQ(Dump(bag), "");
+        EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
+        EXPECT_THAT(callbacks.lines, IsEmpty());
+    }
+
+    // An enforcer that is inside from `isInside` until `mayLeave`, and then still reads its policies.
+    void Block() {
+        enforcer.enforce = [this](IPolicyBag& bag) {
+            isInside.Set();
+            EXPECT_TRUE(mayLeave.Wait());
+            EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
+            order.Add("enforcer is out");
+        };
+    }
+
+    KeptHandles kept;
+    Event isInside;
+    Event mayLeave;
+    LineLog order;
+};
+
+// The agent's libraries are gone when the bridge would give the notification's uri back.
+TEST_F(LeaveInsideEnforcer, WithTheLastProductEndsTheBridgeUnderIt) {
+    EXPECT_EQ(Enforce([this](IPolicyBag& bag) {
+                  EXPECT_EQ(Dump(bag),
+                            "    Container FeatureId[<null>] pCatagoryId[<null>] pTypeId[<null>] pName[N]\n");
+                  product.Exit();
+                  EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
+                  ExpectNothingFrom(bag);
+              }),
+              NY_OK);
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+    EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
+    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_SIM_NOT_REGISTERED);
+    EXPECT_EQ(kept.Release(), 1U);
+}
+
+TEST_F(LeaveInsideEnforcer, WithTheLastProductAndThenAnExceptionIsAnsweredWithoutALine) {
+    EXPECT_EQ(Enforce([this](IPolicyBag&) {
+                  product.Exit();
+                  throw 42;
+              }),
+              3);
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+    EXPECT_EQ(kept.Release(), 1U);
+}
+
+// Beside the notification's uri, the walk's own uri, its bag and its iterator.
+TEST_F(LeaveInsideEnforcer, WithTheLastProductInAWalkEndsTheWalk) {
+    NotingCallbacks callbacks;
+    callbacks.answer = [this](const std::string&) {
+        product.Exit();
+        return true;
+    };
+    EXPECT_EQ(Enforce([&](IPolicyBag& bag) { EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks)); }), NY_OK);
+    EXPECT_THAT(callbacks.lines, testing::SizeIs(1));
+    EXPECT_THAT(modulesSink.log.Lines(), ElementsAre(std::string(iterationLine) + "705"));
+    EXPECT_EQ(kept.Release(), 4U);
+}
+
+// The bag is of the client that is gone, and the new client's policies are not its own.
+TEST_F(LeaveInsideEnforcer, CanBeFollowedByEntryInsideTheSameEnforcer) {
+    EXPECT_EQ(Enforce([this](IPolicyBag& bag) {
+                  product.Exit();
+                  VsMsgbus* instance = nullptr;
+                  EXPECT_TRUE(VsMsgbusEntry("PRODUCT2000", VsMsgbusServicePolicy, nullptr, &instance));
+                  ExpectNothingFrom(bag);
+              }),
+              NY_OK);
+    const Product other("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
+    EXPECT_EQ(ny_sim_has_policy_callback(productId), 0);
+    EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT2000"), 1);
+}
+
+TEST_F(LeaveInsideEnforcer, WithOneOfTwoProductsLeavesTheBagWorking) {
+    const Product staying("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
+    EXPECT_EQ(Enforce([this](IPolicyBag& bag) {
+                  product.Exit();
+                  EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
+              }),
+              NY_OK);
+    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_SIM_NOT_REGISTERED);
+}
+
+TEST_F(LeaveInsideEnforcer, WithAnotherProductAndEnterWithAThird) {
+    Product other("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
+    VsMsgbus* instance = nullptr;
+    EXPECT_EQ(Enforce([&](IPolicyBag& bag) {
+                  other.Exit();
+                  EXPECT_TRUE(VsMsgbusEntry("PRODUCT3000", VsMsgbusServicePolicy, nullptr, &instance));
+                  EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
+              }),
+              NY_OK);
+    EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT2000"), 0);
+    EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT3000"), 1);
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT3000", instance));
+}
+
+// The second notification is at the bridge's door when the first one's enforcer leaves, and the agent waits for it to
+// go away: it must not wait for the enforcer that waits in Exit.
+TEST_F(LeaveInsideEnforcer, WhileAnotherNotificationWaitsForItsTurn) {
+    ny_sim_clear_calls();
+    enforcer.enforce = [this](IPolicyBag&) {
+        EXPECT_TRUE(WaitForAgentCalls("ny_variant_release", 2));
+        product.Exit();
+    };
+    const EnforcerRegistration registration(productId, enforcer);
+    const PolicyNotice first(productId);
+    const PolicyNotice second(productId);
+    EXPECT_EQ(first.Answer(), NY_OK);
+    EXPECT_EQ(second.Answer(), NY_OK);
+    EXPECT_EQ(kept.Release(), 1U) << "the first one's uri";
+}
+
+// The agent lets go of a product when no callback of it runs any more.
+TEST_F(LeaveInsideEnforcer, OnAnotherThreadReturnsWhenItIsOut) {
+    Block();
+    const EnforcerRegistration registration(productId, enforcer);
+    const PolicyNotice notice(productId);
+    ASSERT_TRUE(isInside.Wait());
+    Event isUnregistering;
+    const AgentHook hook(unregisterPolicies, [&] { isUnregistering.Set(); });
+    std::thread leaver([&] {
+        product.Exit();
+        order.Add("left");
+    });
+    EXPECT_TRUE(isUnregistering.Wait());
+    mayLeave.Set();
+    leaver.join();
+    EXPECT_EQ(notice.Answer(), NY_OK);
+    EXPECT_THAT(order.Lines(), ElementsAre("enforcer is out", "left"));
+}
+
+TEST_F(LeaveInsideEnforcer, OfTheAgentWaitsForItAndIsFollowedByItsReturn) {
+    Block();
+    const EnforcerRegistration registration(productId, enforcer);
+    const PolicyNotice notice(productId);
+    ASSERT_TRUE(isInside.Wait());
+    Event isUnregistering;
+    const AgentHook unregistering(unregisterPolicies, [&] { isUnregistering.Set(); });
+    const AgentHook releasing("ny_client_handler_release", [&] { order.Add("client is released"); });
+    ny_sim_clear_calls();
+    environment.UpgradeAgent("5.7.1");
+    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
+    mayLeave.Set();
+    EXPECT_EQ(notice.Answer(), NY_OK);
+    ASSERT_TRUE(WaitForAgentCalls(registerPolicies));
+    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK);
+    EXPECT_THAT(order.Take(), ElementsAre("enforcer is out", "client is released", "enforcer is out"));
+}
+
+}  // namespace

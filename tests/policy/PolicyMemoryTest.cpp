@@ -1,0 +1,130 @@
+// Memory that runs out while policies are read: whichever allocation of the bridge's own it is.
+#include <atomic>
+
+#include "VsMsgbus/LpcBuffer.h"
+#include "msgbus/NyClientFixture.h"
+#include "policy/CPolicyBag.h"
+#include "policy/NotingCallbacks.h"
+#include "policy/VsMsgbusPolicyEnforcer.h"
+#include "support/CapturingSink.h"
+#include "support/Enforcer.h"
+#include "support/FailingMemory.h"
+
+namespace {
+
+// Notes nothing, because that would need memory too.
+class SilentCallbacks final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
+public:
+    bool OnContainer(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
+    bool OnSettings(const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
+    bool OnSection(const wchar_t*, const wchar_t*) override { return true; }
+    bool OnSetting(const wchar_t*, const wchar_t*, const wchar_t*) override {
+        ++settings;
+        return true;
+    }
+
+    int settings = 0;
+};
+
+class PolicyMemory : public NyClientFixture {
+protected:
+    void SetUp() override {
+        NyClientFixture::SetUp();
+        ASSERT_EQ(NyClientStart(client), NY_OK);
+        const std::string longText(100, 'x');
+        ASSERT_EQ(ny_sim_policies_from_json(
+                      (R"([{"softwareId": "a product id that does not fit into a string", "name": ")" + longText +
+                       R"(", "settingsObject": {"digest": ")" + longText + R"("}, "sections": [{"name": ")" + longText +
+                       R"(", "settings": {")" + longText + R"(": ")" + longText + R"("}}]}])")
+                          .c_str()),
+                  NY_OK);
+        // Everything of the policy group is loaded before memory runs out.
+        ASSERT_EQ(Bag().GetDigest(narrowId), longText);
+        SilentCallbacks callbacks;
+        ASSERT_TRUE(Bag().EnumeratePolicies(wideId, &callbacks));
+        ASSERT_TRUE(Bag().EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
+    }
+
+    CPolicyBag Bag() { return CPolicyBag(client->clientHandler.load(), 0, &sink, wideId); }
+
+    // Runs `body`, which tells whether it succeeded, with the first, second... allocation failing until it succeeds.
+    // Returns how often it failed.
+    template <class Body>
+    size_t Failures(Body&& body) {
+        const size_t before = ny_sim_live_handles(NY_SIM_ANY);
+        size_t failures = 0;
+        for (bool hasSucceeded = false; !hasSucceeded; ++failures) {
+            EXPECT_LT(failures, 200U);
+            {
+                const FailingMemory memory(failures, 1);
+                hasSucceeded = body();
+            }
+            EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), before);
+        }
+        return failures - 1;
+    }
+
+    static constexpr char narrowId[] = "a product id that does not fit into a string";
+    static constexpr wchar_t wideId[] = L"a product id that does not fit into a string";
+    CapturingSink sink;
+};
+
+TEST_F(PolicyMemory, ThatRunsOutInAWalkIsTheWalksFailure) {
+    CPolicyBag bag = Bag();
+    SilentCallbacks callbacks;
+    const size_t failures = Failures([&] { return bag.EnumeratePolicies(wideId, &callbacks); });
+    EXPECT_GT(failures, 3U);
+    EXPECT_EQ(callbacks.settings, 1);
+    EXPECT_EQ(sink.log.Lines(),
+              Lines(failures,
+                    "5: Failed to iterate the policy bag for product id a product id that does not fit into a "
+                    "string, exception 4"));
+}
+
+TEST_F(PolicyMemory, ThatRunsOutInAUsersWalkIsTheWalksFailure) {
+    CPolicyBag bag = Bag();
+    SilentCallbacks callbacks;
+    const std::wstring user(100, L'u');
+    EXPECT_GT(Failures([&] { return bag.EnumerateUserPolicies(wideId, &callbacks, user.c_str(), user.c_str()); }), 2U);
+}
+
+TEST_F(PolicyMemory, ThatRunsOutInADumpLeavesNoHalfText) {
+    CPolicyBag bag = Bag();
+    VsKitMsgbus::lpc_buffer whole{};
+    bag.Dump(&whole);
+    size_t cut = 0;
+    Failures([&] {
+        VsKitMsgbus::lpc_buffer buffer{};
+        bag.Dump(&buffer);
+        const bool isWhole = buffer.length == whole.length;
+        if (buffer.kind == VsKitMsgbus::lpc_buffer::Empty) {
+            EXPECT_EQ(buffer.data, nullptr);
+            EXPECT_EQ(buffer.length, 0U);
+            ++cut;
+        }
+        buffer.Release();
+        return isWhole;
+    });
+    EXPECT_GT(cut, 1U);
+    whole.Release();
+}
+
+TEST_F(PolicyMemory, ThatRunsOutInADigestEndsIt) {
+    CPolicyBag bag = Bag();
+    EXPECT_GT(Failures([&] { return bag.GetDigest(narrowId).size() == 100; }), 0U);
+}
+
+TEST_F(PolicyMemory, ThatRunsOutForARegistrationIsAnsweredWithFalse) {
+    Enforcer enforcer;
+    EXPECT_GT(Failures([&] { return VsKitMsgbusSetEnforcePolicy(wideId, &enforcer, nullptr); }), 1U);
+    EXPECT_TRUE(VsKitMsgbusRemoveEnforcerPolicy(wideId));
+}
+
+TEST_F(PolicyMemory, ThatRunsOutForLocalEnforcementIsAnsweredWithZero) {
+    VsMsgbusPolicyEnforcer service(client->clientHandler.load());
+    service.RegisterProduct(narrowId);
+    EXPECT_GT(Failures([] { return VsKitEnforceLocalPolicy(wideId) == 1; }), 0U);
+    service.UnregisterAll();
+}
+
+}  // namespace

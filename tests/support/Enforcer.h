@@ -1,0 +1,55 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <functional>
+#include <string>
+#include <utility>
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "VsMsgbus/LogSink.h"
+#include "support/LineLog.h"
+#include "support/Text.h"
+
+using IPolicyBag = VsKitMsgbus::INYEnforcePolicy::IPolicyBag;
+
+// A module's enforcer that notes how it is called and does what the test wants.
+class Enforcer final : public VsKitMsgbus::INYEnforcePolicy {
+public:
+    explicit Enforcer(std::function<void(IPolicyBag&)> whatToDo = {}) : enforce(std::move(whatToDo)) {}
+
+    int32_t GetLogLevel() override {
+        log.Add("GetLogLevel");
+        return getLogLevel ? getLogLevel() : 0;
+    }
+
+    void Reserved() override { ADD_FAILURE() << "this slot is never called"; }
+
+    void EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) override {
+        log.Add("EnforcePolicy " + Narrow(productId));
+        if (enforce) {
+            enforce(*bag);
+        }
+    }
+
+    std::function<void(IPolicyBag&)> enforce;
+    std::function<int32_t()> getLogLevel;
+    LineLog log;
+};
+
+// An enforcer in the table for as long as the object lives, or until Remove.
+class EnforcerRegistration {
+public:
+    EnforcerRegistration(const std::string& productId, Enforcer& enforcer, VsKitMsgbus::ILogSink* sink = nullptr)
+        : id(Wide(productId)) {
+        EXPECT_TRUE(VsKitMsgbusSetEnforcePolicy(id.c_str(), &enforcer, sink));
+    }
+    ~EnforcerRegistration() { Remove(); }
+    EnforcerRegistration(const EnforcerRegistration&) = delete;
+    EnforcerRegistration& operator=(const EnforcerRegistration&) = delete;
+
+    void Remove() { EXPECT_TRUE(VsKitMsgbusRemoveEnforcerPolicy(id.c_str())); }
+
+private:
+    const std::wstring id;
+};
