@@ -21,7 +21,7 @@ public:
 
 constexpr int32_t sourceLine = 12;
 
-LogUtils::LogEvent Event(int32_t severity = 8) {
+LogUtils::LogEvent MakeEvent(int32_t severity = 8) {
     return {"room/Source.cpp", sourceLine, severity, "Own", getLogManager(), 2, false};
 }
 
@@ -32,8 +32,8 @@ TEST(HostsLog, HasOneManager) {
 
 TEST(HostsLog, WritesOneLineForEachEvent) {
     const ChosenLogFile file;
-    Event()(L"NySpb", L"Successfully set OASPolicyName ");
-    Event(3)(L"NySpb", "Error %d getting %s", 705, "digest");
+    MakeEvent()(L"NySpb", L"Successfully set OASPolicyName ");
+    MakeEvent(3)(L"NySpb", "Error %d getting %s", 705, "digest");
     const auto lines = file.Lines();
     ASSERT_THAT(lines, SizeIs(2));
     const std::string begin = R"(\d{4}-\d\d-\d\dT\d\d:\d\d:\d\d\.\d{3}Z )" + std::to_string(::GetCurrentProcessId());
@@ -47,13 +47,13 @@ TEST(HostsLog, WritesOneLineForEachEvent) {
 TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
     {
         const HostLog host;
-        Event()(L"NySpb", L"text");
-        Event(3)(L"Other", "code %d", -1);
+        MakeEvent()(L"NySpb", L"text");
+        MakeEvent(3)(L"Other", "code %d", -1);
         EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: text", "3 Other: code -1"));
         EXPECT_THAT(host.Files(), ElementsAre("room/Source.cpp"));
         EXPECT_THAT(host.SourceLines(), ElementsAre(sourceLine));
     }
-    Event()(L"NySpb", L"after");
+    MakeEvent()(L"NySpb", L"after");
     const HostLog later;
     EXPECT_THAT(later.log.Lines(), IsEmpty());
 }
@@ -61,7 +61,7 @@ TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
 TEST(HostsLog, WritesWhereTheEnvironmentSays) {
     const LogFile file;
     const LogFileVariable variable(file.path.wstring().c_str());
-    Event()(L"NySpb", L"text");
+    MakeEvent()(L"NySpb", L"text");
     EXPECT_THAT(file.Lines(), SizeIs(1));
 }
 

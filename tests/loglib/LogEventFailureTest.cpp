@@ -16,7 +16,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-LogUtils::LogEvent Event() {
+LogUtils::LogEvent DoomedEvent() {
     return {"room/Source.cpp", 12, 8, "Own", getLogManager(), 2, false};
 }
 
@@ -26,12 +26,12 @@ TEST(LogEventFailure, OfMemoryAtAnyAllocationLosesTheEventAndNothingElse) {
     for (size_t allocations = 0; written == 0; ++allocations) {
         {
             const FailingMemory memory(allocations, 1);
-            Event()(L"NySpb", "a text of some length, number %d", 1);
+            DoomedEvent()(L"NySpb", "a text of some length, number %d", 1);
         }
         written = debugger.log.Take().size();
         ASSERT_LT(allocations, 1000U) << "never written";
     }
-    Event()(nullptr, L"text");
+    DoomedEvent()(nullptr, L"text");
     EXPECT_THAT(debugger.log.Lines(), SizeIs(1));
 }
 
@@ -43,7 +43,7 @@ TEST(LogEventFailure, OfTheListenerIsDroppedAndTheEventIsWritten) {
     const DebuggerOutput debugger;
     ThrowingListener listener;
     getLogManager()->SetListener(&listener);
-    Event()(L"NySpb", L"text");
+    DoomedEvent()(L"NySpb", L"text");
     EXPECT_EQ(getLogManager()->SetListener(nullptr), &listener);
     EXPECT_THAT(debugger.log.Lines(), SizeIs(1));
 }
@@ -53,7 +53,7 @@ TEST(LogEventFailure, LeavesTheLastErrorAsItWas) {
     for (const auto& path : {file.path, file.folder / "missing" / "host.log"}) {
         getLogManager()->SetFile(path.wstring().c_str());
         ::SetLastError(1234);
-        Event()(L"NySpb", L"text");
+        DoomedEvent()(L"NySpb", L"text");
         EXPECT_EQ(::GetLastError(), 1234U);
     }
     getLogManager()->SetFile(nullptr);
@@ -68,16 +68,16 @@ TEST(LogEventFailure, OfTheSystemsConversionLosesTheEvent) {
     const HostLog host;
     {
         const SystemFunction<decltype(::MultiByteToWideChar)> failing(&::MultiByteToWideChar, &ConvertNothing);
-        Event()(L"NySpb", "text %d", 1);
+        DoomedEvent()(L"NySpb", "text %d", 1);
     }
     EXPECT_THAT(host.log.Lines(), IsEmpty());
-    Event()(L"NySpb", "text %d", 2);
+    DoomedEvent()(L"NySpb", "text %d", 2);
     EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: text 2"));
 }
 
 TEST(LogEventFailure, OfMalformedTextReplacesIt) {
     const HostLog host;
-    Event()(L"NySpb", "bad \xFF byte");
+    DoomedEvent()(L"NySpb", "bad \xFF byte");
     EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: bad \xEF\xBF\xBD byte"));
 }
 
