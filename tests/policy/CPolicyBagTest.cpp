@@ -5,6 +5,7 @@
 #include "msgbus/NyClientFixture.h"
 #include "policy/NotingCallbacks.h"
 #include "policy/VsMsgbusPolicyEnforcer.h"
+#include "support/AgentCalls.h"
 #include "support/CapturingSink.h"
 #include "support/DroppedTexts.h"
 #include "support/Enforcer.h"
