@@ -24,17 +24,17 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator/setup/ DESTINATION agent/inclu
 install(TARGETS ny_simulator agent_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
 install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
-# --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ----------------------
+# --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ---------------------
 
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
 install(FILES $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> DESTINATION demo)
 
-# --- The reference of the public headers ------------------------------------------------------------------------------
+# --- The reference of the public headers -----------------------------------------------------------------------------
 
 include(${CMAKE_CURRENT_LIST_DIR}/Reference.cmake)
 install(DIRECTORY ${REFERENCE_OUTPUT_DIRECTORY}/ DESTINATION doc)
 
-# --- The CMake package, and a project that uses it ---------------------------------------------------------------------
+# --- The CMake package, and a project that uses it -------------------------------------------------------------------
 
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cmake COMPATIBILITY SameMajorVersion)
