@@ -18,9 +18,9 @@ install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 # --- The simulated agent: its builds, what a program needs to command it, and what installs it -----------------------
 
 install(DIRECTORY ${AGENT_OUTPUT_DIRECTORY}/ DESTINATION agent)
-install(FILES ${PROJECT_SOURCE_DIR}/simulator/include/ny_simulator.h ${PROJECT_SOURCE_DIR}/agent/ny_agent.h
-    DESTINATION agent/include)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator/setup/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+foreach(folder agent simulator/include simulator/setup)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+endforeach()
 install(TARGETS ny_simulator agent_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
 install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
