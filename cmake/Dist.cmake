@@ -18,23 +18,23 @@ install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 # --- The simulated agent: its builds, what a program needs to command it, and what installs it -----------------------
 
 install(DIRECTORY ${AGENT_OUTPUT_DIRECTORY}/ DESTINATION agent)
-install(FILES ${PROJECT_SOURCE_DIR}/simulator/include/ny_simulator.h ${PROJECT_SOURCE_DIR}/agent/ny_agent.h
-    DESTINATION agent/include)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/simulator/setup/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+foreach(folder agent simulator/include simulator/setup)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+endforeach()
 install(TARGETS ny_simulator agent_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
 install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
-# --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ----------------------
+# --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ---------------------
 
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
 install(FILES $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> DESTINATION demo)
 
-# --- The reference of the public headers ------------------------------------------------------------------------------
+# --- The reference of the public headers -----------------------------------------------------------------------------
 
 include(${CMAKE_CURRENT_LIST_DIR}/Reference.cmake)
 install(DIRECTORY ${REFERENCE_OUTPUT_DIRECTORY}/ DESTINATION doc)
 
-# --- The CMake package, and a project that uses it ---------------------------------------------------------------------
+# --- The CMake package, and a project that uses it -------------------------------------------------------------------
 
 include(CMakePackageConfigHelpers)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cmake COMPATIBILITY SameMajorVersion)

@@ -1,4 +1,4 @@
-# The import libraries of Microsoft's linker, made from the lists of exports: the libraries themselves are not looked at.
+# The import libraries of Microsoft's linker, made from the lists of exports alone.
 find_program(DLLTOOL_FOR_MICROSOFT NAMES llvm-dlltool-14 llvm-dlltool REQUIRED
     DOC "Makes the import libraries of Microsoft's linker")
 

@@ -26,10 +26,9 @@
 ///  6. Callbacks come on the threads that the comments name: the agent's, the bridge's watcher's, or the module's own
 ///     inside an export. The bridge holds no lock of its own meanwhile that other modules could wait for, and a
 ///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds.
-///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and a
-///  destructor
-///     is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A module derives from
-///     an interface directly, and overrides what is there. What it throws out of a callback is caught there.
+///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and where there
+///     is a destructor it is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A
+///     module derives from an interface directly, and overrides what is there. What a callback throws is caught there.
 ///  8. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
 ///     structures. Classes of a C++ library do not cross: a std::string that is returned by value is another thing in
 ///     another library. An operation that does so by contract says so, and is only for modules that are built with the

@@ -1,9 +1,11 @@
 #!/usr/bin/env bash
-# Builds all but the tests and puts the finished files into build/dist.
+# Builds all but the tests, and puts the finished files into build/dist and, as one file, into build/zip.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
 EnsurePackages
 BuildPreset release finished
-rm -rf build/dist
+rm -rf build/dist build/zip
 Step install cmake --install build/release --prefix build/dist
+Step zip cpack --config build/release/CPackConfig.cmake -G ZIP -B build/zip
+rm -rf build/zip/_CPack_Packages

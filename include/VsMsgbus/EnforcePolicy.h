@@ -43,7 +43,7 @@ public:
             ~ICallbacks() = default;
         };
 
-        /// Slot 1: Tells `callbacks` of the policies that the agent holds for the user account `domain`\`user` of the
+        /// Slot 1: Tells `callbacks` of the policies that the agent holds for the user account `domain\user` of the
         /// product. Either text may be empty; null is taken as empty. Answers as EnumeratePolicies does.
         virtual bool EnumerateUserPolicies(const wchar_t* productId, ICallbacks* callbacks, const wchar_t* user,
                                            const wchar_t* domain) = 0;
@@ -98,8 +98,7 @@ extern "C" {
 /// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry.
 /// @param enforcer   not owned; see INYEnforcePolicy.
 /// @param sink       a VsKitMsgbus::ILogSink of the module's, not owned, or null: where failures to read policies are
-/// written.
-///            Alive as long as the enforcer.
+///                   written. Alive as long as the enforcer.
 ///
 /// @returns true when the id has an enforcer afterwards: the first registration of an id stays in force, a second one
 /// changes nothing and is answered true. False when productId or enforcer is null or memory ran out.

@@ -1,17 +1,36 @@
 #!/usr/bin/env bash
-# consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and runs.
+# consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
+# runs; its module also as Microsoft's toolchain would build it.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 sources="$1" package="$2/unpacked"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
+# Configure PROJECT BUILD ARGUMENT...: for Windows, with the package.
+Configure() {
+    cmake -S "$1" -B "$2" -G Ninja -DCMAKE_BUILD_TYPE=Release -DCMAKE_SYSTEM_NAME=Windows \
+        -DCMAKE_PREFIX_PATH="$work/package" "${@:3}"
+}
+
+# RunHost WHAT: the host tells what the module answered.
+RunHost() {
+    local output
+    output=$("$sources/scripts/wine-run.sh" "$work/build/bin/host.exe" | tr -d '\r')
+    [ "$output" = "General: Version = 1.0
+General: State = running
+the module has left" ] || Fail "the host of $1 says: $output"
+}
+
 # Moved once more, so that what finds the package by a path of its own is found out.
 cp -r "$package" "$work/package"
-cmake -S "$work/package/example" -B "$work/build" -G Ninja -DCMAKE_SYSTEM_NAME=Windows \
-    -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix -DCMAKE_PREFIX_PATH="$work/package"
+Configure "$work/package/example" "$work/build" -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix
 cmake --build "$work/build"
-output=$("$sources/scripts/wine-run.sh" "$work/build/bin/host.exe" | tr -d '\r')
-[ "$output" = "General: Version = 1.0
-General: State = running
-the module has left" ] || Fail "the host says: $output"
+RunHost "the module"
+
+# There is nothing that this compiler could link a program for its trial with.
+Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_COMPILER=clang++-14 \
+    -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_CXX_COMPILER_WORKS=1 -DCMAKE_CXX_STANDARD_LIBRARIES=
+cmake --build "$work/microsoft"
+cp "$work/microsoft/MyModule.dll" "$work/build/bin/"
+RunHost "the module for Microsoft's C++ ABI"
 Passed

@@ -17,8 +17,8 @@ failed=0
 for header in "${headers[@]}"; do
     # Twice, because a header may be included again.
     printf '#include "%s"\n#include "%s"\n' "$header" "$header" |
-        "$@" -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$package" -I"$package/include" -I"$package/agent/include" \
-            -x c++ - || {
+        "$@" -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$package" -I"$package/include" \
+            -I"$package/agent/include" -x c++ - || {
         echo "$header does not compile by itself" >&2
         failed=1
     }
@@ -27,6 +27,7 @@ done
 
 # What is there without VsMsgbus.h is there with it.
 while read -r header; do
-    grep -qxF "#include \"VsMsgbus/$header\"" "$package/include/VsMsgbus.h" || Fail "VsMsgbus.h does not include $header"
+    grep -qxF "#include \"VsMsgbus/$header\"" "$package/include/VsMsgbus.h" ||
+        Fail "VsMsgbus.h does not include $header"
 done < <(ls "$package/include/VsMsgbus")
 Passed

@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# layout.sh FOLDER MICROSOFT-HEADERS: mingw-w64's compilers and Microsoft's give what crosses the border the same layout:
-# every structure its fields and every interface its slots. Microsoft's puts overloads in reverse order, and a destructor
-# takes one slot there and two here: so there are no overloads, and a destructor is the last slot.
+# layout.sh FOLDER MICROSOFT-HEADERS: mingw-w64's compilers and Microsoft's give what crosses the border the same
+# layout: every structure its fields and every interface its slots. Microsoft's put overloads in reverse order, and a
+# destructor takes one slot there and two here: so there are no overloads, and a destructor is the last slot.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 folder="$1" microsoft="$2"
 work=$(mktemp -d)
@@ -10,8 +10,8 @@ targets=(x86_64-w64-windows-gnu x86_64-pc-windows-msvc)
 
 # Compile TARGET ARGUMENT...: reads the source from its input.
 Compile() {
-    clang++-14 --target="$1" -ffreestanding -nostdinc++ -nostdlibinc -isystem "$microsoft" -I"$folder/installed/include" \
-        -std=c++20 -fno-rtti -x c++ - "${@:2}"
+    clang++-14 --target="$1" -ffreestanding -nostdinc++ -nostdlibinc -isystem "$microsoft" \
+        -I"$folder/installed/include" -std=c++20 -fno-rtti -x c++ - "${@:2}"
 }
 
 # Every installed header of the bridge.
@@ -19,16 +19,18 @@ Headers() {
     (cd "$folder/installed/include" && find . -name '*.h' -printf '#include "%P"\n')
 }
 
-# Records TARGET: the layout of each structure and class. What the compilers have of their own is left out, and so is how
-# much room a class leaves to one that derives from it, because modules derive from interfaces alone.
+# Records TARGET: the layout of each structure and class. What the compilers have of their own is left out, and so is
+# how much room a class leaves to one that derives from it, because modules derive from interfaces alone.
 Records() {
     Headers | Compile "$1" -fsyntax-only -Xclang -fdump-record-layouts-complete |
         sed 's/ dsize=[0-9]*,//; s/nvsize=[0-9]*/nvsize/; s/vftable pointer/vtable pointer/' |
-        awk '/Dumping/ {text = ""} {text = text $0 "\n"} /nvsize/ {if (text !~ /__NSConst|unnamed at/) printf "%s", text}'
+        awk '/Dumping/ {text = ""}
+            {text = text $0 "\n"}
+            /nvsize/ && text !~ /__NSConst|unnamed at/ {printf "%s", text}'
 }
 
-# Slots TARGET: the slots of each interface, as "interface: number | function". A destructor that is the last slot is left
-# out, because how many slots it takes differs.
+# Slots TARGET: the slots of each interface, as "interface: number | function". A destructor is left out, because how
+# many slots it takes differs: what comes behind it would differ in its number.
 Slots() {
     {
         Headers
@@ -49,7 +51,8 @@ interfaces=$(cut -d ' ' -f 1 "$work/${targets[0]}.slots" | sort -u | wc -l)
 diff "$work/${targets[0]}.slots" "$work/${targets[1]}.slots" || Fail "slots differ"
 diff "$work/${targets[0]}.records" "$work/${targets[1]}.records" || Fail "structures differ"
 
-# A class of a C++ library is another one in another library. One operation returns such a thing by contract, and says so.
+# A class of a C++ library is another one in another library. One operation returns such a thing by contract, and says
+# so.
 if grep 'std::' "$work/${targets[0]}.slots" | grep -v 'IPolicyBag::GetDigest('; then
     Fail "these cannot cross"
 fi

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# make-package.sh BUILD FOLDER: makes FOLDER anew, with the package as it is installed in FOLDER/installed and the unpacked
-# zip in FOLDER/unpacked.
+# make-package.sh BUILD FOLDER: makes FOLDER anew, with the package as it is installed in FOLDER/installed and the
+# unpacked zip in FOLDER/unpacked.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 build="$1" folder="$2"
 
