@@ -17,6 +17,9 @@ inline constexpr const char* expectedExports[] = {
     "VsKitMsgbusSetEnforcePolicy",
     "VsKitMsgbusRemoveEnforcerPolicy",
     "VsKitEnforceLocalPolicy",
+    // update notification
+    "VsKitMsgbusSetUpdateNotify",
+    "VsKitMsgbusRemoveUpdateNotify",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",
