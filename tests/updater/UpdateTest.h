@@ -3,6 +3,7 @@
 #include <string>
 
 #include "VsMsgbus.h"
+#include "support/AgentFunctions.h"
 #include "support/AgentUpdate.h"
 #include "support/BridgeTest.h"
 #include "support/UpdateCallback.h"
@@ -10,8 +11,6 @@
 using ISet = VsKitMsgbus::INYUpdateNotifyCallback::ISet;
 
 inline constexpr char productId[] = "PRODUCT1000";
-inline constexpr char registerUpdater[] = "ny_updater_register_callbacks";
-inline constexpr char unregisterUpdater[] = "ny_updater_unregister_callbacks";
 
 // What the agent reads from a product that has no callback.
 inline constexpr char notNotified[] = "answer 0, result 2";
@@ -21,11 +20,14 @@ inline constexpr char notified[] = "answer 0, result 20";
 inline constexpr char got[] = "answer 0, result 30, value <>";
 inline constexpr char wasSet[] = "answer 0, result 40";
 
-// One product in the bridge for updates, the agent there, and no callback yet.
-class UpdateTest : public BridgeTest {
+class UpdatingAgentTest : public BridgeTest {
 protected:
-    UpdateTest() { environment.InstallAgent(); }
+    UpdatingAgentTest() { environment.InstallAgent(); }
+};
 
+// One product in the bridge for updates, the agent there, and no callback yet.
+class UpdateTest : public UpdatingAgentTest {
+protected:
     // The products leave before the machine that they are on goes.
     void TearDown() override {
         product.Exit();
