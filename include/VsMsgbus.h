@@ -37,8 +37,11 @@
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"
+#include "VsMsgbus/Crypto.h"
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/Entry.h"
+#include "VsMsgbus/HealthCheck.h"
+#include "VsMsgbus/Information.h"
 #include "VsMsgbus/LogSink.h"
 #include "VsMsgbus/LpcBuffer.h"
 #include "VsMsgbus/UpdateNotify.h"

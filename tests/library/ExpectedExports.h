@@ -20,6 +20,20 @@ inline constexpr const char* expectedExports[] = {
     // update notification
     "VsKitMsgbusSetUpdateNotify",
     "VsKitMsgbusRemoveUpdateNotify",
+    // crypto
+    "VsKitMsgbusEncryptData",
+    "VsKitMsgbusDecryptData",
+    "VsKitMsgbusHashBuffer",
+    "VsKitMsgbusIsRunningInFIPSMode",
+    "VsKitMsgbusDecodeData",
+    "VsKitMsgbusEncodeData",
+    "VsKitMsgbusDecodeAndDecryptData",
+    "VsKitMsgbusEncryptAndEncodeData",
+    // information and health checks
+    "VsKitMsgbusGetInformation",
+    "VsKitMsgbusGetInfoByKeyName",
+    "VsKitMsgbusManagedMode",
+    "VsKitHealthCheckRegisterCB",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",
