@@ -51,6 +51,7 @@ void Story::Install() {
     SayWhereLibrariesAre();
     TellOfProperties(stage);
     TellOfUpdates(stage);
+    TellOfAgentServices(stage, "5.6.0");
 }
 
 void Story::Upgrade() {
@@ -63,6 +64,7 @@ void Story::Upgrade() {
     SayWhereLibrariesAre();
     TellOfProperties(stage);
     TellOfUpdates(stage);
+    TellOfAgentServices(stage, "5.7.0");
 }
 
 void Story::Remove() {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "SampleCollector.h"
+#include "SampleServices.h"
 #include "SampleUpdates.h"
 #include "Text.h"
 #include "VsMsgbus.h"
@@ -40,6 +41,8 @@ public:
         return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceUpdate, &sink, &bridge);
     }
 
+    bool UseAgent() const { return UseAgentServices(speaker); }
+
     bool Unload() {
         speaker.Say("module", "leaves the bridge");
         const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
@@ -67,6 +70,14 @@ bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept {
         }
         loaded = std::make_unique<SampleModule>(Speaker{say, userData});
         return loaded->Load();
+    } catch (...) {
+        return false;
+    }
+}
+
+bool SampleModuleUseAgent() noexcept {
+    try {
+        return loaded != nullptr && loaded->UseAgent();
     } catch (...) {
         return false;
     }
