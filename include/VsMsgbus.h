@@ -37,9 +37,13 @@
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"
+#include "VsMsgbus/Crypto.h"
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/Entry.h"
+#include "VsMsgbus/HealthCheck.h"
+#include "VsMsgbus/Information.h"
 #include "VsMsgbus/LogSink.h"
 #include "VsMsgbus/LpcBuffer.h"
+#include "VsMsgbus/UpdateNotify.h"
 #include "VsMsgbus/ny_dl.h"
 #include "VsMsgbus/ny_temp_buffer.h"

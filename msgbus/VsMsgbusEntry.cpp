@@ -2,7 +2,6 @@
 #include "VsMsgbus/Entry.h"
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "base/Boundary.h"
@@ -14,9 +13,6 @@
 using VsKit::CUniStream;
 
 namespace {
-
-std::mutex healthCheckLock;
-std::unique_ptr<HealthCheckRecord> healthCheckRecord;
 
 // The bridge instance, created when there is none. Null when it could not be had with a working agent client.
 VsMsgbus* ObtainBridge(const char* productId) {
@@ -34,27 +30,10 @@ VsMsgbus* ObtainBridge(const char* productId) {
     return bridge;
 }
 
-void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink, const VsMsgbus* bridge) {
-    const std::lock_guard guard(healthCheckLock);
-    if (healthCheckRecord == nullptr) {
-        healthCheckRecord = std::make_unique<HealthCheckRecord>();
-    }
-    healthCheckRecord->clientRecord = bridge->ClientRecord();
-    healthCheckRecord->logSink = logSink;
-    healthCheckRecord->productId = productId;
-}
-
-void ForgetClientForHealthCheck() {
-    const std::lock_guard guard(healthCheckLock);
-    if (healthCheckRecord != nullptr) {
-        healthCheckRecord->clientRecord = nullptr;
-    }
-}
-
 void Enter(VsMsgbus& bridge, const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink) {
     if (!bridge.IsStarted()) {
         bridge.RegisterForNotifications();
-        RecordForHealthCheck(productId, logSink, &bridge);
+        RecordForHealthCheck(productId, logSink, bridge.ClientRecord());
     }
     bridge.AttachProduct(productId, serviceMask);
 }

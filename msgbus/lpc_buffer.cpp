@@ -5,6 +5,25 @@
 
 namespace VsKitMsgbus {
 
+namespace {
+
+template <class Character>
+bool Store(lpc_buffer& buffer, uint32_t kind, std::basic_string_view<Character> text) noexcept {
+    buffer.Release();
+    auto* const data = static_cast<Character*>(std::malloc((text.size() + 1) * sizeof(Character)));
+    if (data == nullptr) {
+        return false;
+    }
+    std::char_traits<Character>::copy(data, text.data(), text.size());
+    data[text.size()] = Character();
+    buffer.kind = kind;
+    buffer.length = text.size();
+    buffer.data = data;
+    return true;
+}
+
+}  // namespace
+
 void lpc_buffer::Release() noexcept {
     if (data != nullptr && kind != Empty) {
         std::free(data);
@@ -13,17 +32,11 @@ void lpc_buffer::Release() noexcept {
 }
 
 bool StoreText(lpc_buffer& buffer, std::wstring_view text) noexcept {
-    buffer.Release();
-    auto* const data = static_cast<wchar_t*>(std::malloc((text.size() + 1) * sizeof(wchar_t)));
-    if (data == nullptr) {
-        return false;
-    }
-    std::char_traits<wchar_t>::copy(data, text.data(), text.size());
-    data[text.size()] = L'\0';
-    buffer.kind = lpc_buffer::WideText;
-    buffer.length = text.size();
-    buffer.data = data;
-    return true;
+    return Store(buffer, lpc_buffer::WideText, text);
+}
+
+bool StoreText(lpc_buffer& buffer, std::string_view text) noexcept {
+    return Store(buffer, lpc_buffer::NarrowText, text);
 }
 
 }  // namespace VsKitMsgbus

@@ -6,8 +6,9 @@
 
 namespace VsKitMsgbus {
 
-// Frees what the buffer holds and puts a copy of the text there. False, with the buffer left empty, when there is no
-// memory for it.
+// Frees what the buffer holds and puts a copy of the text there: wide text as WideText, narrow text as NarrowText.
+// False, with the buffer left empty, when there is no memory for it.
 bool StoreText(lpc_buffer& buffer, std::wstring_view text) noexcept;
+bool StoreText(lpc_buffer& buffer, std::string_view text) noexcept;
 
 }  // namespace VsKitMsgbus

@@ -46,6 +46,12 @@ public:
         return &handle;
     }
 
+    // The place of what is held, for an agent call that may put another handle there after releasing this one itself.
+    Handle** InOut() noexcept { return &handle; }
+
+    // Gives up what is held without releasing it.
+    Handle* Detach() noexcept { return std::exchange(handle, nullptr); }
+
 private:
     Handle* handle = nullptr;
 };

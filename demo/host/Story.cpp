@@ -44,23 +44,27 @@ void Story::Install() {
     stage.installer.Install("5.6.0", "older");
     stage.narrator.Say("agent",
                        fmt::format("is installed, version 5.6.0, in {}", stage.installer.CurrentFolder().string()));
-    AgentCalls::WaitFor("ny_property_register_provider_callback", lookTime);
+    AgentCalls::WaitFor("ny_updater_register_callbacks", lookTime);
     stage.calls.Tell();
     stage.narrator.Say(
         "bridge", fmt::format("has found the agent, started its client and registered {} with it", sampleProductId));
     SayWhereLibrariesAre();
     TellOfProperties(stage);
+    TellOfUpdates(stage);
+    TellOfAgentServices(stage, "5.6.0");
 }
 
 void Story::Upgrade() {
     stage.installer.Upgrade("5.7.0", "full");
     stage.narrator.Say("agent",
                        fmt::format("is upgraded to version 5.7.0, in {}", stage.installer.CurrentFolder().string()));
-    AgentCalls::WaitFor("ny_property_register_provider_callback", changeTime);
+    AgentCalls::WaitFor("ny_updater_register_callbacks", changeTime);
     stage.calls.Tell();
     stage.narrator.Say("bridge", "has let go of the old version and started a client of the new one");
     SayWhereLibrariesAre();
     TellOfProperties(stage);
+    TellOfUpdates(stage);
+    TellOfAgentServices(stage, "5.7.0");
 }
 
 void Story::Remove() {

@@ -6,6 +6,8 @@
 #include <string>
 
 #include "SampleCollector.h"
+#include "SampleServices.h"
+#include "SampleUpdates.h"
 #include "Text.h"
 #include "VsMsgbus.h"
 
@@ -26,21 +28,26 @@ private:
 // The module while it is loaded.
 class SampleModule {
 public:
-    explicit SampleModule(const Speaker& moduleSpeaker) : speaker(moduleSpeaker), sink(speaker), collector(speaker) {}
+    explicit SampleModule(const Speaker& moduleSpeaker)
+        : speaker(moduleSpeaker), sink(speaker), collector(speaker), updates(speaker) {}
 
     bool Load() {
         // Registering first is as good as entering first: the bridge joins the two by the product id.
-        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink)) {
+        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink) ||
+            !VsKitMsgbusSetUpdateNotify(wideProductId.c_str(), &updates, nullptr)) {
             return false;
         }
-        speaker.Say("module", fmt::format("enters the bridge as {}, for property requests", sampleProductId));
-        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty, &sink, &bridge);
+        speaker.Say("module", fmt::format("enters the bridge as {}, for properties and updates", sampleProductId));
+        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceUpdate, &sink, &bridge);
     }
+
+    bool UseAgent() const { return UseAgentServices(speaker); }
 
     bool Unload() {
         speaker.Say("module", "leaves the bridge");
         const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
-        return VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) && hasLeft;
+        return VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
+               VsKitMsgbusRemoveUpdateNotify(wideProductId.c_str()) && hasLeft;
     }
 
 private:
@@ -48,6 +55,7 @@ private:
     const Speaker speaker;
     Sink sink;
     SampleCollector collector;
+    SampleUpdates updates;
     VsMsgbus* bridge = nullptr;
 };
 
@@ -62,6 +70,14 @@ bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept {
         }
         loaded = std::make_unique<SampleModule>(Speaker{say, userData});
         return loaded->Load();
+    } catch (...) {
+        return false;
+    }
+}
+
+bool SampleModuleUseAgent() noexcept {
+    try {
+        return loaded != nullptr && loaded->UseAgent();
     } catch (...) {
         return false;
     }

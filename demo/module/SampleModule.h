@@ -10,8 +10,11 @@ typedef void (*SampleModuleSay)(const char* actor, const char* line, void* userD
 // The product that the module is.
 inline constexpr char sampleProductId[] = "SAMPLE__1000";
 
-// Enters the bridge and registers for the agent's property requests. False when the bridge refused.
+// Enters the bridge and registers for the agent's property requests and updates. False when the bridge refused.
 bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept;
+
+// Has the module use the agent's information and crypto. False when it is not loaded or the agent failed.
+bool SampleModuleUseAgent() noexcept;
 
 // Takes everything back. After this the module may be unloaded.
 bool SampleModuleUnload() noexcept;

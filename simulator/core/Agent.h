@@ -6,6 +6,7 @@
 #include "FaultTable.h"
 #include "HandleTable.h"
 #include "HookTable.h"
+#include "Information.h"
 #include "MisuseLog.h"
 #include "PolicyStore.h"
 
@@ -20,6 +21,7 @@ struct Agent {
     HandleTable handles;
     ClientTable clients;
     PolicyStore policies;
+    Information information;
 };
 
 // The one agent of this process.

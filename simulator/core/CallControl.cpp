@@ -25,6 +25,7 @@ void ny_sim_reset(void) {
     agent.calls.Clear();
     agent.misuse.Clear();
     agent.policies.Replace({});
+    agent.information.SetAll({});
 }
 
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {

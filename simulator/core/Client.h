@@ -17,6 +17,9 @@ class Logger;
 // Has no state of its own: it is there to be named.
 struct MessageBus {};
 
+// Nothing of an event can be read.
+struct UpdaterEvent {};
+
 struct LogCallback {
     ny_log_callback_t call = nullptr;
     void* userData = nullptr;
@@ -36,6 +39,11 @@ struct PolicyCallback {
     ny_policy_callback_t call = nullptr;
     void* callbackData = nullptr;
     uint32_t mask = 0;
+};
+
+struct UpdaterCallbacks {
+    ny_updater_callbacks_t table = {};
+    void* userData = nullptr;
 };
 
 // What a client was told by the setters.
@@ -71,6 +79,7 @@ public:
     CallbackGate logGate;
     RegistrationTable<PropertyProvider> propertyProviders;
     RegistrationTable<PolicyCallback> policyCallbacks;
+    RegistrationTable<UpdaterCallbacks> updaters;
 
 private:
     mutable std::mutex mutex;

@@ -69,6 +69,12 @@ inline constexpr std::string_view simulatedFunctions[] = {
     "ny_policy_unregister_notification_callback",
     "ny_policy_get",
     "ny_policy_enforce",
+    "ny_updater_register_callbacks",
+    "ny_updater_unregister_callbacks",
+    "ny_crypto_encrypt_data_by_type",
+    "ny_crypto_decrypt_data_by_type",
+    "ny_crypto_hash_data_by_type",
+    "ny_info_get",
     // ny_msgbus.dll
     "ny_msgbus_get_version",
     "ny_msgbus_disable_watcher",

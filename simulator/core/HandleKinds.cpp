@@ -17,6 +17,7 @@ const char* NameOf(HandleKind kind) {
         case HandleKind::PolicyBag: return "policy bag";
         case HandleKind::PolicyIterator: return "policy iterator";
         case HandleKind::MessageBus: return "message bus";
+        case HandleKind::UpdaterEvent: return "updater event";
     }
     return "unknown";
 }

@@ -15,6 +15,7 @@ struct Buffer;
 struct MessageBus;
 struct PolicyBag;
 struct Table;
+struct UpdaterEvent;
 struct Value;
 struct WideBuffer;
 
@@ -33,6 +34,7 @@ enum class HandleKind : int32_t {
     PolicyBag = NY_SIM_POLICY_BAG,
     PolicyIterator = NY_SIM_POLICY_ITERATOR,
     MessageBus = 1000,
+    UpdaterEvent = 1001,
 };
 
 // For a person to read.
@@ -70,5 +72,7 @@ template <>
 struct HandleTraits<ny_policy_bag_iterator_t> : HandleOf<PolicyIterator, HandleKind::PolicyIterator> {};
 template <>
 struct HandleTraits<ny_msgbus_t> : HandleOf<MessageBus, HandleKind::MessageBus> {};
+template <>
+struct HandleTraits<ny_updater_event_t> : HandleOf<UpdaterEvent, HandleKind::UpdaterEvent> {};
 
 }  // namespace simulator

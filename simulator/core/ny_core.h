@@ -73,6 +73,14 @@ decltype(ny_policy_unregister_notification_callback) ny_core_policy_unregister_n
 decltype(ny_policy_get) ny_core_policy_get;
 decltype(ny_policy_enforce) ny_core_policy_enforce;
 
+decltype(ny_updater_register_callbacks) ny_core_updater_register_callbacks;
+decltype(ny_updater_unregister_callbacks) ny_core_updater_unregister_callbacks;
+
+decltype(ny_crypto_encrypt_data_by_type) ny_core_crypto_encrypt_data_by_type;
+decltype(ny_crypto_decrypt_data_by_type) ny_core_crypto_decrypt_data_by_type;
+decltype(ny_crypto_hash_data_by_type) ny_core_crypto_hash_data_by_type;
+decltype(ny_info_get) ny_core_info_get;
+
 // `version` is what the calling library's build was made as.
 int32_t ny_core_msgbus_get_version(uint32_t* out, uint32_t version);
 decltype(ny_msgbus_disable_watcher) ny_core_msgbus_disable_watcher;

@@ -17,6 +17,23 @@ inline constexpr const char* expectedExports[] = {
     "VsKitMsgbusSetEnforcePolicy",
     "VsKitMsgbusRemoveEnforcerPolicy",
     "VsKitEnforceLocalPolicy",
+    // update notification
+    "VsKitMsgbusSetUpdateNotify",
+    "VsKitMsgbusRemoveUpdateNotify",
+    // crypto
+    "VsKitMsgbusEncryptData",
+    "VsKitMsgbusDecryptData",
+    "VsKitMsgbusHashBuffer",
+    "VsKitMsgbusIsRunningInFIPSMode",
+    "VsKitMsgbusDecodeData",
+    "VsKitMsgbusEncodeData",
+    "VsKitMsgbusDecodeAndDecryptData",
+    "VsKitMsgbusEncryptAndEncodeData",
+    // information and health checks
+    "VsKitMsgbusGetInformation",
+    "VsKitMsgbusGetInfoByKeyName",
+    "VsKitMsgbusManagedMode",
+    "VsKitHealthCheckRegisterCB",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",

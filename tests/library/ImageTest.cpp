@@ -48,6 +48,16 @@ TEST_F(Image, ExportsOneReleaseUnderBothCompilersNames) {
     EXPECT_EQ(bridge.Export<void()>("?Release@lpc_buffer@VsKitMsgbus@@QEAAXXZ"), release);
 }
 
+TEST_F(Image, ExportsOneFunctionForAllThatIsAlwaysAnsweredWithZero) {
+    auto* const function = bridge.Export<int32_t()>("VsKitMsgbusIsRunningInFIPSMode");
+    ASSERT_NE(function, nullptr);
+    EXPECT_EQ(function(), 0);
+    for (const char* const name : {"VsKitMsgbusDecodeData", "VsKitMsgbusEncodeData", "VsKitMsgbusDecodeAndDecryptData",
+                                   "VsKitMsgbusEncryptAndEncodeData"}) {
+        EXPECT_EQ(bridge.Export<int32_t()>(name), function) << name;
+    }
+}
+
 TEST_F(Image, NeedsTheHostsLogAndTheSystemsOwnLibrariesOnly) {
     std::vector<std::string> imported = image.ImportedLibraries();
     EXPECT_EQ(std::erase(imported, hostLogLibrary), 1U);

@@ -56,7 +56,8 @@ TEST_F(EntryText, OfAnExitThatFailsForAnotherReason) {
     ASSERT_TRUE(Enter("PRODUCT1000"));
     auto io = std::make_shared<FakeIo>(ios, "io");
     io->onUnregister = [] { throw std::bad_alloc(); };
-    instance->AddIo(IoKindUpdate, std::move(io));
+    constexpr int32_t kindOfNoService = 1;
+    instance->AddIo(kindOfNoService, std::move(io));
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
     EXPECT_THAT(dropped.log.Lines(),
                 ElementsAre(started, "Failed to exit msgbus for product id: %s [PRODUCT1000]", stopped));

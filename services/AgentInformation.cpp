@@ -1,0 +1,70 @@
+#include "services/AgentInformation.h"
+
+#include <iterator>
+
+#include "dispatcher/groups/InfoGroup.h"
+#include "dispatcher/groups/VariantGroup.h"
+#include "msgbus/AgentUse.h"
+#include "msgbus/BridgeLog.h"
+#include "values/AgentException.h"
+#include "values/AgentValues.h"
+
+using corvane::ny::utils::Check;
+using corvane::ny::utils::exception;
+
+namespace {
+
+// By VsKitMsgbusGetInformation's index.
+constexpr const char* keys[] = {
+    "AgentMode",   "GUID",    "LogLocation", "RdxServerLastUsed",    "RdxPortLastUsed", "RdxServerList",
+    "RdxPortList", "Version", "LastASCTime", "LastPolicyUpdateTime", "CryptoMode",
+};
+
+// The agent is used here alone: who logs the failure must not hold it, because a sink is the module's.
+std::string ReadText(const char* key) {
+    const AgentUse agentUse;
+    if (!agentUse) {
+        throw exception(NY_FUNCTION_MISSING);
+    }
+    VariantOwner variant;
+    Check(agent::ny_info_get(agentUse.Client(), key, variant.Out()));
+    return NarrowFromVariant(variant.Get());
+}
+
+}  // namespace
+
+KeyReading ReadKey(const char* key) {
+    KeyReading reading;
+    const AgentUse agentUse;
+    if (!agentUse) {
+        reading.lookUp = NY_FUNCTION_MISSING;
+        return reading;
+    }
+    VariantOwner variant;
+    reading.lookUp = agent::ny_info_get(agentUse.Client(), key, variant.Out());
+    if (reading.lookUp != NY_OK) {
+        return reading;
+    }
+    const char* text = nullptr;
+    size_t length = 0;
+    reading.read = agent::ny_variant_get_string(variant.Get(), &text, &length);
+    if (reading.read == NY_OK && text != nullptr) {
+        reading.text.assign(text, length);
+    }
+    reading.release = agent::ny_variant_release(variant.Detach());
+    return reading;
+}
+
+std::string ReadInformation(unsigned int index) {
+    if (index >= std::size(keys)) {
+        return {};
+    }
+    try {
+        return ReadText(keys[index]);
+    } catch (const exception& failure) {
+        VsKit::CUniStream text;
+        text << L"Failed to get the agent info, excpetion:[" << failure.Code() << L"]";
+        WriteBridgeLog(text);
+        return {};
+    }
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+// What the agent answered when it was asked for one key: a code for each step, NY_OK for those that were not needed.
+struct KeyReading {
+    int32_t lookUp = 0;
+    int32_t read = 0;
+    int32_t release = 0;
+    std::string text;  // empty unless the first two went well
+};
+
+// Asks the agent for a key's value. An agent that is not there fails the look-up with NY_FUNCTION_MISSING.
+KeyReading ReadKey(const char* key);
+
+// The value of a key by its index, empty when there is none; a failure of the agent's is logged, and gives an empty
+// value too.
+std::string ReadInformation(unsigned int index);

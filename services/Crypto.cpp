@@ -1,0 +1,85 @@
+// The crypto exports.
+#include "VsMsgbus/Crypto.h"
+
+#include <cstring>
+
+#include "base/Boundary.h"
+#include "dispatcher/groups/BufferGroup.h"
+#include "dispatcher/groups/CryptoGroup.h"
+#include "msgbus/AgentUse.h"
+#include "values/AgentException.h"
+#include "values/AgentHandle.h"
+
+using corvane::ny::utils::Check;
+
+namespace {
+
+constexpr int32_t failed = -1;
+
+// Runs one of the agent's crypto functions and hands what it made to `take(bytes, size)`, which is not called when
+// anything fails.
+template <class CryptoFunction, class Take>
+int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
+                  Take&& take) noexcept {
+    if (data == nullptr && size != 0) {
+        return failed;
+    }
+    return Guarded(failed, [&] {
+        const AgentUse agentUse;
+        if (!agentUse) {
+            return failed;
+        }
+        BufferOwner buffer;
+        Check(agent::ny_buffer_create(buffer.Out(), size));
+        Check(cryptoFunction(agentUse.Client(), type, data, size, buffer.InOut()));
+        const unsigned char* bytes = nullptr;
+        size_t length = 0;
+        Check(agent::ny_buffer_get_raw(buffer.Get(), &bytes, &length));
+        if (bytes == nullptr && length != 0) {
+            return failed;
+        }
+        take(bytes, static_cast<uint32_t>(length));
+        return 0;
+    });
+}
+
+template <class CryptoFunction>
+int32_t RunCryptoTo(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
+                    unsigned char* out, uint32_t* outSize) noexcept {
+    if (out == nullptr || outSize == nullptr) {
+        return failed;
+    }
+    return RunCrypto(cryptoFunction, data, size, type, [&](const unsigned char* bytes, uint32_t length) {
+        *outSize = length;
+        if (length != 0) {
+            std::memcpy(out, bytes, length);
+        }
+    });
+}
+
+}  // namespace
+
+int32_t VsKitMsgbusEncryptData(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
+                               uint64_t type) noexcept {
+    return RunCryptoTo(agent::ny_crypto_encrypt_data_by_type, data, size, type, out, outSize);
+}
+
+int32_t VsKitMsgbusDecryptData(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
+                               uint64_t type) noexcept {
+    return RunCryptoTo(agent::ny_crypto_decrypt_data_by_type, data, size, type, out, outSize);
+}
+
+// The hash itself is not handed out, kept on purpose.
+int32_t VsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* /*out*/,
+                              unsigned int* outSize, uint64_t type) noexcept {
+    if (outSize == nullptr) {
+        return failed;
+    }
+    return RunCrypto(agent::ny_crypto_hash_data_by_type, data, size, type,
+                     [&](const unsigned char* /*bytes*/, uint32_t length) { *outSize = length; });
+}
+
+// The exports file gives this function its four other names.
+int32_t VsKitMsgbusIsRunningInFIPSMode(...) noexcept {
+    return 0;
+}

@@ -1,0 +1,27 @@
+// What the agent knows of itself.
+#pragma once
+
+#include <map>
+#include <mutex>
+#include <string>
+#include <string_view>
+
+#include "Values.h"
+
+namespace simulator {
+
+class Information {
+public:
+    // A null value removes the key.
+    void Set(const std::string& key, ValuePointer value);
+    // The entries of the table take the place of all values.
+    void SetAll(const Table& table);
+    // The value, or null.
+    ValuePointer Find(std::string_view key) const;
+
+private:
+    mutable std::mutex mutex;
+    std::map<std::string, ValuePointer, std::less<>> values;
+};
+
+}  // namespace simulator

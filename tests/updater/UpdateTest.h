@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+
+#include "VsMsgbus.h"
+#include "support/AgentFunctions.h"
+#include "support/AgentUpdate.h"
+#include "support/BridgeTest.h"
+#include "support/UpdateCallback.h"
+
+using ISet = VsKitMsgbus::INYUpdateNotifyCallback::ISet;
+
+inline constexpr char productId[] = "PRODUCT1000";
+
+// What the agent reads from a product that has no callback.
+inline constexpr char notNotified[] = "answer 0, result 2";
+inline constexpr char notAvailable[] = "answer 0, result 1";
+// What it reads from one whose callback is as it comes.
+inline constexpr char notified[] = "answer 0, result 20";
+inline constexpr char got[] = "answer 0, result 30, value <>";
+inline constexpr char wasSet[] = "answer 0, result 40";
+
+class UpdatingAgentTest : public BridgeTest {
+protected:
+    UpdatingAgentTest() { environment.InstallAgent(); }
+};
+
+// One product in the bridge for updates, the agent there, and no callback yet.
+class UpdateTest : public UpdatingAgentTest {
+protected:
+    // The products leave before the machine that they are on goes.
+    void TearDown() override {
+        product.Exit();
+        BridgeTest::TearDown();
+    }
+
+    // Returns when the watcher has restarted the client and attached the product.
+    void UpgradeAgent(const std::string& version) {
+        ny_sim_clear_calls();
+        environment.UpgradeAgent(version);
+        ASSERT_TRUE(WatcherCalls(registerUpdater));
+    }
+
+    const std::string notCalled = "answer " + std::to_string(NY_SIM_NOT_REGISTERED);
+    UpdateCallback callback;
+    Product product{productId, &sink, VsMsgbusServiceUpdate};
+};

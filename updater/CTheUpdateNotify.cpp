@@ -1,0 +1,47 @@
+#include "updater/CTheUpdateNotify.h"
+
+#include <new>
+
+#include "base/Boundary.h"
+
+using VsKit::cp_wchar;
+using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
+
+int32_t CTheUpdateNotify::RunUpdateNotify(cp_wchar second, cp_wchar fourth, cp_wchar third, uint32_t number) {
+    return callback->UpdateNotify(second, fourth, third, &number);
+}
+
+etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, cp_wchar key, std::wstring& value) {
+    class SetCb final : public VsKitMsgbus::INYUpdateNotifyCallback::ISet {
+    public:
+        explicit SetCb(std::wstring& target) noexcept : text(&target) {}
+
+        // The module is told true whatever happens, and nothing of ours is thrown through its code.
+        bool Set(const wchar_t* newText) override {
+            isLost = !Guarded(false, [&] {
+                *text = newText != nullptr ? newText : L"";
+                return true;
+            });
+            return true;
+        }
+
+        // Whether the last value found no memory.
+        bool IsLost() const noexcept { return isLost; }
+
+    private:
+        std::wstring* const text;
+        bool isLost = false;
+    };
+
+    value.clear();
+    SetCb set(value);
+    const etag_PRODUCT_RETURN_VALUE result = callback->GetProductInfo(second, key, &set);
+    if (set.IsLost()) {
+        throw std::bad_alloc();
+    }
+    return result;
+}
+
+int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) {
+    return callback->SetProductInfo(second, key, value);
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "VsMsgbus/UpdateNotify.h"
+
+// A module's registered update callback. Its operations are for one thread at a time and let out what the module
+// throws.
+class CTheUpdateNotify {
+public:
+    CTheUpdateNotify(VsKitMsgbus::INYUpdateNotifyCallback* moduleCallback, void* moduleContext) noexcept
+        : callback(moduleCallback), context(moduleContext) {}
+    virtual ~CTheUpdateNotify() = default;
+    CTheUpdateNotify(const CTheUpdateNotify&) = delete;
+    CTheUpdateNotify& operator=(const CTheUpdateNotify&) = delete;
+
+    int32_t RunUpdateNotify(VsKit::cp_wchar second, VsKit::cp_wchar fourth, VsKit::cp_wchar third, uint32_t number);
+
+    // `value` holds afterwards what the module set, empty when it set nothing. Raises std::bad_alloc when a value found
+    // no memory.
+    VsKitMsgbus::etag_PRODUCT_RETURN_VALUE RunGetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
+                                                             std::wstring& value);
+
+    int32_t RunSetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key, VsKit::cp_wchar value);
+
+    // The registration as the module made it. Nothing reads the last three.
+    VsKitMsgbus::INYUpdateNotifyCallback* const callback;
+    void* const reserved = nullptr;
+    void* const context;
+    void* const further = nullptr;
+};

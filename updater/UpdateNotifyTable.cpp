@@ -1,0 +1,6 @@
+#include "updater/UpdateNotifyTable.h"
+
+UpdateNotifyRegistrations& UpdateNotifyTable() {
+    static UpdateNotifyRegistrations table;
+    return table;
+}

@@ -1,0 +1,148 @@
+#include "updater/VsMsgbusUpdateInfoProvider.h"
+
+#include "base/Boundary.h"
+#include "dispatcher/groups/UpdaterGroup.h"
+#include "dispatcher/groups/VariantGroup.h"
+#include "updater/UpdateNotifyTable.h"
+#include "values/AgentException.h"
+#include "values/AgentValues.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::updater::updater_handler;
+using corvane::ny::utils::Check;
+using corvane::ny::utils::exception;
+using VsKit::CUniStream;
+
+namespace {
+
+// What the agent reads when no module answered.
+constexpr int32_t notNotified = 2;
+constexpr int32_t notAvailable = VsKitMsgbus::ProductReturnNotAvailable;
+
+// A text that the agent lacks is an empty one.
+std::string TextOf(const char* text) {
+    return text != nullptr ? text : "";
+}
+
+// The body of the functions with a result: `result` is written whatever becomes of the call, unless it is null.
+template <class Call>
+int32_t CallForResult(const char* productId, void* userData, int32_t* result, int32_t atFirst, Call&& call) noexcept {
+    int32_t unread = 0;
+    int32_t& written = result != nullptr ? *result : unread;
+    written = atFirst;
+    return CallHandler<updater_handler>(productId, userData,
+                                        [&](updater_handler& handler) { return call(handler, written); });
+}
+
+int32_t NotifyUpdate(ny_client_t* /*client*/, const char* productId, const char* second, const char* third,
+                     uint32_t number, const char* fourth, int32_t* result, void* userData) {
+    return CallForResult(productId, userData, result, notNotified, [&](updater_handler& handler, int32_t& written) {
+        return handler.update_notify(handler.Client(), productId, TextOf(second), TextOf(third), number, TextOf(fourth),
+                                     written);
+    });
+}
+
+int32_t SetProductInfo(ny_client_t* /*client*/, const char* productId, const char* second, const char* key,
+                       ny_variant_t* value, int32_t* result, void* userData) {
+    return CallForResult(productId, userData, result, notAvailable, [&](updater_handler& handler, int32_t& written) {
+        return handler.set_product_info(handler.Client(), productId, TextOf(second), TextOf(key), value, written);
+    });
+}
+
+int32_t GetProductInfo(ny_client_t* /*client*/, const char* productId, const char* second, const char* key,
+                       ny_variant_t** out, int32_t* result, void* userData) {
+    return CallForResult(productId, userData, result, notAvailable, [&](updater_handler& handler, int32_t& written) {
+        return handler.get_product_info(handler.Client(), productId, TextOf(second), TextOf(key), out, written);
+    });
+}
+
+int32_t TakeEvent(ny_client_t* /*client*/, const char* productId, const ny_updater_event_t* event, void* userData) {
+    return CallHandler<updater_handler>(productId, userData, [&](updater_handler& handler) {
+        return handler.event(handler.Client(), productId, event);
+    });
+}
+
+constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInfo, GetProductInfo, TakeEvent};
+
+// Runs `use(record)` with the product's callback, if it has one. What fails on the way is told to nobody but who
+// listens to dropped texts; a failure that has no code of its own goes as NY_UNEXPECTED there.
+template <class Use>
+int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& use) noexcept {
+    const auto drop = [&](int32_t code) -> int32_t {
+        DropText([&](CUniStream& text) {
+            text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
+        });
+        return NY_OK;
+    };
+    return GuardedBy<exception>(
+        static_cast<int32_t>(NY_OK),
+        [&]() -> int32_t {
+            UpdateNotifyTable().With(WideFromNarrow(productId),
+                                     [&](CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
+            return NY_OK;
+        },
+        [&](const exception& failure) { return drop(failure.Code()); }, [&] { return drop(NY_UNEXPECTED); });
+}
+
+}  // namespace
+
+VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient) : updater_handler(agentClient) {}
+
+int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& productId) {
+    updater_handler* const handler = this;
+    return agent::ny_updater_register_callbacks(Client(), productId.c_str(), &updaterCallbacks, handler);
+}
+
+int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& productId) {
+    return UnregisterTurningAway(UpdateNotifyTable(), productId,
+                                 [&] { return agent::ny_updater_unregister_callbacks(Client(), productId.c_str()); });
+}
+
+// The operations touch nothing of this object once the module was called: a module that leaves the bridge from inside
+// its callback has it destroyed.
+
+int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,
+                                                  const std::string& second, const std::string& third, uint32_t number,
+                                                  const std::string& fourth, int32_t& result) {
+    return RunForProduct(L"update notify", productId, [&](CTheUpdateNotify& record) {
+        const std::wstring wideSecond = WideFromNarrow(second);
+        const std::wstring wideFourth = WideFromNarrow(fourth);
+        const std::wstring wideThird = WideFromNarrow(third);
+        result = record.RunUpdateNotify(wideSecond.c_str(), wideFourth.c_str(), wideThird.c_str(), number);
+    });
+}
+
+int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
+                                                     const std::string& second, const std::string& key,
+                                                     ny_variant_t* value, int32_t& result) {
+    return RunForProduct(L"set product info", productId, [&](CTheUpdateNotify& record) {
+        const std::wstring wideSecond = WideFromNarrow(second);
+        const std::wstring wideKey = WideFromNarrow(key);
+        const std::wstring wideValue = WideFromVariant(value);
+        result = record.RunSetProductInfo(wideSecond.c_str(), wideKey.c_str(), wideValue.c_str());
+    });
+}
+
+int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
+                                                     const std::string& second, const std::string& key,
+                                                     ny_variant_t** out, int32_t& result) {
+    return RunForProduct(L"get product info", productId, [&](CTheUpdateNotify& record) {
+        const std::wstring wideSecond = WideFromNarrow(second);
+        const std::wstring wideKey = WideFromNarrow(key);
+        std::wstring value;
+        const int32_t answer = record.RunGetProductInfo(wideSecond.c_str(), wideKey.c_str(), value);
+        if (out != nullptr) {
+            const std::string narrow = NarrowFromWide(value);
+            ny_variant_t* created = nullptr;
+            Check(agent::ny_variant_create_from_string(narrow.data(), narrow.size(), &created));
+            *out = created;
+        }
+        // Last: a value that could not be handed over is a failure of the whole question.
+        result = answer;
+    });
+}
+
+int32_t VsMsgbusUpdateInfoProvider::event(ny_client_t* /*agentClient*/, const std::string& /*productId*/,
+                                          const ny_updater_event_t* /*event*/) {
+    return NY_OK;
+}
