@@ -6,8 +6,10 @@
 #include "FaultTable.h"
 #include "HandleTable.h"
 #include "HookTable.h"
+#include "LentTasks.h"
 #include "MisuseLog.h"
 #include "PolicyStore.h"
+#include "Scheduler.h"
 
 namespace simulator {
 
@@ -20,6 +22,8 @@ struct Agent {
     HandleTable handles;
     ClientTable clients;
     PolicyStore policies;
+    Scheduler scheduler;
+    LentTasks lentTasks;
 };
 
 // The one agent of this process.

@@ -25,6 +25,8 @@ void ny_sim_reset(void) {
     agent.calls.Clear();
     agent.misuse.Clear();
     agent.policies.Replace({});
+    agent.scheduler.SetTasks({});
+    agent.scheduler.ClearReports();
 }
 
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {

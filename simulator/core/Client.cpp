@@ -11,6 +11,7 @@ void Client::EndCallbacks() {
     logGate.Close();
     propertyProviders.EndAll();
     policyCallbacks.EndAll();
+    taskHandlers.EndAll();
     logGate.WaitForOthers();
 }
 

@@ -8,6 +8,7 @@
 
 #include "CallbackGate.h"
 #include "RegistrationTable.h"
+#include "Scheduler.h"
 #include "ny_agent.h"
 
 namespace simulator {
@@ -71,6 +72,7 @@ public:
     CallbackGate logGate;
     RegistrationTable<PropertyProvider> propertyProviders;
     RegistrationTable<PolicyCallback> policyCallbacks;
+    RegistrationTable<TaskHandler> taskHandlers;  // by TaskHandlerKey
 
 private:
     mutable std::mutex mutex;
