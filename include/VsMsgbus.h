@@ -41,5 +41,6 @@
 #include "VsMsgbus/Entry.h"
 #include "VsMsgbus/LogSink.h"
 #include "VsMsgbus/LpcBuffer.h"
+#include "VsMsgbus/TaskEnforcer.h"
 #include "VsMsgbus/ny_dl.h"
 #include "VsMsgbus/ny_temp_buffer.h"

@@ -2,11 +2,13 @@
 
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "property/VsMsgbusPropertyProvider.h"
+#include "scheduler/VsMsgbusTaskExecutor.h"
 
 VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
     switch (kind) {
         case IoKindPolicy: return std::make_shared<VsMsgbusPolicyEnforcer>(client);
         case IoKindProperty: return std::make_shared<VsMsgbusPropertyProvider>(client);
+        case IoKindTask: return std::make_shared<VsMsgbusTaskExecutor>(client);
         default: return nullptr;
     }
 }
@@ -15,6 +17,7 @@ bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
     switch (kind) {
         case IoKindPolicy: return dynamic_cast<const VsMsgbusPolicyEnforcer*>(&io) != nullptr;
         case IoKindProperty: return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
+        case IoKindTask: return dynamic_cast<const VsMsgbusTaskExecutor*>(&io) != nullptr;
         default: return false;
     }
 }

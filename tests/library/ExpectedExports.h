@@ -17,6 +17,11 @@ inline constexpr const char* expectedExports[] = {
     "VsKitMsgbusSetEnforcePolicy",
     "VsKitMsgbusRemoveEnforcerPolicy",
     "VsKitEnforceLocalPolicy",
+    // scheduled tasks
+    "VsKitMsgbusSetTaskEnforcer",
+    "VsKitMsgbusRemoveTaskEnforcer",
+    "VsKitMsgbusFreeTaskCookie",
+    "UpdateMsgbusTaskStatus",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",

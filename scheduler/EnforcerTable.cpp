@@ -1,0 +1,6 @@
+#include "scheduler/EnforcerTable.h"
+
+EnforcerRegistrations& EnforcerTable() {
+    static EnforcerRegistrations table;
+    return table;
+}
