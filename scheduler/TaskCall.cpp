@@ -3,7 +3,7 @@
 #include "base/Boundary.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/CTaskBag.h"
-#include "scheduler/EnforcerTable.h"
+#include "scheduler/TaskEnforcerTable.h"
 #include "values/AgentException.h"
 #include "values/AgentValues.h"
 #include "values/DroppedText.h"
@@ -37,7 +37,7 @@ TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
 
 std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     std::optional<int32_t> answer;
-    EnforcerTable().With(productId, [&](const EnforcerRecord& record, auto&& /*wasRemoved*/) {
+    TaskEnforcerTable().With(productId, [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
         CTaskBag bag(task, record.context);
         answer = (record.enforcer->*operation)(taskId.c_str(), &bag);
     });

@@ -6,7 +6,7 @@
 
 #include "base/Boundary.h"
 #include "msgbus/VsMsgbus.h"
-#include "scheduler/EnforcerTable.h"
+#include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
 
 namespace {
@@ -37,7 +37,7 @@ bool VsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEn
         return false;
     }
     return Guarded(false, [&] {
-        EnforcerTable().Set(productId, context, enforcer);
+        TaskEnforcerTable().Set(productId, context, enforcer);
         return true;
     });
 }
@@ -45,7 +45,7 @@ bool VsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEn
 bool VsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept {
     return Guarded(true, [&] {
         if (productId != nullptr) {
-            EnforcerTable().Remove(productId);
+            TaskEnforcerTable().Remove(productId);
         }
         return true;
     });
@@ -54,7 +54,7 @@ bool VsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept {
 void VsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept {
     Guarded([&] {
         if (productId != nullptr) {
-            EnforcerTable().With(productId, [cookie](const EnforcerRecord& record, auto&& /*wasRemoved*/) {
+            TaskEnforcerTable().With(productId, [cookie](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
                 record.enforcer->FreeCookie(cookie);
             });
         }

@@ -4,8 +4,8 @@
 #include "msgbus/RegistrationTable.h"
 
 // A module's registered enforcer.
-struct EnforcerRecord {
-    EnforcerRecord(void* moduleContext, VsKitMsgbus::INYTaskEnforcer* moduleEnforcer) noexcept
+struct TaskEnforcerRecord {
+    TaskEnforcerRecord(void* moduleContext, VsKitMsgbus::INYTaskEnforcer* moduleEnforcer) noexcept
         : context(moduleContext), enforcer(moduleEnforcer) {}
 
     void* const context;
@@ -13,8 +13,8 @@ struct EnforcerRecord {
 };
 
 // Calls of one enforcer run side by side, because a task is stopped while it is executed.
-using EnforcerRegistrations =
-    RegistrationTable<EnforcerRecord, CallGate::Admission::Together, DuplicateRecord::LeftAlive>;
+using TaskEnforcerRegistrations =
+    RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::LeftAlive>;
 
 // The enforcers of all modules of the process, by product id.
-EnforcerRegistrations& EnforcerTable();
+TaskEnforcerRegistrations& TaskEnforcerTable();

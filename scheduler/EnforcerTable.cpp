@@ -1,6 +1,0 @@
-#include "scheduler/EnforcerTable.h"
-
-EnforcerRegistrations& EnforcerTable() {
-    static EnforcerRegistrations table;
-    return table;
-}
