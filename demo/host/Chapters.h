@@ -6,3 +6,4 @@
 #include "Stage.h"
 
 void TellOfProperties(Stage& stage);
+void TellOfTasks(Stage& stage);

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "SampleCollector.h"
+#include "SampleTasks.h"
 #include "Text.h"
 #include "VsMsgbus.h"
 
@@ -26,21 +27,26 @@ private:
 // The module while it is loaded.
 class SampleModule {
 public:
-    explicit SampleModule(const Speaker& moduleSpeaker) : speaker(moduleSpeaker), sink(speaker), collector(speaker) {}
+    explicit SampleModule(const Speaker& moduleSpeaker)
+        : speaker(moduleSpeaker), sink(speaker), collector(speaker), tasks(speaker) {}
 
     bool Load() {
         // Registering first is as good as entering first: the bridge joins the two by the product id.
-        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink)) {
+        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink) ||
+            !VsKitMsgbusSetTaskEnforcer(wideProductId.c_str(), &tasks, nullptr)) {
             return false;
         }
-        speaker.Say("module", fmt::format("enters the bridge as {}, for property requests", sampleProductId));
-        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty, &sink, &bridge);
+        speaker.Say("module", fmt::format("enters the bridge as {}, for property requests and tasks", sampleProductId));
+        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceTask, &sink, &bridge);
     }
 
     bool Unload() {
         speaker.Say("module", "leaves the bridge");
+        tasks.StopAll();
         const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
-        return VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) && hasLeft;
+        const bool isTakenBack = VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
+                                 VsKitMsgbusRemoveTaskEnforcer(wideProductId.c_str());
+        return isTakenBack && hasLeft;
     }
 
 private:
@@ -48,6 +54,7 @@ private:
     const Speaker speaker;
     Sink sink;
     SampleCollector collector;
+    SampleTasks tasks;
     VsMsgbus* bridge = nullptr;
 };
 
