@@ -27,7 +27,9 @@ install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 # --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ---------------------
 
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
-install(FILES $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> DESTINATION demo)
+install(FILES
+    $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> ${PROJECT_SOURCE_DIR}/demo/tasks.json
+    DESTINATION demo)
 
 # --- The reference of the public headers -----------------------------------------------------------------------------
 

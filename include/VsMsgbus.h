@@ -44,6 +44,7 @@
 #include "VsMsgbus/Information.h"
 #include "VsMsgbus/LogSink.h"
 #include "VsMsgbus/LpcBuffer.h"
+#include "VsMsgbus/TaskEnforcer.h"
 #include "VsMsgbus/UpdateNotify.h"
 #include "VsMsgbus/ny_dl.h"
 #include "VsMsgbus/ny_temp_buffer.h"

@@ -2,6 +2,7 @@
 
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "property/VsMsgbusPropertyProvider.h"
+#include "scheduler/VsMsgbusTaskExecutor.h"
 #include "updater/VsMsgbusUpdateInfoProvider.h"
 
 VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
@@ -9,6 +10,7 @@ VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
         case IoKindPolicy: return std::make_shared<VsMsgbusPolicyEnforcer>(client);
         case IoKindProperty: return std::make_shared<VsMsgbusPropertyProvider>(client);
         case IoKindUpdate: return std::make_shared<VsMsgbusUpdateInfoProvider>(client);
+        case IoKindTask: return std::make_shared<VsMsgbusTaskExecutor>(client);
         default: return nullptr;
     }
 }
@@ -18,6 +20,7 @@ bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
         case IoKindPolicy: return dynamic_cast<const VsMsgbusPolicyEnforcer*>(&io) != nullptr;
         case IoKindProperty: return dynamic_cast<const VsMsgbusPropertyProvider*>(&io) != nullptr;
         case IoKindUpdate: return dynamic_cast<const VsMsgbusUpdateInfoProvider*>(&io) != nullptr;
+        case IoKindTask: return dynamic_cast<const VsMsgbusTaskExecutor*>(&io) != nullptr;
         default: return false;
     }
 }

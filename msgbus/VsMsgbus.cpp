@@ -16,6 +16,8 @@ using VsKit::CUniStream;
 namespace {
 
 std::atomic<VsMsgbus*> currentBridge = nullptr;
+// Held for taking the instance back, and for a look at one that must not be destroyed meanwhile.
+std::mutex bridgeLock;
 
 // In the order in which Start creates the service objects, and in which a product is attached to them.
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
@@ -62,7 +64,14 @@ VsMsgbus* PublishBridge(VsMsgbus* created) noexcept {
 }
 
 void WithdrawBridge(VsMsgbus* instance) noexcept {
+    const std::lock_guard guard(bridgeLock);
     currentBridge.compare_exchange_strong(instance, nullptr);
+}
+
+VsMsgbusIoPointer ShareService(int32_t kind) {
+    const std::lock_guard guard(bridgeLock);
+    VsMsgbus* const bridge = CurrentBridge();
+    return bridge != nullptr ? bridge->ShareIo(kind) : nullptr;
 }
 
 VsMsgbus::VsMsgbus(const char* productId) {

@@ -85,3 +85,7 @@ VsMsgbus* CurrentBridge() noexcept;
 VsMsgbus* PublishBridge(VsMsgbus* created) noexcept;
 // Takes it back, if it is this one.
 void WithdrawBridge(VsMsgbus* instance) noexcept;
+
+// The process-wide instance's service object of that kind, or null. For threads that nobody keeps from running beside
+// an Exit: what is shared outlives the instance, but may have ended its registrations at any time.
+VsMsgbusIoPointer ShareService(int32_t kind);

@@ -14,9 +14,13 @@ void VsMsgbusIoContainer::AddIo(int32_t kind, VsMsgbusIoPointer io) {
 }
 
 VsMsgbusIo* VsMsgbusIoContainer::FindIo(int32_t kind) {
+    return ShareIo(kind).get();
+}
+
+VsMsgbusIoPointer VsMsgbusIoContainer::ShareIo(int32_t kind) {
     const std::lock_guard guard(mutex);
     const auto found = ios.find(kind);
-    return found != ios.end() ? found->second.get() : nullptr;
+    return found != ios.end() ? found->second : nullptr;
 }
 
 VsMsgbusIoMap VsMsgbusIoContainer::CopyIos() {

@@ -24,8 +24,11 @@ public:
     // Raises the agent exception with NY_ALREADY_EXISTS when the kind is present; a null entry counts as absent.
     void AddIo(int32_t kind, VsMsgbusIoPointer io) override;
 
-    // The object, or null. Valid until the bridge stops; to use it beside a Stop on another thread, copy the map.
+    // The object, or null. Valid until the bridge stops; to use it beside a Stop on another thread, share it.
     VsMsgbusIo* FindIo(int32_t kind) override;
+
+    // The object, or null, for as long as the caller holds it.
+    VsMsgbusIoPointer ShareIo(int32_t kind);
 
     VsMsgbusIoMap CopyIos();
     // Leaves the container empty.

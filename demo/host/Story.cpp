@@ -13,6 +13,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// Of those with which the bridge attaches the product to the agent: once it was made, the agent can call.
+constexpr char lastRegistration[] = "ny_updater_register_callbacks";
+
 void Tell(const char* actor, const char* line, void* userData) {
     auto& narrator = *static_cast<Narrator*>(userData);
     if (std::string_view(actor) == "bridge") {
@@ -44,25 +47,24 @@ void Story::Install() {
     stage.installer.Install("5.6.0", "older");
     stage.narrator.Say("agent",
                        fmt::format("is installed, version 5.6.0, in {}", stage.installer.CurrentFolder().string()));
-    AgentCalls::WaitFor("ny_updater_register_callbacks", lookTime);
+    AgentCalls::WaitFor(lastRegistration, lookTime);
     stage.calls.Tell();
     stage.narrator.Say(
         "bridge", fmt::format("has found the agent, started its client and registered {} with it", sampleProductId));
     SayWhereLibrariesAre();
     TellOfProperties(stage);
-    TellOfUpdates(stage);
-    TellOfAgentServices(stage, "5.6.0");
 }
 
 void Story::Upgrade() {
     stage.installer.Upgrade("5.7.0", "full");
     stage.narrator.Say("agent",
                        fmt::format("is upgraded to version 5.7.0, in {}", stage.installer.CurrentFolder().string()));
-    AgentCalls::WaitFor("ny_updater_register_callbacks", changeTime);
+    AgentCalls::WaitFor(lastRegistration, changeTime);
     stage.calls.Tell();
     stage.narrator.Say("bridge", "has let go of the old version and started a client of the new one");
     SayWhereLibrariesAre();
     TellOfProperties(stage);
+    TellOfTasks(stage);
     TellOfUpdates(stage);
     TellOfAgentServices(stage, "5.7.0");
 }

@@ -7,6 +7,7 @@
 
 #include "SampleCollector.h"
 #include "SampleServices.h"
+#include "SampleTasks.h"
 #include "SampleUpdates.h"
 #include "Text.h"
 #include "VsMsgbus.h"
@@ -29,25 +30,31 @@ private:
 class SampleModule {
 public:
     explicit SampleModule(const Speaker& moduleSpeaker)
-        : speaker(moduleSpeaker), sink(speaker), collector(speaker), updates(speaker) {}
+        : speaker(moduleSpeaker), sink(speaker), collector(speaker), tasks(speaker), updates(speaker) {}
 
     bool Load() {
         // Registering first is as good as entering first: the bridge joins the two by the product id.
         if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink) ||
+            !VsKitMsgbusSetTaskEnforcer(wideProductId.c_str(), &tasks, nullptr) ||
             !VsKitMsgbusSetUpdateNotify(wideProductId.c_str(), &updates, nullptr)) {
             return false;
         }
-        speaker.Say("module", fmt::format("enters the bridge as {}, for properties and updates", sampleProductId));
-        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceUpdate, &sink, &bridge);
+        speaker.Say("module",
+                    fmt::format("enters the bridge as {}, for properties, tasks and updates", sampleProductId));
+        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceTask | VsMsgbusServiceUpdate,
+                             &sink, &bridge);
     }
 
     bool UseAgent() const { return UseAgentServices(speaker); }
 
     bool Unload() {
         speaker.Say("module", "leaves the bridge");
+        tasks.StopAll();
         const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
-        return VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
-               VsKitMsgbusRemoveUpdateNotify(wideProductId.c_str()) && hasLeft;
+        const bool isTakenBack = VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
+                                 VsKitMsgbusRemoveTaskEnforcer(wideProductId.c_str()) &&
+                                 VsKitMsgbusRemoveUpdateNotify(wideProductId.c_str());
+        return isTakenBack && hasLeft;
     }
 
 private:
@@ -55,6 +62,7 @@ private:
     const Speaker speaker;
     Sink sink;
     SampleCollector collector;
+    SampleTasks tasks;
     SampleUpdates updates;
     VsMsgbus* bridge = nullptr;
 };

@@ -1,4 +1,4 @@
-// A module of an endpoint security product that tells the management agent about its machine.
+// A module of an endpoint security product that tells the management agent about its machine and scans folders for it.
 #pragma once
 
 extern "C" {
@@ -10,7 +10,7 @@ typedef void (*SampleModuleSay)(const char* actor, const char* line, void* userD
 // The product that the module is.
 inline constexpr char sampleProductId[] = "SAMPLE__1000";
 
-// Enters the bridge and registers for the agent's property requests and updates. False when the bridge refused.
+// Enters the bridge and registers for all that the agent asks of a module. False when the bridge refused.
 bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept;
 
 // Has the module use the agent's information and crypto. False when it is not loaded or the agent failed.

@@ -7,8 +7,10 @@
 #include "HandleTable.h"
 #include "HookTable.h"
 #include "Information.h"
+#include "LentTasks.h"
 #include "MisuseLog.h"
 #include "PolicyStore.h"
+#include "Scheduler.h"
 
 namespace simulator {
 
@@ -22,6 +24,8 @@ struct Agent {
     ClientTable clients;
     PolicyStore policies;
     Information information;
+    Scheduler scheduler;
+    LentTasks lentTasks;
 };
 
 // The one agent of this process.

@@ -26,6 +26,8 @@ void ny_sim_reset(void) {
     agent.misuse.Clear();
     agent.policies.Replace({});
     agent.information.SetAll({});
+    agent.scheduler.SetTasks({});
+    agent.scheduler.ClearReports();
 }
 
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {

@@ -12,6 +12,7 @@ void Client::EndCallbacks() {
     propertyProviders.EndAll();
     policyCallbacks.EndAll();
     updaters.EndAll();
+    taskHandlers.EndAll();
     logGate.WaitForOthers();
 }
 

@@ -8,6 +8,7 @@
 
 #include "CallbackGate.h"
 #include "RegistrationTable.h"
+#include "Scheduler.h"
 #include "ny_agent.h"
 
 namespace simulator {
@@ -80,6 +81,7 @@ public:
     RegistrationTable<PropertyProvider> propertyProviders;
     RegistrationTable<PolicyCallback> policyCallbacks;
     RegistrationTable<UpdaterCallbacks> updaters;
+    RegistrationTable<TaskHandler> taskHandlers;  // by TaskHandlerKey
 
 private:
     mutable std::mutex mutex;

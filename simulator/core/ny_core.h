@@ -72,6 +72,17 @@ decltype(ny_policy_register_notification_callback) ny_core_policy_register_notif
 decltype(ny_policy_unregister_notification_callback) ny_core_policy_unregister_notification_callback;
 decltype(ny_policy_get) ny_core_policy_get;
 decltype(ny_policy_enforce) ny_core_policy_enforce;
+// `accessors` are those of the calling library: what the task objects of this registration are given.
+int32_t ny_core_scheduler_register_task_callbacks(ny_client_t* client, const char* productId, const char* taskType,
+                                                  const ny_task_callbacks_t* callbacks, void* userData,
+                                                  const ny_task_methods_t* accessors);
+decltype(ny_scheduler_unregister_task_callbacks) ny_core_scheduler_unregister_task_callbacks;
+decltype(ny_scheduler_update_task_status) ny_core_scheduler_update_task_status;
+int32_t ny_core_task_get_id(ny_task_t* task, const char** id);
+int32_t ny_core_task_get_name(ny_task_t* task, const char** name);
+int32_t ny_core_task_get_setting(ny_task_t* task, const char* section, const char* name, ny_variant_t** out);
+int32_t ny_core_task_get_section(ny_task_t* task, const char* section, ny_variant_t** out);
+int32_t ny_core_task_get_settings(ny_task_t* task, ny_variant_t** out);
 
 decltype(ny_updater_register_callbacks) ny_core_updater_register_callbacks;
 decltype(ny_updater_unregister_callbacks) ny_core_updater_unregister_callbacks;

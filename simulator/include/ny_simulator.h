@@ -22,8 +22,8 @@ enum ny_sim_code : int32_t {
     NY_SIM_NOT_SIMULATED = 1003,   // the agent exports this name, the simulated agent does nothing behind it
 };
 
-// Forgets faults, hooks, the call record, the misuse count, the policies and all information values. Handles that are
-// alive stay alive.
+// Forgets faults, hooks, the call record, the misuse count, the policies, the scheduler's tasks and reports, and all
+// information values. Handles that are alive stay alive.
 void ny_sim_reset(void);
 
 // --- Fault injection ----------------------------------------------------------------------------------------------
@@ -127,3 +127,4 @@ int32_t ny_sim_logger_get(ny_logger_t* logger, size_t index, const char** line);
 #include "ny_sim_policy.h"
 #include "ny_sim_services.h"
 #include "ny_sim_updater.h"
+#include "ny_sim_scheduler.h"

@@ -34,6 +34,11 @@ inline constexpr const char* expectedExports[] = {
     "VsKitMsgbusGetInfoByKeyName",
     "VsKitMsgbusManagedMode",
     "VsKitHealthCheckRegisterCB",
+    // scheduled tasks
+    "VsKitMsgbusSetTaskEnforcer",
+    "VsKitMsgbusRemoveTaskEnforcer",
+    "VsKitMsgbusFreeTaskCookie",
+    "UpdateMsgbusTaskStatus",
     // loader primitives
     "ny_dl_open",
     "ny_dl_sym",

@@ -18,9 +18,14 @@ uintptr_t NewestHandle() {
     return reinterpret_cast<uintptr_t>(variant);
 }
 
+// An object that the agent handed out several times has one handle, which is released as often.
 template <class Handle>
 size_t ReleaseIfAlive(uintptr_t handle, int32_t (*release)(Handle*)) {
-    return release(reinterpret_cast<Handle*>(handle)) == NY_OK ? 1 : 0;
+    size_t released = 0;
+    while (release(reinterpret_cast<Handle*>(handle)) == NY_OK) {
+        ++released;
+    }
+    return released;
 }
 
 }  // namespace
@@ -40,6 +45,8 @@ size_t KeptHandles::Release() {
         released += ReleaseIfAlive(handle, ny_core_policy_bag_iterator_release);
         released += ReleaseIfAlive(handle, ny_core_policy_uri_release);
         released += ReleaseIfAlive(handle, ny_core_policy_bag_release);
+        released += ReleaseIfAlive(handle, ny_core_table_release);
+        released += ReleaseIfAlive(handle, ny_core_array_release);
     }
     ny_sim_reset();
     return released;

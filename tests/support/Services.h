@@ -3,7 +3,7 @@
 #include <string>
 
 // The kinds of services that the bridge has, in the order in which it lets go of them.
-inline constexpr int serviceKinds[] = {256, 4096, 8192};
+inline constexpr int serviceKinds[] = {256, 2048, 4096, 8192};
 
 // The sink's line when the agent does not let go of the service of that kind, with what was let go of before it. `code`
 // is what the agent answered.

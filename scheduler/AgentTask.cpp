@@ -1,0 +1,54 @@
+#include "scheduler/AgentTask.h"
+
+#include "values/AgentException.h"
+
+using corvane::ny::utils::Check;
+using corvane::ny::utils::exception;
+
+namespace {
+
+template <class Method, class... Arguments>
+void CallAccessor(ny_task_t* task, Method ny_task_methods_t::*accessor, Arguments... arguments) {
+    if (task == nullptr) {
+        throw exception(NY_INVALID_ARGUMENT);
+    }
+    if (task->methods == nullptr || task->methods->*accessor == nullptr) {
+        throw exception(taskAccessorMissing);
+    }
+    Check((task->methods->*accessor)(task, arguments...));
+}
+
+template <class Method>
+std::string ReadText(ny_task_t* task, Method ny_task_methods_t::*accessor) {
+    const char* text = nullptr;
+    CallAccessor(task, accessor, &text);
+    return text != nullptr ? text : "";
+}
+
+}  // namespace
+
+std::string TaskId(ny_task_t* task) {
+    return ReadText(task, &ny_task_methods_t::get_id);
+}
+
+std::string TaskName(ny_task_t* task) {
+    return ReadText(task, &ny_task_methods_t::get_name);
+}
+
+VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name) {
+    VariantOwner value;
+    CallAccessor(task, &ny_task_methods_t::get_setting, section.c_str(), name.c_str(), value.Out());
+    return value;
+}
+
+VariantOwner TaskSection(ny_task_t* task, const std::string& section) {
+    VariantOwner table;
+    CallAccessor(task, &ny_task_methods_t::get_section, section.c_str(), table.Out());
+    return table;
+}
+
+VariantOwner TaskSettings(ny_task_t* task) {
+    VariantOwner table;
+    CallAccessor(task, &ny_task_methods_t::get_settings, table.Out());
+    return table;
+}

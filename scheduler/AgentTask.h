@@ -1,0 +1,23 @@
+// What a task object of the agent's tells about itself. Each function raises corvane::ny::utils::exception with the
+// accessor's code, with taskAccessorMissing when the object lacks the accessor, and with NY_INVALID_ARGUMENT when there
+// is no object. The object is borrowed from the agent and valid during the callback that it came with.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "agent/ny_agent.h"
+#include "values/AgentHandle.h"
+
+inline constexpr int32_t taskAccessorMissing = 2;
+
+// UTF-8; empty when the task has none.
+std::string TaskId(ny_task_t* task);
+std::string TaskName(ny_task_t* task);
+
+// One setting's value; both names in UTF-8.
+VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name);
+// A table of the section's settings: name to value.
+VariantOwner TaskSection(ny_task_t* task, const std::string& section);
+// A table with one key for each section.
+VariantOwner TaskSettings(ny_task_t* task);

@@ -1,0 +1,121 @@
+#include "scheduler/CTaskBag.h"
+
+#include "base/Boundary.h"
+#include "msgbus/lpc_buffer.h"
+#include "scheduler/AgentTask.h"
+#include "scheduler/SettingText.h"
+#include "values/AgentException.h"
+#include "values/AgentValues.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::utils::exception;
+using VsKit::CUniStream;
+using VsKitMsgbus::lpc_buffer;
+
+namespace {
+
+bool IsGiven(const wchar_t* section) noexcept {
+    return section != nullptr && *section != L'\0';
+}
+
+// The body's answer; `whenFailed` when the agent fails it, with the text that `compose` begins and the code, or when
+// anything else does.
+template <class Answer, class Body, class Compose>
+Answer RunOrDropCode(Answer whenFailed, Body&& body, Compose&& compose) noexcept {
+    return GuardedBy<exception>(
+        whenFailed, body,
+        [&](const exception& failure) {
+            DropText([&](CUniStream& text) {
+                compose(text);
+                text << L", exception " << failure.Code();
+            });
+            return whenFailed;
+        },
+        [&] { return whenFailed; });
+}
+
+}  // namespace
+
+size_t CTaskBag::CountEntries() noexcept {
+    return Guarded<size_t>(0, [&] {
+        const VariantOwner settings = TaskSettings(task);
+        const TableOwner table = TableFromVariant(settings.Get());
+        const ArrayOwner keys = TableKeys(table.Get());
+        return ArraySize(keys.Get());
+    });
+}
+
+int32_t CTaskBag::IterateSettings(ISettingVisitor* visitor, const wchar_t* section) noexcept {
+    if (visitor == nullptr || !IsGiven(section)) {
+        return 0;
+    }
+    return RunOrDropCode<int32_t>(
+        0,
+        [&] {
+            ShowSettings(*visitor, section);
+            return 1;
+        },
+        [](CUniStream& text) { text << L"Failed to iterate the task bag "; });
+}
+
+void CTaskBag::ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const {
+    const VariantOwner settings = TaskSection(task, NarrowFromWide(section));
+    const TableOwner table = TableFromVariant(settings.Get());
+    const ArrayOwner keys = TableKeys(table.Get());
+    const size_t size = ArraySize(keys.Get());
+    for (size_t index = 0; index < size; ++index) {
+        const std::wstring key = WideFromVariant(ArrayElement(keys.Get(), index).Get());
+        const std::wstring value = WideFromVariant(TableValue(table.Get(), key.c_str()).Get());
+        visitor.VisitSetting(section, key.c_str(), value.c_str());
+    }
+}
+
+template <class Read>
+bool CTaskBag::ReadSetting(const wchar_t* section, const wchar_t* name, Read&& read) const noexcept {
+    if (!IsGiven(section) || name == nullptr) {
+        return false;
+    }
+    return RunOrDropCode(
+        false, [&] { return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name)).Get()); },
+        [&](CUniStream& text) { text << L"Failed to get the value for setting name " << name; });
+}
+
+bool CTaskBag::GetBoolean(const wchar_t* section, const wchar_t* name, bool* value) noexcept {
+    if (value == nullptr) {
+        return false;
+    }
+    *value = false;
+    *value =
+        ReadSetting(section, name, [](ny_variant_t* setting) { return IsBooleanText(NarrowFromVariant(setting)); });
+    return *value;
+}
+
+bool CTaskBag::GetText(const wchar_t* section, const wchar_t* name, lpc_buffer* value) noexcept {
+    if (value == nullptr) {
+        return false;
+    }
+    value->Release();
+    return ReadSetting(section, name,
+                       [&](ny_variant_t* setting) { return StoreText(*value, WideFromVariant(setting)); });
+}
+
+bool CTaskBag::GetInteger(const wchar_t* section, const wchar_t* name, int32_t* value) noexcept {
+    if (value == nullptr) {
+        return false;
+    }
+    *value = 0;
+    return ReadSetting(section, name, [&](ny_variant_t* setting) {
+        *value = NumberOfText(NarrowFromVariant(setting));
+        return true;
+    });
+}
+
+bool CTaskBag::GetTaskName(lpc_buffer* name) noexcept {
+    if (name == nullptr) {
+        return false;
+    }
+    name->Release();
+    return RunOrDropCode(
+        false, [&] { return StoreText(*name, WideFromNarrow(TaskName(task))); },
+        [](CUniStream& text) { text << L"Failed to get the task name "; });
+}

@@ -1,0 +1,32 @@
+#pragma once
+
+#include "VsMsgbus/TaskEnforcer.h"
+#include "agent/ny_agent.h"
+
+// What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
+// in values/DroppedText.h.
+class CTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag {
+public:
+    // `agentTask` is borrowed from the agent; `registeredContext` is what the module registered beside its enforcer.
+    CTaskBag(ny_task_t* agentTask, void* registeredContext) noexcept : task(agentTask), context(registeredContext) {}
+
+    size_t CountEntries() noexcept override;
+    int32_t IterateSettings(ISettingVisitor* visitor, const wchar_t* section) noexcept override;
+    bool GetBoolean(const wchar_t* section, const wchar_t* name, bool* value) noexcept override;
+    bool GetText(const wchar_t* section, const wchar_t* name, VsKitMsgbus::lpc_buffer* value) noexcept override;
+    bool GetInteger(const wchar_t* section, const wchar_t* name, int32_t* value) noexcept override;
+    bool GetTaskName(VsKitMsgbus::lpc_buffer* name) noexcept override;
+
+    void* Context() const noexcept { return context; }
+
+private:
+    // Raises the agent exception.
+    void ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const;
+
+    // `read(variant)` of the setting's value; false, and the text dropped, when the agent does not give it.
+    template <class Read>
+    bool ReadSetting(const wchar_t* section, const wchar_t* name, Read&& read) const noexcept;
+
+    ny_task_t* const task;
+    void* const context;
+};

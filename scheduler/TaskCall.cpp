@@ -1,0 +1,57 @@
+#include "scheduler/TaskCall.h"
+
+#include "base/Boundary.h"
+#include "scheduler/AgentTask.h"
+#include "scheduler/CTaskBag.h"
+#include "scheduler/TaskEnforcerTable.h"
+#include "values/AgentException.h"
+#include "values/AgentValues.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::utils::exception;
+using VsKit::CUniStream;
+
+TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead)
+    : productId(WideFromNarrow(product)),
+      taskId(WideFromNarrow(TaskId(agentTask))),
+      task(agentTask),
+      failure(failureHead) {}
+
+TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
+    const Outcome failed{true, std::nullopt};
+    return GuardedBy<exception>(
+        failed,
+        [&] {
+            return Outcome{false, AskEnforcer(operation)};
+        },
+        [&](const exception& thrown) {
+            // Spelled like this: products search for it.
+            DropTextAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
+            return failed;
+        },
+        [&] {
+            DropTextAbout(failure, [](CUniStream& text) { text << L" due to unknown exception"; });
+            return failed;
+        });
+}
+
+std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
+    std::optional<int32_t> answer;
+    TaskEnforcerTable().With(productId, [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
+        CTaskBag bag(task, record.context);
+        answer = (record.enforcer->*operation)(taskId.c_str(), &bag);
+    });
+    return answer;
+}
+
+void TaskCall::Drop(const wchar_t* head) const noexcept {
+    DropTextAbout(head, [](CUniStream&) {});
+}
+
+template <class Compose>
+void TaskCall::DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept {
+    DropText([&](CUniStream& text) {
+        text << head << taskId << L" for product id " << productId;
+        compose(text);
+    });
+}

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "VsMsgbus/TaskEnforcer.h"
+#include "agent/ny_agent.h"
+
+// One call of the agent's about one task, on its way to the module that is registered for the product.
+class TaskCall {
+public:
+    using Operation = int32_t (VsKitMsgbus::INYTaskEnforcer::*)(const wchar_t* taskId,
+                                                                VsKitMsgbus::INYTaskEnforcer::ITaskBag* bag);
+
+    // What the module made of it.
+    struct Outcome {
+        bool hasFailed = false;         // something escaped the module
+        std::optional<int32_t> answer;  // none when it has failed, and when no enforcer is registered
+    };
+
+    // Raises the agent exception when the task does not tell its id. `agentTask` is borrowed; `failureHead` begins the
+    // texts of failures.
+    TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead);
+
+    // Has the module do it, with no lock held. A failure's text is dropped. Touches nothing but this object once the
+    // module was called.
+    Outcome Make(Operation operation) const noexcept;
+
+    // Drops `head`, the task and the product, as one text.
+    void Drop(const wchar_t* head) const noexcept;
+    void DropFailure() const noexcept { Drop(failure); }
+
+private:
+    std::optional<int32_t> AskEnforcer(Operation operation) const;
+    template <class Compose>
+    void DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept;
+
+    const std::wstring productId;
+    const std::wstring taskId;
+    ny_task_t* const task;
+    const wchar_t* const failure;
+};

@@ -1,0 +1,6 @@
+#include "scheduler/TaskEnforcerTable.h"
+
+TaskEnforcerRegistrations& TaskEnforcerTable() {
+    static TaskEnforcerRegistrations table;
+    return table;
+}

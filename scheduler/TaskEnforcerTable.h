@@ -1,0 +1,20 @@
+#pragma once
+
+#include "VsMsgbus/TaskEnforcer.h"
+#include "msgbus/RegistrationTable.h"
+
+// A module's registered enforcer.
+struct TaskEnforcerRecord {
+    TaskEnforcerRecord(void* moduleContext, VsKitMsgbus::INYTaskEnforcer* moduleEnforcer) noexcept
+        : context(moduleContext), enforcer(moduleEnforcer) {}
+
+    void* const context;
+    VsKitMsgbus::INYTaskEnforcer* const enforcer;
+};
+
+// Calls of one enforcer run side by side, because a task is stopped while it is executed.
+using TaskEnforcerRegistrations =
+    RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::LeftAlive>;
+
+// The enforcers of all modules of the process, by product id.
+TaskEnforcerRegistrations& TaskEnforcerTable();

@@ -1,0 +1,119 @@
+#include "scheduler/VsMsgbusTaskExecutor.h"
+
+#include "dispatcher/groups/SchedulerGroup.h"
+#include "msgbus/AgentUse.h"
+#include "scheduler/AgentTask.h"
+#include "scheduler/TaskCall.h"
+#include "values/DroppedText.h"
+
+using corvane::ny::scheduler::task_handler;
+using VsKit::CUniStream;
+using VsKitMsgbus::INYTaskEnforcer;
+
+namespace {
+
+template <auto slot>
+int32_t CallSlot(ny_client_t* /*client*/, const char* productId, const char* taskType, ny_task_t* task,
+                 void* userData) {
+    return CallHandler<task_handler>(productId, userData, [&](task_handler& handler) {
+        return (handler.*slot)(handler.Client(), productId, taskType != nullptr ? taskType : "", task);
+    });
+}
+
+constexpr ny_task_callbacks_t taskCallbacks = {
+    &CallSlot<&task_handler::on_execute>,
+    &CallSlot<&task_handler::on_stop>,
+    &CallSlot<&task_handler::on_remove>,
+    &CallSlot<&task_handler::on_update_status>,
+};
+
+int32_t ResultOf(const TaskCall::Outcome& outcome) {
+    return outcome.hasFailed ? NY_UNEXPECTED : NY_OK;
+}
+
+// A call whose answer nobody but a text is told.
+int32_t MakeUnreported(const TaskCall& call, TaskCall::Operation operation) {
+    const TaskCall::Outcome outcome = call.Make(operation);
+    if (outcome.answer == INYTaskEnforcer::Failed) {
+        call.DropFailure();
+    }
+    return ResultOf(outcome);
+}
+
+void TellAgent(ny_client_t* client, const std::string& taskId, int32_t status) noexcept {
+    const int32_t result = agent::ny_scheduler_update_task_status(client, taskId.c_str(), status);
+    if (result != NY_OK) {
+        DropText(
+            [result](CUniStream& text) { text << L"Failed to update the task status, error  [" << result << L"]"; });
+    }
+}
+
+// Runs `report()` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
+// when a module has left the bridge from inside its callback.
+template <class Report>
+void WhileClientStays(const ny_client_t* client, Report&& report) {
+    const AgentUse use;
+    if (use && use.Client() == client) {
+        report();
+    }
+}
+
+// The task says anew which one it is.
+void Report(ny_client_t* client, ny_task_t* task, int32_t status) {
+    WhileClientStays(client, [&] { TellAgent(client, TaskId(task), status); });
+}
+
+}  // namespace
+
+VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient) : task_handler(agentClient) {}
+
+int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
+    task_handler* const handler = this;
+    return agent::ny_scheduler_register_task_callbacks(Client(), productId.c_str(), nullptr, &taskCallbacks, handler);
+}
+
+int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) {
+    return agent::ny_scheduler_unregister_task_callbacks(Client(), productId.c_str(), nullptr);
+}
+
+// From here on nothing of the executor is touched once the module was called: a module that leaves the bridge from
+// inside its callback has it destroyed.
+int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::string& productId,
+                                         const std::string& /*taskType*/, ny_task_t* task) {
+    const TaskCall call(productId, task, L"Failed to execute the task ");
+    const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::ExecuteTask);
+    int32_t status = outcome.hasFailed ? INYTaskEnforcer::Failed : INYTaskEnforcer::NothingDecided;
+    if (outcome.answer == INYTaskEnforcer::Succeeded) {
+        status = INYTaskEnforcer::Succeeded;
+        call.Drop(L"Successfully executed the task ");
+    } else if (outcome.answer == INYTaskEnforcer::Failed) {
+        status = INYTaskEnforcer::Failed;
+        call.DropFailure();
+    }
+    Report(agentClient, task, status);
+    return ResultOf(outcome);
+}
+
+int32_t VsMsgbusTaskExecutor::on_stop(ny_client_t* /*agentClient*/, const std::string& productId,
+                                      const std::string& /*taskType*/, ny_task_t* task) {
+    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task "), &INYTaskEnforcer::StopTask);
+}
+
+int32_t VsMsgbusTaskExecutor::on_remove(ny_client_t* /*agentClient*/, const std::string& productId,
+                                        const std::string& /*taskType*/, ny_task_t* task) {
+    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task "), &INYTaskEnforcer::RemoveTask);
+}
+
+int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const std::string& productId,
+                                               const std::string& /*taskType*/, ny_task_t* task) {
+    const TaskCall call(productId, task, L"Failed to update the task status ");
+    const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::UpdateTaskStatus);
+    const bool isTold =
+        outcome.answer == INYTaskEnforcer::Succeeded || outcome.answer == INYTaskEnforcer::NothingDecided;
+    Report(agentClient, task, isTold ? *outcome.answer : INYTaskEnforcer::Failed);
+    return ResultOf(outcome);
+}
+
+void VsMsgbusTaskExecutor::UpdateStatus(const std::string& taskId, int32_t status) {
+    WhileClientStays(Client(), [&] { TellAgent(Client(), taskId, status); });
+}

@@ -1,0 +1,40 @@
+// What a product does to be given its tasks.
+#include "Client.h"
+#include "Simulate.h"
+#include "ny_core.h"
+
+using namespace simulator;
+
+namespace {
+
+HandleTable& Handles() {
+    return TheAgent().handles;
+}
+
+}  // namespace
+
+int32_t ny_core_scheduler_register_task_callbacks(ny_client_t* client, const char* productId, const char* taskType,
+                                                  const ny_task_callbacks_t* callbacks, void* userData,
+                                                  const ny_task_methods_t* accessors) {
+    return Simulate("ny_scheduler_register_task_callbacks", [&] {
+        const auto target = Handles().Get(client);
+        Require(productId != nullptr && callbacks != nullptr && accessors != nullptr);
+        target->taskHandlers.Add(TaskHandlerKey(productId, taskType), {*callbacks, userData, *accessors});
+    });
+}
+
+int32_t ny_core_scheduler_unregister_task_callbacks(ny_client_t* client, const char* productId, const char* taskType) {
+    return Simulate("ny_scheduler_unregister_task_callbacks", [&] {
+        const auto target = Handles().Get(client);
+        Require(productId != nullptr);
+        target->taskHandlers.Remove(TaskHandlerKey(productId, taskType));
+    });
+}
+
+int32_t ny_core_scheduler_update_task_status(ny_client_t* client, const char* taskId, int32_t status) {
+    return Simulate("ny_scheduler_update_task_status", [&] {
+        static_cast<void>(Handles().Get(client));
+        Require(taskId != nullptr);
+        TheAgent().scheduler.AddReport(taskId, status);
+    });
+}

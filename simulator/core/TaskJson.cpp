@@ -1,0 +1,85 @@
+#include <algorithm>
+#include <nlohmann/json.hpp>
+#include <set>
+#include <utility>
+
+#include "Failure.h"
+#include "JsonValues.h"
+#include "Task.h"
+
+namespace simulator {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string TextFrom(const Json& json) {
+    Require(json.is_string());
+    return json.get<std::string>();
+}
+
+AccessorBehaviour BehaviourFrom(const Json& json) {
+    AccessorBehaviour behaviour;
+    if (json.is_number_integer()) {
+        behaviour.code = json.get<int32_t>();
+        return behaviour;
+    }
+    const std::string text = TextFrom(json);
+    behaviour.isAbsent = text == "absent";
+    behaviour.givesNull = text == "null";
+    Require(behaviour.isAbsent || behaviour.givesNull);
+    return behaviour;
+}
+
+void ReadAccessors(Task& task, const Json& json) {
+    Require(json.is_object());
+    for (const auto& [name, value] : json.items()) {
+        const auto found = std::find(accessorNames.begin(), accessorNames.end(), name);
+        Require(found != accessorNames.end());
+        task.accessors[static_cast<size_t>(found - accessorNames.begin())] = BehaviourFrom(value);
+    }
+}
+
+void ReadMember(Task& task, const std::string& key, const Json& value) {
+    if (key == "id") {
+        task.id = TextFrom(value);
+    } else if (key == "product") {
+        task.productId = TextFrom(value);
+    } else if (key == "name") {
+        task.name = TextFrom(value);
+    } else if (key == "type") {
+        task.type = TextFrom(value);
+    } else if (key == "settings") {
+        Require(value.is_object());
+        task.settings = ValueFromJson(value.dump().c_str());
+    } else {
+        Require(key == "accessors");
+        ReadAccessors(task, value);
+    }
+}
+
+TaskPointer TaskFrom(const Json& json) {
+    Require(json.is_object() && json.contains("id") && json.contains("product"));
+    auto task = std::make_shared<Task>();
+    task->settings = ValueFromJson("{}");
+    for (const auto& [key, value] : json.items()) {
+        ReadMember(*task, key, value);
+    }
+    return task;
+}
+
+}  // namespace
+
+std::vector<TaskPointer> TasksFromJson(const char* json) {
+    const Json parsed = Json::parse(json, nullptr, false);
+    Require(parsed.is_array());
+    std::vector<TaskPointer> tasks;
+    std::set<std::string> ids;
+    for (const Json& element : parsed) {
+        tasks.push_back(TaskFrom(element));
+        Require(ids.insert(tasks.back()->id).second);
+    }
+    return tasks;
+}
+
+}  // namespace simulator

@@ -1,0 +1,151 @@
+// What a module answers to the agent's calls, and what the agent makes of it.
+#include <atomic>
+#include <climits>
+#include <new>
+#include <stdexcept>
+
+#include "../../values/AgentException.h"
+#include "scheduler/TaskTest.h"
+
+using corvane::ny::utils::exception;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+// From -1 to 7, and what no status can be.
+constexpr int32_t moduleAnswers[] = {-1, 0, 1, 2, 3, 4, 5, 6, 7, INT_MAX, INT_MIN};
+
+class TaskOperation : public TaskTest {
+protected:
+    void SetAll(const TaskEnforcer::Operation& operation) {
+        enforcer.execute = operation;
+        enforcer.updateStatus = operation;
+        enforcer.stop = operation;
+        enforcer.remove = operation;
+    }
+
+    TaskEnforcerRegistration registration{productId, enforcer};
+};
+
+TEST_F(TaskOperation, IsTheOneThatTheAgentWantsOnTheAgentsThread) {
+    std::atomic<DWORD> threadId = 0;
+    SetAll([&](ITaskBag&) {
+        threadId = ::GetCurrentThreadId();
+        return 4;
+    });
+    for (const auto operation : allTaskOperations) {
+        const TaskRequest request("task", operation);
+        EXPECT_EQ(request.Answer(), NY_OK);
+        EXPECT_EQ(request.ThreadId(), threadId);
+    }
+    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute task", "stop task", "remove task", "update task"));
+    EXPECT_THAT(TakeReports(), ElementsAre("task 4", "task 4"));
+}
+
+TEST_F(TaskOperation, ExecuteReports4And3AsTheyAreAndElse2) {
+    for (const int32_t answer : moduleAnswers) {
+        enforcer.execute = [answer](ITaskBag&) { return answer; };
+        EXPECT_EQ(AnswerOf("task"), NY_OK) << answer;
+        const int32_t status = answer == 3 || answer == 4 ? answer : 2;
+        EXPECT_THAT(TakeReports(), ElementsAre("task " + std::to_string(status))) << answer;
+    }
+}
+
+TEST_F(TaskOperation, UpdateStatusReports4And2AsTheyAreAndElse3) {
+    for (const int32_t answer : moduleAnswers) {
+        enforcer.updateStatus = [answer](ITaskBag&) { return answer; };
+        EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_UPDATE_STATUS), NY_OK) << answer;
+        const int32_t status = answer == 2 || answer == 4 ? answer : 3;
+        EXPECT_THAT(TakeReports(), ElementsAre("task " + std::to_string(status))) << answer;
+    }
+}
+
+TEST_F(TaskOperation, StopAndRemoveReportNothing) {
+    for (const int32_t answer : moduleAnswers) {
+        SetAll([answer](ITaskBag&) { return answer; });
+        EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_STOP), NY_OK) << answer;
+        EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_REMOVE), NY_OK) << answer;
+    }
+    EXPECT_THAT(TakeReports(), IsEmpty());
+}
+
+TEST_F(TaskOperation, ThatThrowsIsAnswered3AndHasFailed) {
+    const std::function<void()> throwing[] = {
+        [] { throw 42; },
+        [] { throw std::bad_alloc(); },
+        [] { throw std::runtime_error("a reason of its own"); },
+        [] { throw exception(77); },
+    };
+    for (const auto& doThrow : throwing) {
+        SetAll([&](ITaskBag&) -> int32_t {
+            doThrow();
+            return 4;
+        });
+        for (const auto operation : allTaskOperations) {
+            EXPECT_EQ(AnswerOf("task", operation), NY_UNEXPECTED);
+        }
+        EXPECT_THAT(TakeReports(), ElementsAre("task 3", "task 3"));
+    }
+    // The next one is like any other.
+    SetAll({});
+    EXPECT_EQ(AnswerOf("task"), NY_OK);
+    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
+}
+
+TEST_F(TaskOperation, OfATaskThatDoesNotTellItsIdIsNotForTheModule) {
+    for (const char* behaviour : {"\"absent\"", "77", "-5", "2"}) {
+        SetTasks(std::string(R"([{"id": "task", "product": "PRODUCT1000", "accessors": {"get_id": )") + behaviour +
+                 "}}]");
+        for (const auto operation : allTaskOperations) {
+            EXPECT_EQ(AnswerOf("task", operation), NY_UNEXPECTED);
+        }
+    }
+    EXPECT_THAT(enforcer.log.Lines(), IsEmpty());
+    EXPECT_THAT(TakeReports(), IsEmpty());
+}
+
+TEST_F(TaskOperation, OfATaskWhoseIdIsNullIsOneOfAnEmptyId) {
+    SetTasks(R"([{"id": "task", "product": "PRODUCT1000", "accessors": {"get_id": "null"}}])");
+    EXPECT_EQ(AnswerOf("task"), NY_OK);
+    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute "));
+    EXPECT_THAT(TakeReports(), ElementsAre(" 4"));
+}
+
+TEST_F(TaskOperation, ReadsTheIdAnewForItsReport) {
+    ny_sim_clear_calls();
+    EXPECT_EQ(AnswerOf("task"), NY_OK);
+    EXPECT_EQ(ny_sim_call_count("ny_task.get_id"), 2U);
+    ASSERT_EQ(ny_sim_fail_call("ny_task.get_id", 2, 77, NY_SIM_ONCE), NY_OK);
+    EXPECT_EQ(AnswerOf("task"), NY_UNEXPECTED);
+    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute task", "execute task"));
+    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
+}
+
+TEST_F(TaskOperation, GivesIdsOfEveryAlphabet) {
+    for (const std::string id : {"\xC3\x9C %s", "\xE4\xBB\xBB\xE5\x8A\xA1", "\xF0\x9F\x98\x80", ""}) {
+        SetTasks(R"([{"id": ")" + id + R"(", "product": "PRODUCT1000"}])");
+        EXPECT_EQ(AnswerOf(id), NY_OK);
+        EXPECT_THAT(enforcer.log.Take(), ElementsAre("execute " + id));
+        EXPECT_THAT(TakeReports(), ElementsAre(id + " 4"));
+    }
+}
+
+TEST_F(TaskOperation, IsOneOfTheProductThatTheTaskIsFor) {
+    TaskEnforcer others;
+    const Product other("PRODUCT2000", nullptr, VsMsgbusServiceTask);
+    const TaskEnforcerRegistration ofOthers("PRODUCT2000", others);
+    EXPECT_EQ(AnswerOf("other"), NY_OK);
+    EXPECT_EQ(AnswerOf("second"), NY_OK);
+    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute second"));
+    EXPECT_THAT(others.log.Lines(), ElementsAre("execute other"));
+}
+
+TEST_F(TaskOperation, AnswersTheAgentAlsoWhenTheReportIsRefused) {
+    ASSERT_EQ(ny_sim_fail_call("ny_scheduler_update_task_status", 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
+    EXPECT_EQ(AnswerOf("task"), NY_OK);
+    EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_UPDATE_STATUS), NY_OK);
+    EXPECT_THAT(TakeReports(), IsEmpty());
+}
+
+}  // namespace

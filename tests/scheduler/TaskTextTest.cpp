@@ -1,0 +1,156 @@
+// The texts of tasks, which are composed and dropped. "excpetion" is spelled like this.
+#include <functional>
+#include <stdexcept>
+
+#include "scheduler/TaskTest.h"
+#include "support/DroppedTexts.h"
+#include "values/AgentException.h"
+
+using corvane::ny::utils::exception;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+class TaskText : public TaskTest {
+protected:
+    std::vector<std::string> Texts(ny_sim_task_operation operation, const TaskEnforcer::Operation& module) {
+        enforcer.execute = enforcer.updateStatus = enforcer.stop = enforcer.remove = module;
+        const TaskEnforcerRegistration registration(productId, enforcer);
+        dropped.log.Take();
+        AnswerOf("task", operation);
+        return dropped.log.Take();
+    }
+
+    std::vector<std::string> TextsInside(const std::function<void(ITaskBag&)>& body) {
+        return Texts(NY_SIM_TASK_STOP, [&](ITaskBag& bag) {
+            body(bag);
+            return 4;
+        });
+    }
+
+    static TaskEnforcer::Operation Answering(int32_t answer) {
+        return [answer](ITaskBag&) { return answer; };
+    }
+    static TaskEnforcer::Operation Throwing(int32_t code) {
+        return [code](ITaskBag&) -> int32_t { throw exception(code); };
+    }
+    static TaskEnforcer::Operation ThrowingAnother() {
+        return [](ITaskBag&) -> int32_t { throw std::runtime_error("a reason of its own"); };
+    }
+
+    DroppedTexts dropped;
+};
+
+TEST_F(TaskText, OfExecutions) {
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(4)),
+                ElementsAre("Successfully executed the task task for product id PRODUCT1000"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(3)),
+                ElementsAre("Failed to execute the task task for product id PRODUCT1000"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Throwing(77)),
+                ElementsAre("Failed to execute the task task for product id PRODUCT1000, excpetion [77]"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Throwing(-5)),
+                ElementsAre("Failed to execute the task task for product id PRODUCT1000, excpetion [-5]"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, ThrowingAnother()),
+                ElementsAre("Failed to execute the task task for product id PRODUCT1000 due to unknown exception"));
+    for (const int32_t answer : {-1, 0, 1, 2, 5, 6, 7}) {
+        EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(answer)), IsEmpty()) << answer;
+    }
+}
+
+TEST_F(TaskText, OfStops) {
+    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Answering(3)),
+                ElementsAre("Failed to stop the task task for product id PRODUCT1000"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Throwing(77)),
+                ElementsAre("Failed to stop the task task for product id PRODUCT1000, excpetion [77]"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, ThrowingAnother()),
+                ElementsAre("Failed to stop the task task for product id PRODUCT1000 due to unknown exception"));
+    for (const int32_t answer : {-1, 0, 1, 2, 4, 5, 6, 7}) {
+        EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Answering(answer)), IsEmpty()) << answer;
+    }
+}
+
+TEST_F(TaskText, OfRemovals) {
+    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Answering(3)),
+                ElementsAre("Failed to remove the task task for product id PRODUCT1000"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Throwing(77)),
+                ElementsAre("Failed to remove the task task for product id PRODUCT1000, excpetion [77]"));
+    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, ThrowingAnother()),
+                ElementsAre("Failed to remove the task task for product id PRODUCT1000 due to unknown exception"));
+    for (const int32_t answer : {-1, 0, 1, 2, 4, 5, 6, 7}) {
+        EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Answering(answer)), IsEmpty()) << answer;
+    }
+}
+
+TEST_F(TaskText, OfStatusUpdates) {
+    EXPECT_THAT(Texts(NY_SIM_TASK_UPDATE_STATUS, Throwing(77)),
+                ElementsAre("Failed to update the task status task for product id PRODUCT1000, excpetion [77]"));
+    EXPECT_THAT(
+        Texts(NY_SIM_TASK_UPDATE_STATUS, ThrowingAnother()),
+        ElementsAre("Failed to update the task status task for product id PRODUCT1000 due to unknown exception"));
+    for (int32_t answer = -1; answer <= 7; ++answer) {
+        EXPECT_THAT(Texts(NY_SIM_TASK_UPDATE_STATUS, Answering(answer)), IsEmpty()) << answer;
+    }
+}
+
+TEST_F(TaskText, OfTasksWithoutAnEnforcerIsNone) {
+    for (const auto operation : allTaskOperations) {
+        EXPECT_EQ(AnswerOf("task", operation), NY_OK);
+    }
+    EXPECT_THAT(dropped.log.Take(), testing::Not(testing::Contains(testing::HasSubstr("task"))));
+}
+
+TEST_F(TaskText, OfReportsThatTheAgentRefuses) {
+    ASSERT_EQ(ny_sim_fail_call("ny_scheduler_update_task_status", 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
+    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(0)), ElementsAre("Failed to update the task status, error  [77]"));
+    UpdateMsgbusTaskStatus(L"task", 4);
+    EXPECT_THAT(dropped.log.Take(), ElementsAre("Failed to update the task status, error  [77]"));
+}
+
+TEST_F(TaskText, OfSettings) {
+    constexpr char expected[] = "Failed to get the value for setting name \xC3\x9C %s, exception 1";
+    constexpr wchar_t name[] = L"\u00DC %s";
+    bool boolean = false;
+    int32_t integer = 0;
+    VsKitMsgbus::lpc_buffer text;
+    EXPECT_THAT(TextsInside([&](ITaskBag& bag) {
+                    bag.GetBoolean(L"Scan", name, &boolean);
+                    bag.GetText(L"none", name, &text);
+                    bag.GetInteger(L"Scan", name, &integer);
+                }),
+                ElementsAre(expected, expected, expected));
+    EXPECT_THAT(TextsInside([&](ITaskBag& bag) {
+                    bag.GetBoolean(L"", name, &boolean);
+                    bag.GetText(L"Scan", nullptr, &text);
+                    bag.GetInteger(nullptr, name, &integer);
+                }),
+                IsEmpty());
+}
+
+TEST_F(TaskText, OfNamesAndIterations) {
+    VsKitMsgbus::lpc_buffer name;
+    SettingVisitor visitor;
+    SetTasks(R"([{"id": "task", "product": "PRODUCT1000", "settings": {"Scan": {}},
+                  "accessors": {"get_name": "absent", "get_section": "absent", "get_settings": 77,
+                                "get_setting": "absent"}}])");
+    EXPECT_THAT(TextsInside([&](ITaskBag& bag) {
+                    bag.GetTaskName(&name);
+                    bag.IterateSettings(&visitor, L"Scan");
+                    bag.GetText(L"Scan", L"Name", &name);
+                    bag.CountEntries();
+                }),
+                ElementsAre("Failed to get the task name , exception 2", "Failed to iterate the task bag , exception 2",
+                            "Failed to get the value for setting name Name, exception 2"));
+}
+
+// What the visitor throws is not the agent's, unless it is.
+TEST_F(TaskText, OfVisitorsThatThrow) {
+    SettingVisitor visitor;
+    visitor.onSetting = [] { throw 42; };
+    EXPECT_THAT(TextsInside([&](ITaskBag& bag) { EXPECT_EQ(bag.IterateSettings(&visitor, L"Scan"), 0); }), IsEmpty());
+    visitor.onSetting = [] { throw exception(77); };
+    EXPECT_THAT(TextsInside([&](ITaskBag& bag) { EXPECT_EQ(bag.IterateSettings(&visitor, L"Scan"), 0); }),
+                ElementsAre("Failed to iterate the task bag , exception 77"));
+}
+
+}  // namespace

@@ -1,0 +1,59 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+#include "ny_simulator.h"
+#include "support/LineLog.h"
+
+// Puts the tasks of the JSON text in the place of those that the agent has.
+inline void SetTasks(const std::string& json) {
+    EXPECT_EQ(ny_sim_tasks_from_json(json.c_str()), NY_OK) << json;
+}
+
+// The agent has a task's product do something with the task; the answer is waited for at the latest when the object
+// ends.
+class TaskRequest {
+public:
+    explicit TaskRequest(const std::string& taskId, ny_sim_task_operation operation = NY_SIM_TASK_EXECUTE)
+        : code(ny_sim_request_task(taskId.c_str(), operation, &request)) {}
+    ~TaskRequest() { ny_sim_task_request_release(request); }
+    TaskRequest(const TaskRequest&) = delete;
+    TaskRequest& operator=(const TaskRequest&) = delete;
+
+    bool IsAnsweredWithin(std::chrono::milliseconds limit) const {
+        return ny_sim_task_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
+    }
+
+    // What the product answered, or why it was not asked.
+    int32_t Answer() const {
+        int32_t answer = code;
+        if (code == NY_OK) {
+            EXPECT_EQ(ny_sim_task_request_wait(request, static_cast<uint32_t>(soon.count()), &answer), NY_OK);
+        }
+        return answer;
+    }
+
+    uint32_t ThreadId() const { return ny_sim_task_request_thread(request); }
+
+private:
+    ny_sim_task_request_t* request = nullptr;
+    int32_t code;
+};
+
+inline int32_t AnswerOf(const std::string& taskId, ny_sim_task_operation operation = NY_SIM_TASK_EXECUTE) {
+    return TaskRequest(taskId, operation).Answer();
+}
+
+// What was reported about tasks since the last time, in order, each as "<task id> <status>".
+inline std::vector<std::string> TakeReports() {
+    std::vector<std::string> reports;
+    ny_sim_task_report_t report{};
+    for (size_t i = 0; ny_sim_get_task_report(i, &report) == NY_OK; ++i) {
+        reports.push_back(std::string(report.taskId) + " " + std::to_string(report.status));
+    }
+    ny_sim_clear_task_reports();
+    return reports;
+}
