@@ -13,10 +13,6 @@ HandleTable& Handles() {
     return TheAgent().handles;
 }
 
-const char* TextOrNull(const std::optional<std::string>& text) {
-    return text ? text->c_str() : nullptr;
-}
-
 }  // namespace
 
 UpdaterRequest::UpdaterRequest(UpdaterCall updaterCall, std::shared_ptr<Client> calledClient, Updater calledUpdater)
