@@ -4,6 +4,7 @@
 
 #include <cstdint>
 
+/// How modules are handed text.
 namespace VsKit {
 
 /// A zero-terminated UTF-16 text, or a key, handed to a module by value.

@@ -4,6 +4,7 @@
 
 #include "Agent.h"
 #include "Guarded.h"
+#include "Policy.h"
 
 namespace simulator {
 

@@ -8,8 +8,10 @@ if [ "$1" = --public ]; then
     skipped=(! -name AgentInstaller.h ! -name Registry.h ! -name RegistryRedirect.h)
     shift
 fi
-package="$1/installed"
+package=$(realpath "$1/installed")
 shift 2
+# What stands in the calling folder is not to be found.
+cd /
 
 mapfile -t headers < <(cd "$package" && find . -name '*.h' "${skipped[@]}" | sort)
 [ ${#headers[@]} -ge 10 ] || Fail "only ${#headers[@]} headers are installed"

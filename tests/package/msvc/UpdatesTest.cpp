@@ -9,13 +9,19 @@ protected:
     MicrosoftUpdatesTest() : MicrosoftModuleTest("Updates", VsMsgbusServiceUpdate) {}
 };
 
-TEST_F(MicrosoftUpdatesTest, HearsOfUpdatesAndAnswersForItsProduct) {
+TEST_F(MicrosoftUpdatesTest, HearsOfAnUpdate) {
     EXPECT_EQ(Update(NotifyCall(id)), "answer 0, result 20");
-    EXPECT_EQ(Update(GetCall(id)), "answer 0, result 30, value <the value>");
+    EXPECT_EQ(module.log.Take(), std::vector<std::string>{"UpdateNotify text 2, text 4, text 3, 7"});
+}
+
+TEST_F(MicrosoftUpdatesTest, GivesItsInformation) {
+    EXPECT_EQ(Update(GetCall(id)), "answer 0, result 30, value <given>");
+    EXPECT_EQ(module.log.Take(), (std::vector<std::string>{"GetProductInfo text 2, a key", "Set answers 1"}));
+}
+
+TEST_F(MicrosoftUpdatesTest, IsGivenItsInformation) {
     EXPECT_EQ(Update(SetCall(id)), "answer 0, result 40");
-    EXPECT_EQ(module.log.Take(),
-              (std::vector<std::string>{"UpdateNotify text 2, text 4, text 3, 7", "GetProductInfo text 2, a key",
-                                        "Set answers 1", "SetProductInfo text 2, a key, a value"}));
+    EXPECT_EQ(module.log.Take(), std::vector<std::string>{"SetProductInfo text 2, a key, a value"});
 }
 
 }  // namespace

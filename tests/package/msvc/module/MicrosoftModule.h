@@ -23,8 +23,13 @@ __declspec(dllexport) bool MicrosoftModuleOfferProperties(const wchar_t* product
 __declspec(dllexport) bool MicrosoftModuleWithdrawProperties(const wchar_t* productId);
 __declspec(dllexport) bool MicrosoftModuleOfferPolicies(const wchar_t* productId);
 __declspec(dllexport) bool MicrosoftModuleWithdrawPolicies(const wchar_t* productId);
+__declspec(dllexport) bool MicrosoftModuleOfferTasks(const wchar_t* productId);
+__declspec(dllexport) bool MicrosoftModuleWithdrawTasks(const wchar_t* productId);
 __declspec(dllexport) bool MicrosoftModuleOfferUpdates(const wchar_t* productId);
 __declspec(dllexport) bool MicrosoftModuleWithdrawUpdates(const wchar_t* productId);
+
+// Reads what the agent knows of itself.
+__declspec(dllexport) void MicrosoftModuleReadInformation();
 
 // Releases a buffer as a module does: through the member that the bridge exports.
 __declspec(dllexport) void MicrosoftModuleReleaseBuffer(VsKitMsgbus::lpc_buffer* buffer);

@@ -4,7 +4,7 @@
 
 namespace {
 
-class Updates final : public VsKitMsgbus::INYUpdateNotifyCallback {
+class Callback final : public VsKitMsgbus::INYUpdateNotifyCallback {
 public:
     int32_t UpdateNotify(const wchar_t* second, const wchar_t* fourth, const wchar_t* third,
                          uint32_t* number) override {
@@ -15,7 +15,7 @@ public:
     VsKitMsgbus::etag_PRODUCT_RETURN_VALUE GetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
                                                           ISet* set) override {
         Told() << L"GetProductInfo " << second << L", " << key;
-        Told() << L"Set answers " << set->Set(L"the value");
+        Told() << L"Set answers " << set->Set(L"given");
         return static_cast<VsKitMsgbus::etag_PRODUCT_RETURN_VALUE>(30);
     }
     int32_t SetProductInfo(const wchar_t* second, const wchar_t* key, const wchar_t* value) override {
@@ -24,12 +24,12 @@ public:
     }
 };
 
-constinit Updates updates;
+constinit Callback callback;
 
 }  // namespace
 
 bool MicrosoftModuleOfferUpdates(const wchar_t* productId) {
-    return VsKitMsgbusSetUpdateNotify(productId, &updates, nullptr);
+    return VsKitMsgbusSetUpdateNotify(productId, &callback, nullptr);
 }
 
 bool MicrosoftModuleWithdrawUpdates(const wchar_t* productId) {
