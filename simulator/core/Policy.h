@@ -6,17 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "OptionalText.h"
 #include "Values.h"
 
 namespace simulator {
 
 // A text that a policy may lack.
 using PolicyText = std::optional<std::string>;
-
-// What is handed out for it: null when it is lacking.
-inline const char* TextOrNull(const PolicyText& text) {
-    return text ? text->c_str() : nullptr;
-}
 
 struct PolicySetting {
     PolicyText name;

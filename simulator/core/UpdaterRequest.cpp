@@ -4,6 +4,7 @@
 
 #include "Agent.h"
 #include "Guarded.h"
+#include "OptionalText.h"
 
 namespace simulator {
 
@@ -11,10 +12,6 @@ namespace {
 
 HandleTable& Handles() {
     return TheAgent().handles;
-}
-
-const char* TextOrNull(const std::optional<std::string>& text) {
-    return text ? text->c_str() : nullptr;
 }
 
 }  // namespace
