@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "OptionalText.h"
 #include "Values.h"
 
 namespace simulator {

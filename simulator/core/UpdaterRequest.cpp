@@ -4,7 +4,7 @@
 
 #include "Agent.h"
 #include "Guarded.h"
-#include "Policy.h"
+#include "OptionalText.h"
 
 namespace simulator {
 
