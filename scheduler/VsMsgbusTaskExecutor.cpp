@@ -108,9 +108,9 @@ int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const s
                                                const std::string& /*taskType*/, ny_task_t* task) {
     const TaskCall call(productId, task, L"Failed to update the task status ");
     const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::UpdateTaskStatus);
-    const bool isTold =
-        outcome.answer == INYTaskEnforcer::Succeeded || outcome.answer == INYTaskEnforcer::NothingDecided;
-    Report(agentClient, task, isTold ? *outcome.answer : INYTaskEnforcer::Failed);
+    const int32_t answer = outcome.answer.value_or(INYTaskEnforcer::Failed);
+    const bool isTold = answer == INYTaskEnforcer::Succeeded || answer == INYTaskEnforcer::NothingDecided;
+    Report(agentClient, task, isTold ? answer : INYTaskEnforcer::Failed);
     return ResultOf(outcome);
 }
 
