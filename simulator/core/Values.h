@@ -37,11 +37,6 @@ private:
     mutable std::optional<std::wstring> wide;
 };
 
-// What is handed out for a text that may be lacking: null when it is.
-inline const char* TextOrNull(const std::optional<std::string>& text) {
-    return text ? text->c_str() : nullptr;
-}
-
 using ValuePointer = std::shared_ptr<struct Value>;
 
 // Keys in the order in which they came, in UTF-8, each once.
