@@ -9,8 +9,6 @@ using testing::IsEmpty;
 
 namespace {
 
-constexpr char notCompletedLine[] = "3: Policy collection was not completed for product id PRODUCT1000";
-
 class RemoveEnforcer : public PolicyTest {
 protected:
     // An enforcer that is inside from `isInside` until `mayLeave`.

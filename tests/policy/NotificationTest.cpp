@@ -14,7 +14,6 @@ using testing::IsEmpty;
 namespace {
 
 constexpr char unknownLine[] = "3: Failed to get the policy for product id PRODUCT1000 due to unknown exception";
-constexpr char notCompletedLine[] = "3: Policy collection was not completed for product id PRODUCT1000";
 
 class Notification : public PolicyTest {};
 

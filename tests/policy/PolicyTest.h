@@ -17,6 +17,7 @@ inline constexpr char productId[] = "PRODUCT1000";
 inline constexpr wchar_t wideId[] = L"PRODUCT1000";
 inline constexpr char registerPolicies[] = "ny_policy_register_notification_callback";
 inline constexpr char unregisterPolicies[] = "ny_policy_unregister_notification_callback";
+inline constexpr char notCompletedLine[] = "3: Policy collection was not completed for product id PRODUCT1000";
 inline constexpr char iterationLine[] = "5: Failed to iterate the policy bag for product id PRODUCT1000, exception ";
 
 // Gives the agent these policies in the place of all others, see ny_sim_policy.h.
