@@ -28,7 +28,8 @@ install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
 install(FILES
-    $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> ${PROJECT_SOURCE_DIR}/demo/tasks.json
+    $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> ${PROJECT_SOURCE_DIR}/demo/policies.json
+    ${PROJECT_SOURCE_DIR}/demo/tasks.json
     DESTINATION demo)
 
 # --- The reference of the public headers -----------------------------------------------------------------------------

@@ -6,6 +6,7 @@
 #include "Stage.h"
 
 void TellOfProperties(Stage& stage);
+void TellOfPolicies(Stage& stage);
 void TellOfTasks(Stage& stage);
 void TellOfUpdates(Stage& stage);
 // `version` is what the agent says that it is.

@@ -64,6 +64,7 @@ void Story::Upgrade() {
     stage.narrator.Say("bridge", "has let go of the old version and started a client of the new one");
     SayWhereLibrariesAre();
     TellOfProperties(stage);
+    TellOfPolicies(stage);
     TellOfTasks(stage);
     TellOfUpdates(stage);
     TellOfAgentServices(stage, "5.7.0");

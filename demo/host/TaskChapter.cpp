@@ -1,30 +1,17 @@
 // The agent has tasks run, and one of them stopped half way.
 #include <fmt/format.h>
-#include <windows.h>
 
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <string>
 
 #include "Chapters.h"
+#include "FileBesideProgram.h"
 #include "ny_simulator.h"
-
-namespace fs = std::filesystem;
 
 namespace {
 
 constexpr char quickTask[] = "scan-programs";
 constexpr char gentleTask[] = "scan-gently";
 constexpr uint32_t scanTime = 60000;
-
-std::string ReadFileBesideProgram(const char* name) {
-    wchar_t program[MAX_PATH] = {};
-    ::GetModuleFileNameW(nullptr, program, MAX_PATH);
-    std::ifstream file(fs::path(program).parent_path() / name, std::ios::binary);
-    Demand(file.is_open(), "the file with the tasks is missing");
-    return {(std::istreambuf_iterator<char>(file)), std::istreambuf_iterator<char>()};
-}
 
 // A request of the agent's, answered when it ends.
 class Request {

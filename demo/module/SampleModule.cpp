@@ -6,6 +6,7 @@
 #include <string>
 
 #include "SampleCollector.h"
+#include "SampleEnforcer.h"
 #include "SampleServices.h"
 #include "SampleTasks.h"
 #include "SampleUpdates.h"
@@ -30,28 +31,39 @@ private:
 class SampleModule {
 public:
     explicit SampleModule(const Speaker& moduleSpeaker)
-        : speaker(moduleSpeaker), sink(speaker), collector(speaker), tasks(speaker), updates(speaker) {}
+        : speaker(moduleSpeaker),
+          sink(speaker),
+          collector(speaker),
+          enforcer(speaker),
+          tasks(speaker),
+          updates(speaker) {}
 
     bool Load() {
         // Registering first is as good as entering first: the bridge joins the two by the product id.
         if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink) ||
+            !VsKitMsgbusSetEnforcePolicy(wideProductId.c_str(), &enforcer, &sink) ||
             !VsKitMsgbusSetTaskEnforcer(wideProductId.c_str(), &tasks, nullptr) ||
             !VsKitMsgbusSetUpdateNotify(wideProductId.c_str(), &updates, nullptr)) {
             return false;
         }
-        speaker.Say("module",
-                    fmt::format("enters the bridge as {}, for properties, tasks and updates", sampleProductId));
-        return VsMsgbusEntry(sampleProductId, VsMsgbusServiceProperty | VsMsgbusServiceTask | VsMsgbusServiceUpdate,
-                             &sink, &bridge);
+        speaker.Say("module", fmt::format("enters the bridge as {}, for properties, policies, tasks and updates",
+                                          sampleProductId));
+        return VsMsgbusEntry(
+            sampleProductId,
+            VsMsgbusServiceProperty | VsMsgbusServicePolicy | VsMsgbusServiceTask | VsMsgbusServiceUpdate, &sink,
+            &bridge);
     }
 
     bool UseAgent() const { return UseAgentServices(speaker); }
+
+    bool EnforceAgain() { return enforcer.EnforceAgain(wideProductId); }
 
     bool Unload() {
         speaker.Say("module", "leaves the bridge");
         tasks.StopAll();
         const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
         const bool isTakenBack = VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
+                                 VsKitMsgbusRemoveEnforcerPolicy(wideProductId.c_str()) &&
                                  VsKitMsgbusRemoveTaskEnforcer(wideProductId.c_str()) &&
                                  VsKitMsgbusRemoveUpdateNotify(wideProductId.c_str());
         return isTakenBack && hasLeft;
@@ -62,6 +74,7 @@ private:
     const Speaker speaker;
     Sink sink;
     SampleCollector collector;
+    SampleEnforcer enforcer;
     SampleTasks tasks;
     SampleUpdates updates;
     VsMsgbus* bridge = nullptr;
@@ -86,6 +99,14 @@ bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept {
 bool SampleModuleUseAgent() noexcept {
     try {
         return loaded != nullptr && loaded->UseAgent();
+    } catch (...) {
+        return false;
+    }
+}
+
+bool SampleModuleEnforceAgain() noexcept {
+    try {
+        return loaded != nullptr && loaded->EnforceAgain();
     } catch (...) {
         return false;
     }

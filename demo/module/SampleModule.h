@@ -16,6 +16,10 @@ bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept;
 // Has the module use the agent's information and crypto. False when it is not loaded or the agent failed.
 bool SampleModuleUseAgent() noexcept;
 
+// Has the module ask the agent for its policies again, and waits until it has enforced them. False when that did not
+// come to pass.
+bool SampleModuleEnforceAgain() noexcept;
+
 // Takes everything back. After this the module may be unloaded.
 bool SampleModuleUnload() noexcept;
 
