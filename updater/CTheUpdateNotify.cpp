@@ -7,11 +7,12 @@
 using VsKit::cp_wchar;
 using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
 
-int32_t CTheUpdateNotify::RunUpdateNotify(cp_wchar second, cp_wchar fourth, cp_wchar third, uint32_t number) {
+int32_t CTheUpdateNotify::RunUpdateNotify(cp_wchar second, cp_wchar fourth, cp_wchar third, uint32_t number) const {
     return callback->UpdateNotify(second, fourth, third, &number);
 }
 
-etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, cp_wchar key, std::wstring& value) {
+etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, cp_wchar key,
+                                                              std::wstring& value) const {
     class SetCb final : public VsKitMsgbus::INYUpdateNotifyCallback::ISet {
     public:
         explicit SetCb(std::wstring& target) noexcept : text(&target) {}
@@ -42,6 +43,6 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
     return result;
 }
 
-int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) {
+int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) const {
     return callback->SetProductInfo(second, key, value);
 }

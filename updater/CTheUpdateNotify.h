@@ -15,14 +15,15 @@ public:
     CTheUpdateNotify(const CTheUpdateNotify&) = delete;
     CTheUpdateNotify& operator=(const CTheUpdateNotify&) = delete;
 
-    int32_t RunUpdateNotify(VsKit::cp_wchar second, VsKit::cp_wchar fourth, VsKit::cp_wchar third, uint32_t number);
+    int32_t RunUpdateNotify(VsKit::cp_wchar second, VsKit::cp_wchar fourth, VsKit::cp_wchar third,
+                            uint32_t number) const;
 
     // `value` holds afterwards what the module set, empty when it set nothing. Raises std::bad_alloc when a value found
     // no memory.
     VsKitMsgbus::etag_PRODUCT_RETURN_VALUE RunGetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
-                                                             std::wstring& value);
+                                                             std::wstring& value) const;
 
-    int32_t RunSetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key, VsKit::cp_wchar value);
+    int32_t RunSetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key, VsKit::cp_wchar value) const;
 
     // The registration as the module made it. Nothing reads the last three.
     VsKitMsgbus::INYUpdateNotifyCallback* const callback;

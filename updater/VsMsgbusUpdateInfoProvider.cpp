@@ -28,10 +28,10 @@ std::string TextOf(const char* text) {
 template <class Call>
 int32_t CallForResult(const char* productId, void* userData, int32_t* result, int32_t atFirst, Call&& call) noexcept {
     int32_t unread = 0;
-    int32_t& written = result != nullptr ? *result : unread;
-    written = atFirst;
+    int32_t* const written = result != nullptr ? result : &unread;
+    *written = atFirst;
     return CallHandler<updater_handler>(productId, userData,
-                                        [&](updater_handler& handler) { return call(handler, written); });
+                                        [&](updater_handler& handler) { return call(handler, *written); });
 }
 
 int32_t NotifyUpdate(ny_client_t* /*client*/, const char* productId, const char* second, const char* third,
@@ -78,7 +78,7 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
         static_cast<int32_t>(NY_OK),
         [&]() -> int32_t {
             UpdateNotifyTable().With(WideFromNarrow(productId),
-                                     [&](CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
+                                     [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
             return NY_OK;
         },
         [&](const exception& failure) { return drop(failure.Code()); }, [&] { return drop(NY_UNEXPECTED); });
@@ -104,7 +104,7 @@ int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& produ
 int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,
                                                   const std::string& second, const std::string& third, uint32_t number,
                                                   const std::string& fourth, int32_t& result) {
-    return RunForProduct(L"update notify", productId, [&](CTheUpdateNotify& record) {
+    return RunForProduct(L"update notify", productId, [&](const CTheUpdateNotify& record) {
         const std::wstring wideSecond = WideFromNarrow(second);
         const std::wstring wideFourth = WideFromNarrow(fourth);
         const std::wstring wideThird = WideFromNarrow(third);
@@ -115,7 +115,7 @@ int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, 
 int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t* value, int32_t& result) {
-    return RunForProduct(L"set product info", productId, [&](CTheUpdateNotify& record) {
+    return RunForProduct(L"set product info", productId, [&](const CTheUpdateNotify& record) {
         const std::wstring wideSecond = WideFromNarrow(second);
         const std::wstring wideKey = WideFromNarrow(key);
         const std::wstring wideValue = WideFromVariant(value);
@@ -126,7 +126,7 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
 int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t** out, int32_t& result) {
-    return RunForProduct(L"get product info", productId, [&](CTheUpdateNotify& record) {
+    return RunForProduct(L"get product info", productId, [&](const CTheUpdateNotify& record) {
         const std::wstring wideSecond = WideFromNarrow(second);
         const std::wstring wideKey = WideFromNarrow(key);
         std::wstring value;

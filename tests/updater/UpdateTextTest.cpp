@@ -119,7 +119,7 @@ TEST_F(UpdateRecord, KeepsWhatTheModuleRegistered) {
 }
 
 TEST_F(UpdateRecord, EmptiesTheValueBeforeTheModuleIsAsked) {
-    CTheUpdateNotify record(&callback, nullptr);
+    const CTheUpdateNotify record(&callback, nullptr);
     EXPECT_EQ(record.RunGetProductInfo(L"", L"", value), UpdateCallback::got);
     EXPECT_EQ(value, L"");
 }
@@ -132,7 +132,7 @@ TEST_F(UpdateRecord, FailsWhenTheValueFindsNoMemory) {
         EXPECT_TRUE(set.Set(longText.c_str()));
         return 0;
     };
-    CTheUpdateNotify record(&callback, nullptr);
+    const CTheUpdateNotify record(&callback, nullptr);
     EXPECT_THROW(record.RunGetProductInfo(L"", L"", value), std::bad_alloc);
 }
 
@@ -146,7 +146,7 @@ TEST_F(UpdateRecord, TakesAValueAfterOneThatFoundNoMemory) {
         EXPECT_TRUE(set.Set(L"short"));
         return 5;
     };
-    CTheUpdateNotify record(&callback, nullptr);
+    const CTheUpdateNotify record(&callback, nullptr);
     EXPECT_EQ(record.RunGetProductInfo(L"", L"", value), 5);
     EXPECT_EQ(value, L"short");
 }
