@@ -2,6 +2,7 @@
 #include "Agent.h"
 #include "FunctionName.h"
 #include "Guarded.h"
+#include "ny_core.h"
 #include "ny_simulator.h"
 
 using namespace simulator;
@@ -75,6 +76,10 @@ int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseco
 
 size_t ny_sim_live_handles(ny_sim_handle_kind kind) {
     return TheAgent().handles.CountOwned(static_cast<HandleKind>(kind));
+}
+
+int32_t ny_core_handle_kind(const void* handle) {
+    return static_cast<int32_t>(TheAgent().handles.KindOf(handle));
 }
 
 size_t ny_sim_misuse_count(void) {

@@ -76,6 +76,12 @@ HandleTable::Entries::const_iterator HandleTable::Locate(HandleKind kind, const 
     return entry;
 }
 
+HandleKind HandleTable::KindOf(const void* handle) const {
+    const std::lock_guard lock(mutex);
+    const auto entry = entries.find(reinterpret_cast<uintptr_t>(handle));
+    return entry != entries.end() ? entry->second.kind : HandleKind::Any;
+}
+
 size_t HandleTable::CountOwned(HandleKind kind) const {
     const std::lock_guard lock(mutex);
     return static_cast<size_t>(std::count_if(entries.begin(), entries.end(), [kind](const auto& entry) {

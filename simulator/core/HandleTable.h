@@ -50,6 +50,9 @@ public:
         Drop(HandleTraits<Handle>::kind, handle, &References::lent);
     }
 
+    // What stands behind the handle; Any when it is not alive.
+    HandleKind KindOf(const void* handle) const;
+
     // Handles with owned references.
     size_t CountOwned(HandleKind kind) const;
 

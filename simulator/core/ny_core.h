@@ -98,4 +98,7 @@ decltype(ny_msgbus_disable_watcher) ny_core_msgbus_disable_watcher;
 
 decltype(ny_log_v) ny_core_log_v;
 
+// For tests: the ny_sim_handle_kind of a handle, NY_SIM_ANY when it is not alive.
+int32_t ny_core_handle_kind(const void* handle);
+
 }  // extern "C"

@@ -20,12 +20,29 @@ uintptr_t NewestHandle() {
 
 // An object that the agent handed out several times has one handle, which is released as often.
 template <class Handle>
-size_t ReleaseIfAlive(uintptr_t handle, int32_t (*release)(Handle*)) {
+size_t ReleaseAll(void* handle, int32_t (*release)(Handle*)) {
     size_t released = 0;
-    while (release(reinterpret_cast<Handle*>(handle)) == NY_OK) {
+    const int32_t kind = ny_core_handle_kind(handle);
+    while (ny_core_handle_kind(handle) == kind && release(static_cast<Handle*>(handle)) == NY_OK) {
         ++released;
     }
     return released;
+}
+
+// Those that are dead are found without a call that the agent would have to refuse: there may be very many.
+size_t ReleaseIfAlive(void* handle) {
+    switch (ny_core_handle_kind(handle)) {
+        case NY_SIM_CLIENT: return ReleaseAll(handle, ny_core_client_handler_release);
+        case NY_SIM_VARIANT: return ReleaseAll(handle, ny_core_variant_release);
+        case NY_SIM_BUFFER: return ReleaseAll(handle, ny_core_buffer_release);
+        case NY_SIM_WBUFFER: return ReleaseAll(handle, ny_core_wbuffer_release);
+        case NY_SIM_TABLE: return ReleaseAll(handle, ny_core_table_release);
+        case NY_SIM_ARRAY: return ReleaseAll(handle, ny_core_array_release);
+        case NY_SIM_POLICY_ITERATOR: return ReleaseAll(handle, ny_core_policy_bag_iterator_release);
+        case NY_SIM_POLICY_URI: return ReleaseAll(handle, ny_core_policy_uri_release);
+        case NY_SIM_POLICY_BAG: return ReleaseAll(handle, ny_core_policy_bag_release);
+        default: return 0;
+    }
 }
 
 }  // namespace
@@ -38,15 +55,7 @@ size_t KeptHandles::Release() {
     size_t released = 0;
     const uintptr_t after = NewestHandle();
     for (uintptr_t handle = before + handleSpacing; handle < after; handle += handleSpacing) {
-        released += ReleaseIfAlive(handle, ny_core_client_handler_release);
-        released += ReleaseIfAlive(handle, ny_core_variant_release);
-        released += ReleaseIfAlive(handle, ny_core_buffer_release);
-        released += ReleaseIfAlive(handle, ny_core_wbuffer_release);
-        released += ReleaseIfAlive(handle, ny_core_policy_bag_iterator_release);
-        released += ReleaseIfAlive(handle, ny_core_policy_uri_release);
-        released += ReleaseIfAlive(handle, ny_core_policy_bag_release);
-        released += ReleaseIfAlive(handle, ny_core_table_release);
-        released += ReleaseIfAlive(handle, ny_core_array_release);
+        released += ReleaseIfAlive(reinterpret_cast<void*>(handle));
     }
     ny_sim_reset();
     return released;
