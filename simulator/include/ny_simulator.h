@@ -125,6 +125,6 @@ int32_t ny_sim_logger_get(ny_logger_t* logger, size_t index, const char** line);
 }  // extern "C"
 
 #include "ny_sim_policy.h"
+#include "ny_sim_scheduler.h"
 #include "ny_sim_services.h"
 #include "ny_sim_updater.h"
-#include "ny_sim_scheduler.h"
