@@ -21,7 +21,7 @@ std::wstring FileOfEnvironment() {
     return path;
 }
 
-// One write at the file's end, so that lines of several threads and processes do not mix.
+// One write at the file's end, so that lines of several processes do not mix.
 bool Append(const std::wstring& path, std::string_view bytes) {
     const HANDLE file =
         ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
@@ -58,9 +58,14 @@ std::wstring LogDestination::File() const {
     return FileOfEnvironment();
 }
 
+bool LogDestination::AppendAlone(const std::wstring& file, const std::string& line) const {
+    const std::lock_guard guard(writing);
+    return Append(file, line);
+}
+
 void LogDestination::Write(const std::wstring& line) const {
     const std::wstring file = File();
-    if (file.empty() || !Append(file, Utf8FromWide(line))) {
+    if (file.empty() || !AppendAlone(file, Utf8FromWide(line))) {
         ::OutputDebugStringW(line.c_str());
     }
 }

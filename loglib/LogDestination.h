@@ -20,8 +20,11 @@ public:
 private:
     // Empty for the debugger's output.
     std::wstring File() const;
+    // One thread at a time: not every system keeps lines of one process apart at the end of a file.
+    bool AppendAlone(const std::wstring& file, const std::string& line) const;
 
-    mutable std::mutex mutex;
+    mutable std::mutex writing;
+    mutable std::mutex mutex;  // of what follows
     bool isChosen = false;
     // Has no memory of its own, so that nothing of it is left to be freed.
     std::array<wchar_t, pathCapacity> chosen{};
