@@ -6,31 +6,31 @@
 
 namespace {
 
-constexpr wchar_t name[] = L"WIN32_LAYER_TEST";
+constexpr wchar_t variableName[] = L"WIN32_LAYER_TEST";
 
 class Environment : public testing::Test {
 protected:
-    ~Environment() override { ::SetEnvironmentVariableW(name, nullptr); }
+    ~Environment() override { ::SetEnvironmentVariableW(variableName, nullptr); }
 
     wchar_t value[10] = L"before";
 };
 
 TEST_F(Environment, GivesBackWhatWasSetUntilItIsTakenAway) {
-    EXPECT_TRUE(::SetEnvironmentVariableW(name, L"a \u20AC"));
-    EXPECT_EQ(::GetEnvironmentVariableW(name, value, 10), 3U);
+    EXPECT_TRUE(::SetEnvironmentVariableW(variableName, L"a \u20AC"));
+    EXPECT_EQ(::GetEnvironmentVariableW(variableName, value, 10), 3U);
     EXPECT_STREQ(value, L"a \u20AC");
     EXPECT_STREQ(std::getenv("WIN32_LAYER_TEST"), "a \xE2\x82\xAC");
-    EXPECT_TRUE(::SetEnvironmentVariableW(name, nullptr));
-    EXPECT_EQ(::GetEnvironmentVariableW(name, value, 10), 0U);
+    EXPECT_TRUE(::SetEnvironmentVariableW(variableName, nullptr));
+    EXPECT_EQ(::GetEnvironmentVariableW(variableName, value, 10), 0U);
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_ENVVAR_NOT_FOUND});
 }
 
 TEST_F(Environment, SaysHowMuchRoomAValueNeeds) {
-    ::SetEnvironmentVariableW(name, L"abc");
-    EXPECT_EQ(::GetEnvironmentVariableW(name, nullptr, 0), 4U);
-    EXPECT_EQ(::GetEnvironmentVariableW(name, value, 3), 4U);
+    ::SetEnvironmentVariableW(variableName, L"abc");
+    EXPECT_EQ(::GetEnvironmentVariableW(variableName, nullptr, 0), 4U);
+    EXPECT_EQ(::GetEnvironmentVariableW(variableName, value, 3), 4U);
     EXPECT_STREQ(value, L"before");
-    EXPECT_EQ(::GetEnvironmentVariableW(name, value, 4), 3U);
+    EXPECT_EQ(::GetEnvironmentVariableW(variableName, value, 4), 3U);
     EXPECT_STREQ(value, L"abc");
 }
 

@@ -3,7 +3,7 @@
 
 namespace {
 
-constexpr DWORD name = REG_NOTIFY_CHANGE_NAME;
+constexpr DWORD changeName = REG_NOTIFY_CHANGE_NAME;
 constexpr DWORD lastSet = REG_NOTIFY_CHANGE_LAST_SET;
 
 class Notification : public RegistryFixture {
@@ -58,18 +58,18 @@ TEST_F(Notification, AskedForTwiceComesOnce) {
 }
 
 TEST_F(Notification, ComesForAKeyThatIsMadeOrDeleted) {
-    Watch(key, name);
+    Watch(key, changeName);
     Touch(key, "A\\B");
     EXPECT_FALSE(IsTold()) << "it was there";
     Touch(key, "A\\C");
     EXPECT_TRUE(IsTold());
-    Watch(key, name);
+    Watch(key, changeName);
     ::RegDeleteKeyExA(key, "A\\C", 0, 0);
     EXPECT_TRUE(IsTold());
 }
 
 TEST_F(Notification, ComesForWhatTheFilterNames) {
-    Watch(key, name);
+    Watch(key, changeName);
     WriteBelow();
     EXPECT_FALSE(IsTold());
     ::RegDeleteTreeA(key, "A");
@@ -82,7 +82,7 @@ TEST_F(Notification, ComesForWhatTheFilterNames) {
 }
 
 TEST_F(Notification, OfAKeyAloneComesForNothingBelowIt) {
-    Watch(key, name | lastSet, FALSE);
+    Watch(key, changeName | lastSet, FALSE);
     WriteBelow();
     Touch(key, "A\\C");
     EXPECT_FALSE(IsTold());
@@ -92,7 +92,7 @@ TEST_F(Notification, OfAKeyAloneComesForNothingBelowIt) {
 
 TEST_F(Notification, ComesForNothingAboveOrBeside) {
     const HKEY watched = Create(key, "A");
-    Watch(watched, name | lastSet);
+    Watch(watched, changeName | lastSet);
     Write(key, "x", "y");
     Touch(key, "C\\D");
     EXPECT_FALSE(IsTold());
@@ -116,9 +116,9 @@ TEST_F(Notification, ComesWhenTheKeyIsClosed) {
 }
 
 TEST_F(Notification, NeedsAnEventAndTheAccess) {
-    EXPECT_EQ(::RegNotifyChangeKeyValue(key, TRUE, name, nullptr, TRUE), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(::RegNotifyChangeKeyValue(key, TRUE, changeName, nullptr, TRUE), ERROR_INVALID_HANDLE);
     const HKEY writable = Create(key, "A", KEY_SET_VALUE);
-    EXPECT_EQ(Watch(writable, name), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Watch(writable, changeName), ERROR_ACCESS_DENIED);
     ::RegCloseKey(writable);
 }
 
