@@ -27,7 +27,7 @@ struct PolicyName {
     LogStatement onFailure;
 };
 
-constexpr PolicyName policyNames[] = {
+constexpr PolicyName registryNames[] = {
     {
         L"QTP_General_Policies",
         L"OASPolicyName",
@@ -74,9 +74,9 @@ void StorePolicyName(const wchar_t* category, const wchar_t* name) noexcept {
     if (category == nullptr) {
         return;
     }
-    const auto* const found = std::find_if(std::begin(policyNames), std::end(policyNames),
+    const auto* const found = std::find_if(std::begin(registryNames), std::end(registryNames),
                                            [=](const PolicyName& row) { return row.category == category; });
-    if (found == std::end(policyNames)) {
+    if (found == std::end(registryNames)) {
         return;
     }
     PolicyKey key;

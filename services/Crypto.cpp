@@ -7,14 +7,13 @@
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/CryptoGroup.h"
 #include "msgbus/AgentUse.h"
+#include "services/Failed.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 
 using corvane::ny::utils::Check;
 
 namespace {
-
-constexpr int32_t failed = -1;
 
 // Runs one of the agent's crypto functions and hands what it made to `take(bytes, size)`, which is not called when
 // anything fails.

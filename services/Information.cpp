@@ -9,6 +9,7 @@
 #include "msgbus/VsMsgbus.h"
 #include "msgbus/lpc_buffer.h"
 #include "services/AgentInformation.h"
+#include "services/Failed.h"
 #include "values/AgentException.h"
 #include "values/AgentValues.h"
 
@@ -18,8 +19,6 @@ using VsKitMsgbus::lpc_buffer;
 using VsKitMsgbus::StoreText;
 
 namespace {
-
-constexpr int32_t failed = -1;
 
 // The agent widens the text; it may have gone since it gave it.
 std::wstring WidenByAgent(const std::string& text) {

@@ -25,12 +25,12 @@ void MakeNamesKey() {
 
 void SayNames(Narrator& narrator) {
     narrator.Say("bridge", fmt::format("has recorded the names of policies in force, in HKEY_LOCAL_MACHINE\\{}",
-                                       "SOFTWARE\\Corvane\\Endpoint\\AV"));
+                                       R"(SOFTWARE\Corvane\Endpoint\AV)"));
     for (const char* const value :
          {"OASPolicyName", "ODSPolicyName", "APPolicyName", "EPPolicyName", "CommonScanPolicyName"}) {
         char name[256] = {};
         DWORD size = sizeof name;
-        Demand(::RegGetValueA(HKEY_LOCAL_MACHINE, "SOFTWARE\\Corvane\\Endpoint\\AV", value, RRF_RT_REG_SZ, nullptr,
+        Demand(::RegGetValueA(HKEY_LOCAL_MACHINE, R"(SOFTWARE\Corvane\Endpoint\AV)", value, RRF_RT_REG_SZ, nullptr,
                               name, &size) == ERROR_SUCCESS,
                "a policy's name was not recorded");
         narrator.Continue(fmt::format("{:<22}{}", value, name));

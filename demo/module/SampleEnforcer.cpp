@@ -57,7 +57,7 @@ void SampleEnforcer::EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) {
     if (isFirst) {
         Reader user;
         bag->EnumerateUserPolicies(productId, &user, L"amelie", L"OFFICE");
-        speaker.Say("module", fmt::format("reads the policies of OFFICE\\amelie: {}, \"{}\"", user.policies,
+        speaker.Say("module", fmt::format(R"(reads the policies of OFFICE\amelie: {}, "{}")", user.policies,
                                           Utf8FromWide(user.lastPolicy)));
         SayDump(*bag);
     }

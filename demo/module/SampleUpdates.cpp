@@ -16,9 +16,9 @@ SampleUpdates::SampleUpdates(const Speaker& moduleSpeaker)
 
 int32_t SampleUpdates::UpdateNotify(const wchar_t* second, const wchar_t* fourth, const wchar_t* third,
                                     uint32_t* number) {
-    speaker.Say("module", fmt::format("hears of the update on thread {}: \"{}\", \"{}\", \"{}\", number {}",
-                                      ::GetCurrentThreadId(), Utf8FromWide(second), Utf8FromWide(third),
-                                      Utf8FromWide(fourth), *number));
+    speaker.Say("module",
+                fmt::format(R"(hears of the update on thread {}: "{}", "{}", "{}", number {})", ::GetCurrentThreadId(),
+                            Utf8FromWide(second), Utf8FromWide(third), Utf8FromWide(fourth), *number));
     return success;
 }
 

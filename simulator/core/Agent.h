@@ -31,4 +31,8 @@ struct Agent {
 // The one agent of this process.
 Agent& TheAgent();
 
+inline HandleTable& Handles() {
+    return TheAgent().handles;
+}
+
 }  // namespace simulator

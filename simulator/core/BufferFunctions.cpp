@@ -5,14 +5,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_core_buffer_create(ny_buffer_t** out, size_t size) {
     return Simulate("ny_buffer_create", [&] {
         Require(out != nullptr);

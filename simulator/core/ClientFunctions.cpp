@@ -7,10 +7,6 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
 ny_client_t* CreateClient(const char* productId) {
     const auto client = std::make_shared<Client>(productId);
     client->ownBus = Handles().Lend<ny_msgbus_t>(std::make_shared<MessageBus>());

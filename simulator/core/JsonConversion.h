@@ -2,7 +2,9 @@
 #pragma once
 
 #include <nlohmann/json.hpp>
+#include <string>
 
+#include "Failure.h"
 #include "Values.h"
 
 namespace simulator {
@@ -12,5 +14,11 @@ using Json = nlohmann::ordered_json;
 
 // What ValueFromJson makes of the text of such a value.
 ValuePointer ValueFrom(const Json& json);
+
+// Refuses what is not a text.
+inline std::string TextFrom(const Json& json) {
+    Require(json.is_string());
+    return json.get<std::string>();
+}
 
 }  // namespace simulator

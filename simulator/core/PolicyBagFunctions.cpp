@@ -8,10 +8,6 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
 // The iterator, which must be of that kind.
 template <class Iterator>
 std::shared_ptr<Iterator> Get(ny_policy_bag_iterator_t* handle) {

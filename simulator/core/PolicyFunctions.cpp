@@ -7,14 +7,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_core_policy_register_notification_callback(ny_client_t* client, const char* productId, uint32_t mask,
                                                       ny_policy_callback_t callback, void* callbackData) {
     return Simulate("ny_policy_register_notification_callback", [&] {

@@ -1,6 +1,7 @@
 #include "PolicyIterator.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "Failure.h"
 #include "PolicyUri.h"
@@ -18,10 +19,10 @@ const Item& Take(const std::vector<Item>& items, size_t& next) {
 }
 
 const PolicySection& FindSection(const Policy& policy, const char* name) {
-    const PolicyText wanted = name != nullptr ? PolicyText(name) : std::nullopt;
     const auto found = std::find_if(policy.sections.begin(), policy.sections.end(), [&](const PolicySection& section) {
         // As they are handed out: up to the first zero.
-        return section.name.has_value() == wanted.has_value() && (!wanted || *wanted == section.name->c_str());
+        return section.name.has_value() == (name != nullptr) &&
+               (name == nullptr || std::strcmp(name, section.name->c_str()) == 0);
     });
     Require(found != policy.sections.end());
     return *found;

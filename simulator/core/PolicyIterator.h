@@ -68,7 +68,7 @@ private:
 class SettingIterator final : public PolicyIterator {
 public:
     // Of the first section of that name; throws Failure when the policy has none.
-    SettingIterator(PolicyPointer walkedPolicy, const char* section);
+    SettingIterator(PolicyPointer walkedPolicy, const char* name);
     std::pair<const char*, ny_variant_t*> Next();
 
 private:

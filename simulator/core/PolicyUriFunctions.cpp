@@ -7,10 +7,6 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
 int32_t GetText(FunctionName function, ny_policy_uri_t* uri, PolicyText Policy::*which, const char** text) noexcept {
     return Simulate(function, [&] {
         const auto target = Handles().Get(uri);

@@ -6,14 +6,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_core_property_register_provider_callback(ny_client_t* client, const char* productId,
                                                     ny_property_provider_t provider, void* callbackData) {
     return Simulate("ny_property_register_provider_callback", [&] {

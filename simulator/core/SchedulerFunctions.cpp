@@ -5,14 +5,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_core_scheduler_register_task_callbacks(ny_client_t* client, const char* productId, const char* taskType,
                                                   const ny_task_callbacks_t* callbacks, void* userData,
                                                   const ny_task_methods_t* accessors) {

@@ -16,10 +16,6 @@ namespace {
 
 std::atomic<uint64_t> lastCryptoType = 0;
 
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
 const SystemCrypto& Crypto() {
     // Never destroyed, as the agent.
     static const auto* const crypto = new SystemCrypto;
@@ -33,7 +29,7 @@ void Fill(ny_buffer_t** buffer, std::string bytes) {
         content->bytes = std::move(bytes);
         return;
     }
-    ny_buffer_t* const larger = Handles().Own<ny_buffer_t>(std::make_shared<Buffer>(Buffer{std::move(bytes)}));
+    auto* const larger = Handles().Own<ny_buffer_t>(std::make_shared<Buffer>(Buffer{std::move(bytes)}));
     Handles().Release(std::exchange(*buffer, larger));
 }
 

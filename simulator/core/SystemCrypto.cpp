@@ -95,7 +95,7 @@ std::string SystemCrypto::Encrypt(std::string_view data) const {
 }
 
 std::string SystemCrypto::Decrypt(std::string_view encrypted) const {
-    if (encrypted.size() < 2 * blockSize || encrypted.size() % blockSize != 0) {
+    if (encrypted.size() < size_t{2} * blockSize || encrypted.size() % blockSize != 0) {
         throw Failure{NY_SIM_NOT_ENCRYPTED};
     }
     const Cipher cipher(key);

@@ -1,22 +1,16 @@
 #include <algorithm>
-#include <nlohmann/json.hpp>
+#include <iterator>
 #include <set>
 #include <utility>
 
 #include "Failure.h"
+#include "JsonConversion.h"
 #include "JsonValues.h"
 #include "Task.h"
 
 namespace simulator {
 
 namespace {
-
-using Json = nlohmann::ordered_json;
-
-std::string TextFrom(const Json& json) {
-    Require(json.is_string());
-    return json.get<std::string>();
-}
 
 AccessorBehaviour BehaviourFrom(const Json& json) {
     AccessorBehaviour behaviour;
@@ -34,9 +28,10 @@ AccessorBehaviour BehaviourFrom(const Json& json) {
 void ReadAccessors(Task& task, const Json& json) {
     Require(json.is_object());
     for (const auto& [name, value] : json.items()) {
-        const auto found = std::find(accessorNames.begin(), accessorNames.end(), name);
-        Require(found != accessorNames.end());
-        task.accessors[static_cast<size_t>(found - accessorNames.begin())] = BehaviourFrom(value);
+        const auto index = static_cast<size_t>(
+            std::distance(accessorNames.begin(), std::find(accessorNames.begin(), accessorNames.end(), name)));
+        Require(index < accessorNames.size());
+        task.accessors[index] = BehaviourFrom(value);
     }
 }
 

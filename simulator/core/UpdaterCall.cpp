@@ -1,20 +1,12 @@
 #include "UpdaterCall.h"
 
-#include <nlohmann/json.hpp>
-
 #include "Failure.h"
+#include "JsonConversion.h"
 #include "JsonValues.h"
 
 namespace simulator {
 
 namespace {
-
-using Json = nlohmann::json;
-
-std::string TextFrom(const Json& json) {
-    Require(json.is_string());
-    return json.get<std::string>();
-}
 
 UpdaterCall::Kind KindFrom(const Json& json) {
     const std::string name = TextFrom(json);

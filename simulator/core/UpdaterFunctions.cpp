@@ -7,10 +7,6 @@ using namespace simulator;
 
 namespace {
 
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
 bool IsComplete(const ny_updater_callbacks_t* callbacks) {
     return callbacks != nullptr && callbacks->update_notify != nullptr && callbacks->set_product_info != nullptr &&
            callbacks->get_product_info != nullptr && callbacks->event != nullptr;

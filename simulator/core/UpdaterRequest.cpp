@@ -8,14 +8,6 @@
 
 namespace simulator {
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 UpdaterRequest::UpdaterRequest(UpdaterCall updaterCall, std::shared_ptr<Client> calledClient, Updater calledUpdater)
     : call(std::move(updaterCall)), client(std::move(calledClient)), updater(std::move(calledUpdater)) {}
 

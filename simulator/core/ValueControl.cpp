@@ -7,14 +7,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_sim_variant_from_json(const char* json, ny_variant_t** out) {
     return Guarded("ny_sim_variant_from_json", [&] {
         Require(json != nullptr && out != nullptr);

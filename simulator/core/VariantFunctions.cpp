@@ -6,14 +6,6 @@
 
 using namespace simulator;
 
-namespace {
-
-HandleTable& Handles() {
-    return TheAgent().handles;
-}
-
-}  // namespace
-
 int32_t ny_core_variant_init(void) {
     return Simulate("ny_variant_init", [] {});
 }
