@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
-# Checks every source: its format by clang-format and, in what is shipped as the DLL, its habits by clang-tidy; with --all
-# also in the simulated agent and the demo, which takes as long again. Needs a build of the release preset. What clang-tidy
-# found nothing in is not looked at again until it, or a header of it, changes.
+# Checks every source: its format by clang-format and, but for the tests, its habits by clang-tidy. Needs a build of the
+# release preset. A folder in which clang-tidy found nothing is not looked at again until a source of it, or any header,
+# changes.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-build=build/release
-without=(-e "^$PWD/tests/" -e "^$PWD/build/" -e "^/usr/")
-[ "${1:-}" = --all ] || without+=(-e "^$PWD/simulator/" -e "^$PWD/demo/")
+stamps=build/tidy
+# The longest first.
+folders=(simulator/core demo/host msgbus policy demo/module dispatcher scheduler property values updater services
+    base loglib library simulator/agent simulator/setup)
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' | while read -r file; do
     [ -e "$file" ] && echo "$file"
@@ -15,27 +16,37 @@ clang-format-14 --dry-run --Werror "${sources[@]}"
 
 # clang finds Windows' headers by the compiler's name, but not that compiler's C++ library.
 compiler=x86_64-w64-mingw32-g++-posix
-mapfile -t includes < <("$compiler" -x c++ -E -v - </dev/null 2>&1 | sed -n 's/^ \(.*\/c++.*\)$/--extra-arg=-isystem\1/p')
+mapfile -t flags < <("$compiler" -x c++ -E -v - </dev/null 2>&1 | sed -n 's/^ \(.*\/c++.*\)$/-isystem\1/p')
+flags+=(--target=x86_64-w64-mingw32 -std=c++20 -DNOMINMAX -DUNICODE -DWIN32_LEAN_AND_MEAN -D_UNICODE
+    -D_WIN32_WINNT=0x0601 -DFMT_HEADER_ONLY -DAGENT_VERSION=0 -I. -Iinclude -Iagent -Isimulator/core -Isimulator/include
+    -Isimulator/setup -Idemo/module)
+for library in build/release/third_party/*/; do
+    flags+=(-isystem "$library")
+done
 
-# CheckHabits SOURCE OBJECT: the object is built anew whenever the source or a header of it has changed.
+# CheckHabits FOLDER: its sources as one, which reads the headers once: a tenth of the time.
 CheckHabits() {
-    local stamp="$build/tidy/$2.ok" output
-    if [ "$stamp" -nt "$build/$2" ] && [ "$stamp" -nt .clang-tidy ]; then
+    local folder="$1" joint="$stamps/$1.cpp" stamp="$stamps/$1.ok" source output
+    if [ -e "$stamp" ] &&
+        [ -z "$(find .clang-tidy "$folder"/*.cpp "${headers[@]}" -newer "$stamp" -print -quit)" ]; then
         return 0
     fi
-    echo "clang-tidy ${1#"$PWD"/}"
-    if ! output=$(clang-tidy-14 -p "$build" --quiet "${includes[@]}" "$1" 2>&1); then
+    echo "clang-tidy $folder"
+    mkdir -p "$(dirname "$joint")"
+    for source in "$folder"/*.cpp; do
+        echo "#include \"$PWD/$source\"  // NOLINT"
+    done >"$joint"
+    if ! output=$(clang-tidy-14 --quiet --config-file=.clang-tidy "$joint" -- "${flags[@]}" 2>&1); then
         echo "$output"
         return 1
     fi
-    mkdir -p "$(dirname "$stamp")"
     touch "$stamp"
 }
 export -f CheckHabits
-export build
-includesText=$(declare -p includes)
-export includesText
+export stamps
+mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.h$')
+lists=$(declare -p flags headers)
+export lists
 
-sed -n 's/^ *"command": ".* -o \([^ ]*\) -c \([^ ]*\)",\{0,1\}$/\2 \1/p' "$build/compile_commands.json" |
-    grep -v "${without[@]}" |
-    xargs -P "$(nproc)" -L 1 bash -c 'eval "$includesText"; CheckHabits "$1" "$2"' check-style
+printf '%s\n' "${folders[@]}" |
+    xargs -P "$(nproc)" -L 1 bash -c 'eval "$lists"; CheckHabits "$1"' check-style
