@@ -1,10 +1,8 @@
 // Policies of any size: many settings, many containers, long texts.
 #include "policy/PolicyTest.h"
+#include "support/BuildKind.h"
 
 namespace {
-
-// Under the sanitizers, where a call costs twenty times as much, fewer show what there is to see.
-constexpr bool isWindows = sizeof(wchar_t) == 2;
 
 class PolicySize : public PolicyTest {};
 
