@@ -29,3 +29,13 @@ function(add_version_resource target description)
         target_sources(${target} PRIVATE ${resource})
     endif()
 endfunction()
+
+# Has the target's code, and no other, count which of its lines and branches run: see scripts/coverage.sh. Not optimised,
+# because a line that the optimiser moved or merged is no line to count.
+option(COVERAGE "Count which lines of the product run" OFF)
+function(count_coverage target)
+    if(COVERAGE)
+        target_compile_options(${target} PRIVATE -O0 --coverage -fprofile-update=atomic)
+        target_link_options(${target} INTERFACE --coverage)
+    endif()
+endfunction()

@@ -44,8 +44,10 @@ EnsurePackages() {
         "${missing[@]}"
 }
 
-# BuildPreset PRESET TARGET: configures build/PRESET and builds a target of it.
+# BuildPreset PRESET TARGET...: configures build/PRESET and builds targets of it.
 BuildPreset() {
-    Step "configure-$1" cmake --preset "$1"
-    Step "build-$1" cmake --build "build/$1" --parallel --target "$2"
+    local preset="$1"
+    shift
+    Step "configure-$preset" cmake --preset "$preset"
+    Step "build-$preset" cmake --build "build/$preset" --parallel --target "$@"
 }
