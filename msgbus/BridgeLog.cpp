@@ -27,15 +27,11 @@ std::shared_ptr<SinkInUse> CopySink() {
 }  // namespace
 
 bool OfferLogSink(VsKitMsgbus::ILogSink* sink) {
-    if (sink == nullptr || CurrentLogSink() != nullptr) {
-        return false;
-    }
-    auto offered = std::make_shared<SinkInUse>(sink);
     const std::lock_guard guard(sinkLock);
-    if (currentSink != nullptr) {
+    if (sink == nullptr || currentSink != nullptr) {
         return false;
     }
-    currentSink = std::move(offered);
+    currentSink = std::make_shared<SinkInUse>(sink);
     return true;
 }
 
