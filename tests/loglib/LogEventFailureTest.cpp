@@ -2,9 +2,11 @@
 #include <gmock/gmock.h>
 #include <windows.h>
 
+#include <climits>
 #include <stdexcept>
 
 #include "loglib/LogLib.h"
+#include "loglib/Utf8.h"
 #include "support/DebuggerOutput.h"
 #include "support/FailingMemory.h"
 #include "support/HostLog.h"
@@ -79,6 +81,29 @@ TEST(LogEventFailure, OfMalformedTextReplacesIt) {
     const HostLog host;
     DoomedEvent()(L"NySpb", "bad \xFF byte");
     EXPECT_THAT(host.log.Lines(), ElementsAre("8 NySpb: bad \xEF\xBF\xBD byte"));
+}
+
+// Nothing of a text of that length is read.
+TEST(LogText, OfTwoGigabytesIsNotConverted) {
+    constexpr size_t tooLong = size_t{INT_MAX} + 1;
+    EXPECT_THROW(WideFromUtf8(std::string_view("x", tooLong)), std::length_error);
+    EXPECT_THROW(Utf8FromWide(std::wstring_view(L"x", tooLong)), std::length_error);
+}
+
+TEST(LogText, ThatIsEmptyStaysEmpty) {
+    EXPECT_EQ(WideFromUtf8({}), L"");
+    EXPECT_EQ(Utf8FromWide({}), "");
+}
+
+// Of the two calls of a conversion the second: the first one only asks for the size.
+int WINAPI ConvertNothingTheSecondTime(UINT /*codePage*/, DWORD /*flags*/, const char* /*text*/, int /*size*/,
+                                       wchar_t* wide, int /*wideSize*/) {
+    return wide == nullptr ? 4 : 0;
+}
+
+TEST(LogText, ThatTheSystemDoesNotConvertIsNone) {
+    const SystemFunction<decltype(::MultiByteToWideChar)> failing(&::MultiByteToWideChar, &ConvertNothingTheSecondTime);
+    EXPECT_THROW(WideFromUtf8("text"), std::runtime_error);
 }
 
 }  // namespace

@@ -127,4 +127,11 @@ TEST_F(AgentUses, WithoutMemoryForThemTheClientIsNotStarted) {
     NyClientRelease(other);
 }
 
+TEST_F(AgentUses, StayPossibleWhenAnotherClientIsClosed) {
+    Start();
+    int other = 0;
+    CloseAgent(reinterpret_cast<const ny_client_t*>(&other));
+    EXPECT_TRUE(IsPossible());
+}
+
 }  // namespace

@@ -1,6 +1,9 @@
 // The texts of Entry and Exit, which are composed and dropped; the "%s" in them is kept on purpose.
 #include "VsMsgbus/Entry.h"
+#include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusFixture.h"
+#include "msgbus/WatchCount.h"
+#include "support/Event.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -88,6 +91,67 @@ TEST_F(EntryText, IsFollowedByNothingWhenMemoryRunsOut) {
         ASSERT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
     }
     EXPECT_GT(failures, 5U);
+}
+
+// The product that is there already, and the sink that it brought, stay.
+TEST_F(EntryText, OfASecondEntryWithoutMemoryLeavesTheFirst) {
+    SetDroppedTextListener(nullptr);
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    const std::string second = "a product id that is too long to be kept without memory";
+    VsMsgbus* ofSecond = nullptr;
+    {
+        const FailingMemory memory;
+        EXPECT_FALSE(VsMsgbusEntry(second.c_str(), 0x2000, nullptr, &ofSecond));
+    }
+    EXPECT_EQ(CurrentBridge(), instance);
+    EXPECT_EQ(CurrentLogSink(), &sink);
+    EXPECT_FALSE(instance->HasProduct(second));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_EQ(CurrentBridge(), nullptr);
+}
+
+TEST_F(EntryText, WithoutMemoryAndWithoutASinkLeavesNothing) {
+    SetDroppedTextListener(nullptr);
+    {
+        const FailingMemory memory;
+        EXPECT_FALSE(VsMsgbusEntry("PRODUCT1000", 0x2000, nullptr, &instance));
+    }
+    EXPECT_EQ(CurrentBridge(), nullptr);
+    EXPECT_EQ(instance, nullptr);
+}
+
+// A watcher that the agent keeps busy is not waited for beyond its time: it frees the instance when it ends.
+TEST_F(EntryText, OfAnExitWhoseWatcherIsBusyLeavesTheRestToIt) {
+    struct Hold {
+        Event isInside;
+        Event mayGoOn;
+    } hold;
+    WatchCount watches;
+    ASSERT_TRUE(Enter("PRODUCT1000"));
+    ASSERT_TRUE(watches.WaitFor(1));
+    NyClientNotifier& watcher = *instance->ClientRecord()->client->notifier.load();
+    watcher.stopTimeout = 1;
+    HANDLE thread = nullptr;
+    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread, ::GetCurrentProcess(), &thread, SYNCHRONIZE,
+                                  FALSE, 0));
+    ny_sim_set_hook(
+        "ny_client_handler_create",
+        [](const char*, void* userData) {
+            auto& held = *static_cast<Hold*>(userData);
+            held.isInside.Set();
+            EXPECT_TRUE(held.mayGoOn.Wait());
+        },
+        &hold);
+    environment.UpgradeAgent("5.8.0");
+    ASSERT_TRUE(hold.isInside.Wait());
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
+    EXPECT_EQ(CurrentBridge(), nullptr);
+    hold.mayGoOn.Set();
+    EXPECT_EQ(::WaitForSingleObject(thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+    ::CloseHandle(thread);
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
+    EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
+    ny_sim_set_hook("ny_client_handler_create", nullptr, nullptr);
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <chrono>
 
 #include "msgbus/NotifierFixture.h"
+#include "msgbus/SystemCalls.h"
 
 namespace {
 
@@ -150,6 +151,58 @@ TEST_F(NotifierStopping, SaysWhenTheWaitItselfFailed) {
     }
     EXPECT_THAT(lines.Lines(), ElementsAre("2 ny_client: unknown error to stop ny client notifier thread."));
     EXPECT_NE(notifier->thread, nullptr);
+}
+
+// The thread has ended all the same.
+class WaitThatTimesOut {
+public:
+    explicit WaitThatTimesOut(HANDLE thread) : waitedFor(thread) { current = this; }
+
+private:
+    static DWORD WINAPI Wait(HANDLE handle, DWORD milliseconds) {
+        if (handle != current->waitedFor) {
+            return current->function.original(handle, milliseconds);
+        }
+        EXPECT_EQ(current->function.original(handle, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+        return static_cast<DWORD>(WAIT_TIMEOUT);
+    }
+
+    static inline WaitThatTimesOut* current = nullptr;
+    HANDLE waitedFor;
+    SystemFunction<decltype(::WaitForSingleObject)> function{&::WaitForSingleObject, &Wait};
+};
+
+TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    {
+        const WaitThatTimesOut late(notifier->thread);
+        EXPECT_EQ(NotifierStop(notifier), NY_OK);
+    }
+    EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadNotStopped));
+    EXPECT_NE(notifier->thread, nullptr);
+    EXPECT_TRUE(NotifierHasEnded(notifier));
+}
+
+// It then ends like any other; only a module that unloads the library early is worse off.
+TEST_F(NotifierStopping, IsTheSameForAThreadThatCouldNotHoldItsLibrary) {
+    WriteVersion("5.7.0");
+    {
+        const NoLibraryReferences failing;
+        StartAndWatch();
+    }
+    EXPECT_EQ(notifier->library, nullptr);
+    EXPECT_EQ(NotifierStop(notifier), NY_OK);
+    EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadStopped));
+}
+
+TEST_F(NotifierStopping, HasNothingToDoForAThreadThatNeverWas) {
+    const NoLibraryReferences failing;
+    const NoThreads none;
+    EXPECT_EQ(Start(), NY_UNEXPECTED);
+    EXPECT_THAT(lines.Lines(), ElementsAre(keyMissingAtCheck, "2 ny_client: failed to start ny client notifier."));
+    EXPECT_EQ(NotifierStop(notifier), NY_OK);
+    EXPECT_TRUE(NotifierHasEnded(notifier));
 }
 
 }  // namespace

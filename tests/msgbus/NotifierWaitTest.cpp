@@ -133,4 +133,25 @@ TEST_F(NotifierWaiting, FollowsAnUpgradeAfterAPause) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1"));
 }
 
+// No system does that.
+TEST_F(NotifierWaiting, EndsAfterAWaitWithoutEndThatTimedOut) {
+    WriteVersion("5.7.0");
+    notifier->waitTimeout = INFINITE;
+    Waits waits(*notifier);
+    waits.isTimingOut = true;
+    ASSERT_EQ(Start(), NY_OK);
+    WaitForThread();
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), "state 1", threadStarted, threadExiting));
+    EXPECT_THAT(waits.log.Lines(), ElementsAre("infinite"));
+    EXPECT_EQ(notifier->running.load(), 0);
+    End();
+}
+
+TEST_F(NotifierWaiting, TellsNobodyOfAnAgentWhenThereIsNobody) {
+    client.stateHandler = nullptr;
+    WriteVersion("5.7.0");
+    ASSERT_EQ(Start(), NY_OK);
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), threadStarted));
+}
+
 }  // namespace

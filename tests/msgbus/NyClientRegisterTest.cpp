@@ -1,7 +1,9 @@
 // Registering a client for notifications: the watcher that this creates, and its end.
 #include <windows.h>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 #include "msgbus/NyClientFixture.h"
 #include "msgbus/NyClientNotifier.h"
@@ -212,6 +214,57 @@ TEST_F(NyClientRegistration, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
     EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
     client = nullptr;
+}
+
+// Lets a second registration come in while the first one makes its watcher.
+class RegisteringTwice {
+public:
+    explicit RegisteringTwice(std::function<void()> secondRegistration) : second(std::move(secondRegistration)) {
+        current = this;
+    }
+
+private:
+    static HANDLE WINAPI Create(SECURITY_ATTRIBUTES* security, WINBOOL manualReset, WINBOOL state, const char* name) {
+        if (const auto register2 = std::exchange(current->second, nullptr)) {
+            register2();
+        }
+        return current->creating.original(security, manualReset, state, name);
+    }
+
+    static inline RegisteringTwice* current = nullptr;
+    std::function<void()> second;
+    SystemFunction<decltype(::CreateEventA)> creating{&::CreateEventA, &Create};
+};
+
+TEST_F(NyClientRegistration, TwiceAtATimeIsDoneOnce) {
+    NyClientNotifier* winner = nullptr;
+    const auto never = [](NyClient*, uint32_t, void*) { FAIL() << "the callback that came first counts"; };
+    {
+        const RegisteringTwice twice([&] {
+            EXPECT_EQ(Register(), NY_OK);
+            winner = client->notifier.load();
+        });
+        EXPECT_EQ(NyClientRegisterNotifications(client, never, nullptr), NY_OK);
+    }
+    ASSERT_NE(winner, nullptr);
+    EXPECT_EQ(client->notifier.load(), winner);
+    EXPECT_EQ(client->notification, Notify);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
+}
+
+TEST_F(NyClientRegistration, WithoutAThreadCannotBeHandedOver) {
+    const NoThreads failing;
+    ASSERT_EQ(Register(), NY_OK);
+    EXPECT_FALSE(NyClientHandOver(
+        client, [](void*) { FAIL(); }, nullptr));
+}
+
+TEST_F(NyClientRegistration, EndsSilentlyForWhoListensNoMore) {
+    RegisterAndWatch();
+    client->notification = nullptr;
+    EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(unregistering, exiting, stopped));
+    EXPECT_EQ(client->notified.load(), 0U);
 }
 
 }  // namespace

@@ -143,4 +143,9 @@ TEST_F(NyClientStates, WithoutACallbackAreKeptAllTheSame) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart));
 }
 
+TEST_F(NyClientStates, OfNoClientIsToldToNobody) {
+    EXPECT_EQ(NyClientNotifyState(nullptr, NyClientStateStarted, this), NY_OK);
+    EXPECT_THAT(lines.client.Lines(), IsEmpty());
+}
+
 }  // namespace

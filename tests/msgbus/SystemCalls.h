@@ -15,7 +15,8 @@ public:
     explicit Waits(const NyClientNotifier& notifier) : stopEvent(notifier.stopEvent) { current = this; }
 
     LineLog log;
-    std::atomic<bool> isFailing = false;  // the next wait, once
+    std::atomic<bool> isFailing = false;    // the next wait, once
+    std::atomic<bool> isTimingOut = false;  // the next wait without end, once
 
 private:
     static DWORD WINAPI Wait(DWORD count, const HANDLE* handles, WINBOOL all, DWORD milliseconds) {
@@ -25,6 +26,9 @@ private:
         }
         if (isOurs && current->isFailing.exchange(false)) {
             return WAIT_FAILED;
+        }
+        if (isOurs && milliseconds == INFINITE && current->isTimingOut.exchange(false)) {
+            return WAIT_TIMEOUT;
         }
         return current->function.original(count, handles, all, milliseconds);
     }
@@ -55,6 +59,14 @@ private:
     static inline Questions* current = nullptr;
     SystemFunction<decltype(::RegOpenKeyExA)> opening{&::RegOpenKeyExA, &Open};
     SystemFunction<decltype(::RegQueryValueExA)> querying{&::RegQueryValueExA, &Query};
+};
+
+// While it lives, nobody is given a reference to a library by an address in it.
+class NoLibraryReferences {
+private:
+    static WINBOOL WINAPI Refuse(DWORD, const char*, HMODULE*) { return FALSE; }
+
+    SystemFunction<decltype(::GetModuleHandleExA)> asking{&::GetModuleHandleExA, &Refuse};
 };
 
 // While it lives, no thread can be created.

@@ -178,4 +178,17 @@ TEST_F(VsMsgbusCallbacks, SupplyNoPassphrase) {
     EXPECT_EQ(provider.GetPassphrase(nullptr, nullptr), 0);
 }
 
+TEST_F(VsMsgbusCallbacks, DropLinesForNobody) {
+    bridge->ClientRecord()->logger = nullptr;
+    EXPECT_EQ(NyClientLog(Client(), SeverityFailure, "module", "text"), NY_OK);
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+}
+
+TEST_F(VsMsgbusCallbacks, ArePublishedOnce) {
+    ASSERT_EQ(PublishBridge(bridge.get()), bridge.get());
+    VsMsgbus second("PRODUCT2000");
+    EXPECT_EQ(PublishBridge(&second), bridge.get());
+    EXPECT_EQ(CurrentBridge(), bridge.get());
+}
+
 }  // namespace

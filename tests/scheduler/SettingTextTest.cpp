@@ -10,6 +10,8 @@ TEST(SettingText, IsABooleanUpToItsFirstZero) {
     EXPECT_TRUE(IsBooleanText("false\0"s));
     EXPECT_FALSE(IsBooleanText("\0TRUE"s));
     EXPECT_FALSE(IsBooleanText("T\xFCRUE"));
+    EXPECT_FALSE(IsBooleanText("{rue"));
+    EXPECT_FALSE(IsBooleanText("@rue"));
 }
 
 TEST(SettingText, IsANumberUpToItsFirstZero) {

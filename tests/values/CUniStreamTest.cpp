@@ -4,6 +4,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <climits>
+
 #include "support/FailingMemory.h"
 
 namespace {
@@ -99,6 +101,13 @@ TEST_F(UniStream, StopsAppendingWhenItFindsNoMemory) {
         starved << L" after" << "after" << 1;
         EXPECT_EQ(starved.Text(), L"before");
     }
+}
+
+// Nothing of a text of that length is read.
+TEST_F(UniStream, StopsAppendingAtANarrowTextThatIsTooLongToBeWidened) {
+    stream << L"before" << std::string_view("x", size_t{INT_MAX} + 1) << L" after";
+    EXPECT_FALSE(stream.IsGood());
+    EXPECT_EQ(Text(), L"before");
 }
 
 }  // namespace
