@@ -52,6 +52,11 @@ bool CallGate::IsClosed() const {
     return isClosed;
 }
 
+bool CallGate::IsInside() const {
+    const std::lock_guard guard(mutex);
+    return HasCallOf(::GetCurrentThreadId());
+}
+
 bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
     const DWORD self = ::GetCurrentThreadId();
     std::unique_lock guard(mutex);

@@ -57,6 +57,8 @@ public:
     // No call enters any more; those inside go on.
     void Close();
     bool IsClosed() const;
+    // Whether the calling thread is.
+    bool IsInside() const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is
     // inside itself: waiting there for others could be waiting for itself. False when others are still inside.

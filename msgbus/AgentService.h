@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/CallGate.h"
 #include "msgbus/AgentRegistrations.h"
 #include "msgbus/VsMsgbusIo.h"
 #include "values/CUniStream.h"
@@ -32,6 +33,9 @@ private:
     AgentRegistrations registrations;
 };
 
+// The threads on which the agent is calling the bridge, whatever the service.
+CallGate& AgentCallbacks();
+
 // What `unregister()` answers, which ends a product's registration with the agent. The agent waits there for the
 // product's callbacks on other threads: a module that leaves from inside its own callback must not have them wait for
 // that callback, so those that wait for their turn with the module's record in `table` are turned away meanwhile.
@@ -50,5 +54,8 @@ int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept
     if (productId == nullptr || userData == nullptr) {
         return NY_UNEXPECTED;
     }
-    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return call(*static_cast<Handler*>(userData)); });
+    return Guarded<int32_t>(NY_UNEXPECTED, [&] {
+        const CallGate::Call inside(AgentCallbacks());
+        return call(*static_cast<Handler*>(userData));
+    });
 }

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "msgbus/AgentService.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/ServiceFactory.h"
 #include "values/AgentException.h"
@@ -207,10 +208,17 @@ void VsMsgbus::CreateServices() {
 // A product that leaves while it is being attached has looked at the services before or after this: before, and the
 // table tells it here; after, and it ends the registration itself.
 void VsMsgbus::AttachEnteredProducts() {
+    const CallGate::Call start(startsAndStops);
     for (const auto& [productId, serviceMask] : CopyProducts()) {
         AttachProduct(productId, serviceMask);
         if (!HasProduct(productId)) {
             StopIosForProduct(productId);
         }
+    }
+}
+
+void VsMsgbus::WaitForStartOrStop() noexcept {
+    if (!AgentCallbacks().IsInside()) {
+        Guarded([this] { startsAndStops.WaitForOthers(); });
     }
 }

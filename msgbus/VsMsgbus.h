@@ -9,6 +9,7 @@
 #include <string>
 #include <string_view>
 
+#include "base/CallGate.h"
 #include "msgbus/AgentCallbacks.h"
 #include "msgbus/VsMsgbusClientRecord.h"
 #include "msgbus/VsMsgbusIoContainer.h"
@@ -43,6 +44,10 @@ public:
     void AttachProduct(const std::string& productId, uint32_t serviceMask);
     // Ends the product's registration with every service; a refusal does not keep the others.
     void StopIosForProduct(const std::string& productId);
+    // Returns when no Start on another thread is attaching a product and no Stop is letting go of one: of a product
+    // that has left meanwhile, too. Waits at most 15 seconds, and not at all inside a callback of the agent's, for
+    // which a Stop may be waiting.
+    void WaitForStartOrStop() noexcept;
 
     void RegisterForNotifications() noexcept;
     void UnregisterForNotifications() noexcept;
@@ -74,6 +79,7 @@ private:
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
     std::mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products;
+    CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;
     // Service objects that the agent did not let go of: it may call them until its client is gone.
     RetiredIos retiredIos;

@@ -63,6 +63,8 @@ void Leave(VsMsgbus& bridge, const char* productId) {
     const std::string product(productId);
     bridge.RemoveProduct(product);
     RunForProduct(L"exit", productId, [&] { bridge.StopIosForProduct(product); });
+    // What the watcher's thread has in hand at this moment may be this product.
+    bridge.WaitForStartOrStop();
     if (!bridge.HasProducts()) {
         ForgetClientForHealthCheck();
         DestroyBridge(&bridge);

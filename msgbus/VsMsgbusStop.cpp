@@ -26,6 +26,7 @@ void VsMsgbus::StopIosForProduct(const std::string& productId) {
 }
 
 void VsMsgbus::ReleaseAllIos(const std::string* productId) {
+    const CallGate::Call stop(startsAndStops);
     CUniStream text;
     VsMsgbusIoMap taken = TakeIos();
     for (auto entry = taken.begin(); entry != taken.end();) {

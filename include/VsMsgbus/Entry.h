@@ -44,13 +44,14 @@ bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILo
                    VsMsgbus** outInstance) noexcept;
 
 /// Leaves the bridge for one product: the agent calls it no more once this has returned, except for a callback that is
-/// calling Exit itself. The Exit that removes the last product stops the watcher, ends the agent client and destroys
+/// calling Exit itself (called inside a callback while the agent comes or goes, it may return a moment before that). The Exit that removes the last product stops the watcher, ends the agent client and destroys
 /// the bridge instance. Every Exit takes the process-wide log sink away, even when other products stay.
 ///
 /// @param productId  the id given to Entry; null leaves no product.
 /// @param instance   the instance that Entry gave; null only takes the log sink away.
 ///
-/// Always returns true. Waits at most 15 seconds for the watcher to end and as long for a running Write of the sink;
+/// Always returns true. Waits at most 15 seconds for the watcher when it is at the products because the agent comes or
+/// goes (but not inside a callback of the agent's), as long for the watcher to end, and as long for a running Write of the sink;
 /// the agent itself waits for callbacks of the product that run on other threads. What could not end in time is
 /// finished, and freed, by the watcher's own thread.
 bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept;

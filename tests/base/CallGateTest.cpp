@@ -56,6 +56,17 @@ TEST(Gate, LetsCallsInUntilItIsClosed) {
     EXPECT_FALSE(CallElsewhere(gate).IsInside());
 }
 
+TEST(Gate, KnowsWhetherTheCallingThreadIsInside) {
+    CallGate gate;
+    const CallElsewhere other(gate);
+    EXPECT_FALSE(gate.IsInside());
+    {
+        const CallGate::Call own(gate);
+        EXPECT_TRUE(gate.IsInside());
+    }
+    EXPECT_FALSE(gate.IsInside());
+}
+
 TEST(Gate, WithNobodyInsideIsNotWaitedFor) {
     CallGate gate;
     EXPECT_TRUE(gate.WaitForOthers(0ms));

@@ -221,6 +221,56 @@ TEST_F(AgentLifeBusy, LetsAnEntryFinishBeforeItIsUnloadedAndServesItAfterwards) 
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
 }
 
+// The agent would go on calling the product that has left.
+TEST_F(AgentLifeBusy, LetsGoOfAProductThatLeavesMeanwhileBeforeItsExitReturns) {
+    environment.InstallAgent();
+    const Product staying("PRODUCT2000", nullptr, 0);
+    Product product;
+    Event isUnregistering;
+    Event mayGoOn;
+    Event isOut;
+    const AgentHook hook(unregisterProvider, [&] {
+        isUnregistering.Set();
+        EXPECT_TRUE(mayGoOn.Wait());
+    });
+    environment.UpgradeAgent("5.7.1");
+    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
+    std::thread leaver([&] {
+        product.Exit();
+        EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
+        isOut.Set();
+    });
+    EXPECT_FALSE(isOut.Wait(std::chrono::milliseconds(50)));
+    mayGoOn.Set();
+    leaver.join();
+}
+
+// There the agent waits for the callback, and the callback must not wait for the agent.
+TEST_F(AgentLifeBusy, LetsAProductLeaveAtOnceFromInsideTheCallbackThatItWaitsFor) {
+    environment.InstallAgent();
+    const Product staying("PRODUCT2000", nullptr, 0);
+    Product product;
+    Event isInside;
+    Event isUnregistering;
+    const AgentHook hook(unregisterProvider, [&] { isUnregistering.Set(); });
+    std::chrono::steady_clock::duration taken{};
+    collector.collect = [&](VsKitMsgbus::INYCollectProperties::ISet&) {
+        isInside.Set();
+        EXPECT_TRUE(isUnregistering.Wait());
+        const auto begin = std::chrono::steady_clock::now();
+        product.Exit();
+        taken = std::chrono::steady_clock::now() - begin;
+    };
+    const AgentRequest request("PRODUCT1000");
+    ASSERT_TRUE(isInside.Wait());
+    ny_sim_clear_calls();
+    environment.UpgradeAgent("5.7.1");
+    ASSERT_TRUE(WatcherCalls("ny_client_handler_get_msgbus"));
+    EXPECT_EQ(request.Answer(), NY_OK);
+    EXPECT_LT(taken, std::chrono::seconds(10));
+    EXPECT_EQ(Ask("PRODUCT1000"), notAsked);
+}
+
 // The one test that waits for the watcher's own pause.
 TEST_F(AgentLife, IsFoundAfterRealFifteenSecondsWhenItsKeyWasMissing) {
     const Product product("PRODUCT1000", &sink);

@@ -1,6 +1,11 @@
 // The bridge instance's start, step by step, and the notifications that lead to it.
+#include <thread>
+
 #include "msgbus/VsMsgbusFixture.h"
+#include "support/AgentCalls.h"
+#include "support/AgentFunctions.h"
 #include "support/AnsweredCalls.h"
+#include "support/Event.h"
 
 namespace {
 
@@ -107,6 +112,43 @@ TEST_F(VsMsgbusAttaching, KeepsTheFirstMaskOfAProduct) {
     bridge->AddProduct("PRODUCT1000", 0);
     bridge->AddProduct("PRODUCT1000", 0x2000);
     Notify(1);
+    EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
+}
+
+// Who has left must not find itself attached a moment later.
+TEST_F(VsMsgbusAttaching, OfAStartIsWaitedForByAProductThatGoes) {
+    bridge->AddProduct("PRODUCT1000", 0x2000);
+    Event isAttaching;
+    Event mayGoOn;
+    Event isRemoved;
+    const AgentHook hook(registerProvider, [&] {
+        isAttaching.Set();
+        EXPECT_TRUE(mayGoOn.Wait());
+    });
+    std::thread starter([this] { Notify(1); });
+    EXPECT_TRUE(isAttaching.Wait());
+    std::thread leaver([&] {
+        bridge->RemoveProduct("PRODUCT1000");
+        bridge->WaitForStartOrStop();
+        isRemoved.Set();
+    });
+    EXPECT_FALSE(isRemoved.Wait(std::chrono::milliseconds(50)));
+    mayGoOn.Set();
+    leaver.join();
+    EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
+    starter.join();
+}
+
+// Waiting there would be waiting for itself.
+TEST_F(VsMsgbusAttaching, OfAStartIsNotWaitedForOnItsOwnThread) {
+    bridge->AddProduct("PRODUCT1000", 0x2000);
+    const AgentHook hook(registerProvider, [this] {
+        bridge->RemoveProduct("PRODUCT1000");
+        bridge->WaitForStartOrStop();
+    });
+    const auto begin = std::chrono::steady_clock::now();
+    Notify(1);
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, callWaitLimit);
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
 }
 

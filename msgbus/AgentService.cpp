@@ -1,0 +1,6 @@
+#include "msgbus/AgentService.h"
+
+CallGate& AgentCallbacks() {
+    static CallGate callbacks;
+    return callbacks;
+}
