@@ -2,7 +2,10 @@
 
 #include <windows.h>
 
+#include <condition_variable>
+#include <cstddef>
 #include <memory>
+#include <mutex>
 #include <new>
 #include <utility>
 
@@ -15,10 +18,40 @@ struct ThreadStart {
     HMODULE library = nullptr;
 };
 
+// How many threads have work left.
+class WorkCount {
+public:
+    void Add() {
+        const std::lock_guard lock(mutex);
+        ++count;
+    }
+    void Remove() {
+        const std::lock_guard lock(mutex);
+        --count;
+        changed.notify_all();
+    }
+    bool WaitForNone(std::chrono::milliseconds time) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, time, [this] { return count == 0; });
+    }
+
+private:
+    std::mutex mutex;
+    std::condition_variable changed;
+    size_t count = 0;
+};
+
+WorkCount& Working() {
+    static WorkCount working;
+    return working;
+}
+
 // Everything of C++ has ended when this returns, so that nothing of it is left when the library goes.
 HMODULE RunWork(void* argument) {
     const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
     start->work();
+    start->work = nullptr;
+    Working().Remove();
     return start->library;
 }
 
@@ -42,14 +75,20 @@ uint32_t StartAgentThread(std::function<void()> work) {
     start->work = std::move(work);
     start->library = ReferToThisLibrary();
     DWORD threadId = 0;
+    Working().Add();
     const HANDLE thread = CreateThread(nullptr, 0, &RunAgentThread, start.get(), 0, &threadId);
     if (thread == nullptr) {
+        Working().Remove();
         FreeLibrary(start->library);
         throw std::bad_alloc();
     }
     static_cast<void>(start.release());
     CloseHandle(thread);
     return threadId;
+}
+
+bool WaitForAgentThreads(std::chrono::milliseconds time) {
+    return Working().WaitForNone(time);
 }
 
 }  // namespace simulator

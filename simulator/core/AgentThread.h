@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 
@@ -9,5 +10,8 @@ namespace simulator {
 // this library in memory until it has ended, whatever its callbacks unload. Throws std::bad_alloc when there is no
 // thread to be had; the work must not throw.
 uint32_t StartAgentThread(std::function<void()> work);
+
+// Waits until no such thread has work left. False when that did not happen within the time.
+bool WaitForAgentThreads(std::chrono::milliseconds time);
 
 }  // namespace simulator

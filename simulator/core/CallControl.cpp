@@ -1,5 +1,6 @@
 // Control functions: faults, hooks, the call record and handles.
 #include "Agent.h"
+#include "AgentThread.h"
 #include "FunctionName.h"
 #include "Guarded.h"
 #include "ny_core.h"
@@ -69,6 +70,14 @@ void ny_sim_clear_calls(void) {
 int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseconds) {
     return Guarded("ny_sim_wait_calls", [&] {
         if (!TheAgent().calls.WaitForEnded(function, count, std::chrono::milliseconds(milliseconds))) {
+            throw Failure{NY_SIM_TIMEOUT};
+        }
+    });
+}
+
+int32_t ny_sim_wait_idle(uint32_t milliseconds) {
+    return Guarded("ny_sim_wait_idle", [&] {
+        if (!WaitForAgentThreads(std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
     });

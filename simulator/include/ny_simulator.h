@@ -57,6 +57,10 @@ void ny_sim_clear_calls(void);
 // function counts all. NY_OK, or NY_SIM_TIMEOUT.
 int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseconds);
 
+// Waits at most `milliseconds` until no thread of the agent's is at work, whether or not its callbacks have answered.
+// NY_OK, or NY_SIM_TIMEOUT.
+int32_t ny_sim_wait_idle(uint32_t milliseconds);
+
 // --- Handles ------------------------------------------------------------------------------------------------------
 
 enum ny_sim_handle_kind : int32_t {

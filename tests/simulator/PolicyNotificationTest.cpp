@@ -138,4 +138,17 @@ TEST_F(SimulatedNotifications, RefuseNull) {
     EXPECT_EQ(Unregister(nullptr), NY_INVALID_ARGUMENT);
 }
 
+// The agent's thread is at work until it is out of the callback that ny_policy_enforce led to, which has no request.
+TEST_F(SimulatedNotifications, CanBeWaitedForWithoutARequest) {
+    Event mayEnd;
+    callback.answer = [&](ny_policy_uri_t*) { return mayEnd.Wait() ? NY_OK : NY_UNEXPECTED; };
+    ASSERT_EQ(Register(), NY_OK);
+    EXPECT_EQ(ny_sim_wait_idle(0), NY_OK);
+    ASSERT_EQ(Call<&ny_policy_enforce>(client, "PRODUCT1000"), NY_OK);
+    EXPECT_EQ(ny_sim_wait_idle(30), NY_SIM_TIMEOUT);
+    mayEnd.Set();
+    EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
+    EXPECT_THAT(callback.log.Lines(), ElementsAre("PRODUCT1000"));
+}
+
 }  // namespace

@@ -1,0 +1,89 @@
+// Entering and leaving, and the agent that comes, changes and goes.
+#include "flows/EnteredFlow.h"
+#include "flows/FlowList.h"
+
+namespace {
+
+class EntryFlow final : public EnteringFlow {
+public:
+    using EnteringFlow::EnteringFlow;
+    void Prepare() override {}
+    void Run() override {
+        const bool isEntered = Enter(allServices);
+        world.Note("Entry: " + TextOf(isEntered) + (instance != nullptr ? "" : ", no instance"));
+        world.NoteRegistrations();
+    }
+};
+
+class ExitFlow final : public EnteredFlow<allServices> {
+public:
+    using EnteredFlow::EnteredFlow;
+    void Run() override {
+        world.Note("Exit: " + TextOf(VsMsgbusExit(FlowWorld::product, std::exchange(instance, nullptr))));
+        world.NoteRegistrations();
+    }
+};
+
+// The agent comes while the product is there. Nothing tells when the start is over; so the agent goes again, and the
+// watcher comes to that when it has done with the start.
+class StartFlow final : public EnteredFlow<allServices> {
+public:
+    using EnteredFlow::EnteredFlow;
+    void Prepare() override {
+        world.TakeAgentAway();
+        EnteredFlow::Prepare();
+    }
+    void Run() override {
+        world.PutFirstAgent();
+        world.WaitForAgentIn(world.FirstFolder());
+        world.TakeAgentAway();
+        world.WaitForNoAgent();
+        world.NoteCalls();
+    }
+    void CleanUp() override {
+        EnteredFlow::CleanUp();
+        world.PutFirstAgent();
+    }
+};
+
+class StopFlow final : public EnteredFlow<allServices> {
+public:
+    using EnteredFlow::EnteredFlow;
+    void Run() override {
+        world.TakeAgentAway();
+        world.WaitForNoAgent();
+        world.NoteCalls();
+        world.NoteRegistrations();
+    }
+    void CleanUp() override {
+        EnteredFlow::CleanUp();
+        world.PutFirstAgent();
+    }
+};
+
+// Ends as the start does.
+class UpgradeFlow final : public EnteredFlow<allServices> {
+public:
+    using EnteredFlow::EnteredFlow;
+    void Run() override {
+        world.PutSecondAgent();
+        world.WaitForAgentIn(world.SecondFolder());
+        world.TakeAgentAway();
+        world.WaitForNoAgent();
+        world.NoteCalls();
+    }
+    void CleanUp() override {
+        EnteredFlow::CleanUp();
+        world.PutFirstAgent();
+    }
+};
+
+}  // namespace
+
+std::vector<FlowKind> LifeFlows() {
+    return {{"Entry", MakeFlow<EntryFlow>},
+            {"Exit", MakeFlow<ExitFlow>},
+            {"Start", MakeFlow<StartFlow>},
+            {"Stop", MakeFlow<StopFlow>},
+            {"Upgrade", MakeFlow<UpgradeFlow>}};
+}
