@@ -52,6 +52,7 @@ inline constexpr std::string_view functionNames[] = {
     "ResetEvent",
     "SetEnvironmentVariableW",
     "SetEvent",
+    "SleepConditionVariableSRW",
     "WaitForMultipleObjects",
     "WaitForSingleObject",
     "WideCharToMultiByte",

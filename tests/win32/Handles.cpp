@@ -56,6 +56,18 @@ size_t OpenHandles() {
     return table.objects.size();
 }
 
+size_t HandleMark() {
+    HandleTable& table = TheTable();
+    const std::lock_guard guard(table.lock);
+    return table.lastHandle;
+}
+
+void CloseHandlesSince(size_t mark) {
+    for (size_t handle = mark + handleSpacing; handle <= HandleMark(); handle += handleSpacing) {
+        TakeHandle(reinterpret_cast<HANDLE>(handle));
+    }
+}
+
 size_t OpenRegistryKeys() {
     HandleTable& table = TheTable();
     const std::lock_guard guard(table.lock);

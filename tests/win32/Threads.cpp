@@ -3,6 +3,7 @@
 #include <thread>
 #include <utility>
 
+#include "Callers.h"
 #include "Waitable.h"
 #include "win32/libraries.h"
 #include "win32/threads.h"
@@ -95,5 +96,5 @@ DWORD GetCurrentThreadId() {
 }
 
 void Sleep(DWORD milliseconds) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(milliseconds));
+    std::this_thread::sleep_for(std::chrono::milliseconds(win32::LimitedWait(milliseconds)));
 }

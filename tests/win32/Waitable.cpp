@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "Callers.h"
 #include "win32/threads.h"
 
 namespace win32 {
@@ -133,7 +134,7 @@ BOOL ReleaseMutex(HANDLE mutex) {
 
 DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds) {
     return AnswerOr(WAIT_FAILED, "WaitForSingleObject",
-                    [&] { return win32::WaitForAny({ObjectOf<Waitable>(handle)}, milliseconds); });
+                    [&] { return win32::WaitForAny({ObjectOf<Waitable>(handle)}, win32::LimitedWait(milliseconds)); });
 }
 
 DWORD WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitForAll, DWORD milliseconds) {
@@ -146,6 +147,6 @@ DWORD WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitForAll
         for (const HANDLE handle : std::span(handles, count)) {
             objects.push_back(ObjectOf<Waitable>(handle));
         }
-        return win32::WaitForAny(objects, milliseconds);
+        return win32::WaitForAny(objects, win32::LimitedWait(milliseconds));
     });
 }

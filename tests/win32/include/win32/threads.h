@@ -11,6 +11,18 @@ struct CRITICAL_SECTION {
 };
 using LPCRITICAL_SECTION = CRITICAL_SECTION*;
 
+struct SRWLOCK {
+    pthread_mutex_t mutex;
+};
+using PSRWLOCK = SRWLOCK*;
+inline constexpr SRWLOCK SRWLOCK_INIT = {PTHREAD_MUTEX_INITIALIZER};
+
+struct CONDITION_VARIABLE {
+    pthread_cond_t condition;
+};
+using PCONDITION_VARIABLE = CONDITION_VARIABLE*;
+inline constexpr CONDITION_VARIABLE CONDITION_VARIABLE_INIT = {PTHREAD_COND_INITIALIZER};
+
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
@@ -43,5 +55,11 @@ void InitializeCriticalSection(LPCRITICAL_SECTION section);
 void DeleteCriticalSection(LPCRITICAL_SECTION section);
 void EnterCriticalSection(LPCRITICAL_SECTION section);
 void LeaveCriticalSection(LPCRITICAL_SECTION section);
+
+// Locks that are shared are not supported.
+void AcquireSRWLockExclusive(PSRWLOCK lock);
+void ReleaseSRWLockExclusive(PSRWLOCK lock);
+BOOL SleepConditionVariableSRW(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD milliseconds, ULONG flags);
+void WakeAllConditionVariable(PCONDITION_VARIABLE condition);
 
 }  // extern "C"

@@ -13,6 +13,7 @@ using WORD = uint16_t;
 using DWORD = uint32_t;
 using LONG = int32_t;
 using UINT = uint32_t;
+using ULONG = uint32_t;
 using SIZE_T = size_t;
 using ULONGLONG = uint64_t;
 using LPCSTR = const char*;
