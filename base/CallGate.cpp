@@ -1,9 +1,11 @@
 #include "base/CallGate.h"
 
+#include <mutex>
+
 CallGate::Call::Call(CallGate& gateOfCall, Admission admission) : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
-    std::unique_lock guard(gate.mutex);
+    const std::lock_guard guard(gate.mutex);
     const auto mustWait = [&] { return admission == Admission::OneThreadAtATime && gate.HasCallOfOther(threadId); };
-    gate.changed.wait(guard, [&] { return gate.isClosed || gate.turnedAway != 0 || !mustWait(); });
+    gate.changed.Wait(gate.mutex, [&] { return gate.isClosed || gate.turnedAway != 0 || !mustWait(); });
     if (gate.isClosed || mustWait()) {
         return;
     }
@@ -22,7 +24,7 @@ CallGate::Call::~Call() {
         link = &(*link)->next;
     }
     *link = next;
-    gate.changed.notify_all();
+    gate.changed.NotifyAll();
 }
 
 CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGuard) {
@@ -30,7 +32,7 @@ CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGua
     if (gate.HasCallOf(::GetCurrentThreadId())) {
         isInside = true;
         ++gate.turnedAway;
-        gate.changed.notify_all();
+        gate.changed.NotifyAll();
     }
 }
 
@@ -44,7 +46,7 @@ CallGate::TurnAwayOthers::~TurnAwayOthers() {
 void CallGate::Close() {
     const std::lock_guard guard(mutex);
     isClosed = true;
-    changed.notify_all();
+    changed.NotifyAll();
 }
 
 bool CallGate::IsClosed() const {
@@ -59,11 +61,11 @@ bool CallGate::IsInside() const {
 
 bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
     const DWORD self = ::GetCurrentThreadId();
-    std::unique_lock guard(mutex);
+    const std::lock_guard guard(mutex);
     if (HasCallOf(self)) {
         return !HasCallOfOther(self);
     }
-    return changed.wait_for(guard, limit, [this] { return calls == nullptr; });
+    return changed.WaitFor(mutex, limit, [this] { return calls == nullptr; });
 }
 
 bool CallGate::HasCallOf(DWORD threadId) const noexcept {

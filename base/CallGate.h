@@ -3,8 +3,8 @@
 #include <windows.h>
 
 #include <chrono>
-#include <condition_variable>
-#include <mutex>
+
+#include "base/Mutex.h"
 
 // The longest time that the bridge waits for somebody else's code to return.
 inline constexpr std::chrono::milliseconds callWaitLimit{15000};
@@ -68,8 +68,8 @@ private:
     bool HasCallOf(DWORD threadId) const noexcept;
     bool HasCallOfOther(DWORD threadId) const noexcept;
 
-    mutable std::mutex mutex;
-    std::condition_variable changed;
+    mutable Mutex mutex;
+    Condition changed;
     Call* calls = nullptr;
     unsigned turnedAway = 0;  // by so many threads
     bool isClosed = false;

@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <cstddef>
+#include <mutex>
 #include <new>
 #include <utility>
 

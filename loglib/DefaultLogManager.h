@@ -1,7 +1,6 @@
 #pragma once
 
-#include <mutex>
-
+#include "base/OwnerLock.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
 
@@ -20,6 +19,6 @@ private:
 
     LogDestination destination;
     // Held while the listener is called. Recursive, because the listener may log.
-    std::recursive_mutex listening;
+    CriticalSection listening;
     LogUtils::LogListener* listener = nullptr;
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <mutex>
 #include <string_view>
 
 #include "loglib/Utf8.h"

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <array>
-#include <mutex>
 #include <string>
+
+#include "base/Mutex.h"
 
 // Where lines of the log are written to. Any thread.
 class LogDestination {
@@ -10,7 +11,7 @@ public:
     // The longest path, its terminating zero included.
     static constexpr size_t pathCapacity = 32767;
 
-    // See LogUtils::LogManager::SetFile. Throws std::system_error when it cannot lock.
+    // See LogUtils::LogManager::SetFile.
     bool Choose(const wchar_t* path);
 
     // Writes the line, its line end included, to the file, or else to the debugger's output. Throws std::bad_alloc and
@@ -23,8 +24,8 @@ private:
     // One thread at a time: not every system keeps lines of one process apart at the end of a file.
     bool AppendAlone(const std::wstring& file, const std::string& line) const;
 
-    mutable std::mutex writing;
-    mutable std::mutex mutex;  // of what follows
+    mutable Mutex writing;
+    mutable Mutex mutex;  // of what follows
     bool isChosen = false;
     // Has no memory of its own, so that nothing of it is left to be freed.
     std::array<wchar_t, pathCapacity> chosen{};

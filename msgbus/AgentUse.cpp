@@ -4,12 +4,13 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/Mutex.h"
 
 namespace {
 
 using SessionPointer = std::shared_ptr<AgentUse::Session>;
 
-std::mutex currentLock;  // held for the copy or the exchange alone
+Mutex currentLock;  // held for the copy or the exchange alone
 SessionPointer current;
 
 SessionPointer CurrentSession() {

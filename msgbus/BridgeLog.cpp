@@ -6,6 +6,7 @@
 
 #include "base/Boundary.h"
 #include "base/CallGate.h"
+#include "base/Mutex.h"
 
 namespace {
 
@@ -16,7 +17,7 @@ struct SinkInUse {
     CallGate gate;
 };
 
-std::mutex sinkLock;
+Mutex sinkLock;
 std::shared_ptr<SinkInUse> currentSink;
 
 std::shared_ptr<SinkInUse> CopySink() {

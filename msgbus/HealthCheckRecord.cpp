@@ -2,9 +2,11 @@
 
 #include <mutex>
 
+#include "base/Mutex.h"
+
 namespace {
 
-std::mutex recordLock;
+Mutex recordLock;
 std::unique_ptr<HealthCheckRecord> healthCheckRecord;
 
 }  // namespace

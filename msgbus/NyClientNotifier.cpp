@@ -1,6 +1,7 @@
 #include "msgbus/NyClientNotifier.h"
 
 #include <memory>
+#include <mutex>
 #include <new>
 
 #include "agent/ny_agent.h"

@@ -6,8 +6,8 @@
 
 #include <atomic>
 #include <cstdint>
-#include <mutex>
 
+#include "base/Mutex.h"
 #include "msgbus/AgentKey.h"
 
 struct NyClient;
@@ -30,7 +30,7 @@ struct NyClientNotifier {
     std::atomic<DWORD> threadId = 0;
     HMODULE library = nullptr;  // this code, held for as long as the thread runs
 
-    std::mutex endLock;  // guards the following
+    Mutex endLock;  // guards the following
     bool hasEnded = false;
     void (*last)(void* userData) = nullptr;
     void* lastUserData = nullptr;

@@ -1,9 +1,11 @@
 #include "msgbus/VsMsgbus.h"
 
+#include <mutex>
 #include <string_view>
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/Mutex.h"
 #include "msgbus/AgentService.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/ServiceFactory.h"
@@ -18,7 +20,7 @@ namespace {
 
 std::atomic<VsMsgbus*> currentBridge = nullptr;
 // Held for taking the instance back, and for a look at one that must not be destroyed meanwhile.
-std::mutex bridgeLock;
+Mutex bridgeLock;
 
 // In the order in which Start creates the service objects, and in which a product is attached to them.
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
@@ -88,7 +90,7 @@ VsMsgbus::~VsMsgbus() {
     WithdrawBridge(this);
     if (mayStillBeCalled) {
         // The agent holds on to a client, and through it to these objects: they stay for good.
-        static std::mutex keptLock;
+        static Mutex keptLock;
         static RetiredIos kept;
         const std::lock_guard guard(keptLock);
         kept.merge(retiredIos);

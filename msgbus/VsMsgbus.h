@@ -5,11 +5,11 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 
 #include "base/CallGate.h"
+#include "base/Mutex.h"
 #include "msgbus/AgentCallbacks.h"
 #include "msgbus/VsMsgbusClientRecord.h"
 #include "msgbus/VsMsgbusIoContainer.h"
@@ -77,7 +77,7 @@ private:
     ProductTable CopyProducts();
 
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
-    std::mutex productsLock;  // held for the insertion, removal or copy alone
+    Mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products;
     CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;

@@ -1,5 +1,6 @@
 #include "msgbus/VsMsgbusIoContainer.h"
 
+#include <mutex>
 #include <utility>
 
 #include "agent/ny_agent.h"

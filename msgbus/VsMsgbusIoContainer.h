@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <map>
 #include <memory>
-#include <mutex>
 
+#include "base/Mutex.h"
 #include "msgbus/VsMsgbusIo.h"
 
 using VsMsgbusIoPointer = std::shared_ptr<VsMsgbusIo>;
@@ -35,6 +35,6 @@ public:
     VsMsgbusIoMap TakeIos();
 
 private:
-    std::mutex mutex;
+    Mutex mutex;
     VsMsgbusIoMap ios;
 };

@@ -1,0 +1,99 @@
+// What the bridge locks and waits with.
+#include "base/Mutex.h"
+
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <thread>
+
+#include "support/Event.h"
+#include "support/SystemFunction.h"
+
+namespace {
+
+using namespace std::chrono_literals;
+
+TEST(BridgeMutex, KeepsOthersOut) {
+    Mutex mutex;
+    int number = 0;
+    const auto count = [&] {
+        for (int i = 0; i < 1000; ++i) {
+            const std::lock_guard guard(mutex);
+            ++number;
+        }
+    };
+    std::thread other(count);
+    count();
+    other.join();
+    EXPECT_EQ(number, 2000);
+}
+
+class BridgeCondition : public testing::Test {
+protected:
+    void Meet() {
+        const std::lock_guard guard(mutex);
+        isMet = true;
+        condition.NotifyAll();
+    }
+
+    Mutex mutex;
+    Condition condition;
+    bool isMet = false;
+};
+
+TEST_F(BridgeCondition, EndsTheWaitsOfAllWhenItIsMet) {
+    Event waiting[2];
+    const auto wait = [this](Event& hasLocked) {
+        const std::lock_guard guard(mutex);
+        hasLocked.Set();
+        condition.Wait(mutex, [this] { return isMet; });
+        EXPECT_TRUE(isMet);
+    };
+    std::thread first([&] { wait(waiting[0]); });
+    std::thread second([&] { wait(waiting[1]); });
+    EXPECT_TRUE(waiting[0].Wait());
+    EXPECT_TRUE(waiting[1].Wait());
+    Meet();
+    first.join();
+    second.join();
+}
+
+TEST_F(BridgeCondition, ThatIsMetInTimeSaysSo) {
+    std::thread other([this] { Meet(); });
+    {
+        const std::lock_guard guard(mutex);
+        EXPECT_TRUE(condition.WaitFor(mutex, soon, [this] { return isMet; }));
+    }
+    other.join();
+}
+
+TEST_F(BridgeCondition, ThatIsNotMetInTimeSaysSoAfterThatTime) {
+    const std::lock_guard guard(mutex);
+    const auto start = std::chrono::steady_clock::now();
+    EXPECT_FALSE(condition.WaitFor(mutex, 30ms, [] { return false; }));
+    EXPECT_GE(std::chrono::steady_clock::now() - start, 30ms);
+    EXPECT_TRUE(condition.WaitFor(mutex, 0ms, [] { return true; }));
+    EXPECT_FALSE(condition.WaitFor(mutex, 0ms, [] { return false; }));
+}
+
+BOOL WINAPI RefuseToSleep(PCONDITION_VARIABLE /*condition*/, PSRWLOCK /*lock*/, DWORD /*milliseconds*/,
+                          ULONG /*flags*/) {
+    ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return FALSE;
+}
+
+// A wait that held the mutex would keep out whoever meets the condition, for ever.
+TEST_F(BridgeCondition, LetsOthersInWhenTheSystemDoesNotWait) {
+    const SystemFunction<decltype(::SleepConditionVariableSRW)> sleeping(&::SleepConditionVariableSRW, &RefuseToSleep);
+    Event hasLocked;
+    std::thread waiting([&] {
+        const std::lock_guard guard(mutex);
+        hasLocked.Set();
+        condition.Wait(mutex, [this] { return isMet; });
+    });
+    EXPECT_TRUE(hasLocked.Wait());
+    Meet();
+    waiting.join();
+}
+
+}  // namespace
