@@ -39,3 +39,13 @@ function(count_coverage target)
         target_link_options(${target} INTERFACE --coverage)
     endif()
 endfunction()
+
+# Has the C++ runtime in a Windows DLL go on where there is no memory: see the source.
+function(give_runtime_reserve target)
+    if(WIN32)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/base/RuntimeReserve.cpp)
+        target_link_options(${target} PRIVATE
+            LINKER:--wrap=malloc LINKER:--wrap=calloc LINKER:--wrap=realloc LINKER:--wrap=free
+            LINKER:--wrap=AllocateBlock)
+    endif()
+endfunction()

@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "base/Blocks.h"
+
 namespace {
 
 using FreeFunction = void (*)(void*);
@@ -48,7 +50,7 @@ uint32_t ny_temp_buffer_reserve(ny_temp_buffer_t* buffer, size_t size) noexcept 
     if (buffer->capacity >= size) {
         return 0;
     }
-    void* block = std::calloc(1, size);
+    void* block = AllocateBlock(size);
     if (block == nullptr) {
         return outOfMemory;
     }

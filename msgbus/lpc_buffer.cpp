@@ -3,6 +3,8 @@
 #include <cstdlib>
 #include <string>
 
+#include "base/Blocks.h"
+
 namespace VsKitMsgbus {
 
 namespace {
@@ -10,7 +12,7 @@ namespace {
 template <class Character>
 bool Store(lpc_buffer& buffer, uint32_t kind, std::basic_string_view<Character> text) noexcept {
     buffer.Release();
-    auto* const data = static_cast<Character*>(std::malloc((text.size() + 1) * sizeof(Character)));
+    auto* const data = static_cast<Character*>(AllocateBlock((text.size() + 1) * sizeof(Character)));
     if (data == nullptr) {
         return false;
     }

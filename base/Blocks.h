@@ -1,0 +1,7 @@
+#pragma once
+
+#include <cstddef>
+
+// A zero-filled block of that size, to be freed with `free`: what is handed to modules. Null when there is no memory.
+// In C's way, so that the link of the Windows DLL can put another in its place: see RuntimeReserve.cpp.
+extern "C" void* AllocateBlock(size_t size) noexcept;
