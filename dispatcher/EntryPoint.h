@@ -31,6 +31,10 @@ using NameTable = std::array<const char*, count>;
 void LoadGroup(Group& group) noexcept;
 void UnloadLibrary(const Group& group) noexcept;
 
+// Whether the group is loaded, after loading it if it was not: until its library is closed, calling its functions then
+// needs neither memory nor the system.
+bool EnsureGroup(Group& group) noexcept;
+
 namespace entrypoint {
 
 // The name of a function of the agent's as its prototype spells it.

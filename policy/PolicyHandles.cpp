@@ -2,14 +2,26 @@
 
 #include "dispatcher/groups/PolicyGroup.h"
 
-void ReleaseHandle(ny_policy_uri_t* uri) noexcept {
-    agent::ny_policy_uri_release(uri);
+bool CanRelease(const ny_policy_uri_t* /*kind*/) noexcept {
+    return EnsureGroup(policyGroup);
 }
 
-void ReleaseHandle(ny_policy_bag_t* bag) noexcept {
-    agent::ny_policy_bag_release(bag);
+bool CanRelease(const ny_policy_bag_t* /*kind*/) noexcept {
+    return EnsureGroup(policyGroup);
 }
 
-void ReleaseHandle(ny_policy_bag_iterator_t* iterator) noexcept {
-    agent::ny_policy_bag_iterator_release(iterator);
+bool CanRelease(const ny_policy_bag_iterator_t* /*kind*/) noexcept {
+    return EnsureGroup(policyGroup);
+}
+
+int32_t ReleaseHandle(ny_policy_uri_t* uri) noexcept {
+    return agent::ny_policy_uri_release(uri);
+}
+
+int32_t ReleaseHandle(ny_policy_bag_t* bag) noexcept {
+    return agent::ny_policy_bag_release(bag);
+}
+
+int32_t ReleaseHandle(ny_policy_bag_iterator_t* iterator) noexcept {
+    return agent::ny_policy_bag_iterator_release(iterator);
 }

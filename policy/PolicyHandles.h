@@ -2,10 +2,13 @@
 
 #include "values/AgentHandle.h"
 
-// Gives a handle of the policy group back to the agent, as those of values/AgentHandle.h do.
-void ReleaseHandle(ny_policy_uri_t* uri) noexcept;
-void ReleaseHandle(ny_policy_bag_t* bag) noexcept;
-void ReleaseHandle(ny_policy_bag_iterator_t* iterator) noexcept;
+// The handles of the policy group, as those of values/AgentHandle.h.
+bool CanRelease(const ny_policy_uri_t* kind) noexcept;
+bool CanRelease(const ny_policy_bag_t* kind) noexcept;
+bool CanRelease(const ny_policy_bag_iterator_t* kind) noexcept;
+int32_t ReleaseHandle(ny_policy_uri_t* uri) noexcept;
+int32_t ReleaseHandle(ny_policy_bag_t* bag) noexcept;
+int32_t ReleaseHandle(ny_policy_bag_iterator_t* iterator) noexcept;
 
 using PolicyUriOwner = AgentHandle<ny_policy_uri_t>;
 using PolicyBagOwner = AgentHandle<ny_policy_bag_t>;

@@ -21,6 +21,7 @@ constexpr uint32_t notificationMask = 63;
 
 int32_t NotifyOfPolicies(ny_client_t* /*client*/, const char* productId, ny_policy_uri_t* uri, void* callbackData) {
     return CallHandler<policy_notification_handler>(productId, callbackData, [&](policy_notification_handler& handler) {
+        PolicyUriOwner::RequireRelease();
         Check(agent::ny_policy_uri_add_ref(uri));
         const PolicyUriOwner owned(uri);
         return handler.on_notification(handler.Client(), productId, owned.Get());

@@ -36,11 +36,11 @@ std::string ReadText(const char* key) {
 KeyReading ReadKey(const char* key) {
     KeyReading reading;
     const AgentUse agentUse;
-    if (!agentUse) {
+    VariantOwner variant;
+    if (!agentUse || !CanRelease(variant.Get())) {
         reading.lookUp = NY_FUNCTION_MISSING;
         return reading;
     }
-    VariantOwner variant;
     reading.lookUp = agent::ny_info_get(agentUse.Client(), key, variant.Out());
     if (reading.lookUp != NY_OK) {
         return reading;
@@ -51,7 +51,7 @@ KeyReading ReadKey(const char* key) {
     if (reading.read == NY_OK && text != nullptr) {
         reading.text.assign(text, length);
     }
-    reading.release = agent::ny_variant_release(variant.Detach());
+    reading.release = variant.Reset();
     return reading;
 }
 

@@ -3,22 +3,42 @@
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 
-void ReleaseHandle(ny_buffer_t* buffer) noexcept {
-    agent::ny_buffer_release(buffer);
+bool CanRelease(const ny_buffer_t* /*kind*/) noexcept {
+    return EnsureGroup(bufferGroup);
 }
 
-void ReleaseHandle(ny_wbuffer_t* buffer) noexcept {
-    agent::ny_wbuffer_release(buffer);
+bool CanRelease(const ny_wbuffer_t* /*kind*/) noexcept {
+    return EnsureGroup(bufferGroup);
 }
 
-void ReleaseHandle(ny_variant_t* variant) noexcept {
-    agent::ny_variant_release(variant);
+bool CanRelease(const ny_variant_t* /*kind*/) noexcept {
+    return EnsureGroup(variantGroup);
 }
 
-void ReleaseHandle(ny_table_t* table) noexcept {
-    agent::ny_table_release(table);
+bool CanRelease(const ny_table_t* /*kind*/) noexcept {
+    return EnsureGroup(variantGroup);
 }
 
-void ReleaseHandle(ny_array_t* array) noexcept {
-    agent::ny_array_release(array);
+bool CanRelease(const ny_array_t* /*kind*/) noexcept {
+    return EnsureGroup(variantGroup);
+}
+
+int32_t ReleaseHandle(ny_buffer_t* buffer) noexcept {
+    return agent::ny_buffer_release(buffer);
+}
+
+int32_t ReleaseHandle(ny_wbuffer_t* buffer) noexcept {
+    return agent::ny_wbuffer_release(buffer);
+}
+
+int32_t ReleaseHandle(ny_variant_t* variant) noexcept {
+    return agent::ny_variant_release(variant);
+}
+
+int32_t ReleaseHandle(ny_table_t* table) noexcept {
+    return agent::ny_table_release(table);
+}
+
+int32_t ReleaseHandle(ny_array_t* array) noexcept {
+    return agent::ny_array_release(array);
 }

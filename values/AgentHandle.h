@@ -3,13 +3,22 @@
 #include <utility>
 
 #include "agent/ny_agent.h"
+#include "values/AgentException.h"
 
-// Gives a handle back to the agent. The agent's answer, and an agent that cannot be reached, are ignored.
-void ReleaseHandle(ny_buffer_t* buffer) noexcept;
-void ReleaseHandle(ny_wbuffer_t* buffer) noexcept;
-void ReleaseHandle(ny_variant_t* variant) noexcept;
-void ReleaseHandle(ny_table_t* table) noexcept;
-void ReleaseHandle(ny_array_t* array) noexcept;
+// Whether handles of this kind can be given back, as far as that depends on memory and the system. What finds out too
+// late that it cannot would have to keep the handle for good.
+bool CanRelease(const ny_buffer_t* kind) noexcept;
+bool CanRelease(const ny_wbuffer_t* kind) noexcept;
+bool CanRelease(const ny_variant_t* kind) noexcept;
+bool CanRelease(const ny_table_t* kind) noexcept;
+bool CanRelease(const ny_array_t* kind) noexcept;
+
+// Gives a handle back to the agent. The agent's answer, NY_FUNCTION_MISSING when it cannot be reached.
+int32_t ReleaseHandle(ny_buffer_t* buffer) noexcept;
+int32_t ReleaseHandle(ny_wbuffer_t* buffer) noexcept;
+int32_t ReleaseHandle(ny_variant_t* variant) noexcept;
+int32_t ReleaseHandle(ny_table_t* table) noexcept;
+int32_t ReleaseHandle(ny_array_t* array) noexcept;
 
 // Owns one agent handle, null when empty, and releases it exactly once. Releasing never throws.
 template <class Handle>
@@ -33,17 +42,25 @@ public:
     Handle* Get() const noexcept { return handle; }
     explicit operator bool() const noexcept { return handle != nullptr; }
 
-    // Releases what is held.
-    void Reset() noexcept {
-        if (Handle* released = std::exchange(handle, nullptr)) {
-            ReleaseHandle(released);
-        }
+    // Releases what is held. What the agent answers, which most may ignore; NY_OK when nothing is held.
+    int32_t Reset() noexcept {
+        Handle* const released = std::exchange(handle, nullptr);
+        return released != nullptr ? ReleaseHandle(released) : NY_OK;
     }
 
-    // Empties the owner and gives the place where an agent call puts its owned result.
-    Handle** Out() noexcept {
+    // Empties the owner and gives the place where an agent call puts its owned result. Raises the agent exception with
+    // NY_FUNCTION_MISSING when such a result could not be released.
+    Handle** Out() {
         Reset();
+        RequireRelease();
         return &handle;
+    }
+
+    // To be called before something is owned that comes without Out. Raises as Out does.
+    static void RequireRelease() {
+        if (!CanRelease(static_cast<const Handle*>(nullptr))) {
+            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+        }
     }
 
     // The place of what is held, for an agent call that may put another handle there after releasing this one itself.
