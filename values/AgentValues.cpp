@@ -1,32 +1,47 @@
 #include "values/AgentValues.h"
 
+#include <algorithm>
+#include <new>
+
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/AgentException.h"
 
 using corvane::ny::utils::Check;
 
+namespace {
+
+// The text of a buffer. The agent's contract: the length of the first call, the text of the second. What the second
+// call says to be shorter is no longer than that, and a length that no memory holds is one that there is no memory for.
+template <class Character, class Function, class Buffer>
+std::basic_string_view<Character> TextOf(const Function& getString, const Buffer& buffer) {
+    const Character* text = nullptr;
+    size_t length = 0;
+    Check(getString(buffer.Get(), &text, &length));
+    size_t lengthOfText = length;
+    Check(getString(buffer.Get(), &text, &lengthOfText));
+    if (text == nullptr) {
+        return {};
+    }
+    length = std::min(length, lengthOfText);
+    if (length > std::basic_string<Character>().max_size()) {
+        throw std::bad_alloc();
+    }
+    return {text, length};
+}
+
+}  // namespace
+
 std::string NarrowFromVariant(ny_variant_t* variant) {
     BufferOwner buffer;
     Check(agent::ny_variant_get_string_buffer(variant, buffer.Out()));
-    const char* text = nullptr;
-    size_t length = 0;
-    size_t ignored = 0;
-    // The agent's contract: the length of the first call, the text of the second.
-    Check(agent::ny_buffer_get_string(buffer.Get(), &text, &length));
-    Check(agent::ny_buffer_get_string(buffer.Get(), &text, &ignored));
-    return text != nullptr ? std::string(text, length) : std::string();
+    return std::string(TextOf<char>(agent::ny_buffer_get_string, buffer));
 }
 
 void WideFromVariant(ny_variant_t* variant, std::wstring& into) {
     WideBufferOwner buffer;
     Check(agent::ny_variant_get_wstring_buffer(variant, buffer.Out()));
-    const wchar_t* text = nullptr;
-    size_t length = 0;
-    size_t ignored = 0;
-    Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &length));
-    Check(agent::ny_wbuffer_get_string(buffer.Get(), &text, &ignored));
-    into.assign(text != nullptr ? std::wstring_view(text, length) : std::wstring_view());
+    into.assign(TextOf<wchar_t>(agent::ny_wbuffer_get_string, buffer));
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant) {

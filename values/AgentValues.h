@@ -1,5 +1,6 @@
 // Conversions between the agent's values and standard strings. Each raises corvane::ny::utils::exception with the first
-// code that the agent answers other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds.
+// code that the agent answers other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds; and
+// std::bad_alloc when there is no memory, or when the agent names a length that no memory holds.
 #pragma once
 
 #include <cstddef>

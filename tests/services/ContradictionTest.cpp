@@ -1,7 +1,11 @@
 // An agent whose answers contradict themselves: success without a text, and lengths that no text has.
 #include <gmock/gmock.h>
 
+#include <iterator>
+#include <new>
 #include <optional>
+#include <string>
+#include <vector>
 
 #include "VsMsgbus/Crypto.h"
 #include "VsMsgbus/Information.h"
@@ -42,6 +46,33 @@ int32_t GiveTooLongAText(ny_variant_t* /*variant*/, const char** text, size_t* l
     return NY_OK;
 }
 
+// The same text for every buffer: whole and with `claimedLength` at the first call, with no length of its own at the
+// second; or with only its beginning left then.
+constexpr char wholeText[] = "the whole text";
+bool isFirstCall = true;
+
+template <class Buffer, class Character>
+int32_t GiveLessTheSecondTime(Buffer* /*buffer*/, const Character** text, size_t* length) {
+    static const std::basic_string<Character> whole(std::begin(wholeText), std::end(wholeText) - 1);
+    // Exactly so much memory that one character more is not there.
+    static const std::vector<Character> beginning(whole.begin(), whole.begin() + 3);
+    *text = isFirstCall ? whole.data() : beginning.data();
+    *length = isFirstCall ? whole.size() : beginning.size();
+    isFirstCall = !isFirstCall;
+    return NY_OK;
+}
+
+template <class Buffer, class Character>
+int32_t GiveTheLengthOnce(Buffer* /*buffer*/, const Character** text, size_t* length) {
+    static const std::basic_string<Character> whole(std::begin(wholeText), std::end(wholeText) - 1);
+    *text = whole.data();
+    if (isFirstCall) {
+        *length = claimedLength != 0 ? claimedLength : whole.size();
+    }
+    isFirstCall = !isFirstCall;
+    return NY_OK;
+}
+
 class Contradiction : public AgentTest {
 protected:
     // The agent is there with its functions replaced.
@@ -53,6 +84,7 @@ protected:
     void TearDown() override {
         product.reset();
         claimedLength = 0;
+        isFirstCall = true;
         AgentTest::TearDown();
     }
 
@@ -114,6 +146,34 @@ TEST_F(Contradiction, OfATextLongerThanAnyMemoryFails) {
     lpc_buffer out;
     EXPECT_EQ(VsKitMsgbusGetInfoByKeyName("AgentMode", &out), -1);
     EXPECT_EQ(out.kind, lpc_buffer::Empty);
+    EXPECT_EQ(out.data, nullptr);
+}
+
+TEST_F(Contradiction, OfALengthThatTheTextLacksLaterReadsNoMoreThanIsThere) {
+    functions.Replace("ny_buffer_get_string", &GiveLessTheSecondTime<ny_buffer_t, char>);
+    functions.Replace("ny_wbuffer_get_string", &GiveLessTheSecondTime<ny_wbuffer_t, wchar_t>);
+    Enter();
+    EXPECT_EQ(NarrowFromWide(L"text"), "the");
+    EXPECT_EQ(WideFromNarrow("text"), L"the");
+}
+
+TEST_F(Contradiction, OfALengthThatIsGivenOnceIsNone) {
+    functions.Replace("ny_buffer_get_string", &GiveTheLengthOnce<ny_buffer_t, char>);
+    functions.Replace("ny_wbuffer_get_string", &GiveTheLengthOnce<ny_wbuffer_t, wchar_t>);
+    Enter();
+    EXPECT_EQ(NarrowFromWide(L"text"), "the whole text");
+    EXPECT_EQ(WideFromNarrow("text"), L"the whole text");
+}
+
+TEST_F(Contradiction, OfALengthThatNoMemoryHoldsIsAsWithoutMemory) {
+    functions.Replace("ny_buffer_get_string", &GiveTheLengthOnce<ny_buffer_t, char>);
+    functions.Replace("ny_wbuffer_get_string", &GiveTheLengthOnce<ny_wbuffer_t, wchar_t>);
+    Enter();
+    claimedLength = SIZE_MAX;
+    EXPECT_THROW(NarrowFromWide(L"text"), std::bad_alloc);
+    EXPECT_THROW(WideFromNarrow("text"), std::bad_alloc);
+    lpc_buffer out;
+    EXPECT_EQ(VsKitMsgbusGetInformation(VsMsgbusInformationAgentMode, &out), 0);
     EXPECT_EQ(out.data, nullptr);
 }
 
