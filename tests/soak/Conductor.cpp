@@ -1,0 +1,256 @@
+#include "soak/Conductor.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+
+#include "ny_simulator.h"
+#include "soak/Actions.h"
+#include "soak/ExportCalls.h"
+#include "support/LineLog.h"
+#include "support/Text.h"
+
+namespace {
+
+using Kind = Operation::Kind;
+
+// The agent's functions with which the bridge ends what it does after a change.
+constexpr const char* lastFunctions[] = {
+    "ny_property_register_provider_callback", "ny_policy_register_notification_callback",
+    "ny_scheduler_register_task_callbacks",   "ny_updater_register_callbacks",
+    "ny_client_handler_get_msgbus",           "ny_client_handler_release"};
+
+}  // namespace
+
+Conductor::Conductor(AgentOfTheSoak& agentToUse) : agent(agentToUse) {
+    for (const char* function : lastFunctions) {
+        hooks.emplace_back(function, [this] { agentWasCalled.Give(); });
+    }
+    hooks.emplace_back("ny_client_handler_create", [this] { ++startsOfTheAgent; });
+}
+
+void Conductor::Do(const Operation& operation) {
+    switch (operation.kind) {
+        case Kind::Install:
+        case Kind::Upgrade:
+        case Kind::RemoveAgent: ChangeAgent(operation); break;
+        case Kind::Enter: Enter(operation.product, operation.mask); break;
+        case Kind::Leave: Leave(operation.product); break;
+        case Kind::LeaveAll: LeaveAll(); break;
+        case Kind::LeaveNobody: {
+            const std::lock_guard guard(Door());
+            EXPECT_TRUE((Call<&VsMsgbusExit>("NOBODY", entered.any() ? instance : nullptr)));
+            break;
+        }
+        case Kind::Set: Set(operation.product, operation.service); break;
+        case Kind::Remove: Remove(operation.product, operation.service); break;
+        case Kind::Ask: Ask(operation.product, operation.service, ++asked); break;
+    }
+}
+
+void Conductor::ChangeAgent(const Operation& operation) {
+    if (IsSettled()) {
+        for (Entered& known : products) {
+            known.possible = known.first;
+        }
+    }
+    startsBeforeChange = startsOfTheAgent;
+    pendingChanges += entered.any() ? 1U : 0U;
+    if (operation.kind == Kind::RemoveAgent) {
+        agent.Remove();
+    } else {
+        agent.Install(operation.isOlderBuild);
+    }
+    if (operation.isWaitedFor) {
+        Settle();
+    }
+}
+
+void Conductor::Enter(size_t product, uint32_t mask) {
+    Entered& known = products[product];
+    if (!entered[product]) {
+        known = {.first = mask, .certain = mask, .possible = mask};
+    } else {
+        known.certain |= IsSettled() ? mask : 0;
+        known.possible |= mask;
+    }
+    if (entered.none()) {
+        EnterOne(sharedId, allServicesMask);
+    }
+    EnterOne(ProductId(product), mask);
+    entered.set(product);
+    if (IsSettled() && agent.IsInstalled()) {
+        ExpectAttached(product);
+    }
+}
+
+void Conductor::ExpectAttached(size_t product) const {
+    for (const Service service : allServices) {
+        const bool isAttached = IsAttached(ProductId(product), service);
+        EXPECT_TRUE(isAttached || (products[product].certain & MaskOf(service)) == 0) << NameOf(service);
+        EXPECT_TRUE(!isAttached || (products[product].possible & MaskOf(service)) != 0) << NameOf(service);
+    }
+}
+
+void Conductor::EnterOne(const std::string& id, uint32_t mask) {
+    const std::lock_guard guard(Door());
+    VsMsgbus* given = nullptr;
+    const bool isEntered = Call<&VsMsgbusEntry>(id.c_str(), mask, nullptr, &given);
+    ASSERT_NE(given, nullptr);
+    // Between two agents a service may be refused; the next start of the agent asks for it again.
+    EXPECT_TRUE(isEntered || !IsSettled());
+    EXPECT_TRUE(given == instance || id == sharedId);
+    instance = given;
+}
+
+void Conductor::Leave(size_t product) {
+    if (!entered[product]) {
+        return;
+    }
+    LeaveOne(ProductId(product));
+    entered.reset(product);
+    for (const Service service : allServices) {
+        EXPECT_FALSE(IsAttached(ProductId(product), service)) << NameOf(service);
+    }
+    if (entered.none()) {
+        LeaveOne(sharedId);
+        pendingChanges = 0;
+        ExpectNoClient();
+        if (!agent.IsInstalled()) {
+            agent.DeleteFiles();
+        }
+    }
+}
+
+void Conductor::LeaveOne(const std::string& id) {
+    const std::lock_guard guard(Door());
+    EXPECT_TRUE(Call<&VsMsgbusExit>(id.c_str(), instance));
+}
+
+// Whoever is at the door may have a bridge of his own at this moment.
+void Conductor::ExpectNoClient() const {
+    const std::lock_guard guard(Door());
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
+    EXPECT_EQ(ny_sim_started_clients(), 0U);
+    EXPECT_FALSE(AgentOfTheSoak::IsLoaded());
+}
+
+void Conductor::Set(size_t product, Service service) {
+    std::unique_ptr<Registered>& object = registered[product][static_cast<size_t>(service)];
+    if (object == nullptr) {
+        object = MakeRegistered(service);
+        object->whileInside = CallFromInside;
+    }
+    object->Set(Wide(ProductId(product)));
+}
+
+void Conductor::Remove(size_t product, Service service) {
+    std::unique_ptr<Registered>& object = registered[product][static_cast<size_t>(service)];
+    if (object != nullptr) {
+        object->Remove(Wide(ProductId(product)));
+        object.reset();
+    }
+}
+
+void Conductor::Ask(size_t product, Service service, uint32_t variant) {
+    Settle();
+    const auto& object = registered[product][static_cast<size_t>(service)];
+    const uint64_t before = object != nullptr ? object->Calls() : 0;
+    const bool isAttached = IsAttached(ProductId(product), service);
+    EXPECT_EQ(AgentCalls(ProductId(product), service, variant), isAttached);
+    // The updater's events go to no module.
+    const bool isToldNobody = service == Service::Update && variant % 4 == 3;
+    if (object != nullptr && isAttached && !isToldNobody) {
+        EXPECT_GT(object->Calls(), before);
+    }
+    if (entered[product] && agent.IsInstalled()) {
+        ExpectAttached(product);
+    } else {
+        EXPECT_FALSE(isAttached);
+    }
+}
+
+bool Conductor::IsFollowed() {
+    if (!agent.IsInstalled()) {
+        return ny_sim_live_handles(NY_SIM_CLIENT) == 0 && !AgentOfTheSoak::IsLoaded();
+    }
+    // The shared id's registration is the last of a start.
+    if (startsOfTheAgent == startsBeforeChange || !IsAttached(sharedId, Service::Update)) {
+        return false;
+    }
+    for (size_t product = 0; product < productCount; ++product) {
+        for (const Service service : allServices) {
+            if (entered[product] && (products[product].first & MaskOf(service)) != 0 &&
+                !IsAttached(ProductId(product), service)) {
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
+void Conductor::Settle() {
+    if (IsSettled()) {
+        return;
+    }
+    const auto end = std::chrono::steady_clock::now() + soon;
+    std::chrono::milliseconds patience{1};
+    while (!IsFollowed()) {
+        ASSERT_LT(std::chrono::steady_clock::now(), end) << "the bridge does not follow the agent";
+        if (!agentWasCalled.Take(patience)) {
+            patience = std::min(2 * patience, std::chrono::milliseconds(128));
+        }
+        if (patience.count() >= 32) {
+            // The change may have come before the watcher was watching.
+            AgentOfTheSoak::Touch();
+        }
+    }
+    for (Entered& known : products) {
+        known.certain = known.first;
+    }
+    if (!agent.IsInstalled()) {
+        agent.DeleteFiles();
+    }
+    const bool isCertain = pendingChanges == 1;
+    pendingChanges = 0;
+    if (!isCertain) {
+        // The watcher may be about to start once more: for the version of the last change, whose libraries it has
+        // loaded already, when the one before was followed late. Nothing tells; but the last Exit ends the watcher.
+        const std::bitset<productCount> before = entered;
+        LeaveAll();
+        for (size_t product = 0; product < productCount; ++product) {
+            if (before[product]) {
+                Enter(product, products[product].first);
+            }
+        }
+    }
+}
+
+void Conductor::LeaveAll() {
+    for (size_t product = 0; product < productCount; ++product) {
+        Leave(product);
+    }
+}
+
+void Conductor::EndAll() {
+    LeaveAll();
+    for (size_t product = 0; product < productCount; ++product) {
+        for (const Service service : allServices) {
+            Remove(product, service);
+        }
+    }
+    agent.Remove();
+    agent.DeleteFiles();
+}
+
+void Conductor::CheckThatEverythingAnswers() {
+    agent.Install(false);
+    Enter(0, allServicesMask);
+    for (const Service service : allServices) {
+        Set(0, service);
+        for (uint32_t variant = 0; variant < 4; ++variant) {
+            Ask(0, service, variant);
+        }
+    }
+    EndAll();
+}

@@ -1,0 +1,66 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <bitset>
+#include <list>
+#include <memory>
+#include <string>
+
+#include "soak/Agent.h"
+#include "soak/Modules.h"
+#include "soak/Plan.h"
+#include "soak/Signal.h"
+#include "support/AgentCalls.h"
+
+// Does what a plan says, and compares what comes of it with what the bridge promises, as far as that is certain at that
+// moment: a change of the agent that was not waited for may not have been followed yet.
+class Conductor {
+public:
+    explicit Conductor(AgentOfTheSoak& agentToUse);
+
+    void Do(const Operation& operation);
+    // Everybody leaves, everything is taken back, the agent is removed.
+    void EndAll();
+    // Installs the agent, enters a product for everything, has each service answered, and ends all again.
+    void CheckThatEverythingAnswers();
+
+private:
+    void ChangeAgent(const Operation& operation);
+    void Enter(size_t product, uint32_t mask);
+    void Leave(size_t product);
+    void EnterOne(const std::string& id, uint32_t mask);
+    void LeaveOne(const std::string& id);
+    void Set(size_t product, Service service);
+    void Remove(size_t product, Service service);
+    void Ask(size_t product, Service service, uint32_t variant);
+
+    // Returns when the bridge has done what the agent's state asks for. Nothing to wait for when nobody is in.
+    void Settle();
+    bool IsFollowed();
+    bool IsSettled() const { return pendingChanges == 0; }
+    void LeaveAll();
+    void ExpectAttached(size_t product) const;
+    void ExpectNoClient() const;
+
+    // What is known about a product that is in: what it is attached for whenever the agent starts, what it is attached
+    // for now, and what it may be attached for because it entered again while the agent changed.
+    struct Entered {
+        uint32_t first = 0;
+        uint32_t certain = 0;
+        uint32_t possible = 0;
+    };
+
+    AgentOfTheSoak& agent;
+    Signal agentWasCalled;
+    std::atomic<uint64_t> startsOfTheAgent = 0;
+    uint64_t startsBeforeChange = 0;
+    std::list<AgentHook> hooks;  // signal the calls with which the bridge ends what it does after a change
+    VsMsgbus* instance = nullptr;
+    std::array<Entered, productCount> products{};
+    std::bitset<productCount> entered;
+    std::array<std::array<std::unique_ptr<Registered>, serviceCount>, productCount> registered;
+    // Changes of the agent that the bridge may not have followed yet; none while nobody is in.
+    unsigned pendingChanges = 0;
+    uint32_t asked = 0;
+};
