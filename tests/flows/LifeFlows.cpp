@@ -81,9 +81,9 @@ public:
 }  // namespace
 
 std::vector<FlowKind> LifeFlows() {
-    return {{"Entry", MakeFlow<EntryFlow>},
-            {"Exit", MakeFlow<ExitFlow>},
-            {"Start", MakeFlow<StartFlow>},
-            {"Stop", MakeFlow<StopFlow>},
-            {"Upgrade", MakeFlow<UpgradeFlow>}};
+    return {{"Entry", MakeFlow<EntryFlow>, false},
+            {"Exit", MakeFlow<ExitFlow>, false},
+            {"Start", MakeFlow<StartFlow>, false},
+            {"Stop", MakeFlow<StopFlow>, false},
+            {"Upgrade", MakeFlow<UpgradeFlow>, false}};
 }

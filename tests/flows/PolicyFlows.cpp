@@ -8,16 +8,19 @@ namespace {
 
 using IPolicyBag = VsKitMsgbus::INYEnforcePolicy::IPolicyBag;
 
-// Two policies of the machine and one of a user, the first with two sections and a category whose name is recorded.
+// One policy of the machine, in a category whose name is recorded, and one of a user.
 constexpr char policies[] = R"([
     {"softwareId": "PRODUCT1000", "feature": "F1", "category": "QTP_General_Policies", "type": "T1", "name": "N1",
      "settingsObject": {"name": "P1", "intParameter": "1", "stringParameter": "a", "digest": "d1"},
-     "sections": [{"name": "S1", "settings": {"x": "1", "y": "2"}}, {"name": "S2", "settings": {}}]},
-    {"softwareId": "PRODUCT1000", "feature": "F2", "category": "C2", "type": "T2", "name": "N2",
-     "settingsObject": {"name": "P2", "intParameter": "2", "stringParameter": "b", "digest": "d2"}, "sections": []},
+     "sections": [{"name": "S1", "settings": {"x": "1"}}]},
     {"softwareId": "PRODUCT1000", "user": "DOMAIN\\user", "feature": "F", "category": "C", "type": "T", "name": "N",
      "settingsObject": {"name": "P", "intParameter": "3", "stringParameter": "c", "digest": "u"},
      "sections": [{"name": "S", "settings": {"z": "3"}}]}])";
+
+// Two policies for what goes from one to the next.
+constexpr char digests[] = R"([
+    {"softwareId": "PRODUCT1000", "settingsObject": {"digest": "d1"}},
+    {"softwareId": "PRODUCT1000", "settingsObject": {"digest": "d2"}}])";
 
 // The module uses its bag in one way.
 class PolicyFlow : public EnteredFlow<VsMsgbusServicePolicy>, protected VsKitMsgbus::INYEnforcePolicy {
@@ -25,16 +28,18 @@ public:
     using EnteredFlow::EnteredFlow;
     void Prepare() override {
         ny_sim_policies_from_json(policies);
+        EnteredFlow::Prepare();
+    }
+    void Begin() override {
         PolicyValues::DeleteKey();
         PolicyValues::MakeKey();
-        EnteredFlow::Prepare();
     }
     void Run() override {
         world.Note("Set: " + TextOf(VsKitMsgbusSetEnforcePolicy(FlowWorld::wideProduct, this, &world.ModuleSink())));
         Notify();
         world.Note("Remove: " + TextOf(VsKitMsgbusRemoveEnforcerPolicy(FlowWorld::wideProduct)));
-        world.Note("registry: OASPolicyName=" + Narrow(PolicyValues::Read(L"OASPolicyName")));
     }
+    void Look() override { world.Note("registry: OASPolicyName=" + Narrow(PolicyValues::Read(L"OASPolicyName"))); }
 
 protected:
     virtual void Notify() { world.Note("agent: answer " + std::to_string(PolicyNotice(FlowWorld::product).Answer())); }
@@ -100,6 +105,10 @@ private:
 class DigestFlow final : public PolicyFlow {
 public:
     using PolicyFlow::PolicyFlow;
+    void Prepare() override {
+        PolicyFlow::Prepare();
+        ny_sim_policies_from_json(digests);
+    }
 
 private:
     void Use(IPolicyBag& bag) override { world.Note("module: GetDigest: <" + bag.GetDigest(FlowWorld::product) + ">"); }
