@@ -17,6 +17,6 @@ TEST_P(Flows, RunAgainAsTheFirstTime) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Each, Flows, testing::ValuesIn(AllFlows()),
-                         [](const testing::TestParamInfo<FlowKind>& info) { return std::string(info.param.name); });
+                         [](const testing::TestParamInfo<FlowKind>& flow) { return std::string(flow.param.name); });
 
 }  // namespace
