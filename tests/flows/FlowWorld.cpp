@@ -2,6 +2,9 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <iterator>
+
 #include "Registry.h"
 #include "support/AgentCalls.h"
 #include "support/PolicyValues.h"
@@ -14,14 +17,9 @@ constexpr const char* agentLibraries[] = {"ny_client.dll", "ny_variant.dll", "ny
 constexpr char firstVersion[] = "5.7.0";
 constexpr char secondVersion[] = "5.7.1";
 
-std::filesystem::path FolderOf(const char* library) {
-    char path[MAX_PATH] = {};
-    const HMODULE module = ::GetModuleHandleA(library);
-    if (module == nullptr || ::GetModuleFileNameA(module, path, MAX_PATH) == 0) {
-        return {};
-    }
-    return std::filesystem::path(path).parent_path();
-}
+// What is logged where a client cannot be started.
+constexpr const char* noStart[] = {"sink 3: NY log message, [ny_client] falied to start ny client.",
+                                   "sink 3: NY log message, [ny_client] failed to initialize dispatcher."};
 
 void Touch(int count) {
     simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent", KEY_SET_VALUE | KEY_WOW64_64KEY)
@@ -84,8 +82,13 @@ void FlowWorld::WaitFor(const std::function<bool()>& happened, const char* what)
     }
 }
 
-void FlowWorld::WaitForAgentIn(const std::filesystem::path& folder) {
-    WaitFor([&] { return FolderOf("ny_client.dll").filename() == folder.filename(); }, "the agent's libraries");
+void FlowWorld::WaitForStart() {
+    const auto isStarting = [this] {
+        const std::vector<std::string> lines = transcript.Lines();
+        return ny_sim_call_count("ny_client_handler_create") != 0 ||
+               std::find_first_of(lines.begin(), lines.end(), std::begin(noStart), std::end(noStart)) != lines.end();
+    };
+    WaitFor(isStarting, "the start of a client");
 }
 
 void FlowWorld::WaitForNoAgent() {

@@ -52,9 +52,10 @@ public:
     const std::filesystem::path& FirstFolder() const { return firstFolder; }
     const std::filesystem::path& SecondFolder() const { return secondFolder; }
 
-    // Waits until a library of the agent in that folder is loaded, or none of any; the registry is touched now and then
-    // for a watcher that was not yet watching. What is not seen in time is noted.
-    void WaitForAgentIn(const std::filesystem::path& folder);
+    // Wait until the watcher's thread is starting a client, or has said that it cannot; and until no library of the
+    // agent is loaded. The registry is touched now and then for a watcher that was not yet watching. What is not seen
+    // in time is noted.
+    void WaitForStart();
     void WaitForNoAgent();
     // Notes what is registered with the agent, and whether a client is started.
     void NoteRegistrations();

@@ -35,7 +35,7 @@ public:
     }
     void Run() override {
         world.PutFirstAgent();
-        world.WaitForAgentIn(world.FirstFolder());
+        world.WaitForStart();
         world.TakeAgentAway();
         world.WaitForNoAgent();
         world.NoteCalls();
@@ -67,7 +67,7 @@ public:
     using EnteredFlow::EnteredFlow;
     void Run() override {
         world.PutSecondAgent();
-        world.WaitForAgentIn(world.SecondFolder());
+        world.WaitForStart();
         world.TakeAgentAway();
         world.WaitForNoAgent();
         world.NoteCalls();
