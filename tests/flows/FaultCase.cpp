@@ -10,16 +10,18 @@
 
 namespace {
 
-// A code that nobody else answers.
-constexpr int32_t faultCode = 4242;
+// Codes that nobody else answers.
+constexpr int32_t CodeOf(FaultCase::Mode mode) {
+    return mode == FaultCase::Mode::FromThenOn ? -4242 : 4242;
+}
 constexpr std::string_view accessorPrefix = "ny_task.";
 
 bool IsCalled(const std::vector<std::string>& calls, const std::string& function) {
     return std::find(calls.begin(), calls.end(), function) != calls.end();
 }
 
-void NameCode(std::string& line) {
-    static const std::string code = std::to_string(faultCode);
+void NameCode(std::string& line, FaultCase::Mode mode) {
+    const std::string code = std::to_string(CodeOf(mode));
     for (size_t place = line.find(code); place != std::string::npos; place = line.find(code, place)) {
         line.replace(place, code.size(), "<code>");
     }
@@ -46,11 +48,11 @@ public:
 private:
     void Install() const {
         const auto mode = fault.mode == FaultCase::Mode::Once ? NY_SIM_ONCE : NY_SIM_FROM_THEN_ON;
-        ny_sim_fail_call(fault.function.c_str(), fault.nth, faultCode, mode);
+        ny_sim_fail_call(fault.function.c_str(), fault.nth, CodeOf(fault.mode), mode);
     }
     void Remove() {
         ny_sim_clear_faults();
-        hasStruck = IsCalled(AnsweredCalls(), fault.function + " " + std::to_string(faultCode));
+        hasStruck = IsCalled(AnsweredCalls(), fault.function + " " + std::to_string(CodeOf(fault.mode)));
     }
 
     const FaultCase& fault;
@@ -98,7 +100,9 @@ std::vector<std::string> FaultCases::Run(const FaultCase& fault) {
     } else {
         transcript = isAlone ? RunAlone(fault) : RunShared(fault);
     }
-    std::for_each(transcript.begin(), transcript.end(), NameCode);
+    for (std::string& line : transcript) {
+        NameCode(line, fault.mode);
+    }
     return transcript;
 }
 

@@ -17,10 +17,12 @@ constexpr char policies[] = R"([
      "settingsObject": {"name": "P", "intParameter": "3", "stringParameter": "c", "digest": "u"},
      "sections": [{"name": "S", "settings": {"z": "3"}}]}])";
 
-// Two policies for what goes from one to the next.
-constexpr char digests[] = R"([
-    {"softwareId": "PRODUCT1000", "settingsObject": {"digest": "d1"}},
-    {"softwareId": "PRODUCT1000", "settingsObject": {"digest": "d2"}}])";
+// Two policies, two sections and two settings, for what goes from one to the next.
+constexpr char twoOfEach[] = R"([
+    {"softwareId": "PRODUCT1000", "feature": "F1", "category": "QTP_General_Policies", "type": "T1", "name": "N1",
+     "settingsObject": {"name": "P1", "digest": "d1"},
+     "sections": [{"name": "S1", "settings": {"x": "1", "y": "2"}}, {"name": "S2", "settings": {}}]},
+    {"softwareId": "PRODUCT1000", "category": "C2", "settingsObject": {"digest": "d2"}, "sections": []}])";
 
 // The module uses its bag in one way.
 class PolicyFlow : public EnteredFlow<VsMsgbusServicePolicy>, protected VsKitMsgbus::INYEnforcePolicy {
@@ -66,6 +68,10 @@ protected:
 class PolicyWalkFlow final : public PolicyFlow {
 public:
     using PolicyFlow::PolicyFlow;
+    void Prepare() override {
+        PolicyFlow::Prepare();
+        ny_sim_policies_from_json(twoOfEach);
+    }
 
 private:
     void Use(IPolicyBag& bag) override {
@@ -107,7 +113,7 @@ public:
     using PolicyFlow::PolicyFlow;
     void Prepare() override {
         PolicyFlow::Prepare();
-        ny_sim_policies_from_json(digests);
+        ny_sim_policies_from_json(twoOfEach);
     }
 
 private:
