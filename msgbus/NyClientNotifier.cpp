@@ -136,8 +136,11 @@ int32_t NotifierStop(NyClientNotifier* notifier) noexcept {
     if (notifier->running.load() == 0) {
         return NY_OK;
     }
-    ::SetEvent(notifier->stopEvent);
     notifier->exitRequested = 1;
+    // Either event ends the thread's wait.
+    if (::SetEvent(notifier->stopEvent) == FALSE) {
+        ::SetEvent(notifier->changeEvent);
+    }
     // On its own thread the wait could only time out.
     const DWORD timeout = IsOwnThread(*notifier) ? 0 : notifier->stopTimeout;
     const DWORD result = ::WaitForSingleObject(notifier->thread, timeout);
