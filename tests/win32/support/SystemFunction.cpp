@@ -36,10 +36,11 @@ void** FindSlot(std::span<const Elf64_Rela> relocations, const void* function) {
     return nullptr;
 }
 
-void Protect(void* place, int protection) {
+// It stays so: the loader may have more to write there.
+void MakeWritable(void* place) {
     const auto pageSize = static_cast<uintptr_t>(::sysconf(_SC_PAGESIZE));
     auto* const page = reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(place) / pageSize * pageSize);
-    if (::mprotect(page, pageSize, protection) != 0) {
+    if (::mprotect(page, pageSize, PROT_READ | PROT_WRITE) != 0) {
         throw std::logic_error("the program's imports cannot be written");
     }
 }
@@ -56,7 +57,6 @@ void** FindImport(const void* function) {
 }
 
 void SetImport(void** import, void* function) {
-    Protect(import, PROT_READ | PROT_WRITE);
+    MakeWritable(import);
     std::atomic_ref(*import).store(function);
-    Protect(import, PROT_READ);
 }

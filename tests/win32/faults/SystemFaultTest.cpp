@@ -1,0 +1,188 @@
+// The operating system fails at every call that the bridge makes in a flow, once or from then on.
+#include <windows.h>
+
+#include <map>
+#include <set>
+
+#include "Registry.h"
+#include "faults/FaultCases.h"
+#include "win32_faults.h"
+
+using win32::Callers;
+using win32::FaultMode;
+
+namespace {
+
+// What a function fails with, where that is not for want of memory.
+DWORD ErrorOf(std::string_view function) {
+    static const std::map<std::string_view, LONG> errors = {{"GetProcAddress", ERROR_PROC_NOT_FOUND},
+                                                            {"LoadLibraryExA", ERROR_MOD_NOT_FOUND},
+                                                            {"RegOpenKeyExA", ERROR_ACCESS_DENIED},
+                                                            {"RegOpenKeyExW", ERROR_ACCESS_DENIED},
+                                                            {"RegQueryValueExA", ERROR_ACCESS_DENIED},
+                                                            {"RegSetValueExW", ERROR_ACCESS_DENIED},
+                                                            {"SetEvent", ERROR_INVALID_HANDLE},
+                                                            {"ResetEvent", ERROR_INVALID_HANDLE},
+                                                            {"WaitForSingleObject", ERROR_INVALID_HANDLE},
+                                                            {"WaitForMultipleObjects", ERROR_INVALID_HANDLE},
+                                                            {"RegCloseKey", ERROR_INVALID_HANDLE},
+                                                            {"CloseHandle", ERROR_INVALID_HANDLE},
+                                                            {"FreeLibrary", ERROR_INVALID_HANDLE},
+                                                            {"GetModuleHandleExA", ERROR_MOD_NOT_FOUND},
+                                                            {"RegNotifyChangeKeyValue", ERROR_ACCESS_DENIED}};
+    const auto found = errors.find(function);
+    return static_cast<DWORD>(found != errors.end() ? found->second : ERROR_NOT_ENOUGH_MEMORY);
+}
+
+// What cannot be closed stays open, and there is no second way to close it.
+bool IsClosing(std::string_view function) {
+    return function == "CloseHandle" || function == "RegCloseKey" || function == "FreeLibrary";
+}
+
+// Where the watcher's thread cannot be told to end, or its end not be waited for, it does the rest on its own when the
+// registry changes.
+bool LeavesTheRestToTheWatcher(std::string_view function) {
+    return function == "SetEvent" || function == "WaitForSingleObject";
+}
+
+struct OpenThings {
+    size_t handles = win32::OpenHandles();
+    size_t libraries = win32::LibraryReferences();
+
+    bool operator==(const OpenThings&) const = default;
+    size_t Sum() const { return handles + libraries; }
+    std::string Text() const {
+        return std::to_string(handles) + " handles, " + std::to_string(libraries) + " libraries";
+    }
+};
+
+// Has the watched library's calls of one function fail.
+class FunctionFault {
+public:
+    FunctionFault(const char* functionName, const OpenThings& openBefore)
+        : function(functionName), before(openBefore) {}
+
+    void Fail(size_t nth, bool isOnce) {
+        failuresBefore = win32::FailedUses();
+        if (nth != 0) {
+            win32::FailCall(function, nth, ErrorOf(function), isOnce ? FaultMode::Once : FaultMode::FromThenOn,
+                            Callers::Watched);
+        }
+    }
+    void Rest() {
+        win32::ClearFaults();
+        failures = win32::FailedUses() - failuresBefore;
+        // An Exit may have left the rest to the watcher's thread; nobody else calls these functions in a flow.
+        if (LeavesTheRestToTheWatcher(function) && failures != 0) {
+            WaitUntil([this] { return OpenThings() == before; });
+        }
+    }
+    size_t Failed() const { return failures; }
+
+    std::string TakeLeftOver() {
+        if (IsClosing(function) && failures != 0) {
+            // For each failure there may be one thing that is still open.
+            WaitUntil([this] { return OpenThings().Sum() <= before.Sum() + failures; });
+            if (OpenThings().Sum() <= before.Sum() + failures) {
+                CloseWhatFailedToBeClosed();
+            }
+        }
+        WaitUntil([this] { return OpenThings() == before; });
+        const OpenThings now;
+        return now == before ? "" : "before: " + before.Text() + ", now: " + now.Text();
+    }
+
+    // A library that cannot be freed is there until TakeLeftOver. What cannot be resolved may be what a handle is given
+    // back with: then the agent keeps it.
+    bool Explains(const std::string& line) const {
+        const std::string_view name = function;
+        return (line.starts_with("LEFT:") && name == "FreeLibrary") ||
+               (line.starts_with("kept:") && name == "GetProcAddress");
+    }
+
+private:
+    // Threads of the agent's that have done their work may still be ending.
+    template <class Condition>
+    void WaitUntil(const Condition& isMet) const {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(5);
+        for (int i = 0; !isMet() && std::chrono::steady_clock::now() < end; ++i) {
+            if (LeavesTheRestToTheWatcher(function)) {
+                simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent", KEY_SET_VALUE | KEY_WOW64_64KEY)
+                    .WriteText("Touched", std::to_string(i));
+            }
+            ::Sleep(1);
+        }
+    }
+
+    void CloseWhatFailedToBeClosed() const {
+        win32::CloseHandlesSince(mark);
+        for (const char* library : {"ny_client.dll", "ny_variant.dll", "ny_msgbus.dll", "ny_logger.dll"}) {
+            while (const HMODULE module = ::GetModuleHandleA(library)) {
+                ::FreeLibrary(module);
+            }
+        }
+    }
+
+    const char* const function;
+    const OpenThings before;
+    const size_t mark = win32::HandleMark();
+    size_t failuresBefore = 0;
+    size_t failures = 0;
+};
+
+// A good run, with the functions that the bridge called in it, and how often.
+struct GoodRun {
+    GoodRun(FlowWorld& world, const FlowKind& flow) {
+        outcome =
+            RunFlow(world, flow,
+                    {[this] { ForEach([this](const char* name, size_t uses) { calls[name] = uses; }); },
+                     [this] { ForEach([this](const char* name, size_t uses) { calls[name] = uses - calls[name]; }); }});
+    }
+
+    std::map<std::string, size_t> calls;
+    FlowOutcome outcome;
+
+private:
+    template <class Use>
+    static void ForEach(Use&& use) {
+        for (size_t i = 0; const char* const name = win32::FunctionAt(i); ++i) {
+            use(name, win32::Uses(name, Callers::Watched));
+        }
+    }
+};
+
+class SystemFault : public testing::TestWithParam<FlowKind> {
+protected:
+    void SetUp() override {
+        ASSERT_TRUE(win32::WatchLibrary("VsMsgbus.dll"));
+        ASSERT_TRUE(win32::WatchLibrary("LogLib.dll"));
+        win32::LimitWatchedWaits(1000);
+    }
+    void TearDown() override {
+        win32::ClearFaults();
+        win32::UnwatchLibraries();
+    }
+};
+
+TEST_P(SystemFault, IsAnsweredAndLeavesNothing) {
+    FlowWorld world;
+    const OpenThings before;
+    FaultCount count;
+    const GoodRun good(world, GetParam());
+    for (const auto& [name, calls] : good.calls) {
+        FunctionFault function(name.c_str(), before);
+        const FaultKind fault{.name = name,
+                              .fail = [&](size_t nth, bool isOnce) { function.Fail(nth, isOnce); },
+                              .rest = [&] { function.Rest(); },
+                              .failed = [&] { return function.Failed(); },
+                              .takeLeftOver = [&] { return function.TakeLeftOver(); },
+                              .explains = [&](const std::string& line) { return function.Explains(line); }};
+        count += RunFaultCases(world, GetParam(), good.outcome, calls, fault);
+    }
+    PrintCount(std::string("operating system, ") + GetParam().name, count);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, SystemFault, testing::ValuesIn(AllFlows()),
+                         [](const testing::TestParamInfo<FlowKind>& flow) { return std::string(flow.param.name); });
+
+}  // namespace
