@@ -30,13 +30,18 @@ function(add_version_resource target description)
     endif()
 endfunction()
 
-# Has the target's code, and no other, count which of its lines and branches run: see scripts/coverage.sh. Not optimised,
-# because a line that the optimiser moved or merged is no line to count.
+# Has the target's code, and no other, say which of its lines and branches run: to gcov, see scripts/coverage.sh, or to the
+# fuzzer, see scripts/fuzz.sh. Not optimised for gcov, because a line that the optimiser moved or merged is no line to
+# count.
 option(COVERAGE "Count which lines of the product run" OFF)
+option(FUZZ "Build the fuzzing targets as fuzzers" OFF)
 function(count_coverage target)
     if(COVERAGE)
         target_compile_options(${target} PRIVATE -O0 --coverage -fprofile-update=atomic)
         target_link_options(${target} INTERFACE --coverage)
+    endif()
+    if(FUZZ)
+        target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
     endif()
 endfunction()
 
