@@ -106,4 +106,12 @@ TEST(LogText, ThatTheSystemDoesNotConvertIsNone) {
     EXPECT_THROW(WideFromUtf8("text"), std::runtime_error);
 }
 
+// Where the C library refuses such a character, the format stands for the text; where it stops there, what was before
+// it.
+TEST(LogEventFailure, OfTheFormatterLeavesTheFormat) {
+    const HostLog host;
+    DoomedEvent()(L"NySpb", "text %ls", L"\xD800");
+    EXPECT_THAT(host.log.Lines(), ElementsAre(testing::AnyOf("8 NySpb: text %ls", "8 NySpb: text ")));
+}
+
 }  // namespace
