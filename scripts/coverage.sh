@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Counts which lines and branches of the product its tests run, in a Windows build of its own under Wine, and fails when
-# they are fewer than the bars below. Lists the lines that no test runs; the pages in build/coverage/html show branches too.
+# Counts which lines and branches of the product its tests run, in a Windows build of its own under Wine, and fails
+# when they are fewer than the bars below. Lists what no test reaches; the pages in build/coverage/html show it source by
+# source.
 #
 # Not counted as branches: the ways out of a statement by an exception, which the compiler adds to every call, and those
 # that it knows to be never taken.
@@ -12,7 +13,8 @@ branchBar=95
 build="$ROOT/build/coverage"
 programs=(library_tests inner_tests module_tests)
 
-# Count PROGRAM: all its tests in one process, because each process takes the counts of those before it and adds its own.
+# Count PROGRAM: all its tests in one process, because each process takes the counts of those before it and adds its
+# own.
 Count() {
     wine64 "$build/bin/$1.exe"
 }

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Fuzzes what comes from the agent and from the registry, natively: scripts/fuzz.sh [SECONDS [TARGET...]], one minute for
-# all targets together when nothing else is said. Each target begins with its inputs in tests/fuzz/corpus; what it finds
+# Fuzzes what comes from the agent and from the registry, natively: scripts/fuzz.sh [SECONDS [TARGET...]], one minute
+# for all targets together when nothing else is said. Each target begins with its inputs in tests/fuzz/corpus; what it finds
 # on the way stays in build/fuzz/corpus. An input that ends the process is left in build/fuzz/found, and the exit is not
 # zero then: `build/fuzz/bin/fuzz_TARGET FILE` runs it again.
 set -euo pipefail
