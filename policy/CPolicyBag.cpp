@@ -116,7 +116,9 @@ void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcep
     Guarded([&] {
         CUniStream text;
         text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
-        sink->Write(failureLevel, text.Text().c_str());
+        if (!text.Text().empty()) {
+            sink->Write(failureLevel, text.Text().c_str());
+        }
     });
 }
 

@@ -61,6 +61,8 @@ void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value
     Guarded([&] {
         CUniStream text;
         text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
-        sink->Write(failureLevel, text.Text().c_str());
+        if (!text.Text().empty()) {
+            sink->Write(failureLevel, text.Text().c_str());
+        }
     });
 }
