@@ -7,6 +7,7 @@
 #include <array>
 #include <filesystem>
 #include <fstream>
+#include <optional>
 #include <string_view>
 
 #include "Call.h"
@@ -40,6 +41,22 @@ HMODULE ReferToLoaded(const std::string& nameInList) {
         throw Failure{ERROR_MOD_NOT_FOUND};
     }
     return static_cast<HMODULE>(library);
+}
+
+// Looked at while the loader changes nothing: the library may just be freed by another thread.
+struct NameSearch {
+    const void* library;
+    std::optional<std::string> nameInList;
+};
+
+int LookForName(dl_phdr_info* /*info*/, size_t /*size*/, void* data) {
+    auto& search = *static_cast<NameSearch*>(data);
+    for (const link_map* module = _r_debug.r_map; module != nullptr; module = module->l_next) {
+        if (module == search.library) {
+            search.nameInList = module->l_name;
+        }
+    }
+    return 1;
 }
 
 const link_map* ModuleAt(const void* address) {
@@ -124,8 +141,12 @@ size_t CountModules() {
 }
 
 std::string PathOf(HMODULE library) {
-    const char* const nameInList = reinterpret_cast<const link_map*>(library)->l_name;
-    return *nameInList != '\0' ? nameInList : ProgramPath();
+    NameSearch search{library, {}};
+    ::dl_iterate_phdr(LookForName, &search);
+    if (!search.nameInList) {
+        throw Failure{ERROR_MOD_NOT_FOUND};
+    }
+    return !search.nameInList->empty() ? *search.nameInList : ProgramPath();
 }
 
 std::string ProgramPath() {

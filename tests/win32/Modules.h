@@ -18,6 +18,7 @@ void Release(HMODULE library);
 
 // Null when the module itself does not export the name. Fails with ERROR_MOD_NOT_FOUND for a null module.
 void* ExportOf(HMODULE library, const char* name);
+// Fails with ERROR_MOD_NOT_FOUND for a library that is not loaded.
 std::string PathOf(HMODULE library);
 std::string ProgramPath();
 size_t CountModules();
