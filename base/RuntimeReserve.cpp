@@ -14,6 +14,9 @@
 #include <cstring>
 #include <new>
 
+// The linker makes these names.
+// NOLINTBEGIN(bugprone-reserved-identifier)
+
 extern "C" {
 
 void* __real_malloc(size_t size);
@@ -130,3 +133,5 @@ void operator delete(void* memory, size_t) noexcept {
 void operator delete(void* memory, const std::nothrow_t&) noexcept {
     __real_free(memory);
 }
+
+// NOLINTEND(bugprone-reserved-identifier)

@@ -1,6 +1,7 @@
 // On Windows each of the bridge's libraries has its C++ runtime in it: whatever it allocates, an exception and the
-// runtime's own included, comes from these three.
+// runtime's own included, comes from these.
 #include <cstdlib>
+#include <cstring>
 
 #include "faults/BridgeMemory.h"
 
@@ -18,6 +19,10 @@ void* Realloc(void* memory, size_t size) {
     return IsRefused() ? nullptr : std::realloc(memory, size);
 }
 
+char* Duplicate(const char* text) {
+    return IsRefused() ? nullptr : ::_strdup(text);
+}
+
 }  // namespace
 
 std::vector<Replacement> AllocatorReplacements() {
@@ -26,6 +31,7 @@ std::vector<Replacement> AllocatorReplacements() {
         replacements.push_back({library, "malloc", reinterpret_cast<void*>(&Malloc)});
         replacements.push_back({library, "calloc", reinterpret_cast<void*>(&Calloc)});
         replacements.push_back({library, "realloc", reinterpret_cast<void*>(&Realloc)});
+        replacements.push_back({library, "_strdup", reinterpret_cast<void*>(&Duplicate)});
     }
     return replacements;
 }

@@ -32,7 +32,7 @@ struct FaultCount {
 // Of every case it is checked that all answers are such as a fault may have, that nothing is left over, and that the
 // flow then runs as ever. Ends the process with the case's name when it takes longer than a minute.
 //
-// Without the environment variable FLOW_FAULTS=all, some of the cases: evenly spread, and few enough for every day.
+// Without the environment variable FLOWS_WHOLE, some of the cases: evenly spread, and few enough for every day.
 FaultCount RunFaultCases(FlowWorld& world, const FlowKind& flow, const FlowOutcome& good, size_t calls,
                          const FaultKind& fault);
 

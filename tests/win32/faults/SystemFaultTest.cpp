@@ -2,7 +2,6 @@
 #include <windows.h>
 
 #include <map>
-#include <set>
 
 #include "Registry.h"
 #include "faults/FaultCases.h"
@@ -56,6 +55,24 @@ struct OpenThings {
     }
 };
 
+// Knows, from its construction on, whether the watcher's thread that was created since has come to wait, so that its
+// first calls are made before or after a fault, and not now before and now after.
+class WatcherStart {
+public:
+    void Wait() const {
+        const auto end = std::chrono::steady_clock::now() + std::chrono::milliseconds(200);
+        while (win32::Uses("CreateThread", Callers::Watched) != threads &&
+               win32::Uses("WaitForMultipleObjects", Callers::Watched) == waits &&
+               std::chrono::steady_clock::now() < end) {
+            ::Sleep(1);
+        }
+    }
+
+private:
+    size_t threads = win32::Uses("CreateThread", Callers::Watched);
+    size_t waits = win32::Uses("WaitForMultipleObjects", Callers::Watched);
+};
+
 // Has the watched library's calls of one function fail.
 class FunctionFault {
 public:
@@ -63,6 +80,7 @@ public:
         : function(functionName), before(openBefore) {}
 
     void Fail(size_t nth, bool isOnce) {
+        watcherStart.Wait();
         failuresBefore = win32::FailedUses();
         if (nth != 0) {
             win32::FailCall(function, nth, ErrorOf(function), isOnce ? FaultMode::Once : FaultMode::FromThenOn,
@@ -70,6 +88,7 @@ public:
         }
     }
     void Rest() {
+        watcherStart.Wait();
         win32::ClearFaults();
         failures = win32::FailedUses() - failuresBefore;
         // An Exit may have left the rest to the watcher's thread; nobody else calls these functions in a flow.
@@ -88,6 +107,7 @@ public:
             }
         }
         WaitUntil([this] { return OpenThings() == before; });
+        watcherStart = {};
         const OpenThings now;
         return now == before ? "" : "before: " + before.Text() + ", now: " + now.Text();
     }
@@ -126,6 +146,7 @@ private:
     const char* const function;
     const OpenThings before;
     const size_t mark = win32::HandleMark();
+    WatcherStart watcherStart;
     size_t failuresBefore = 0;
     size_t failures = 0;
 };
@@ -133,22 +154,18 @@ private:
 // A good run, with the functions that the bridge called in it, and how often.
 struct GoodRun {
     GoodRun(FlowWorld& world, const FlowKind& flow) {
-        outcome =
-            RunFlow(world, flow,
-                    {[this] { ForEach([this](const char* name, size_t uses) { calls[name] = uses; }); },
-                     [this] { ForEach([this](const char* name, size_t uses) { calls[name] = uses - calls[name]; }); }});
+        const WatcherStart watcherStart;
+        const auto count = [&] {
+            watcherStart.Wait();
+            for (size_t i = 0; const char* const name = win32::FunctionAt(i); ++i) {
+                calls[name] = win32::Uses(name, Callers::Watched) - calls[name];
+            }
+        };
+        outcome = RunFlow(world, flow, {count, count});
     }
 
     std::map<std::string, size_t> calls;
     FlowOutcome outcome;
-
-private:
-    template <class Use>
-    static void ForEach(Use&& use) {
-        for (size_t i = 0; const char* const name = win32::FunctionAt(i); ++i) {
-            use(name, win32::Uses(name, Callers::Watched));
-        }
-    }
 };
 
 class SystemFault : public testing::TestWithParam<FlowKind> {
