@@ -92,16 +92,6 @@ TEST_P(FaultAtEntry, IsRepairedByAnUpgrade) {
     ExpectRepairByUpgrade();
 }
 
-TEST_P(FaultAtEntry, IsRepairedByExitAndEntry) {
-    Fail();
-    Product product("PRODUCT1000", &sink);
-    EXPECT_EQ(sink.log.Take(), Expected(Row().lines));
-    product.Exit();
-    EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
-    EXPECT_EQ(sink.log.Take(), Expected(Row().linesOfRepair));
-    ExpectRepairByNewEntry();
-}
-
 TEST_P(FaultAtEntry, OfOneProductIsNoneOfALaterOne) {
     Fail(NY_SIM_ONCE);
     const Registration ofSecond("PRODUCT2000", collector);
@@ -149,16 +139,6 @@ TEST_P(FaultAtUpgrade, IsRepairedByExitAndEntry) {
 
 INSTANTIATE_TEST_SUITE_P(Every, FaultAtUpgrade, testing::Combine(testing::ValuesIn(UpgradeFaults()), FaultCodes()),
                          NameOfFault);
-
-TEST_P(FaultAtExit, LeavesNothingThatANewEntryCouldMeet) {
-    Product product("PRODUCT1000", &sink);
-    Fail();
-    product.Exit();
-    EXPECT_EQ(ny_sim_started_clients(), 0U);
-    EXPECT_EQ(sink.log.Take(), Expected(Row().lines));
-    ExpectRepairByNewEntry();
-    EXPECT_EQ(kept.Release(), Row().keptHandles);
-}
 
 // A product that leaves before others is out, whatever the agent answers; the others stay.
 TEST_P(FaultAtExit, OfOneProductLeavesTheOther) {

@@ -1,4 +1,5 @@
-// Every agent function that is called during a property request answers an error.
+// The agent functions that are called during a property request, and errors of theirs; tests/flows has every one of
+// them fail.
 #include <algorithm>
 #include <iterator>
 #include <string_view>
@@ -70,7 +71,6 @@ protected:
     KeptHandles kept;
 };
 
-class LookUpFault : public CallFault {};
 class SetPropertyFault : public CallFault {};
 class PropertyCalls : public PropertyTest {};
 
@@ -90,52 +90,6 @@ TEST_F(PropertyCalls, AreTheseForAProperty) {
     const Registration registration(productId, collector);
     Ask(productId);
     EXPECT_THAT(calls, ElementsAreArray(setCalls));
-}
-
-TEST_P(LookUpFault, EndsTheRequestWithItsCode) {
-    const Registration registration(productId, collector, &modulesSink);
-    Fail(lookUpCalls);
-    const std::string code = std::to_string(Code());
-    if (IsRelease(lookUpCalls)) {
-        EXPECT_EQ(Ask(productId), answered);
-        EXPECT_THAT(sink.log.Take(), IsEmpty());
-    } else {
-        EXPECT_THAT(Ask(productId), ElementsAre("answer " + code));
-        EXPECT_THAT(
-            sink.log.Take(),
-            ElementsAre("3: Failed to add property in the property bag for product id PRODUCT1000, exception: [" +
-                        code + "]"));
-        EXPECT_THAT(collector.log.Lines(), IsEmpty());
-    }
-    EXPECT_EQ(Ask(productId), answered);
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-    EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
-    product.Exit();
-    EXPECT_EQ(kept.Release(), IsRelease(lookUpCalls) ? 1U : 0U);
-}
-
-INSTANTIATE_TEST_SUITE_P(Every, LookUpFault, EachCall(lookUpCalls));
-
-TEST_P(SetPropertyFault, IsToldToTheModuleAndToNobodyElse) {
-    const bool isSet = IsRelease(setCalls);
-    collector.collect = [&](ISet& set) {
-        Fail(setCalls);
-        EXPECT_EQ(set.SetProperty(L"path", L"name", L"value"), isSet);
-        ny_sim_clear_faults();
-        EXPECT_TRUE(set.SetProperty(L"path", L"next", L"value"));
-    };
-    const Registration registration(productId, collector, &modulesSink);
-    if (isSet) {
-        EXPECT_THAT(Ask(productId), ElementsAre("answer 0", "path:name=value", "path:next=value"));
-        EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
-    } else {
-        EXPECT_THAT(Ask(productId), ElementsAre("answer 0", "path:next=value"));
-        EXPECT_THAT(modulesSink.log.Lines(),
-                    ElementsAre("5: Failed to add property for name= value, exception " + std::to_string(Code())));
-    }
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-    product.Exit();
-    EXPECT_EQ(kept.Release(), isSet ? 1U : 0U);
 }
 
 TEST_P(SetPropertyFault, WithoutASinkIsOnlyAnswered) {

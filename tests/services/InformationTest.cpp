@@ -279,49 +279,6 @@ TEST_F(InformationFault, CanBeInTheseCalls) {
                 ElementsAre("ny_info_get", "ny_variant_get_string", "ny_variant_release"));
 }
 
-// Reading failures are logged; those of the way to wide text, like those of releasing, are not.
-TEST_F(InformationFault, AtEachCallByIndexEndsWithoutAText) {
-    const std::vector<std::string> calls = CallsOf([] { Information(0); });
-    const size_t readingCalls = 6;
-    for (size_t i = 0; i < calls.size(); ++i) {
-        const auto nth =
-            static_cast<uint32_t>(std::count(calls.begin(), calls.begin() + static_cast<ptrdiff_t>(i) + 1, calls[i]));
-        const bool isRelease = calls[i].ends_with("_release");
-        for (const int32_t code : faultCodes) {
-            SetInformation("AgentMode", "\"1\"");
-            KeptHandles kept;
-            ASSERT_EQ(ny_sim_fail_call(calls[i].c_str(), nth, code, NY_SIM_ONCE), NY_OK);
-            EXPECT_EQ(Information(0), isRelease ? "1: wide <1>" : "0: empty") << nth << ". " << calls[i];
-            EXPECT_EQ(sink.log.Take(), isRelease || i >= readingCalls ? std::vector<std::string>()
-                                                                      : std::vector<std::string>{FailedLine(code)});
-            EXPECT_EQ(kept.Release(), isRelease ? 1U : 0U);
-        }
-    }
-}
-
-TEST_F(InformationFault, AtEachCallForTheModeLeavesItAsItWas) {
-    const std::vector<std::string> calls = CallsOf([] { ManagedMode(); });
-    for (size_t i = 0; i < calls.size(); ++i) {
-        const auto nth =
-            static_cast<uint32_t>(std::count(calls.begin(), calls.begin() + static_cast<ptrdiff_t>(i) + 1, calls[i]));
-        const bool isRelease = calls[i].ends_with("_release");
-        SetInformation("AgentMode", "\"1\"");
-        KeptHandles kept;
-        ASSERT_EQ(ny_sim_fail_call(calls[i].c_str(), nth, 77, NY_SIM_ONCE), NY_OK);
-        EXPECT_EQ(ManagedMode(), isRelease ? "1: 1" : "0: 77") << nth << ". " << calls[i];
-        EXPECT_EQ(sink.log.Take(), isRelease ? std::vector<std::string>() : std::vector<std::string>{FailedLine(77)});
-        EXPECT_EQ(kept.Release(), isRelease ? 1U : 0U);
-    }
-}
-
-TEST_F(InformationFault, AtALookUpByNameIsAnswered) {
-    for (const int32_t code : faultCodes) {
-        ASSERT_EQ(ny_sim_fail_call("ny_info_get", 1, code, NY_SIM_ONCE), NY_OK);
-        EXPECT_EQ(InfoByName("AgentMode"), std::to_string(code) + ": empty");
-    }
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-}
-
 TEST_F(InformationFault, AtReadingByNameIsLoggedAndGivesAnEmptyText) {
     for (const int32_t code : faultCodes) {
         ASSERT_EQ(ny_sim_fail_call("ny_variant_get_string", 1, code, NY_SIM_ONCE), NY_OK);

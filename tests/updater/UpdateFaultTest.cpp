@@ -1,6 +1,6 @@
-// Every agent function that is called for updates answers an error.
-#include <algorithm>
-#include <iterator>
+// The agent functions that are called for updates, and registrations that answer an error; tests/flows has every call
+// of a callback fail.
+#include <initializer_list>
 
 #include "support/KeptHandles.h"
 #include "support/Services.h"
@@ -41,7 +41,7 @@ Calls Join(std::initializer_list<Calls> lists) {
     return joined;
 }
 
-class UpdaterFault : public UpdateTest {
+class CallsOfUpdates : public UpdateTest {
 protected:
     // The agent calls that the bridge makes for one call of the updater.
     Calls RecordedCalls(const std::string& call) {
@@ -49,30 +49,9 @@ protected:
         Update(call);
         return AgentCalls();
     }
-
-    // Has each call of the record fail in turn: the outcome is that of no callback, whether the module was called or
-    // not. Releasing never fails for the bridge; what the agent then keeps is the agent's.
-    void FailEachCall(const std::string& call, const std::string& withoutCallback) {
-        const UpdateRegistration registration(productId, callback);
-        const std::string outcome = Update(call);
-        const Calls calls = RecordedCalls(call);
-        for (size_t i = 0; i < calls.size(); ++i) {
-            const auto nth = static_cast<uint32_t>(
-                std::count(calls.begin(), calls.begin() + static_cast<ptrdiff_t>(i) + 1, calls[i]));
-            const bool isRelease = calls[i].ends_with("_release");
-            for (const int32_t code : codes) {
-                KeptHandles kept;
-                ASSERT_EQ(ny_sim_fail_call(calls[i].c_str(), nth, code, NY_SIM_ONCE), NY_OK);
-                EXPECT_EQ(Update(call), isRelease ? outcome : withoutCallback) << nth << ". " << calls[i];
-                EXPECT_EQ(kept.Release(), isRelease ? 1U : 0U) << nth << ". " << calls[i];
-            }
-        }
-        EXPECT_EQ(Update(call), outcome);
-        EXPECT_THAT(sink.log.Lines(), IsEmpty());
-    }
 };
 
-TEST_F(UpdaterFault, CanBeInTheseCalls) {
+TEST_F(CallsOfUpdates, AreThese) {
     EXPECT_THAT(RecordedCalls(NotifyCall()), ElementsAreArray(widening));
     EXPECT_THAT(RecordedCalls(EventCall()), IsEmpty());
     const UpdateRegistration registration(productId, callback);
@@ -80,19 +59,6 @@ TEST_F(UpdaterFault, CanBeInTheseCalls) {
     EXPECT_THAT(RecordedCalls(SetCall()), ElementsAreArray(Join({widening, widening, widening, readingValue})));
     EXPECT_THAT(RecordedCalls(GetCall()), ElementsAreArray(Join({widening, widening, widening, givingValue})));
     EXPECT_THAT(RecordedCalls(EventCall()), IsEmpty());
-}
-
-TEST_F(UpdaterFault, OfAnUpdateNotifyIsAnsweredAsWithoutACallback) {
-    FailEachCall(NotifyCall(), notNotified);
-}
-
-TEST_F(UpdaterFault, OfASetProductInfoIsAnsweredAsWithoutACallback) {
-    FailEachCall(SetCall(), notAvailable);
-}
-
-TEST_F(UpdaterFault, OfAGetProductInfoIsAnsweredAsWithoutACallback) {
-    callback.onGet = [](ISet& set) { return set.Set(L"value") ? 33 : 0; };
-    FailEachCall(GetCall(), notAvailable);
 }
 
 class UpdateServiceFault : public UpdateTest {};
