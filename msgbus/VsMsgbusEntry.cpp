@@ -2,6 +2,7 @@
 #include "VsMsgbus/Entry.h"
 
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "base/Boundary.h"
@@ -15,7 +16,12 @@ using VsKit::CUniStream;
 namespace {
 
 // The bridge instance, created when there is none. Null when it could not be had with a working agent client.
+//
+// One thread creates it at a time, although Entries should not meet: the log lines of a second one, made and thrown
+// away beside the first, would lead nowhere.
 VsMsgbus* ObtainBridge(const char* productId) {
+    static std::mutex creation;
+    const std::lock_guard guard(creation);
     if (VsMsgbus* const present = CurrentBridge()) {
         return present;
     }

@@ -39,21 +39,25 @@ extern "C" {
 /// product is entered and must still be left with VsMsgbusExit; the refused service is asked for again when the agent
 /// starts anew.
 ///
-/// Call Entry and Exit from your load and unload paths, one at a time in a process. Never call them from DllMain.
+/// Call Entry and Exit from your load and unload paths, one at a time in a process. Never call them from DllMain. Two
+/// Entries that meet all the same are both answered as if one had come after the other; an Exit must meet neither.
 bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
                    VsMsgbus** outInstance) noexcept;
 
 /// Leaves the bridge for one product: the agent calls it no more once this has returned, except for a callback that is
-/// calling Exit itself (called inside a callback while the agent comes or goes, it may return a moment before that). The Exit that removes the last product stops the watcher, ends the agent client and destroys
-/// the bridge instance. Every Exit takes the process-wide log sink away, even when other products stay.
+/// calling Exit itself (called inside a callback while the agent comes or goes, Exit may return a moment before that).
+/// The Exit that removes the last product stops the watcher, ends the agent client and destroys the bridge instance.
+/// Every Exit takes the process-wide log sink away, even when other products stay.
 ///
 /// @param productId  the id given to Entry; null leaves no product.
 /// @param instance   the instance that Entry gave; null only takes the log sink away.
 ///
 /// Always returns true. Waits at most 15 seconds for the watcher when it is at the products because the agent comes or
-/// goes (but not inside a callback of the agent's), as long for the watcher to end, and as long for a running Write of the sink;
-/// the agent itself waits for callbacks of the product that run on other threads. What could not end in time is
-/// finished, and freed, by the watcher's own thread.
+/// goes (but not inside a callback of the agent's), as long for the watcher to end, and as long for a running Write of
+/// the sink; the agent itself waits for callbacks of the product that run on other threads. What could not end in time
+/// is finished, and freed, by the watcher's own thread.
+///
+/// A process may end without leaving, also with threads inside the bridge: none of them is waited for.
 bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept;
 
 /// The bridge instance's record of the agent's client, valid until the last Exit. The instance is not tested for:
