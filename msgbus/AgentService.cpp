@@ -1,6 +1,8 @@
 #include "msgbus/AgentService.h"
 
+#include "base/UntilUnloaded.h"
+
 CallGate& AgentCallbacks() {
-    static CallGate callbacks;
-    return callbacks;
+    static UntilUnloaded<CallGate> callbacks;
+    return callbacks.Get();
 }

@@ -5,22 +5,23 @@
 
 #include "base/Boundary.h"
 #include "base/Mutex.h"
+#include "base/UntilUnloaded.h"
 
 namespace {
 
 using SessionPointer = std::shared_ptr<AgentUse::Session>;
 
 Mutex currentLock;  // held for the copy or the exchange alone
-SessionPointer current;
+UntilUnloaded<SessionPointer> current;
 
 SessionPointer CurrentSession() {
     const std::lock_guard guard(currentLock);
-    return current;
+    return *current;
 }
 
 SessionPointer TakeSession(const ny_client_t* client) {
     const std::lock_guard guard(currentLock);
-    return current != nullptr && current->client == client ? std::exchange(current, nullptr) : nullptr;
+    return *current != nullptr && (*current)->client == client ? std::exchange(*current, nullptr) : nullptr;
 }
 
 }  // namespace
@@ -35,7 +36,7 @@ bool OpenAgent(ny_client_t* client) noexcept {
     return Guarded(false, [&] {
         auto opened = std::make_shared<AgentUse::Session>(client);
         const std::lock_guard guard(currentLock);
-        current.swap(opened);
+        (*current).swap(opened);
         return true;
     });
 }

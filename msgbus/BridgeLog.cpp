@@ -7,6 +7,7 @@
 #include "base/Boundary.h"
 #include "base/CallGate.h"
 #include "base/Mutex.h"
+#include "base/UntilUnloaded.h"
 
 namespace {
 
@@ -18,21 +19,21 @@ struct SinkInUse {
 };
 
 Mutex sinkLock;
-std::shared_ptr<SinkInUse> currentSink;
+UntilUnloaded<std::shared_ptr<SinkInUse>> currentSink;
 
 std::shared_ptr<SinkInUse> CopySink() {
     const std::lock_guard guard(sinkLock);
-    return currentSink;
+    return *currentSink;
 }
 
 }  // namespace
 
 bool OfferLogSink(VsKitMsgbus::ILogSink* sink) {
     const std::lock_guard guard(sinkLock);
-    if (sink == nullptr || currentSink != nullptr) {
+    if (sink == nullptr || *currentSink != nullptr) {
         return false;
     }
-    currentSink = std::make_shared<SinkInUse>(sink);
+    *currentSink = std::make_shared<SinkInUse>(sink);
     return true;
 }
 
@@ -41,7 +42,7 @@ void ClearLogSink() noexcept {
         std::shared_ptr<SinkInUse> cleared;
         {
             const std::lock_guard guard(sinkLock);
-            cleared.swap(currentSink);
+            cleared.swap(*currentSink);
         }
         if (cleared != nullptr) {
             cleared->gate.Close();

@@ -3,39 +3,40 @@
 #include <mutex>
 
 #include "base/Mutex.h"
+#include "base/UntilUnloaded.h"
 
 namespace {
 
 Mutex recordLock;
-std::unique_ptr<HealthCheckRecord> healthCheckRecord;
+UntilUnloaded<std::unique_ptr<HealthCheckRecord>> keptRecord;
 
 }  // namespace
 
 void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink, VsMsgbusClientRecord* clientRecord) {
     const std::lock_guard guard(recordLock);
-    if (healthCheckRecord == nullptr) {
-        healthCheckRecord = std::make_unique<HealthCheckRecord>();
+    if (*keptRecord == nullptr) {
+        *keptRecord = std::make_unique<HealthCheckRecord>();
     }
-    healthCheckRecord->clientRecord = clientRecord;
-    healthCheckRecord->logSink = logSink;
-    healthCheckRecord->productId = productId;
+    (*keptRecord)->clientRecord = clientRecord;
+    (*keptRecord)->logSink = logSink;
+    (*keptRecord)->productId = productId;
 }
 
 void ForgetClientForHealthCheck() {
     const std::lock_guard guard(recordLock);
-    if (healthCheckRecord != nullptr) {
-        healthCheckRecord->clientRecord = nullptr;
+    if (*keptRecord != nullptr) {
+        (*keptRecord)->clientRecord = nullptr;
     }
 }
 
 void KeepHealthCheckCallback(const std::string& name, VsKitHealthCheckCallback callback) {
     const std::lock_guard guard(recordLock);
-    if (healthCheckRecord != nullptr) {
-        healthCheckRecord->callbacks[name] = callback;
+    if (*keptRecord != nullptr) {
+        (*keptRecord)->callbacks[name] = callback;
     }
 }
 
 std::unique_ptr<HealthCheckRecord> CopyHealthCheckRecord() {
     const std::lock_guard guard(recordLock);
-    return healthCheckRecord != nullptr ? std::make_unique<HealthCheckRecord>(*healthCheckRecord) : nullptr;
+    return *keptRecord != nullptr ? std::make_unique<HealthCheckRecord>(**keptRecord) : nullptr;
 }

@@ -6,6 +6,7 @@
 
 #include "base/Boundary.h"
 #include "base/Mutex.h"
+#include "base/UntilUnloaded.h"
 #include "msgbus/AgentService.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/ServiceFactory.h"
@@ -91,9 +92,9 @@ VsMsgbus::~VsMsgbus() {
     if (mayStillBeCalled) {
         // The agent holds on to a client, and through it to these objects: they stay for good.
         static Mutex keptLock;
-        static RetiredIos kept;
+        static UntilUnloaded<RetiredIos> kept;
         const std::lock_guard guard(keptLock);
-        kept.merge(retiredIos);
+        kept.Get().merge(retiredIos);
     }
 }
 

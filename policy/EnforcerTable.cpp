@@ -1,6 +1,8 @@
 #include "policy/EnforcerTable.h"
 
+#include "base/UntilUnloaded.h"
+
 EnforcerRegistrations& EnforcerTable() {
-    static EnforcerRegistrations table;
-    return table;
+    static UntilUnloaded<EnforcerRegistrations> table;
+    return table.Get();
 }

@@ -1,6 +1,8 @@
 #include "property/CollectorTable.h"
 
+#include "base/UntilUnloaded.h"
+
 CollectorRegistrations& CollectorTable() {
-    static CollectorRegistrations table;
-    return table;
+    static UntilUnloaded<CollectorRegistrations> table;
+    return table.Get();
 }

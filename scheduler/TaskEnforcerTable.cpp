@@ -1,6 +1,8 @@
 #include "scheduler/TaskEnforcerTable.h"
 
+#include "base/UntilUnloaded.h"
+
 TaskEnforcerRegistrations& TaskEnforcerTable() {
-    static TaskEnforcerRegistrations table;
-    return table;
+    static UntilUnloaded<TaskEnforcerRegistrations> table;
+    return table.Get();
 }

@@ -1,6 +1,8 @@
 #include "updater/UpdateNotifyTable.h"
 
+#include "base/UntilUnloaded.h"
+
 UpdateNotifyRegistrations& UpdateNotifyTable() {
-    static UpdateNotifyRegistrations table;
-    return table;
+    static UntilUnloaded<UpdateNotifyRegistrations> table;
+    return table.Get();
 }
