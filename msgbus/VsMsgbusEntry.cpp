@@ -6,6 +6,7 @@
 #include <string>
 
 #include "base/Boundary.h"
+#include "base/Mutex.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/HealthCheckRecord.h"
 #include "msgbus/VsMsgbus.h"
@@ -20,7 +21,7 @@ namespace {
 // One thread creates it at a time, although Entries should not meet: the log lines of a second one, made and thrown
 // away beside the first, would lead nowhere.
 VsMsgbus* ObtainBridge(const char* productId) {
-    static std::mutex creation;
+    static Mutex creation;
     const std::lock_guard guard(creation);
     if (VsMsgbus* const present = CurrentBridge()) {
         return present;

@@ -60,7 +60,9 @@ Level MeasureLevel() {
     return level;
 }
 
-const size_t handleTolerance = 16;
+size_t HandleTolerance(uint64_t operations) {
+    return 16 + operations / 500;
+}
 
 size_t HeapTolerance(uint64_t /*operations*/) {
     return size_t{64} * 1024;

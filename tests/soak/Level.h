@@ -15,8 +15,10 @@ struct Level {
 
 Level MeasureLevel();
 
-// By how many handles two levels may differ: on Windows locks get one when they are first contended.
-extern const size_t handleTolerance;
+// By how many handles two levels may differ that so many operations lie between. On Windows a lock gets handles when it
+// is first contended, and the last threads of the agent may still be on their way out: a handle that is lost with each
+// Entry, each start of the agent or each callback is many more.
+size_t HandleTolerance(uint64_t operations);
 
 // By how many allocated bytes two levels may differ that so many operations lie between, although nothing is lost:
 // tables that grow with their use, and the few registrations whose memory the contract gives up. A loss of a few bytes

@@ -109,7 +109,7 @@ TEST_F(Soak, LeavesEverythingAsItWas) {
     std::cout << "longest: " << longest.count() << " ms, operation " << longestText << "\nafter " << warmUp
               << " operations: " << before << "\nat the end: " << after << std::endl;
     SCOPED_TRACE("seed " + std::to_string(seed));
-    EXPECT_LE(after.handles, before.handles + handleTolerance);
+    EXPECT_LE(after.handles, before.handles + HandleTolerance(Options().operations));
     EXPECT_EQ(after.modules, before.modules);
     EXPECT_LE(after.heapBytes, before.heapBytes + HeapTolerance(Options().operations));
     for (int32_t kind = NY_SIM_ANY; kind <= NY_SIM_POLICY_ITERATOR; ++kind) {

@@ -1,0 +1,35 @@
+// What becomes of static objects when the library goes, and when the process ends.
+#include "base/UntilUnloaded.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace {
+
+struct CountsItsEnd {
+    ~CountsItsEnd() { ++ended; }
+    static inline int ended = 0;
+};
+
+class StaticObject : public testing::Test {
+protected:
+    StaticObject() { CountsItsEnd::ended = 0; }
+    ~StaticObject() override { isProcessEnding = false; }
+
+    std::optional<UntilUnloaded<CountsItsEnd>> object{std::in_place};
+};
+
+TEST_F(StaticObject, IsDestroyedWithItsLibrary) {
+    EXPECT_EQ(&object->Get(), &**object);
+    object.reset();
+    EXPECT_EQ(CountsItsEnd::ended, 1);
+}
+
+TEST_F(StaticObject, IsLeftAsItIsWhenTheProcessEnds) {
+    isProcessEnding = true;
+    object.reset();
+    EXPECT_EQ(CountsItsEnd::ended, 0);
+}
+
+}  // namespace
