@@ -1,0 +1,6 @@
+#include "bench/agent/BareAgent.h"
+
+BareAgent* TheBareAgent() {
+    static constinit BareAgent agent;
+    return &agent;
+}

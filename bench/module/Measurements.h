@@ -1,0 +1,13 @@
+// What is measured as a module sees it: the built DLL through its exports.
+#pragma once
+
+#include "bench/harness/Program.h"
+
+namespace bench {
+
+void MeasureProperties(Session& session);
+void MeasurePolicies(Session& session);
+void MeasureServices(Session& session);
+void MeasureLifeCycle(Session& session);
+
+}  // namespace bench
