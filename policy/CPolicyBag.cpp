@@ -55,8 +55,8 @@ void CPolicyBag::Dump(VsKitMsgbus::lpc_buffer* result) noexcept {
         CPolicyDump dump;
         EnumeratePolicies(productId, &dump);
         // A text that was cut must not pass for the whole one.
-        if (dump.Text().IsGood()) {
-            StoreText(*result, dump.Text().Text());
+        if (dump.IsGood()) {
+            dump.Store(*result);
         }
     });
 }

@@ -1,9 +1,22 @@
 #include "policy/CPolicyDump.h"
 
+#include <algorithm>
+
+#include "base/Boundary.h"
+#include "msgbus/lpc_buffer.h"
+
+using namespace std::string_view_literals;
+
 namespace {
 
-const wchar_t* OrNull(const wchar_t* value) noexcept {
-    return value != nullptr ? value : L"<null>";
+// In characters. A piece is as long as a sixteenth of what there is, so that few pieces are needed, and what the last
+// one has too much of is little beside the whole.
+constexpr size_t shortestPiece = 128;
+constexpr size_t longestPiece = 32 * 1024;
+constexpr size_t piecesOfText = 16;
+
+std::wstring_view OrNull(const wchar_t* value) noexcept {
+    return value != nullptr ? std::wstring_view(value) : L"<null>"sv;
 }
 
 }  // namespace
@@ -11,23 +24,62 @@ const wchar_t* OrNull(const wchar_t* value) noexcept {
 // "pCatagoryId" is what readers of these dumps look for, and stays.
 bool CPolicyDump::OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                               const wchar_t* name) noexcept {
-    text << L"    Container FeatureId[" << OrNull(featureId) << L"] pCatagoryId[" << OrNull(categoryId) << L"] pTypeId["
-         << OrNull(typeId) << L"] pName[" << OrNull(name) << L"]\n";
+    WriteLine({L"    Container FeatureId["sv, OrNull(featureId), L"] pCatagoryId["sv, OrNull(categoryId),
+               L"] pTypeId["sv, OrNull(typeId), L"] pName["sv, OrNull(name), L"]\n"sv});
     return true;
 }
 
 bool CPolicyDump::OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) noexcept {
-    text << L"      Settings Name=[" << OrNull(name) << L"] pIntParam[" << OrNull(intParam) << L"] pStrParam["
-         << OrNull(strParam) << L"]\n";
+    WriteLine({L"      Settings Name=["sv, OrNull(name), L"] pIntParam["sv, OrNull(intParam), L"] pStrParam["sv,
+               OrNull(strParam), L"]\n"sv});
     return true;
 }
 
 bool CPolicyDump::OnSection(const wchar_t* name, const wchar_t* /*reserved*/) noexcept {
-    text << L"         Section Name=[" << OrNull(name) << L"]\n";
+    WriteLine({L"         Section Name=["sv, OrNull(name), L"]\n"sv});
     return true;
 }
 
 bool CPolicyDump::OnSetting(const wchar_t* /*section*/, const wchar_t* name, const wchar_t* value) noexcept {
-    text << L"             " << OrNull(name) << L"=[" << OrNull(value) << L"]\n";
+    WriteLine({L"             "sv, OrNull(name), L"=["sv, OrNull(value), L"]\n"sv});
     return true;
+}
+
+void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) const noexcept {
+    wchar_t* place = VsKitMsgbus::MakeWideText(buffer, Length());
+    if (place == nullptr) {
+        return;
+    }
+    for (const std::wstring& piece : pieces) {
+        place = std::copy(piece.begin(), piece.end(), place);
+    }
+    std::copy(text.Text().begin(), text.Text().end(), place);
+}
+
+void CPolicyDump::WriteLine(std::initializer_list<std::wstring_view> parts) noexcept {
+    isWhole = IsGood() && Guarded(false, [&] {
+                  size_t length = 0;
+                  for (const std::wstring_view part : parts) {
+                      length += part.size();
+                  }
+                  MakeRoom(length);
+                  return true;
+              });
+    if (isWhole) {
+        for (const std::wstring_view part : parts) {
+            text << part;
+        }
+    }
+}
+
+void CPolicyDump::MakeRoom(size_t length) {
+    if (text.Text().capacity() - text.Text().size() >= length) {
+        return;
+    }
+    std::wstring next;
+    next.reserve(std::max(length, std::clamp(Length() / piecesOfText, shortestPiece, longestPiece)));
+    pieces.emplace_back();
+    lengthBefore = Length();
+    text.Swap(next);
+    pieces.back() = std::move(next);
 }

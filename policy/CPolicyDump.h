@@ -1,10 +1,19 @@
 #pragma once
 
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <vector>
+
 #include "VsMsgbus/EnforcePolicy.h"
+#include "VsMsgbus/LpcBuffer.h"
 #include "values/CUniStream.h"
 
-// Writes what a walk tells as text, one indented line for each item. When memory runs out the text ends there, and Text
-// is not good.
+// Writes what a walk tells as text, one indented line for each item. When memory runs out the text ends there, and is
+// not good.
+//
+// The text is kept in pieces that never grow: one block that did would need room for the old text and the new one each
+// time, and the whole one is copied once more for the module.
 class CPolicyDump final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
 public:
     // Each appends its line and returns true; null is written as "<null>".
@@ -14,8 +23,19 @@ public:
     bool OnSection(const wchar_t* name, const wchar_t* reserved) noexcept override;
     bool OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) noexcept override;
 
-    const VsKit::CUniStream& Text() const noexcept { return text; }
+    // Whether every line was written as a whole.
+    bool IsGood() const noexcept { return isWhole && text.IsGood(); }
+    size_t Length() const noexcept { return lengthBefore + text.Text().size(); }
+
+    // Frees what the buffer holds and puts the text there; leaves it empty when there is no memory for it.
+    void Store(VsKitMsgbus::lpc_buffer& buffer) const noexcept;
 
 private:
-    VsKit::CUniStream text;
+    void WriteLine(std::initializer_list<std::wstring_view> parts) noexcept;
+    void MakeRoom(size_t length);
+
+    VsKit::CUniStream text;            // the piece that is written now
+    std::vector<std::wstring> pieces;  // those before it
+    size_t lengthBefore = 0;           // of all of them
+    bool isWhole = true;
 };

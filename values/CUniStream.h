@@ -28,6 +28,9 @@ public:
     const std::wstring& Text() const noexcept { return buffer; }
     bool IsGood() const noexcept { return isGood; }
 
+    // Exchanges the text for another one, to whose end later appends go.
+    void Swap(std::wstring& other) noexcept { buffer.swap(other); }
+
 private:
     void AppendWidened(std::string_view narrow);
 

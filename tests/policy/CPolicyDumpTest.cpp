@@ -7,34 +7,46 @@
 
 namespace {
 
+// The text as a module is given it.
+std::wstring TextOf(const CPolicyDump& dump) {
+    VsKitMsgbus::lpc_buffer buffer{};
+    dump.Store(buffer);
+    EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
+    EXPECT_EQ(buffer.length, dump.Length());
+    const std::wstring text(static_cast<const wchar_t*>(buffer.data));
+    EXPECT_EQ(text.size(), buffer.length);
+    buffer.Release();
+    return text;
+}
+
 TEST(PolicyDump, BeginsWithAnEmptyGoodText) {
     const CPolicyDump dump;
-    EXPECT_EQ(dump.Text().Text(), L"");
-    EXPECT_TRUE(dump.Text().IsGood());
+    EXPECT_EQ(TextOf(dump), L"");
+    EXPECT_TRUE(dump.IsGood());
 }
 
 TEST(PolicyDump, WritesAContainer) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnContainer(L"F", L"C", L"T", L"N"));
-    EXPECT_EQ(dump.Text().Text(), L"    Container FeatureId[F] pCatagoryId[C] pTypeId[T] pName[N]\n");
+    EXPECT_EQ(TextOf(dump), L"    Container FeatureId[F] pCatagoryId[C] pTypeId[T] pName[N]\n");
 }
 
 TEST(PolicyDump, WritesASettingsObject) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSettings(L"P", L"1", L"a"));
-    EXPECT_EQ(dump.Text().Text(), L"      Settings Name=[P] pIntParam[1] pStrParam[a]\n");
+    EXPECT_EQ(TextOf(dump), L"      Settings Name=[P] pIntParam[1] pStrParam[a]\n");
 }
 
 TEST(PolicyDump, WritesASectionWithoutItsReservedText) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSection(L"S", L"reserved"));
-    EXPECT_EQ(dump.Text().Text(), L"         Section Name=[S]\n");
+    EXPECT_EQ(TextOf(dump), L"         Section Name=[S]\n");
 }
 
 TEST(PolicyDump, WritesASettingWithoutItsSection) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSetting(L"S", L"N", L"V"));
-    EXPECT_EQ(dump.Text().Text(), L"             N=[V]\n");
+    EXPECT_EQ(TextOf(dump), L"             N=[V]\n");
 }
 
 TEST(PolicyDump, WritesNullInEveryPlace) {
@@ -43,7 +55,7 @@ TEST(PolicyDump, WritesNullInEveryPlace) {
     EXPECT_TRUE(dump.OnSettings(nullptr, nullptr, nullptr));
     EXPECT_TRUE(dump.OnSection(nullptr, nullptr));
     EXPECT_TRUE(dump.OnSetting(nullptr, nullptr, nullptr));
-    EXPECT_EQ(dump.Text().Text(),
+    EXPECT_EQ(TextOf(dump),
               L"    Container FeatureId[<null>] pCatagoryId[<null>] pTypeId[<null>] pName[<null>]\n"
               L"      Settings Name=[<null>] pIntParam[<null>] pStrParam[<null>]\n"
               L"         Section Name=[<null>]\n"
@@ -53,19 +65,32 @@ TEST(PolicyDump, WritesNullInEveryPlace) {
 TEST(PolicyDump, WithoutMemoryWritesNothingMoreAndGoesOn) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSection(L"before", nullptr));
-    const std::wstring before = dump.Text().Text();
+    const std::wstring before = TextOf(dump);
     {
         const std::wstring longName(1000, L'x');
         const FailingMemory memory;
         EXPECT_TRUE(dump.OnSection(longName.c_str(), nullptr));
     }
-    EXPECT_FALSE(dump.Text().IsGood());
+    EXPECT_FALSE(dump.IsGood());
     EXPECT_TRUE(dump.OnContainer(L"F", L"C", L"T", L"N"));
     EXPECT_TRUE(dump.OnSettings(L"P", L"1", L"a"));
     EXPECT_TRUE(dump.OnSection(L"S", nullptr));
     EXPECT_TRUE(dump.OnSetting(L"S", L"N", L"V"));
-    EXPECT_EQ(dump.Text().Text().find(L"Container"), std::wstring::npos);
-    EXPECT_TRUE(dump.Text().Text().starts_with(before));
+    EXPECT_EQ(TextOf(dump).find(L"Container"), std::wstring::npos);
+    EXPECT_TRUE(TextOf(dump).starts_with(before));
+}
+
+// Pieces of every length, and lines that are longer than any piece.
+TEST(PolicyDump, IsOneTextHoweverLongItIs) {
+    CPolicyDump dump;
+    std::wstring expected;
+    for (size_t i = 0; i < 3000; ++i) {
+        const std::wstring value(i % 500 == 499 ? 100000 : i % 97, L'v');
+        EXPECT_TRUE(dump.OnSetting(L"S", L"N", value.c_str()));
+        expected += L"             N=[" + value + L"]\n";
+    }
+    EXPECT_TRUE(dump.IsGood());
+    EXPECT_TRUE(TextOf(dump) == expected);
 }
 
 }  // namespace
