@@ -5,10 +5,15 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
+#include "values/AgentValues.h"
 
 using corvane::ny::utils::Check;
 
 namespace {
+
+// The one setting that modules must not see, and the category of the policies that have it.
+constexpr std::wstring_view categoryOfWithheld = L"QTP_BufferOverflow_Policies";
+constexpr std::wstring_view withheldSetting = L"bopEnabled";
 
 // Reads one text of a policy through the agent function for it.
 template <class Getter>
@@ -18,8 +23,13 @@ void Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
     into.Assign(text);
 }
 
-bool IsEqual(const WideText& text, std::wstring_view expected) noexcept {
-    return text.Get() != nullptr && text.Get() == expected;
+// A text that the policy has, read where the agent keeps it; null as it comes.
+BorrowedWide Borrow(const char* narrow) {
+    return narrow != nullptr ? BorrowWideFromNarrow(narrow) : BorrowedWide{{}, {}};
+}
+
+BorrowedWide Borrow(ny_variant_t* variant) {
+    return variant != nullptr ? BorrowWide(variant) : BorrowedWide{{}, {}};
 }
 
 }  // namespace
@@ -43,6 +53,8 @@ bool PolicyWalk::TellContainer(ny_policy_uri_t* uri) {
     Read(agent::ny_policy_uri_get_category, uri, category);
     Read(agent::ny_policy_uri_get_type, uri, type);
     Read(agent::ny_policy_uri_get_name, uri, policyName);
+    withholdsSetting =
+        scope == Scope::Machine && category.Get() != nullptr && std::wstring_view(category.Get()) == categoryOfWithheld;
     return callbacks.OnContainer(feature.Get(), category.Get(), type.Get(), policyName.Get());
 }
 
@@ -72,18 +84,14 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
     while (settings.Next(name, variant)) {
-        settingName.Assign(name);
-        if (IsWithheld()) {
+        // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
+        const BorrowedWide settingName = Borrow(name);
+        if (withholdsSetting && settingName.text == withheldSetting) {
             continue;
         }
-        value.Assign(variant);
-        if (!callbacks.OnSetting(section.Get(), settingName.Get(), value.Get())) {
+        const BorrowedWide value = Borrow(variant);
+        if (!callbacks.OnSetting(section.Get(), settingName.text.data(), value.text.data())) {
             return;
         }
     }
-}
-
-bool PolicyWalk::IsWithheld() const noexcept {
-    return scope == Scope::Machine && IsEqual(category, L"QTP_BufferOverflow_Policies") &&
-           IsEqual(settingName, L"bopEnabled");
 }

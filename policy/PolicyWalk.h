@@ -27,7 +27,6 @@ private:
 
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
-    bool IsWithheld() const noexcept;
 
     ICallbacks& callbacks;
     const Scope scope;
@@ -39,6 +38,5 @@ private:
     WideText intParameter;
     WideText stringParameter;
     WideText section;
-    WideText settingName;
-    WideText value;
+    bool withholdsSetting = false;  // in this policy
 };

@@ -8,10 +8,3 @@ void WideText::Assign(const char* narrow) {
         WithMemory([&] { WideFromNarrow(narrow, text); });
     }
 }
-
-void WideText::Assign(ny_variant_t* variant) {
-    isNull = variant == nullptr;
-    if (!isNull) {
-        WithMemory([&] { WideFromVariant(variant, text); });
-    }
-}

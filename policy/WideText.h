@@ -23,7 +23,6 @@ auto WithMemory(Body&& body) {
 class WideText {
 public:
     void Assign(const char* narrow);
-    void Assign(ny_variant_t* variant);
 
     const wchar_t* Get() const noexcept { return isNull ? nullptr : text.c_str(); }
 

@@ -16,10 +16,10 @@ constexpr int32_t verboseLevel = 4;
 constexpr int failureLevel = 5;
 
 void AddProperty(ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name, const wchar_t* value) {
-    const std::string narrowPath = NarrowFromWide(path);
-    const std::string narrowName = NarrowFromWide(name);
+    const BorrowedNarrow narrowPath = BorrowNarrowFromWide(path);
+    const BorrowedNarrow narrowName = BorrowNarrowFromWide(name);
     const VariantOwner variant = VariantFromWide(value);
-    Check(agent::ny_property_bag_add_property(bag, narrowPath.c_str(), narrowName.c_str(), variant.Get()));
+    Check(agent::ny_property_bag_add_property(bag, narrowPath.text.data(), narrowName.text.data(), variant.Get()));
 }
 
 }  // namespace

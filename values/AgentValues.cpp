@@ -21,7 +21,8 @@ std::basic_string_view<Character> TextOf(const Function& getString, const Buffer
     size_t lengthOfText = length;
     Check(getString(buffer.Get(), &text, &lengthOfText));
     if (text == nullptr) {
-        return {};
+        static constexpr Character none = 0;
+        return {&none, 0};
     }
     length = std::min(length, lengthOfText);
     if (length > std::basic_string<Character>().max_size()) {
@@ -30,24 +31,48 @@ std::basic_string_view<Character> TextOf(const Function& getString, const Buffer
     return {text, length};
 }
 
+inline BorrowedNarrow Narrow(ny_variant_t* variant) {
+    BorrowedNarrow borrowed;
+    Check(agent::ny_variant_get_string_buffer(variant, borrowed.buffer.Out()));
+    borrowed.text = TextOf<char>(agent::ny_buffer_get_string, borrowed.buffer);
+    return borrowed;
+}
+
+inline BorrowedWide Wide(ny_variant_t* variant) {
+    BorrowedWide borrowed;
+    Check(agent::ny_variant_get_wstring_buffer(variant, borrowed.buffer.Out()));
+    borrowed.text = TextOf<wchar_t>(agent::ny_wbuffer_get_string, borrowed.buffer);
+    return borrowed;
+}
+
 }  // namespace
 
+BorrowedNarrow BorrowNarrow(ny_variant_t* variant) {
+    return Narrow(variant);
+}
+
+BorrowedWide BorrowWide(ny_variant_t* variant) {
+    return Wide(variant);
+}
+
+BorrowedNarrow BorrowNarrowFromWide(std::wstring_view text) {
+    return Narrow(VariantFromWide(text).Get());
+}
+
+BorrowedWide BorrowWideFromNarrow(std::string_view text) {
+    return Wide(VariantFromNarrow(text).Get());
+}
+
 std::string NarrowFromVariant(ny_variant_t* variant) {
-    BufferOwner buffer;
-    Check(agent::ny_variant_get_string_buffer(variant, buffer.Out()));
-    return std::string(TextOf<char>(agent::ny_buffer_get_string, buffer));
+    return std::string(Narrow(variant).text);
 }
 
 void WideFromVariant(ny_variant_t* variant, std::wstring& into) {
-    WideBufferOwner buffer;
-    Check(agent::ny_variant_get_wstring_buffer(variant, buffer.Out()));
-    into.assign(TextOf<wchar_t>(agent::ny_wbuffer_get_string, buffer));
+    into.assign(Wide(variant).text);
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant) {
-    std::wstring wide;
-    WideFromVariant(variant, wide);
-    return wide;
+    return std::wstring(Wide(variant).text);
 }
 
 VariantOwner VariantFromNarrow(std::string_view text) {
@@ -63,15 +88,15 @@ VariantOwner VariantFromWide(std::wstring_view text) {
 }
 
 void WideFromNarrow(std::string_view text, std::wstring& into) {
-    WideFromVariant(VariantFromNarrow(text).Get(), into);
+    into.assign(Wide(VariantFromNarrow(text).Get()).text);
 }
 
 std::wstring WideFromNarrow(std::string_view text) {
-    return WideFromVariant(VariantFromNarrow(text).Get());
+    return std::wstring(Wide(VariantFromNarrow(text).Get()).text);
 }
 
 std::string NarrowFromWide(std::wstring_view text) {
-    return NarrowFromVariant(VariantFromWide(text).Get());
+    return std::string(Narrow(VariantFromWide(text).Get()).text);
 }
 
 TableOwner TableFromVariant(ny_variant_t* variant) {

@@ -19,7 +19,25 @@ void WideFromVariant(ny_variant_t* variant, std::wstring& into);
 VariantOwner VariantFromNarrow(std::string_view text);
 VariantOwner VariantFromWide(std::wstring_view text);
 
+// A text that the agent keeps, and what it is kept in: valid as long as the buffer is held. Zero-terminated as all
+// texts of the agent's are; never null.
+struct BorrowedNarrow {
+    BufferOwner buffer;
+    std::string_view text{"", 0};
+};
+struct BorrowedWide {
+    WideBufferOwner buffer;
+    // With its length: that of wide text would be counted at run time.
+    std::wstring_view text{L"", 0};
+};
+
+// A variant's text without a copy, for who needs it only until the next call or two.
+BorrowedNarrow BorrowNarrow(ny_variant_t* variant);
+BorrowedWide BorrowWide(ny_variant_t* variant);
+
 // UTF-8 to UTF-16 and back, the agent's way: through a variant.
+BorrowedNarrow BorrowNarrowFromWide(std::wstring_view text);
+BorrowedWide BorrowWideFromNarrow(std::string_view text);
 std::wstring WideFromNarrow(std::string_view text);
 void WideFromNarrow(std::string_view text, std::wstring& into);
 std::string NarrowFromWide(std::wstring_view text);

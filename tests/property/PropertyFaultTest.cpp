@@ -30,17 +30,17 @@ constexpr const char* setCalls[] = {
     "ny_variant_get_string_buffer",
     "ny_buffer_get_string",
     "ny_buffer_get_string",
-    "ny_buffer_release",
     "ny_variant_release",
     "ny_variant_create_from_wstring",
     "ny_variant_get_string_buffer",
     "ny_buffer_get_string",
     "ny_buffer_get_string",
-    "ny_buffer_release",
     "ny_variant_release",
     "ny_variant_create_from_wstring",
     "ny_property_bag_add_property",
     "ny_variant_release",
+    "ny_buffer_release",
+    "ny_buffer_release",
 };
 
 // One call of such a list and the code that it answers.
