@@ -8,6 +8,7 @@ namespace {
 constexpr size_t always = FailingMemory::always;
 thread_local size_t successesLeft = always;
 thread_local size_t failuresLeft = 0;
+thread_local size_t allocations = 0;
 
 // One of a number that may be without end.
 void CountDown(size_t& number) noexcept {
@@ -17,6 +18,7 @@ void CountDown(size_t& number) noexcept {
 }
 
 void* Allocate(size_t size) noexcept {
+    ++allocations;
     if (successesLeft == 0 && failuresLeft != 0) {
         CountDown(failuresLeft);
         return nullptr;
@@ -37,6 +39,10 @@ FailingMemory::FailingMemory(size_t allocationsLeft, size_t failures) noexcept {
 FailingMemory::~FailingMemory() {
     successesLeft = always;
     failuresLeft = 0;
+}
+
+size_t AllocationsOfThread() noexcept {
+    return allocations;
 }
 
 void* operator new(size_t size) {

@@ -14,3 +14,6 @@ public:
     FailingMemory(const FailingMemory&) = delete;
     FailingMemory& operator=(const FailingMemory&) = delete;
 };
+
+// How often this thread has asked operator new for memory, in such a program.
+size_t AllocationsOfThread() noexcept;
