@@ -92,12 +92,13 @@ int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept {
     return NY_OK;
 }
 
-int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData) noexcept {
+int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData,
+                             LogSeverity leastSevere) noexcept {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
     const std::lock_guard guard(dispatcher->lock);
-    dispatcher->log.SetSink(sink, userData);
+    dispatcher->log.SetSink(sink, userData, leastSevere);
     return NY_OK;
 }
 

@@ -52,9 +52,10 @@ int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot,
 // NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept;
 
-// Sends the dispatcher's log lines to `sink`, or nowhere when it is null. NY_INVALID_ARGUMENT for a null dispatcher,
-// else NY_OK.
-int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData) noexcept;
+// Sends the dispatcher's log lines to `sink`, or nowhere when it is null; those less severe than `leastSevere` are not
+// written. NY_INVALID_ARGUMENT for a null dispatcher, else NY_OK.
+int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData,
+                             LogSeverity leastSevere = SeverityDetail) noexcept;
 
 // Loads a group through the process's dispatcher, one thread at a time. NY_OK; NY_INVALID_ARGUMENT when product or
 // library is null or there is no dispatcher; NY_LIBRARY_LOAD when it failed for any other reason.

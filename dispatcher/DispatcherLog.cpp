@@ -3,13 +3,15 @@
 #include <cstdarg>
 #include <cstdio>
 
-void DispatcherLog::SetSink(LogLineSink lineSink, void* sinkUserData) noexcept {
+void DispatcherLog::SetSink(LogLineSink lineSink, void* sinkUserData, LogSeverity leastSevere) noexcept {
     sink = lineSink;
     userData = sinkUserData;
+    threshold = leastSevere;
 }
 
 void DispatcherLog::Write(LogSeverity severity, const char* format, ...) const noexcept {
-    if (sink == nullptr) {
+    // The more severe, the smaller the number.
+    if (sink == nullptr || severity > threshold) {
         return;
     }
     char line[logLineCapacity] = {};

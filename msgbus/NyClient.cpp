@@ -17,7 +17,7 @@ namespace {
 int32_t LoadDispatcher(NyClient& client) noexcept {
     const int32_t result = DispatcherCreate(nullptr, &client.dispatcher);
     if (result == NY_OK) {
-        DispatcherSetLogSink(client.dispatcher, client.logCallback, client.logUserData);
+        DispatcherSetLogSink(client.dispatcher, client.logCallback, client.logUserData, client.leastSevereLog);
     }
     return result;
 }
@@ -140,13 +140,15 @@ int32_t NyClientRelease(NyClient* client) noexcept {
     return NY_OK;
 }
 
-int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* userData) noexcept {
+int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* userData,
+                               LogSeverity leastSevere) noexcept {
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
     client->logCallback = callback;
     client->logUserData = userData;
-    DispatcherSetLogSink(client->dispatcher, callback, userData);
+    client->leastSevereLog = leastSevere;
+    DispatcherSetLogSink(client->dispatcher, callback, userData, leastSevere);
     return NY_OK;
 }
 

@@ -37,6 +37,7 @@ struct NyClient {
     void* notificationUserData = nullptr;
     LogLineSink logCallback = nullptr;
     void* logUserData = nullptr;
+    LogSeverity leastSevereLog = SeverityDetail;        // of the dispatcher's lines
     std::atomic<NyClientNotifier*> notifier = nullptr;  // null when not registered
     ny_passphrase_callback_t passphraseCallback = nullptr;
     void* passphraseUserData = nullptr;
@@ -53,8 +54,10 @@ int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noex
 // not end in time is freed by the watcher's thread. NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t NyClientRelease(NyClient* client) noexcept;
 
-// Where this client's and the dispatcher's log lines go. NY_INVALID_ARGUMENT for a null client, else NY_OK.
-int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* userData) noexcept;
+// Where this client's and the dispatcher's log lines go. Of the dispatcher's, a callback that drops lines less severe
+// than `leastSevere` need not be given those. NY_INVALID_ARGUMENT for a null client, else NY_OK.
+int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* userData,
+                               LogSeverity leastSevere = SeverityDetail) noexcept;
 
 // Creates and starts the install watcher: from now on `callback` is told when the agent comes and goes; the first time
 // within this call, when the agent is there. NY_INVALID_ARGUMENT when client or callback is null; NY_OK at once when a

@@ -104,7 +104,8 @@ void VsMsgbus::CreateClient(const char* productId) {
     Check(NyClientCreate(productId, record.get()));
     clientRecord = std::move(record);
     clientRecord->logger = this;
-    Check(NyClientSetLogCallback(clientRecord->client, LogToRecord, clientRecord.get()));
+    // Log drops all other lines.
+    Check(NyClientSetLogCallback(clientRecord->client, LogToRecord, clientRecord.get(), SeverityFailure));
 }
 
 void VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {

@@ -180,6 +180,22 @@ TEST_F(Load, WritesNothingWithoutASinkAndEverythingToTheLastOne) {
     ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, nullptr), NY_OK);
 }
 
+TEST_F(Load, WritesNothingLessSevereThanItsSinkWants) {
+    LineLog failures;
+    crypto.version = 1;
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &failures, SeverityFailure), NY_OK);
+    EXPECT_NE(DispatcherLoad(crypto.Request()), NY_OK) << "there is no agent";
+    EXPECT_THAT(failures.Take(),
+                ElementsAre(testing::StartsWith("2 dispatcher: ny_grouper_add_member library failed")));
+    environment.InstallAgent();
+    ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
+    EXPECT_THAT(failures.Lines(), IsEmpty());
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &failures, SeverityProgress), NY_OK);
+    ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
+    EXPECT_THAT(failures.Lines(), ElementsAre(testing::StartsWith(LoadStarts("crypto")), LoadReturns(0)));
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, nullptr), NY_OK);
+}
+
 TEST_F(Load, ClosesWhatIsOpenWhenTheDispatcherGoes) {
     environment.InstallAgent();
     ASSERT_EQ(DispatcherLoad(bus.Request()), NY_OK);
