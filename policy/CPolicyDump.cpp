@@ -9,8 +9,7 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// In characters. A piece is as long as a sixteenth of what there is, so that few pieces are needed, and what the last
-// one has too much of is little beside the whole.
+// In characters. A piece is as long as a sixteenth of what there is: neither many pieces nor much room in the last one.
 constexpr size_t shortestPiece = 128;
 constexpr size_t longestPiece = 32 * 1024;
 constexpr size_t piecesOfText = 16;
@@ -45,7 +44,8 @@ bool CPolicyDump::OnSetting(const wchar_t* /*section*/, const wchar_t* name, con
     return true;
 }
 
-void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) const noexcept {
+void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) noexcept {
+    Guarded([this] { CutLastPiece(); });
     wchar_t* place = VsKitMsgbus::MakeWideText(buffer, Length());
     if (place == nullptr) {
         return;
@@ -58,28 +58,39 @@ void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) const noexcept {
 
 void CPolicyDump::WriteLine(std::initializer_list<std::wstring_view> parts) noexcept {
     isWhole = IsGood() && Guarded(false, [&] {
-                  size_t length = 0;
                   for (const std::wstring_view part : parts) {
-                      length += part.size();
+                      Append(part);
                   }
-                  MakeRoom(length);
                   return true;
               });
-    if (isWhole) {
-        for (const std::wstring_view part : parts) {
+}
+
+void CPolicyDump::Append(std::wstring_view part) {
+    for (;;) {
+        const size_t room = text.Text().capacity() - text.Text().size();
+        if (part.size() <= room) {
             text << part;
+            return;
         }
+        text << part.substr(0, room);
+        part.remove_prefix(room);
+        BeginPiece();
     }
 }
 
-void CPolicyDump::MakeRoom(size_t length) {
-    if (text.Text().capacity() - text.Text().size() >= length) {
-        return;
-    }
+void CPolicyDump::BeginPiece() {
     std::wstring next;
-    next.reserve(std::max(length, std::clamp(Length() / piecesOfText, shortestPiece, longestPiece)));
+    next.reserve(std::clamp(Length() / piecesOfText, shortestPiece, longestPiece));
     pieces.emplace_back();
     lengthBefore = Length();
     text.Swap(next);
     pieces.back() = std::move(next);
+}
+
+// The module's copy comes beside all of the text: what the last piece has too much of is given back first.
+void CPolicyDump::CutLastPiece() {
+    std::wstring last;
+    text.Swap(last);
+    last.shrink_to_fit();
+    text.Swap(last);
 }

@@ -12,8 +12,8 @@
 // Writes what a walk tells as text, one indented line for each item. When memory runs out the text ends there, and is
 // not good.
 //
-// The text is kept in pieces that never grow: one block that did would need room for the old text and the new one each
-// time, and the whole one is copied once more for the module.
+// The text is kept in pieces that never grow and are filled to their end: one block that grew would need room for the
+// old text and the new one each time, and the whole one is copied once more for the module.
 class CPolicyDump final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
 public:
     // Each appends its line and returns true; null is written as "<null>".
@@ -28,11 +28,13 @@ public:
     size_t Length() const noexcept { return lengthBefore + text.Text().size(); }
 
     // Frees what the buffer holds and puts the text there; leaves it empty when there is no memory for it.
-    void Store(VsKitMsgbus::lpc_buffer& buffer) const noexcept;
+    void Store(VsKitMsgbus::lpc_buffer& buffer) noexcept;
 
 private:
     void WriteLine(std::initializer_list<std::wstring_view> parts) noexcept;
-    void MakeRoom(size_t length);
+    void Append(std::wstring_view part);
+    void BeginPiece();
+    void CutLastPiece();
 
     VsKit::CUniStream text;            // the piece that is written now
     std::vector<std::wstring> pieces;  // those before it

@@ -8,7 +8,7 @@
 namespace {
 
 // The text as a module is given it.
-std::wstring TextOf(const CPolicyDump& dump) {
+std::wstring TextOf(CPolicyDump& dump) {
     VsKitMsgbus::lpc_buffer buffer{};
     dump.Store(buffer);
     EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
@@ -20,7 +20,7 @@ std::wstring TextOf(const CPolicyDump& dump) {
 }
 
 TEST(PolicyDump, BeginsWithAnEmptyGoodText) {
-    const CPolicyDump dump;
+    CPolicyDump dump;
     EXPECT_EQ(TextOf(dump), L"");
     EXPECT_TRUE(dump.IsGood());
 }
