@@ -9,10 +9,11 @@ using namespace std::string_view_literals;
 
 namespace {
 
-// In characters. A piece is as long as a sixteenth of what there is: neither many pieces nor much room in the last one.
-constexpr size_t shortestPiece = 128;
+// In characters. A piece is as long as a quarter of what there is, within these limits: few pieces, and no more room in
+// the last one than can be given back beside the text.
+constexpr size_t shortestPiece = 1024;
 constexpr size_t longestPiece = 32 * 1024;
-constexpr size_t piecesOfText = 16;
+constexpr size_t piecesOfText = 4;
 
 std::wstring_view OrNull(const wchar_t* value) noexcept {
     return value != nullptr ? std::wstring_view(value) : L"<null>"sv;
