@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Checks every source: its format by clang-format and, but for the tests, its habits by clang-tidy. Needs a build of the
+# Checks every source: its format by clang-format and, but for the tests and the measurements, its habits by clang-tidy. Needs a build of the
 # release preset. A folder in which clang-tidy found nothing is not looked at again until a source of it, or any header,
 # changes.
 set -euo pipefail
