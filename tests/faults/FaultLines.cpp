@@ -11,7 +11,7 @@ constexpr const char* patterns[] = {
     "Set: false",
     // An agent that is not started, or not registered with; it is when it is installed or upgraded next.
     "agent: [01] client started, registered:.*",
-    "NOT SEEN: (the agent's libraries|the end of the agent's libraries)",
+    "NOT SEEN: the (start of a client|end of the agent's libraries)",
     "agent: ny_[a-z_]+",
     // What the agent is answered: that memory ran out, that a function is out of reach, or that something else failed;
     // the updater also that nobody was asked.
@@ -25,7 +25,7 @@ constexpr const char* patterns[] = {
     "module: GetDigest: <.*>",
     "module: (GetTaskName|GetText): false kind 0",
     "module: GetBoolean: false false",
-    "module: GetInteger: false -1",
+    "module: GetInteger: false (-1|0)",
     "module: (CountEntries|IterateSettings): 0",
     R"(module: GetProductInfo\(.*\), Set: false)",
     "VsKitEnforceLocalPolicy: 0",
