@@ -42,8 +42,9 @@ private:
 };
 
 WorkCount& Working() {
-    static WorkCount working;
-    return working;
+    // Never destroyed, as the agent: threads may be at work when the process ends.
+    static auto* const working = new WorkCount;
+    return *working;
 }
 
 // Everything of C++ has ended when this returns, so that nothing of it is left when the library goes.

@@ -48,8 +48,16 @@ CodeRange Find(Search search) {
     return search.found;
 }
 
+// May be set for the next library while a thread that has not ended yet still looks at the last one.
+struct WatchedCode {
+    std::atomic<uintptr_t> begin = 0;
+    std::atomic<uintptr_t> end = 0;
+
+    CodeRange Range() const { return {begin.load(std::memory_order_relaxed), end.load(std::memory_order_relaxed)}; }
+};
+
 constexpr size_t mostLibraries = 4;
-std::array<CodeRange, mostLibraries> watched;
+std::array<WatchedCode, mostLibraries> watched;
 std::atomic<size_t> watchedCount = 0;
 std::atomic<DWORD> longestWait = INFINITE;
 
@@ -83,7 +91,7 @@ bool IsCallerWatched() noexcept {
     }
     const uintptr_t caller = CallerOfLayer();
     for (size_t i = 0; i < count; ++i) {
-        if (watched[i].Contains(caller)) {
+        if (watched[i].Range().Contains(caller)) {
             return true;
         }
     }
@@ -101,7 +109,8 @@ bool WatchLibrary(const char* fileName) {
     if (range.end == 0 || count == mostLibraries) {
         return false;
     }
-    watched[count] = range;
+    watched[count].begin = range.begin;
+    watched[count].end = range.end;
     watchedCount.store(count + 1, std::memory_order_release);
     return true;
 }
