@@ -25,7 +25,7 @@ Character* Make(lpc_buffer& buffer, uint32_t kind, size_t length) noexcept {
 
 template <class Character>
 bool Store(lpc_buffer& buffer, uint32_t kind, std::basic_string_view<Character> text) noexcept {
-    Character* const data = Make<Character>(buffer, kind, text.size());
+    auto* const data = Make<Character>(buffer, kind, text.size());
     if (data != nullptr) {
         std::char_traits<Character>::copy(data, text.data(), text.size());
     }

@@ -12,7 +12,7 @@ namespace {
 // In characters. A piece is as long as a quarter of what there is, within these limits: few pieces, and no more room in
 // the last one than can be given back beside the text.
 constexpr size_t shortestPiece = 1024;
-constexpr size_t longestPiece = 32 * 1024;
+constexpr size_t longestPiece = 32768;
 constexpr size_t piecesOfText = 4;
 
 std::wstring_view OrNull(const wchar_t* value) noexcept {

@@ -30,9 +30,11 @@ KeepWineServer
 # The tests mostly wait: two of these at a time.
 status=0
 RunTests release "Windows build under Wine" "$@" &
+beside=$!
 Step style scripts/check-style.sh || status=1
-wait $! || status=1
+wait "$beside" || status=1
 RunTests asan "native, addresses, leaks and undefined behaviour" "$@" &
+beside=$!
 RunTests tsan "native, data races" "$@" || status=1
-wait $! || status=1
+wait "$beside" || status=1
 exit "$status"

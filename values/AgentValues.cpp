@@ -14,15 +14,15 @@ namespace {
 // The text of a buffer. The agent's contract: the length of the first call, the text of the second. What the second
 // call says to be shorter is no longer than that, and a length that no memory holds is one that there is no memory for.
 template <class Character, class Function, class Buffer>
-std::basic_string_view<Character> TextOf(const Function& getString, const Buffer& buffer) {
+std::basic_string_view<Character> TextOf(const Function& getString, const Buffer& buffer,
+                                         std::basic_string_view<Character> none) {
     const Character* text = nullptr;
     size_t length = 0;
     Check(getString(buffer.Get(), &text, &length));
     size_t lengthOfText = length;
     Check(getString(buffer.Get(), &text, &lengthOfText));
     if (text == nullptr) {
-        static constexpr Character none = 0;
-        return {&none, 0};
+        return none;
     }
     length = std::min(length, lengthOfText);
     if (length > std::basic_string<Character>().max_size()) {
@@ -34,14 +34,14 @@ std::basic_string_view<Character> TextOf(const Function& getString, const Buffer
 inline BorrowedNarrow Narrow(ny_variant_t* variant) {
     BorrowedNarrow borrowed;
     Check(agent::ny_variant_get_string_buffer(variant, borrowed.buffer.Out()));
-    borrowed.text = TextOf<char>(agent::ny_buffer_get_string, borrowed.buffer);
+    borrowed.text = TextOf<char>(agent::ny_buffer_get_string, borrowed.buffer, noNarrowText);
     return borrowed;
 }
 
 inline BorrowedWide Wide(ny_variant_t* variant) {
     BorrowedWide borrowed;
     Check(agent::ny_variant_get_wstring_buffer(variant, borrowed.buffer.Out()));
-    borrowed.text = TextOf<wchar_t>(agent::ny_wbuffer_get_string, borrowed.buffer);
+    borrowed.text = TextOf<wchar_t>(agent::ny_wbuffer_get_string, borrowed.buffer, noWideText);
     return borrowed;
 }
 

@@ -19,16 +19,19 @@ void WideFromVariant(ny_variant_t* variant, std::wstring& into);
 VariantOwner VariantFromNarrow(std::string_view text);
 VariantOwner VariantFromWide(std::wstring_view text);
 
+// Terminated, and measured at compile time.
+inline constexpr std::string_view noNarrowText = "";
+inline constexpr std::wstring_view noWideText = L"";
+
 // A text that the agent keeps, and what it is kept in: valid as long as the buffer is held. Zero-terminated as all
 // texts of the agent's are; never null.
 struct BorrowedNarrow {
     BufferOwner buffer;
-    std::string_view text{"", 0};
+    std::string_view text = noNarrowText;
 };
 struct BorrowedWide {
     WideBufferOwner buffer;
-    // With its length: that of wide text would be counted at run time.
-    std::wstring_view text{L"", 0};
+    std::wstring_view text = noWideText;
 };
 
 // A variant's text without a copy, for who needs it only until the next call or two.
