@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Shows what docs/RELIABILITY.md promises, in full, after installing and building what is missing: every fault, the long
+# soak, the ends of processes, coverage and a minute of fuzzing. scripts/test.sh runs a short form of all but the last two.
+#   --seed N  for the soak; a new one each time when it is not given
+set -euo pipefail
+source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
+
+seed=$((RANDOM * 32768 + RANDOM))
+if [ "${1:-}" = --seed ] && [ $# -eq 2 ]; then
+    seed="$2"
+elif [ $# -ne 0 ]; then
+    echo "usage: $0 [--seed N]" >&2
+    exit 2
+fi
+
+EnsurePackages
+BuildPreset release all
+BuildPreset asan all
+BuildPreset tsan all
+source scripts/wine-env.sh
+Step wine-prefix EnsureWinePrefix
+KeepWineServer
+
+# Check NAME COMMAND...: one line about a check, with what the command's output says of cases and tests.
+Check() {
+    local name="$1" begin=$SECONDS status=0 log cases passed result=passed
+    shift
+    log="$LOGS/check-$name.log"
+    Step "check-$name" "$@" || status=$?
+    [ "$status" -eq 0 ] || result="FAILED ($status)"
+    cases=$(tr -d '\r' <"$log" | sed -n 's/^fault matrix: .*: \([0-9]*\) of [0-9]* cases.*/\1/p; s/^fault cases: .*: \([0-9]*\), .*/\1/p' |
+        awk '{sum += $1} END {if (NR) printf ", %d cases", sum}')
+    passed=$(tr -d '\r' <"$log" | sed -n 's/^\[  PASSED  \] \([0-9]*\) tests\{0,1\}\..*/, \1 tests/p')
+    echo "$name: $result$cases$passed, $((SECONDS - begin)) s"
+    return "$status"
+}
+
+# Both COMMAND --- COMMAND: the two at the same time.
+Both() {
+    local first=() pid status=0
+    while [ "$1" != --- ]; do
+        first+=("$1")
+        shift
+    done
+    shift
+    "${first[@]}" &
+    pid=$!
+    "$@" || status=1
+    wait "$pid" || status=1
+    return "$status"
+}
+
+wine="scripts/wine-run.sh"
+matrix="--gtest_filter=*FaultMatrix*"
+faults="--gtest_filter=*MemoryFault*:*SystemFault*:BridgeAllocations*:RuntimeReserve*"
+ends="--gtest_filter=*ProcessEnd*:AgainstAdvice*:Unloading*:*LeaveInside*"
+status=0
+export FLOWS_WHOLE=1
+Both Check agent-faults-wine "$wine" build/release/bin/flow_tests.exe "$matrix" \
+    --- Check agent-faults-native build/asan/bin/inner_flow_tests "$matrix" || status=1
+Both Check memory-faults-wine "$wine" build/release/bin/flow_tests.exe "$faults" \
+    --- Check memory-and-system-faults-native build/asan/bin/flow_tests "$faults" || status=1
+for program in module_tests library_tests; do
+    Check "process-ends-wine-$program" "$wine" "build/release/bin/$program.exe" "$ends" || status=1
+done
+echo "soak: 10000 operations in each build, seed $seed"
+soak=(--operations 10000 --seed "$seed")
+Both Check soak-wine "$wine" build/release/bin/soak.exe "${soak[@]}" \
+    --- Both Check soak-asan build/asan/bin/soak "${soak[@]}" \
+    --- Check soak-tsan build/tsan/bin/soak "${soak[@]}" || status=1
+scripts/coverage.sh || status=1
+scripts/fuzz.sh || status=1
+exit "$status"
