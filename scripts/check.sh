@@ -55,6 +55,7 @@ matrix="--gtest_filter=*FaultMatrix*"
 faults="--gtest_filter=*MemoryFault*:*SystemFault*:BridgeAllocations*:RuntimeReserve*"
 ends="--gtest_filter=*ProcessEnd*:AgainstAdvice*:Unloading*:*LeaveInside*"
 status=0
+Step style scripts/check-style.sh --all || status=1
 export FLOWS_WHOLE=1
 Both Check agent-faults-wine "$wine" build/release/bin/flow_tests.exe "$matrix" \
     --- Check agent-faults-native build/asan/bin/inner_flow_tests "$matrix" || status=1

@@ -20,8 +20,8 @@ VariantOwner VariantFromNarrow(std::string_view text);
 VariantOwner VariantFromWide(std::wstring_view text);
 
 // Terminated, and measured at compile time.
-inline constexpr std::string_view noNarrowText = "";
-inline constexpr std::wstring_view noWideText = L"";
+inline constexpr std::string_view noNarrowText = "";  // NOLINT(readability-redundant-string-init): empty, not null
+inline constexpr std::wstring_view noWideText = L"";  // NOLINT(readability-redundant-string-init)
 
 // A text that the agent keeps, and what it is kept in: valid as long as the buffer is held. Zero-terminated as all
 // texts of the agent's are; never null.
