@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
-# also in the simulated agent and the demo, which takes as long again and needs a build of the release preset. What clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes.
+# also in the simulated agent and the demo, which takes as long again and needs a build of the release preset. What
+# clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
