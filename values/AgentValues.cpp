@@ -47,10 +47,6 @@ inline BorrowedWide Wide(ny_variant_t* variant) {
 
 }  // namespace
 
-BorrowedNarrow BorrowNarrow(ny_variant_t* variant) {
-    return Narrow(variant);
-}
-
 BorrowedWide BorrowWide(ny_variant_t* variant) {
     return Wide(variant);
 }
@@ -65,10 +61,6 @@ BorrowedWide BorrowWideFromNarrow(std::string_view text) {
 
 std::string NarrowFromVariant(ny_variant_t* variant) {
     return std::string(Narrow(variant).text);
-}
-
-void WideFromVariant(ny_variant_t* variant, std::wstring& into) {
-    into.assign(Wide(variant).text);
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant) {

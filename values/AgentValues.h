@@ -12,8 +12,6 @@
 // A variant's text, with its exact length: zeros in it are kept.
 std::string NarrowFromVariant(ny_variant_t* variant);
 std::wstring WideFromVariant(ny_variant_t* variant);
-// Into a string whose memory is used again. On failure it is left as it was.
-void WideFromVariant(ny_variant_t* variant, std::wstring& into);
 
 // A text variant with the text's own length.
 VariantOwner VariantFromNarrow(std::string_view text);
@@ -35,7 +33,6 @@ struct BorrowedWide {
 };
 
 // A variant's text without a copy, for who needs it only until the next call or two.
-BorrowedNarrow BorrowNarrow(ny_variant_t* variant);
 BorrowedWide BorrowWide(ny_variant_t* variant);
 
 // UTF-8 to UTF-16 and back, the agent's way: through a variant.
