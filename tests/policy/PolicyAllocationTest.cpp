@@ -1,24 +1,11 @@
 // How often policies that are read ask the heap for memory of the bridge's own.
 #include "msgbus/NyClientFixture.h"
 #include "policy/CPolicyBag.h"
+#include "policy/SettingCounter.h"
 #include "support/CapturingSink.h"
 #include "support/FailingMemory.h"
 
 namespace {
-
-// Allocates nothing itself.
-class QuietCallbacks final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
-public:
-    bool OnContainer(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSettings(const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSection(const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSetting(const wchar_t*, const wchar_t*, const wchar_t*) override {
-        ++settings;
-        return true;
-    }
-
-    size_t settings = 0;
-};
 
 class PolicyAllocation : public NyClientFixture {
 protected:
@@ -31,7 +18,7 @@ protected:
         }
         EXPECT_EQ(ny_sim_policies_from_json((json + "]}]}]").c_str()), NY_OK);
         CPolicyBag bag(client->clientHandler.load(), 0, nullptr, L"PRODUCT1000");
-        QuietCallbacks callbacks;
+        SettingCounter callbacks;
         const size_t before = AllocationsOfThread();
         EXPECT_TRUE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
         const size_t after = AllocationsOfThread();

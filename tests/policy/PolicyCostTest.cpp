@@ -1,5 +1,6 @@
 // How many calls of the agent's a walk takes: numbers to be changed on purpose or not at all.
 #include "policy/PolicyTest.h"
+#include "policy/SettingCounter.h"
 
 namespace {
 
@@ -18,20 +19,6 @@ std::string JsonOf(size_t policies, size_t sections, size_t settings) {
                                 repeat(sections, section) + "}");
 }
 
-// Wants everything.
-class AllCallbacks final : public ICallbacks {
-public:
-    bool OnContainer(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSettings(const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSection(const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSetting(const wchar_t*, const wchar_t*, const wchar_t*) override {
-        ++settings;
-        return true;
-    }
-
-    size_t settings = 0;
-};
-
 class PolicyCost : public PolicyTest {
 protected:
     // The agent calls that `read(bag)` makes.
@@ -48,7 +35,7 @@ protected:
     }
 
     size_t CallsOfWalk(size_t policies, size_t sections, size_t settings) {
-        AllCallbacks callbacks;
+        SettingCounter callbacks;
         const size_t calls = CallsOf(JsonOf(policies, sections, settings),
                                      [&](IPolicyBag& bag) { EXPECT_TRUE(bag.EnumeratePolicies(wideId, &callbacks)); });
         EXPECT_EQ(callbacks.settings, policies * sections * settings);
@@ -63,7 +50,7 @@ TEST_F(PolicyCost, IsElevenAgentCallsForEachSetting) {
 
 TEST_F(PolicyCost, IsTheSameForAUsersSettingAndInADump) {
     const auto walkOfUser = [](IPolicyBag& bag) {
-        AllCallbacks callbacks;
+        SettingCounter callbacks;
         EXPECT_TRUE(bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
     };
     const auto forUser = [](size_t settings) {

@@ -5,26 +5,13 @@
 #include "msgbus/NyClientFixture.h"
 #include "policy/CPolicyBag.h"
 #include "policy/NotingCallbacks.h"
+#include "policy/SettingCounter.h"
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "support/CapturingSink.h"
 #include "support/Enforcer.h"
 #include "support/FailingMemory.h"
 
 namespace {
-
-// Notes nothing, because that would need memory too.
-class SilentCallbacks final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
-public:
-    bool OnContainer(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSettings(const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSection(const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSetting(const wchar_t*, const wchar_t*, const wchar_t*) override {
-        ++settings;
-        return true;
-    }
-
-    int settings = 0;
-};
 
 class PolicyMemory : public NyClientFixture {
 protected:
@@ -42,7 +29,7 @@ protected:
                   NY_OK);
         // Everything of the policy group is loaded before memory runs out.
         ASSERT_EQ(Bag().GetDigest(narrowId), longText);
-        SilentCallbacks callbacks;
+        SettingCounter callbacks;
         ASSERT_TRUE(Bag().EnumeratePolicies(wideId, &callbacks));
         ASSERT_TRUE(Bag().EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
     }
@@ -73,10 +60,10 @@ protected:
 
 TEST_F(PolicyMemory, ThatRunsOutInAWalkIsTheWalksFailure) {
     CPolicyBag bag = Bag();
-    SilentCallbacks callbacks;
+    SettingCounter callbacks;
     const size_t failures = Failures([&] { return bag.EnumeratePolicies(wideId, &callbacks); });
     EXPECT_GT(failures, 2U);
-    EXPECT_EQ(callbacks.settings, 1);
+    EXPECT_EQ(callbacks.settings, 1U);
     EXPECT_EQ(sink.log.Lines(),
               Lines(failures,
                     "5: Failed to iterate the policy bag for product id a product id that does not fit into a "
@@ -85,7 +72,7 @@ TEST_F(PolicyMemory, ThatRunsOutInAWalkIsTheWalksFailure) {
 
 TEST_F(PolicyMemory, ThatRunsOutInAUsersWalkIsTheWalksFailure) {
     CPolicyBag bag = Bag();
-    SilentCallbacks callbacks;
+    SettingCounter callbacks;
     const std::wstring user(100, L'u');
     EXPECT_GT(Failures([&] { return bag.EnumerateUserPolicies(wideId, &callbacks, user.c_str(), user.c_str()); }), 2U);
 }
