@@ -1,11 +1,52 @@
 // What the bridge locks and waits with. It never fails and never needs memory. The standard library's mutexes and
 // condition variables take some at their first use with our toolchain: when there is none, locking throws where nothing
-// may be thrown, and waiting returns at once without letting go of the mutex.
+// may be thrown, and waiting returns at once without letting go of the mutex. The system's slim locks do neither, but
+// taken for every lock they cost five interlocked operations under Wine where two do; here they are what
+// threads sleep with.
 #pragma once
 
 #include <windows.h>
 
+#include <atomic>
 #include <chrono>
+#include <cstddef>
+#include <cstdint>
+
+// Threads asleep. One that falls asleep is inside from before it looks whether it must until it sleeps; who wakes
+// passes through first, and so misses nobody that looked before.
+class Sleepers {
+public:
+    void Enter() noexcept { ::AcquireSRWLockExclusive(&lock); }
+    void Leave() noexcept { ::ReleaseSRWLockExclusive(&lock); }
+
+    // To be called inside, and left and entered again meanwhile. May end early.
+    void Sleep(DWORD milliseconds) noexcept {
+        constexpr DWORD pause = 10;
+        if (::SleepConditionVariableSRW(&awakening, &lock, milliseconds, 0) == FALSE &&
+            ::GetLastError() != ERROR_TIMEOUT) {
+            // The system does not let it sleep: others get in all the same.
+            Leave();
+            ::Sleep(pause);
+            Enter();
+        }
+    }
+
+    // To be called from outside.
+    void WakeOne() noexcept {
+        Enter();
+        Leave();
+        ::WakeConditionVariable(&awakening);
+    }
+    void WakeAll() noexcept {
+        Enter();
+        Leave();
+        ::WakeAllConditionVariable(&awakening);
+    }
+
+private:
+    SRWLOCK lock = SRWLOCK_INIT;
+    CONDITION_VARIABLE awakening = CONDITION_VARIABLE_INIT;
+};
 
 // Meets the standard's Lockable as far as std::lock_guard needs it. Not to be locked again by its owner.
 class Mutex {
@@ -14,13 +55,47 @@ public:
     Mutex(const Mutex&) = delete;
     Mutex& operator=(const Mutex&) = delete;
 
-    void lock() noexcept { ::AcquireSRWLockExclusive(&lockWord); }
-    void unlock() noexcept { ::ReleaseSRWLockExclusive(&lockWord); }
+    void lock() noexcept {
+        if (!TryLock()) [[unlikely]] {
+            WaitForTurn();
+        }
+    }
+
+    void unlock() noexcept {
+        if (state.exchange(State::Free, std::memory_order_release) == State::Awaited) [[unlikely]] {
+            WakeNext();
+        }
+    }
 
 private:
-    friend class Condition;
+    // Awaited: locked, and who unlocks it must wake somebody.
+    enum class State : uint32_t { Free, Locked, Awaited };
 
-    SRWLOCK lockWord = SRWLOCK_INIT;
+    bool TryLock() noexcept {
+        State expected = State::Free;
+        return state.compare_exchange_strong(expected, State::Locked, std::memory_order_acquire,
+                                             std::memory_order_relaxed);
+    }
+    [[gnu::noinline]] void WaitForTurn() noexcept {
+        // An owner has a mutex for less time than a thread takes to fall asleep and to wake.
+        constexpr int turnsBeforeSleep = 100;
+        for (int turn = 0; turn < turnsBeforeSleep; ++turn) {
+            YieldProcessor();
+            if (state.load(std::memory_order_relaxed) == State::Free && TryLock()) {
+                return;
+            }
+        }
+        sleepers.Enter();
+        // Awaited even when it was free: this one does not know whether others sleep.
+        while (state.exchange(State::Awaited, std::memory_order_acquire) != State::Free) {
+            sleepers.Sleep(INFINITE);
+        }
+        sleepers.Leave();
+    }
+    [[gnu::noinline]] void WakeNext() noexcept { sleepers.WakeOne(); }
+
+    std::atomic<State> state = State::Free;
+    Sleepers sleepers;
 };
 
 // What threads wait for under a Mutex.
@@ -30,7 +105,12 @@ public:
     Condition(const Condition&) = delete;
     Condition& operator=(const Condition&) = delete;
 
-    void NotifyAll() noexcept { ::WakeAllConditionVariable(&variable); }
+    // To be called with the mutex locked. Costs nothing when nobody waits.
+    void NotifyAll() noexcept {
+        if (waiting != 0) {
+            sleepers.WakeAll();
+        }
+    }
 
     // Waits, with the mutex unlocked, until `isMet()`, which is asked with the mutex locked. To be called with the
     // mutex locked.
@@ -57,16 +137,16 @@ public:
     }
 
 private:
-    // Others get the mutex even when the system does not wait.
     void Sleep(Mutex& mutex, DWORD milliseconds) noexcept {
-        constexpr DWORD pause = 10;
-        if (::SleepConditionVariableSRW(&variable, &mutex.lockWord, milliseconds, 0) == FALSE &&
-            ::GetLastError() != ERROR_TIMEOUT) {
-            mutex.unlock();
-            ::Sleep(pause);
-            mutex.lock();
-        }
+        ++waiting;
+        sleepers.Enter();
+        mutex.unlock();
+        sleepers.Sleep(milliseconds);
+        sleepers.Leave();
+        mutex.lock();
+        --waiting;
     }
 
-    CONDITION_VARIABLE variable = CONDITION_VARIABLE_INIT;
+    size_t waiting = 0;  // under the mutex
+    Sleepers sleepers;
 };

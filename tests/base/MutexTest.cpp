@@ -1,12 +1,14 @@
 // What the bridge locks and waits with.
 #include "base/Mutex.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <mutex>
 #include <thread>
+#include <vector>
 
 #include "support/Event.h"
+#include "support/LineLog.h"
 #include "support/SystemFunction.h"
 
 namespace {
@@ -26,6 +28,52 @@ TEST(BridgeMutex, KeepsOthersOut) {
     count();
     other.join();
     EXPECT_EQ(number, 2000);
+}
+
+// Longer than a thread waits before it sleeps: one that nobody wakes keeps this test from its end.
+TEST(BridgeMutex, WakesWhoSleepsForIt) {
+    constexpr int turns = 200;
+    constexpr int pauses = 2000;
+    Mutex mutex;
+    int number = 0;
+    const auto hold = [&] {
+        for (int turn = 0; turn < turns; ++turn) {
+            const std::lock_guard guard(mutex);
+            for (int pause = 0; pause < pauses; ++pause) {
+                YieldProcessor();
+            }
+            ++number;
+        }
+    };
+    std::vector<std::thread> others;
+    for (int other = 0; other < 3; ++other) {
+        others.emplace_back(hold);
+    }
+    hold();
+    for (std::thread& other : others) {
+        other.join();
+    }
+    EXPECT_EQ(number, 4 * turns);
+}
+
+TEST(BridgeMutex, IsHandedFromOneSleeperToTheNext) {
+    Mutex mutex;
+    LineLog order;
+    std::vector<std::thread> others;
+    {
+        const std::lock_guard guard(mutex);
+        for (int other = 0; other < 3; ++other) {
+            others.emplace_back([&] {
+                const std::lock_guard guardOfOther(mutex);
+                order.Add("has it");
+            });
+        }
+        EXPECT_THAT(order.Lines(), testing::IsEmpty());
+    }
+    for (std::thread& other : others) {
+        other.join();
+    }
+    EXPECT_THAT(order.Lines(), testing::SizeIs(3));
 }
 
 class BridgeCondition : public testing::Test {
@@ -94,6 +142,29 @@ TEST_F(BridgeCondition, LetsOthersInWhenTheSystemDoesNotWait) {
     EXPECT_TRUE(hasLocked.Wait());
     Meet();
     waiting.join();
+}
+
+TEST(BridgeMutex, KeepsOthersOutWhenTheSystemDoesNotLetThemSleep) {
+    const SystemFunction<decltype(::SleepConditionVariableSRW)> sleeping(&::SleepConditionVariableSRW, &RefuseToSleep);
+    Mutex mutex;
+    bool isInside = false;
+    Event isReady;
+    std::thread other;
+    {
+        const std::lock_guard guard(mutex);
+        isInside = true;
+        other = std::thread([&] {
+            isReady.Set();
+            const std::lock_guard guardOfOther(mutex);
+            EXPECT_FALSE(isInside);
+        });
+        EXPECT_TRUE(isReady.Wait());
+        for (int pause = 0; pause < 100'000; ++pause) {
+            YieldProcessor();
+        }
+        isInside = false;
+    }
+    other.join();
 }
 
 }  // namespace

@@ -31,13 +31,16 @@ TEST_F(SlimLock, KeepsOthersOut) {
     EXPECT_EQ(number, 2000);
 }
 
-TEST_F(SlimLock, IsLeftForTheTimeOfASleepAndTakenAgain) {
+// Wakes all, or the one there is.
+class SlimLockWaking : public SlimLock, public testing::WithParamInterface<decltype(&::WakeConditionVariable)> {};
+
+TEST_P(SlimLockWaking, IsLeftForTheTimeOfASleepAndTakenAgain) {
     bool isMet = false;
     ::AcquireSRWLockExclusive(&lock);
     std::thread other([&] {
         ::AcquireSRWLockExclusive(&lock);
         isMet = true;
-        ::WakeAllConditionVariable(&condition);
+        GetParam()(&condition);
         ::ReleaseSRWLockExclusive(&lock);
     });
     while (!isMet) {
@@ -61,5 +64,7 @@ TEST_F(SlimLock, SleepCanBeMadeToFail) {
     EXPECT_EQ(::GetLastError(), 8U);
     ::ReleaseSRWLockExclusive(&lock);
 }
+
+INSTANTIATE_TEST_SUITE_P(By, SlimLockWaking, testing::Values(&::WakeConditionVariable, &::WakeAllConditionVariable));
 
 }  // namespace
