@@ -7,11 +7,9 @@ void LoadGroup(Group& group) noexcept {
         {group.name, agentSoftwareId, group.library, &group.version, group.names, &group.table, group.count});
 }
 
-bool EnsureGroup(Group& group) noexcept {
-    if (group.table.load(std::memory_order_acquire) == nullptr) {
-        LoadGroup(group);
-    }
-    return group.table.load(std::memory_order_acquire) != nullptr;
+void** LoadedTable(Group& group) noexcept {
+    LoadGroup(group);
+    return group.table.load(std::memory_order_acquire);
 }
 
 void UnloadLibrary(const Group& group) noexcept {

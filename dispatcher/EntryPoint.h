@@ -31,9 +31,20 @@ using NameTable = std::array<const char*, count>;
 void LoadGroup(Group& group) noexcept;
 void UnloadLibrary(const Group& group) noexcept;
 
+// Loads the group. Its table then, null when it could not be loaded.
+[[gnu::cold]] void** LoadedTable(Group& group) noexcept;
+
+// The group's table, after loading it if it was not; null when it cannot be.
+[[gnu::always_inline]] inline void** TableOf(Group& group) noexcept {
+    void** const table = group.table.load(std::memory_order_acquire);
+    return table != nullptr ? table : LoadedTable(group);
+}
+
 // Whether the group is loaded, after loading it if it was not: until its library is closed, calling its functions then
 // needs neither memory nor the system.
-bool EnsureGroup(Group& group) noexcept;
+inline bool EnsureGroup(Group& group) noexcept {
+    return TableOf(group) != nullptr;
+}
 
 namespace entrypoint {
 
@@ -77,6 +88,8 @@ class EntryPoint;
 template <class... Arguments, int32_t (*function)(Arguments...), const auto& names, Group& group>
 class EntryPoint<function, names, group> {
 public:
+    using Function = int32_t (*)(Arguments...);
+
     int32_t operator()(Arguments... arguments) const {
         // Plain substring tests, kept on purpose: they match "..._set_initiator_type" as well.
         if constexpr (entrypoint::Contains(name, "_init")) {
@@ -89,23 +102,27 @@ public:
         return result;
     }
 
+    // The agent's function itself, for who calls it often in a row (see libraryClosings); `table` is its group's. A
+    // function that answers NY_FUNCTION_MISSING when there is no table, or when the library does not export it.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static): the entry points are objects
+    Function In(void* const* table) const noexcept {
+        static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");
+        void* const address = table != nullptr ? table[slot] : nullptr;
+        return address != nullptr ? reinterpret_cast<Function>(address) : &Missing;
+    }
+
 private:
     static constexpr std::string_view name = entrypoint::NameOf<function>();
     static constexpr size_t slot = entrypoint::SlotOf(name, names);
 
     static int32_t Call(Arguments... arguments) {
-        void** table = group.table.load(std::memory_order_acquire);
-        if (table == nullptr) [[unlikely]] {
-            LoadGroup(group);
-            table = group.table.load(std::memory_order_acquire);
-            if (table == nullptr) {
-                return NY_FUNCTION_MISSING;
-            }
-        }
-        void* const address = table[slot];
+        void** const table = TableOf(group);
+        void* const address = table != nullptr ? table[slot] : nullptr;
         if (address == nullptr) [[unlikely]] {
             return NY_FUNCTION_MISSING;
         }
-        return reinterpret_cast<int32_t (*)(Arguments...)>(address)(arguments...);
+        return reinterpret_cast<Function>(address)(arguments...);
     }
+
+    static int32_t Missing(Arguments... /*arguments*/) { return NY_FUNCTION_MISSING; }
 };

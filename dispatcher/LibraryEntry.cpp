@@ -38,6 +38,7 @@ void LibraryEntry::Close(const DispatcherLog& log) noexcept {
     for (const HandedOut& table : tables) {
         table.holder->store(nullptr, std::memory_order_release);
     }
+    libraryClosings.fetch_add(1, std::memory_order_release);
     ny_dl_close(&module);
     if (version != nullptr) {
         *version = 0;

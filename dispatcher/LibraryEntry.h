@@ -19,6 +19,11 @@ using SymbolTable = std::unique_ptr<void*[]>;
 // without a lock by the entry points.
 using TablePointer = std::atomic<void**>;
 
+// How many libraries were closed so far. Who keeps addresses of an agent's functions remembers the number from before
+// it looked them up, and calls them only while it is the same.
+inline std::atomic<uint64_t> libraryClosings = 0;
+inline constexpr uint64_t noClosings = UINT64_MAX;  // never the number
+
 // One library file of the agent's that is open, with everything that was handed out from it. Touched by one thread at
 // a time, under the dispatcher's lock.
 struct LibraryEntry {

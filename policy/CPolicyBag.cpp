@@ -11,7 +11,7 @@
 #include "policy/PolicyQuery.h"
 #include "policy/PolicyWalk.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 
 using corvane::ny::utils::Check;
 using corvane::ny::utils::exception;

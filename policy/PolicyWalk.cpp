@@ -5,7 +5,7 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
-#include "values/AgentValues.h"
+#include "values/BorrowedText.h"
 
 using corvane::ny::utils::Check;
 
@@ -15,24 +15,24 @@ namespace {
 constexpr std::wstring_view categoryOfWithheld = L"QTP_BufferOverflow_Policies";
 constexpr std::wstring_view withheldSetting = L"bopEnabled";
 
+}  // namespace
+
 // Reads one text of a policy through the agent function for it.
 template <class Getter>
-void Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
+void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
     const char* text = nullptr;
     Check(get(uri, &text));
-    into.Assign(text);
+    into.Assign(functions, text);
 }
 
-// A text that the policy has, read where the agent keeps it; null as it comes.
-BorrowedWide Borrow(const char* narrow) {
-    return narrow != nullptr ? BorrowWideFromNarrow(narrow) : BorrowedWide{{}, {}};
+// A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
+// gone.
+bool PolicyWalk::Answered(bool wantsMore) const {
+    if (!functions.AreCurrent()) {
+        throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+    }
+    return wantsMore;
 }
-
-BorrowedWide Borrow(ny_variant_t* variant) {
-    return variant != nullptr ? BorrowWide(variant) : BorrowedWide{{}, {}};
-}
-
-}  // namespace
 
 void PolicyWalk::Run(ny_policy_bag_t* bag) {
     PolicyUris uris(bag);
@@ -55,14 +55,14 @@ bool PolicyWalk::TellContainer(ny_policy_uri_t* uri) {
     Read(agent::ny_policy_uri_get_name, uri, policyName);
     withholdsSetting =
         scope == Scope::Machine && category.Get() != nullptr && std::wstring_view(category.Get()) == categoryOfWithheld;
-    return callbacks.OnContainer(feature.Get(), category.Get(), type.Get(), policyName.Get());
+    return Answered(callbacks.OnContainer(feature.Get(), category.Get(), type.Get(), policyName.Get()));
 }
 
 bool PolicyWalk::TellSettingsObject(ny_policy_uri_t* uri) {
     Read(agent::ny_policy_uri_get_pso_name, uri, settingsObject);
     Read(agent::ny_policy_uri_get_pso_param_int, uri, intParameter);
     Read(agent::ny_policy_uri_get_pso_param_str, uri, stringParameter);
-    return callbacks.OnSettings(settingsObject.Get(), intParameter.Get(), stringParameter.Get());
+    return Answered(callbacks.OnSettings(settingsObject.Get(), intParameter.Get(), stringParameter.Get()));
 }
 
 void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
@@ -72,8 +72,8 @@ void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
         if (!TellSettingsObject(uri)) {
             continue;
         }
-        section.Assign(name);
-        if (callbacks.OnSection(section.Get(), nullptr)) {
+        section.Assign(functions, name);
+        if (Answered(callbacks.OnSection(section.Get(), nullptr))) {
             WalkSettings(bag, uri, name);
         }
     }
@@ -85,12 +85,13 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     ny_variant_t* variant = nullptr;
     while (settings.Next(name, variant)) {
         // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
-        const BorrowedWide settingName = Borrow(name);
-        if (withholdsSetting && settingName.text == withheldSetting) {
+        const BorrowedWide settingName =
+            name != nullptr ? BorrowedWide(functions, std::string_view(name)) : BorrowedWide(functions);
+        if (withholdsSetting && settingName.View() == withheldSetting) {
             continue;
         }
-        const BorrowedWide value = Borrow(variant);
-        if (!callbacks.OnSetting(section.Get(), settingName.text.data(), value.text.data())) {
+        const BorrowedWide value = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
+        if (!Answered(callbacks.OnSetting(section.Get(), settingName.Get(), value.Get()))) {
             return;
         }
     }

@@ -21,15 +21,21 @@ public:
     void Run(ny_policy_bag_t* bag);
 
 private:
+    // The module's answer. Raises the agent exception with NY_FUNCTION_MISSING when the agent's libraries were closed
+    // under its callback.
+    bool Answered(bool wantsMore) const;
     // True when the module wants more of this item.
     bool TellContainer(ny_policy_uri_t* uri);
     bool TellSettingsObject(ny_policy_uri_t* uri);
 
+    template <class Getter>
+    void Read(const Getter& get, ny_policy_uri_t* uri, WideText& into);
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
 
     ICallbacks& callbacks;
     const Scope scope;
+    const TextFunctions functions = LookUpTextFunctions();
     WideText feature;
     WideText category;
     WideText type;

@@ -6,7 +6,7 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "msgbus/AgentUse.h"
 #include "policy/EnforcerTable.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 
 namespace {
 

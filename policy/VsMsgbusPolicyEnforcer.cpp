@@ -6,7 +6,7 @@
 #include "policy/EnforcerTable.h"
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::policies::policy_notification_handler;

@@ -3,7 +3,7 @@
 #include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/BorrowedText.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::utils::Check;
@@ -15,11 +15,21 @@ namespace {
 constexpr int32_t verboseLevel = 4;
 constexpr int failureLevel = 5;
 
-void AddProperty(ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name, const wchar_t* value) {
-    const BorrowedNarrow narrowPath = BorrowNarrowFromWide(path);
-    const BorrowedNarrow narrowName = BorrowNarrowFromWide(name);
-    const VariantOwner variant = VariantFromWide(value);
-    Check(agent::ny_property_bag_add_property(bag, narrowPath.text.data(), narrowName.text.data(), variant.Get()));
+void AddProperty(const TextFunctions& functions, ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name,
+                 const wchar_t* value) {
+    const BorrowedNarrow narrowPath(functions, std::wstring_view(path));
+    const BorrowedNarrow narrowName(functions, std::wstring_view(name));
+    const TextVariant variant(functions, std::wstring_view(value));
+    Check(agent::ny_property_bag_add_property(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
+}
+
+// Apart from what is done for every property, whether it is traced or not.
+[[gnu::cold]] void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
+    DropText([&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
+}
+
+[[gnu::cold]] void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
+    DropText([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
 }
 
 }  // namespace
@@ -30,14 +40,18 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
         return false;
     }
     if (value == nullptr) {
-        Trace([&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
+        if (IsTracing()) {
+            TraceSkipped(path, name);
+        }
         return false;
     }
-    Trace([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
+    if (IsTracing()) {
+        TraceProperty(path, name, value);
+    }
     return GuardedBy<exception>(
         false,
         [&] {
-            AddProperty(current, path, name, value);
+            AddProperty(*functions, current, path, name, value);
             return true;
         },
         [&](const exception& refusal) {
@@ -47,11 +61,8 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
         [] { return false; });
 }
 
-template <class Compose>
-void CTheCollectProperties::Trace(Compose&& compose) const noexcept {
-    if (sink != nullptr && logLevel.load() >= verboseLevel) {
-        DropText(compose);
-    }
+bool CTheCollectProperties::IsTracing() const noexcept {
+    return sink != nullptr && logLevel.load() >= verboseLevel;
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {

@@ -2,11 +2,13 @@
 
 #include <atomic>
 #include <cstdint>
+#include <optional>
 
 #include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
 #include "values/CUniStream.h"
+#include "values/TextFunctions.h"
 
 // A module's registered collector, and the setter that the module is handed during a collection.
 class CTheCollectProperties : public VsKitMsgbus::INYCollectProperties::ISet {
@@ -21,6 +23,9 @@ public:
     // took the collector back meanwhile: it is then not asked for its level.
     template <class WasRemoved>
     void Collect(ny_property_bag_t* agentBag, WasRemoved&& wasRemoved) {
+        if (!functions || !functions->AreCurrent()) {
+            functions = LookUpTextFunctions();
+        }
         const BagInUse bagInUse(*this, agentBag);
         collector->CollectProperties(true, this);
         if (!wasRemoved()) {
@@ -43,10 +48,10 @@ private:
         ny_property_bag_t* const outer;  // of the collection around this one, on the same thread; else null
     };
 
-    template <class Compose>
-    void Trace(Compose&& compose) const noexcept;
-    void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
+    bool IsTracing() const noexcept;
+    [[gnu::cold]] void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
 
+    std::optional<TextFunctions> functions;
     std::atomic<int32_t> logLevel = 0;
     VsKitMsgbus::ILogSink* const sink;
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection

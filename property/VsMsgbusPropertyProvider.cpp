@@ -5,7 +5,7 @@
 #include "msgbus/BridgeLog.h"
 #include "property/CollectorTable.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::property_provider;

@@ -5,7 +5,8 @@
 #include "scheduler/AgentTask.h"
 #include "scheduler/SettingText.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTables.h"
+#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::utils::exception;

@@ -5,7 +5,7 @@
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::utils::exception;

@@ -7,7 +7,8 @@
 #include "msgbus/AgentUse.h"
 #include "msgbus/BridgeLog.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentHandle.h"
+#include "values/AgentTexts.h"
 
 using corvane::ny::utils::Check;
 using corvane::ny::utils::exception;

@@ -11,7 +11,7 @@
 #include "services/AgentInformation.h"
 #include "services/Failed.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;

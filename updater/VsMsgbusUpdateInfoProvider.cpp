@@ -5,7 +5,7 @@
 #include "dispatcher/groups/VariantGroup.h"
 #include "updater/UpdateNotifyTable.h"
 #include "values/AgentException.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::updater::updater_handler;

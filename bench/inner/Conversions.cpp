@@ -5,7 +5,7 @@
 #include "bench/harness/Stage.h"
 #include "bench/inner/Measurements.h"
 #include "dispatcher/Dispatcher.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 
 namespace bench {
 

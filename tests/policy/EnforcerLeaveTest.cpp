@@ -172,4 +172,33 @@ TEST_F(LeaveInsideEnforcer, OfTheAgentWaitsForItAndIsFollowedByItsReturn) {
     EXPECT_THAT(order.Take(), ElementsAre("enforcer is out", "client is released", "enforcer is out"));
 }
 
+// A place in a walk: the beginning of the line that is noted there.
+class LeaveAndEnterInsideWalk : public LeaveInsideEnforcer, public testing::WithParamInterface<const char*> {};
+
+// The bag is of the client that is gone. The libraries that were opened again take its handles back.
+TEST_P(LeaveAndEnterInsideWalk, EndsTheWalkAndGivesItsHandlesBack) {
+    HoldPolicies(R"([{"softwareId": "PRODUCT1000", "name": "N", "settingsObject": {"digest": "d"},
+        "sections": [{"name": "s", "settings": [["name", "value"], ["other", "value"]]}]}])");
+    VsMsgbus* instance = nullptr;
+    NotingCallbacks callbacks;
+    callbacks.answer = [&](const std::string& line) {
+        if (line.starts_with(GetParam())) {
+            product.Exit();
+            EXPECT_TRUE(VsMsgbusEntry("PRODUCT2000", VsMsgbusServicePolicy, nullptr, &instance));
+            ny_sim_clear_calls();
+        }
+        return true;
+    };
+    EXPECT_EQ(Enforce([&](IPolicyBag& bag) { EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks)); }), NY_OK);
+    EXPECT_THAT(AgentCalls(), testing::Each(testing::EndsWith("_release")));
+    EXPECT_THAT(callbacks.lines.back(), testing::StartsWith(GetParam()));
+    EXPECT_THAT(modulesSink.log.Lines(), ElementsAre(std::string(iterationLine) + "705"));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
+}
+
+INSTANTIATE_TEST_SUITE_P(At, LeaveAndEnterInsideWalk, testing::Values("container", "settings", "section", "setting "),
+                         [](const testing::TestParamInfo<const char*>& tested) {
+                             return "a" + std::string(tested.param).substr(0, 7) + std::to_string(tested.index);
+                         });
+
 }  // namespace

@@ -20,7 +20,7 @@ protected:
         // The test's own log needs memory too.
         NyClientSetLogCallback(client, nullptr, nullptr);
         ASSERT_EQ(NyClientStart(client), NY_OK);
-        const std::string longText(100, 'x');
+        const std::string longText(lengthOfTexts, 'x');
         ASSERT_EQ(ny_sim_policies_from_json(
                       (R"([{"softwareId": "a product id that does not fit into a string", "name": ")" + longText +
                        R"(", "settingsObject": {"digest": ")" + longText + R"("}, "sections": [{"name": ")" + longText +
@@ -53,6 +53,8 @@ protected:
         return failures - 1;
     }
 
+    // More than a walk has room for without the heap, and than a string has.
+    static constexpr size_t lengthOfTexts = 100;
     static constexpr char narrowId[] = "a product id that does not fit into a string";
     static constexpr wchar_t wideId[] = L"a product id that does not fit into a string";
     CapturingSink sink;
@@ -100,7 +102,7 @@ TEST_F(PolicyMemory, ThatRunsOutInADumpLeavesNoHalfText) {
 
 TEST_F(PolicyMemory, ThatRunsOutInADigestEndsIt) {
     CPolicyBag bag = Bag();
-    EXPECT_GT(Failures([&] { return bag.GetDigest(narrowId).size() == 100; }), 0U);
+    EXPECT_GT(Failures([&] { return bag.GetDigest(narrowId).size() == lengthOfTexts; }), 0U);
 }
 
 TEST_F(PolicyMemory, ThatRunsOutForARegistrationIsAnsweredWithFalse) {

@@ -64,6 +64,22 @@ TEST_F(LeaveInside, CanBeFollowedByEntryInsideTheSameCollector) {
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT2000"), 1);
 }
 
+// The bag is of the client that is gone.
+TEST_F(LeaveInside, AndEntryInsideTheSameCollectorLeaveTheSetterRefusing) {
+    VsMsgbus* instance = nullptr;
+    collector.collect = [&](ISet& set) {
+        product.Exit();
+        EXPECT_TRUE(VsMsgbusEntry("PRODUCT2000", VsMsgbusServiceProperty, nullptr, &instance));
+        ny_sim_clear_calls();
+        EXPECT_FALSE(set.SetProperty(L"path", L"name", L"value"));
+        EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
+    };
+    const Registration registration(productId, collector, &modulesSink);
+    EXPECT_EQ(Ask(productId), nothing);
+    EXPECT_THAT(modulesSink.log.Lines(), ElementsAre("5: Failed to add property for name= value, exception 705"));
+    EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
+}
+
 TEST_F(LeaveInside, OfOneOfTwoProductsLeavesTheSetterWorking) {
     const Product staying("PRODUCT2000");
     collector.collect = [this](ISet& set) {

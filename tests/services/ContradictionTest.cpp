@@ -12,7 +12,7 @@
 #include "support/AgentEnvironment.h"
 #include "support/AgentFunctionsReplaced.h"
 #include "support/Product.h"
-#include "values/AgentValues.h"
+#include "values/AgentTexts.h"
 
 using VsKitMsgbus::lpc_buffer;
 

@@ -2,7 +2,9 @@
 #include <algorithm>
 #include <ostream>
 
-#include "values/AgentValues.h"
+#include "values/AgentTables.h"
+#include "values/AgentTexts.h"
+#include "values/BorrowedText.h"
 #include "values/ValuesTest.h"
 
 namespace {
@@ -35,8 +37,23 @@ const Converter converters[] = {
     {"WideFromVariant",
      [](const Inputs& inputs) { WideFromVariant(inputs.text.Get()); },
      {"ny_variant_get_wstring_buffer", "ny_wbuffer_get_string", "ny_wbuffer_get_string"}},
-    {"VariantFromNarrow", [](const Inputs&) { VariantFromNarrow("text"); }, {"ny_variant_create_from_string"}},
-    {"VariantFromWide", [](const Inputs&) { VariantFromWide(L"text"); }, {"ny_variant_create_from_wstring"}},
+    {"TextVariantOfNarrow",
+     [](const Inputs&) { TextVariant(LookUpTextFunctions(), std::string_view("text")); },
+     {"ny_variant_create_from_string"}},
+    {"TextVariantOfWide",
+     [](const Inputs&) { TextVariant(LookUpTextFunctions(), std::wstring_view(L"text")); },
+     {"ny_variant_create_from_wstring"}},
+    {"BorrowedNarrow",
+     [](const Inputs&) { BorrowedNarrow(LookUpTextFunctions(), std::wstring_view(L"text")); },
+     {"ny_variant_create_from_wstring", "ny_variant_get_string_buffer", "ny_buffer_get_string",
+      "ny_buffer_get_string"}},
+    {"BorrowedWide",
+     [](const Inputs&) { BorrowedWide(LookUpTextFunctions(), std::string_view("text")); },
+     {"ny_variant_create_from_string", "ny_variant_get_wstring_buffer", "ny_wbuffer_get_string",
+      "ny_wbuffer_get_string"}},
+    {"BorrowedWideOfVariant",
+     [](const Inputs& inputs) { BorrowedWide(LookUpTextFunctions(), inputs.text.Get()); },
+     {"ny_variant_get_wstring_buffer", "ny_wbuffer_get_string", "ny_wbuffer_get_string"}},
     {"WideFromNarrow",
      [](const Inputs&) { WideFromNarrow("text"); },
      {"ny_variant_create_from_string", "ny_variant_get_wstring_buffer", "ny_wbuffer_get_string",

@@ -1,7 +1,9 @@
 // Conversions between the agent's values and standard strings.
-#include "values/AgentValues.h"
+#include "values/AgentTables.h"
+#include "values/AgentTexts.h"
 
 #include "support/KeptHandles.h"
+#include "values/BorrowedText.h"
 #include "values/ValuesTest.h"
 
 namespace {
@@ -13,7 +15,10 @@ protected:
     void SetUp() override {
         ValuesTest::SetUp();
         environment.InstallAgent();
+        functions = LookUpTextFunctions();
     }
+
+    TextFunctions functions{};
 };
 
 TEST_F(Converters, ReadNarrowTextWithTheLengthOfTheFirstCallAndTheTextOfTheSecond) {
@@ -35,38 +40,36 @@ TEST_F(Converters, ReadWideTextInTheSameWay) {
 }
 
 TEST_F(Converters, MakeNarrowText) {
-    EXPECT_THAT(CallsOf([] { VariantFromNarrow("text"); }),
+    EXPECT_THAT(CallsOf([&] { TextVariant(functions, std::string_view("text")); }),
                 ElementsAre("ny_variant_create_from_string", "ny_variant_release"));
-    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow("text").Get()), "text");
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("text")).Get()), "text");
 }
 
 TEST_F(Converters, MakeWideText) {
-    EXPECT_THAT(CallsOf([] { VariantFromWide(L"text"); }),
+    EXPECT_THAT(CallsOf([&] { TextVariant(functions, std::wstring_view(L"text")); }),
                 ElementsAre("ny_variant_create_from_wstring", "ny_variant_release"));
-    EXPECT_EQ(WideFromVariant(VariantFromWide(L"text").Get()), L"text");
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"text")).Get()), L"text");
 }
 
 TEST_F(Converters, TurnLengthZeroIntoAnEmptyTextInEveryDirection) {
-    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow("").Get()), "");
-    EXPECT_EQ(WideFromVariant(VariantFromWide(L"").Get()), L"");
-    EXPECT_EQ(WideFromVariant(VariantFromNarrow("").Get()), L"");
-    EXPECT_EQ(NarrowFromVariant(VariantFromWide(L"").Get()), "");
-    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(std::string()).Get()), "");
-    EXPECT_EQ(WideFromVariant(VariantFromWide(std::wstring()).Get()), L"");
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("")).Get()), "");
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"")).Get()), L"");
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::string_view("")).Get()), L"");
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::wstring_view(L"")).Get()), "");
 }
 
 TEST_F(Converters, KeepAZeroInTheMiddleInEveryDirection) {
     const std::string narrow("a\0b\0", 4);
     const std::wstring wide(L"a\0b\0", 4);
-    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(narrow).Get()), narrow);
-    EXPECT_EQ(WideFromVariant(VariantFromWide(wide).Get()), wide);
-    EXPECT_EQ(WideFromVariant(VariantFromNarrow(narrow).Get()), wide);
-    EXPECT_EQ(NarrowFromVariant(VariantFromWide(wide).Get()), narrow);
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view(narrow)).Get()), narrow);
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(wide)).Get()), wide);
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::string_view(narrow)).Get()), wide);
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::wstring_view(wide)).Get()), narrow);
 }
 
 TEST_F(Converters, TakeTheLengthThatTheyAreGivenNotTheTerminator) {
-    EXPECT_EQ(NarrowFromVariant(VariantFromNarrow(std::string_view("abcdef", 3)).Get()), "abc");
-    EXPECT_EQ(WideFromVariant(VariantFromWide(std::wstring_view(L"abcdef", 3)).Get()), L"abc");
+    EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("abcdef", 3)).Get()), "abc");
+    EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"abcdef", 3)).Get()), L"abc");
 }
 
 TEST_F(Converters, WidenAndNarrowThroughOneVariant) {

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "support/KeptHandles.h"
-#include "values/AgentValues.h"
+#include "values/AgentTables.h"
 #include "values/ValuesTest.h"
 
 namespace {

@@ -1,0 +1,17 @@
+// The agent's texts as standard strings. Each raises corvane::ny::utils::exception with the first code that the agent
+// answers other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds; and std::bad_alloc when there
+// is no memory, or when the agent names a length that no memory holds.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "agent/ny_agent.h"
+
+// A variant's text, with its exact length: zeros in it are kept.
+std::string NarrowFromVariant(ny_variant_t* variant);
+std::wstring WideFromVariant(ny_variant_t* variant);
+
+// UTF-8 to UTF-16 and back, the agent's way: through a variant.
+std::wstring WideFromNarrow(std::string_view text);
+std::string NarrowFromWide(std::wstring_view text);

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <type_traits>
+
+#include "agent/ny_agent.h"
+#include "dispatcher/LibraryEntry.h"
+
+// The agent's functions for text of one kind of character.
+template <class Character, class BufferHandle>
+struct FunctionsForText {
+    using Buffer = BufferHandle;
+
+    int32_t (*createVariant)(const Character* text, size_t length, ny_variant_t** variant);
+    int32_t (*getBuffer)(ny_variant_t* variant, Buffer** buffer);
+    int32_t (*getText)(Buffer* buffer, const Character** text, size_t* length);
+    int32_t (*releaseBuffer)(Buffer* buffer);
+};
+
+// The agent's functions for text, looked up once for many texts: a property makes fourteen calls of them and a setting
+// ten, and there may be a million settings.
+struct TextFunctions {
+    // Whether they may still be called: false once a library of the agent's was closed, and when theirs was not loaded.
+    [[gnu::always_inline]] bool AreCurrent() const noexcept {
+        return closings == libraryClosings.load(std::memory_order_acquire);
+    }
+
+    template <class Character>
+    const auto& Of() const noexcept {
+        if constexpr (std::is_same_v<Character, char>) {
+            return narrow;
+        } else {
+            return wide;
+        }
+    }
+
+    uint64_t closings;
+    FunctionsForText<char, ny_buffer_t> narrow;
+    FunctionsForText<wchar_t, ny_wbuffer_t> wide;
+    int32_t (*releaseVariant)(ny_variant_t* variant);
+};
+
+// Loads their library when it is not open. Functions that cannot be reached answer NY_FUNCTION_MISSING.
+TextFunctions LookUpTextFunctions() noexcept;
