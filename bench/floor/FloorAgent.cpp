@@ -73,14 +73,32 @@ std::string FloorNarrow(std::wstring_view text) {
     return std::string(narrow.text, narrow.length);
 }
 
-void FloorSetProperty(ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name, const wchar_t* value) {
-    const Narrow narrowPath{std::wstring_view(path)};
-    const Narrow narrowName{std::wstring_view(name)};
-    ny_variant_t* variant = nullptr;
-    const std::wstring_view wide(value);
-    Require(pointerTo<&::ny_variant_create_from_wstring>(wide.data(), wide.size(), &variant));
-    Require(pointerTo<&::ny_property_bag_add_property>(bag, narrowPath.text, narrowName.text, variant));
-    Require(pointerTo<&::ny_variant_release>(variant));
+namespace {
+
+class Set final : public VsKitMsgbus::INYCollectProperties::ISet {
+public:
+    explicit Set(ny_property_bag_t* bagOfAgent) : bag(bagOfAgent) {}
+
+    bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override {
+        const Narrow narrowPath{std::wstring_view(path)};
+        const Narrow narrowName{std::wstring_view(name)};
+        ny_variant_t* variant = nullptr;
+        const std::wstring_view wide(value);
+        Require(pointerTo<&::ny_variant_create_from_wstring>(wide.data(), wide.size(), &variant));
+        Require(pointerTo<&::ny_property_bag_add_property>(bag, narrowPath.text, narrowName.text, variant));
+        Require(pointerTo<&::ny_variant_release>(variant));
+        return true;
+    }
+
+private:
+    ny_property_bag_t* const bag;
+};
+
+}  // namespace
+
+void FloorCollect(VsKitMsgbus::INYCollectProperties& module, ny_property_bag_t* bag) {
+    Set set(bag);
+    module.CollectProperties(true, &set);
 }
 
 namespace {

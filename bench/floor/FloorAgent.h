@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 
+#include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/EnforcePolicy.h"
 #include "agent/ny_agent.h"
 
@@ -19,8 +20,8 @@ void OpenFloorAgent(const std::filesystem::path& folder);
 std::wstring FloorWiden(std::string_view text);
 std::string FloorNarrow(std::wstring_view text);
 
-// Gives one property to the agent.
-void FloorSetProperty(ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name, const wchar_t* value);
+// Has the module set its properties, and gives each to the agent.
+void FloorCollect(VsKitMsgbus::INYCollectProperties& module, ny_property_bag_t* bag);
 
 using FloorCallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;
 

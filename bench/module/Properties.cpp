@@ -1,5 +1,6 @@
 // One property request of the agent's, with more and more properties.
 #include "bench/floor/FloorAgent.h"
+#include "bench/floor/FloorTable.h"
 #include "bench/harness/Module.h"
 #include "bench/harness/Stage.h"
 #include "bench/module/Measurements.h"
@@ -26,24 +27,23 @@ const Property& PropertyAt(size_t index) {
     return someProperties[index % std::size(someProperties)];
 }
 
-void Request() {
-    const auto& registered = TheBareAgent()->properties;
-    if (registered.callback(nullptr, bareProductId, barePropertyBag, registered.userData) != NY_OK) {
-        throw std::runtime_error("the request was refused");
-    }
-}
+using Modules = FloorTable<VsKitMsgbus::INYCollectProperties>;
 
-double RequestsOfOurs(size_t count, size_t properties) {
+// Has `request(modules)` ask a module with so many properties, so often.
+template <class Request>
+double Requests(size_t count, size_t properties, Request request) {
     bool areSet = true;
-    const Collecting module([&](ISet& set) {
+    Collecting module([&](ISet& set) {
         for (size_t i = 0; i < properties; ++i) {
             const Property& property = PropertyAt(i);
             areSet = set.SetProperty(property.path, property.name, property.value) && areSet;
         }
     });
+    Modules modules;
+    modules.Set(bareWideProductId, module);
     const double seconds = SecondsOf([&] {
         for (size_t i = 0; i < count; ++i) {
-            Request();
+            request(modules);
         }
     });
     if (!areSet) {
@@ -52,16 +52,16 @@ double RequestsOfOurs(size_t count, size_t properties) {
     return seconds;
 }
 
-double RequestsAtFloor(size_t count, size_t properties) {
-    return SecondsOf([&] {
-        for (size_t i = 0; i < count; ++i) {
-            FloorWiden(bareProductId);
-            for (size_t n = 0; n < properties; ++n) {
-                const Property& property = PropertyAt(n);
-                FloorSetProperty(barePropertyBag, property.path, property.name, property.value);
-            }
-        }
-    });
+void RequestOfOurs(Modules& /*modules*/) {
+    const auto& registered = TheBareAgent()->properties;
+    if (registered.callback(nullptr, bareProductId, barePropertyBag, registered.userData) != NY_OK) {
+        throw std::runtime_error("the request was refused");
+    }
+}
+
+void RequestAtFloor(Modules& modules) {
+    const auto found = modules.Find(FloorWiden(bareProductId));
+    FloorCollect(**found, barePropertyBag);
 }
 
 }  // namespace
@@ -75,8 +75,8 @@ void MeasureProperties(Session& session) {
                       std::to_string(properties) + (properties == 1 ? " property" : " properties"),
                       static_cast<double>(properties),
                       static_cast<double>(properties),
-                      {{"ours", [=](size_t count) { return RequestsOfOurs(count, properties); }},
-                       {"floor", [=](size_t count) { return RequestsAtFloor(count, properties); }}},
+                      {{"ours", [=](size_t count) { return Requests(count, properties, RequestOfOurs); }},
+                       {"floor", [=](size_t count) { return Requests(count, properties, RequestAtFloor); }}},
                       1.15});
     }
 }

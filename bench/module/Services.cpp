@@ -1,11 +1,9 @@
 // A task, an update notice and an information read, from the agent's call or the module's to its answer.
 #include <cstdlib>
 #include <cstring>
-#include <memory>
-#include <mutex>
-#include <unordered_map>
 
 #include "bench/floor/FloorAgent.h"
+#include "bench/floor/FloorTable.h"
 #include "bench/harness/Module.h"
 #include "bench/harness/Stage.h"
 #include "bench/module/Measurements.h"
@@ -56,21 +54,6 @@ int32_t GiveId(ny_task_t* /*task*/, const char** id) {
 const ny_task_methods_t taskMethods{GiveId, nullptr, nullptr, nullptr, nullptr};
 ny_task_t task{&taskMethods};
 
-// The floor's table of modules: found under a lock, called without it.
-template <class Module>
-class FloorTable {
-public:
-    void Set(Module& module) { modules.emplace(bareWideProductId, std::make_shared<Module*>(&module)); }
-    std::shared_ptr<Module*> Find(const std::wstring& id) {
-        const std::lock_guard guard(mutex);
-        return modules.find(id)->second;
-    }
-
-private:
-    std::mutex mutex;
-    std::unordered_map<std::wstring, std::shared_ptr<Module*>> modules;
-};
-
 template <class Body>
 Contender Way(const char* name, Body body) {
     return {name, [=](size_t count) {
@@ -91,7 +74,7 @@ void Require(bool isRight) {
 void MeasureTask(Session& session) {
     Working module;
     FloorTable<Working> modules;
-    modules.Set(module);
+    modules.Set(bareWideProductId, module);
     const auto registered = TheBareAgent()->tasks;
     session.Race({"services",
                   "a task, executed and reported",
@@ -118,7 +101,7 @@ void MeasureTask(Session& session) {
 void MeasureUpdate(Session& session) {
     Updating module;
     FloorTable<Updating> modules;
-    modules.Set(module);
+    modules.Set(bareWideProductId, module);
     const auto registered = TheBareAgent()->updates;
     session.Race(
         {"services",
