@@ -8,7 +8,7 @@
 // again.
 class CriticalSection {
 public:
-    CriticalSection() noexcept { ::InitializeCriticalSection(&section); }
+    CriticalSection() noexcept { ::InitializeCriticalSectionAndSpinCount(&section, turnsBeforeSleep); }
     ~CriticalSection() { ::DeleteCriticalSection(&section); }
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
@@ -17,6 +17,9 @@ public:
     void unlock() noexcept { ::LeaveCriticalSection(&section); }
 
 private:
+    // An owner has it for less time than a thread takes to fall asleep and to wake.
+    static constexpr DWORD turnsBeforeSleep = 1000;
+
     CRITICAL_SECTION section;
 };
 

@@ -35,7 +35,7 @@ void AddProperty(const TextFunctions& functions, ny_property_bag_t* bag, const w
 }  // namespace
 
 bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) {
-    ny_property_bag_t* const current = bag.load();
+    ny_property_bag_t* const current = bag.load(std::memory_order_acquire);
     if (current == nullptr || path == nullptr || name == nullptr) {
         return false;
     }
@@ -62,7 +62,7 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
 }
 
 bool CTheCollectProperties::IsTracing() const noexcept {
-    return sink != nullptr && logLevel.load() >= verboseLevel;
+    return sink != nullptr && logLevel.load(std::memory_order_relaxed) >= verboseLevel;
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {

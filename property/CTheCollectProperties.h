@@ -29,7 +29,7 @@ public:
         const BagInUse bagInUse(*this, agentBag);
         collector->CollectProperties(true, this);
         if (!wasRemoved()) {
-            logLevel = collector->GetLogLevel();
+            logLevel.store(collector->GetLogLevel(), std::memory_order_relaxed);
         }
     }
 
@@ -38,8 +38,10 @@ private:
     class BagInUse {
     public:
         BagInUse(CTheCollectProperties& owner, ny_property_bag_t* agentBag) noexcept
-            : collectProperties(owner), outer(owner.bag.exchange(agentBag)) {}
-        ~BagInUse() { collectProperties.bag = outer; }
+            : collectProperties(owner), outer(owner.bag.load(std::memory_order_relaxed)) {
+            owner.bag.store(agentBag, std::memory_order_release);
+        }
+        ~BagInUse() { collectProperties.bag.store(outer, std::memory_order_release); }
         BagInUse(const BagInUse&) = delete;
         BagInUse& operator=(const BagInUse&) = delete;
 
@@ -51,7 +53,7 @@ private:
     bool IsTracing() const noexcept;
     [[gnu::cold]] void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
 
-    std::optional<TextFunctions> functions;
+    std::optional<TextFunctions> functions;  // set before the bag is
     std::atomic<int32_t> logLevel = 0;
     VsKitMsgbus::ILogSink* const sink;
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection

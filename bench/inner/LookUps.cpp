@@ -112,9 +112,34 @@ Contender Way(const char* name, const std::vector<std::wstring>& ids, size_t thr
             }};
 }
 
+// What every callback of the agent's passes, and every call of a module: there and back.
+void MeasureGate(Session& session) {
+    const auto gate = std::make_shared<CallGate>();
+    const auto mutex = std::make_shared<std::mutex>();
+    const auto enter = [=](size_t count) {
+        return SecondsOf([&] {
+            for (size_t i = 0; i < count; ++i) {
+                const CallGate::Call call(*gate);
+                if (!call) {
+                    throw std::runtime_error("the gate is closed");
+                }
+            }
+        });
+    };
+    const auto lock = [=](size_t count) {
+        return SecondsOf([&] {
+            for (size_t i = 0; i < count; ++i) {
+                const std::lock_guard guard(*mutex);
+            }
+        });
+    };
+    session.Race({"look-up", "a gate, entered and left", 0, 1, {{"ours", enter}, {"mutex", lock}}, std::nullopt});
+}
+
 }  // namespace
 
 void MeasureLookUps(Session& session) {
+    MeasureGate(session);
     std::vector<std::wstring> ids;
     const auto race = [&](size_t products, size_t threads, bool hasWriter) {
         ids.clear();

@@ -65,8 +65,8 @@ public:
         Race(
             "walk", [this](IPolicyBag& bag) { CountOurs(bag, false); }, [this] { CountFloor(nullptr); }, 1.15);
         Race(
-            "user walk", [this](IPolicyBag& bag) { CountOurs(bag, true); }, [this] { CountFloor(L"DOMAIN\\user"); },
-            1.15);
+            "user walk", [this](IPolicyBag& bag) { CountOurs(bag, true); },
+            [this] { CountFloor((std::wstring(L"DOMAIN") + L'\\' + L"user").c_str()); }, 1.15);
     }
 
     void Dump() {

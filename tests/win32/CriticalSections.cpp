@@ -1,12 +1,13 @@
 #include "Call.h"
 #include "win32/threads.h"
 
-void InitializeCriticalSection(LPCRITICAL_SECTION section) {
+BOOL InitializeCriticalSectionAndSpinCount(LPCRITICAL_SECTION section, DWORD /*spinCount*/) {
     pthread_mutexattr_t attributes;
     ::pthread_mutexattr_init(&attributes);
     ::pthread_mutexattr_settype(&attributes, PTHREAD_MUTEX_RECURSIVE);
     win32::Support(::pthread_mutex_init(&section->mutex, &attributes) == 0, "so many critical sections");
     ::pthread_mutexattr_destroy(&attributes);
+    return TRUE;
 }
 
 void DeleteCriticalSection(LPCRITICAL_SECTION section) {

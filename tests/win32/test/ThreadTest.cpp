@@ -59,7 +59,7 @@ TEST(Thread, HasALastErrorOfItsOwn) {
 
 TEST(Thread, EntersACriticalSectionAgainAndKeepsOthersOut) {
     CRITICAL_SECTION section;
-    ::InitializeCriticalSection(&section);
+    EXPECT_TRUE(::InitializeCriticalSectionAndSpinCount(&section, 10));
     int counter = 0;
     const auto count = [&] {
         for (int i = 0; i < 1000; ++i) {

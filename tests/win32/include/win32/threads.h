@@ -51,7 +51,7 @@ DWORD WaitForSingleObject(HANDLE handle, DWORD milliseconds);
 // Waiting for all is not supported.
 DWORD WaitForMultipleObjects(DWORD count, const HANDLE* handles, BOOL waitForAll, DWORD milliseconds);
 
-void InitializeCriticalSection(LPCRITICAL_SECTION section);
+BOOL InitializeCriticalSectionAndSpinCount(LPCRITICAL_SECTION section, DWORD spinCount);
 void DeleteCriticalSection(LPCRITICAL_SECTION section);
 void EnterCriticalSection(LPCRITICAL_SECTION section);
 void LeaveCriticalSection(LPCRITICAL_SECTION section);
