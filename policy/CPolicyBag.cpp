@@ -11,6 +11,7 @@
 #include "policy/PolicyQuery.h"
 #include "policy/PolicyWalk.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
+#include "policy/WithMemory.h"
 #include "values/AgentTexts.h"
 
 using corvane::ny::utils::Check;

@@ -5,6 +5,7 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
+#include "policy/WithMemory.h"
 #include "values/BorrowedText.h"
 
 using corvane::ny::utils::Check;
@@ -17,12 +18,19 @@ constexpr std::wstring_view withheldSetting = L"bopEnabled";
 
 }  // namespace
 
-// Reads one text of a policy through the agent function for it.
+void PolicyWalk::Widen(const char* text, WideText& into) {
+    if (text == nullptr) {
+        into.Clear();
+    } else {
+        WithMemory([&] { into.Assign(functions, text); });
+    }
+}
+
 template <class Getter>
 void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
     const char* text = nullptr;
     Check(get(uri, &text));
-    into.Assign(functions, text);
+    Widen(text, into);
 }
 
 // A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
@@ -72,7 +80,7 @@ void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
         if (!TellSettingsObject(uri)) {
             continue;
         }
-        section.Assign(functions, name);
+        Widen(name, section);
         if (Answered(callbacks.OnSection(section.Get(), nullptr))) {
             WalkSettings(bag, uri, name);
         }

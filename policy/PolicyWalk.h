@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VsMsgbus/EnforcePolicy.h"
-#include "policy/WideText.h"
+#include "values/WideText.h"
 
 // One walk over a bag of policies: tells a module's callbacks of each item, in the agent's order.
 //
@@ -28,6 +28,9 @@ private:
     bool TellContainer(ny_policy_uri_t* uri);
     bool TellSettingsObject(ny_policy_uri_t* uri);
 
+    // Null stays null.
+    void Widen(const char* text, WideText& into);
+    // Reads one text of a policy through the agent function for it.
     template <class Getter>
     void Read(const Getter& get, ny_policy_uri_t* uri, WideText& into);
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);

@@ -6,8 +6,8 @@
 #include "policy/EnforcerTable.h"
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
-#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
+#include "values/WideText.h"
 
 using corvane::ny::policies::policy_notification_handler;
 using corvane::ny::utils::Check;
@@ -29,9 +29,9 @@ int32_t NotifyOfPolicies(ny_client_t* /*client*/, const char* productId, ny_poli
 }
 
 // Whether the product has an enforcer.
-bool Enforce(ny_client_t* client, const std::wstring& productId) {
-    return EnforcerTable().With(productId, [&](CTheEnforcePolicy& record, auto&& wasRemoved) {
-        record.Enforce(client, productId.c_str(), wasRemoved);
+bool Enforce(ny_client_t* client, const WideText& productId) {
+    return EnforcerTable().With(productId.View(), [&](CTheEnforcePolicy& record, auto&& wasRemoved) {
+        record.Enforce(client, productId.Get(), wasRemoved);
     });
 }
 
@@ -61,12 +61,13 @@ int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const 
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_UNEXPECTED),
         [&]() -> int32_t {
-            const std::wstring wideId = WideFromNarrow(productId);
+            const WideText wideId(productId);
             if (Enforce(agentClient, wideId)) {
-                DropText([&](CUniStream& text) { text << L"Policy collection completed for product id " << wideId; });
+                DropText(
+                    [&](CUniStream& text) { text << L"Policy collection completed for product id " << wideId.View(); });
             } else {
                 CUniStream text;
-                text << L"Policy collection was not completed for product id " << wideId;
+                text << L"Policy collection was not completed for product id " << wideId.View();
                 WriteBridgeLog(text);
             }
             return NY_OK;

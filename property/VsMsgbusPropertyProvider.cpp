@@ -5,8 +5,8 @@
 #include "msgbus/BridgeLog.h"
 #include "property/CollectorTable.h"
 #include "values/AgentException.h"
-#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
+#include "values/WideText.h"
 
 using corvane::ny::property_provider;
 using corvane::ny::utils::exception;
@@ -45,11 +45,12 @@ int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const st
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_UNEXPECTED),
         [&]() -> int32_t {
-            const std::wstring wideId = WideFromNarrow(productId);
-            CollectorTable().With(wideId, [bag](CTheCollectProperties& collector, auto&& wasRemoved) {
+            const WideText wideId(productId);
+            CollectorTable().With(wideId.View(), [bag](CTheCollectProperties& collector, auto&& wasRemoved) {
                 collector.Collect(bag, wasRemoved);
             });
-            DropText([&](CUniStream& text) { text << L"Property collection completed for product id " << wideId; });
+            DropText(
+                [&](CUniStream& text) { text << L"Property collection completed for product id " << wideId.View(); });
             return NY_OK;
         },
         [&](const exception& failure) {

@@ -5,17 +5,13 @@
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "values/AgentException.h"
-#include "values/AgentTexts.h"
 #include "values/DroppedText.h"
 
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead)
-    : productId(WideFromNarrow(product)),
-      taskId(WideFromNarrow(TaskId(agentTask))),
-      task(agentTask),
-      failure(failureHead) {}
+    : productId(product), taskId(TaskId(agentTask)), task(agentTask), failure(failureHead) {}
 
 TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
     const Outcome failed{true, std::nullopt};
@@ -37,9 +33,9 @@ TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
 
 std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     std::optional<int32_t> answer;
-    TaskEnforcerTable().With(productId, [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
+    TaskEnforcerTable().With(productId.View(), [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
         CTaskBag bag(task, record.context);
-        answer = (record.enforcer->*operation)(taskId.c_str(), &bag);
+        answer = (record.enforcer->*operation)(taskId.Get(), &bag);
     });
     return answer;
 }
@@ -51,7 +47,7 @@ void TaskCall::Drop(const wchar_t* head) const noexcept {
 template <class Compose>
 void TaskCall::DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept {
     DropText([&](CUniStream& text) {
-        text << head << taskId << L" for product id " << productId;
+        text << head << taskId.View() << L" for product id " << productId.View();
         compose(text);
     });
 }

@@ -6,6 +6,7 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
+#include "values/WideText.h"
 
 // One call of the agent's about one task, on its way to the module that is registered for the product.
 class TaskCall {
@@ -36,8 +37,8 @@ private:
     template <class Compose>
     void DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept;
 
-    const std::wstring productId;
-    const std::wstring taskId;
+    const WideText productId;
+    const WideText taskId;
     ny_task_t* const task;
     const wchar_t* const failure;
 };

@@ -11,7 +11,7 @@
 #include "services/AgentInformation.h"
 #include "services/Failed.h"
 #include "values/AgentException.h"
-#include "values/AgentTexts.h"
+#include "values/WideText.h"
 
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;
@@ -21,12 +21,12 @@ using VsKitMsgbus::StoreText;
 namespace {
 
 // The agent widens the text; it may have gone since it gave it.
-std::wstring WidenByAgent(const std::string& text) {
+bool StoreWidened(const std::string& text, lpc_buffer& out) {
     const AgentUse agentUse;
     if (!agentUse) {
         throw exception(NY_FUNCTION_MISSING);
     }
-    return WideFromNarrow(text);
+    return StoreText(out, WideText(text).View());
 }
 
 void LogReading(const char* key, const KeyReading& reading) {
@@ -54,7 +54,7 @@ int32_t VsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept 
     }
     return Guarded<int32_t>(0, [&]() -> int32_t {
         const std::string text = ReadInformation(index);
-        return !text.empty() && StoreText(*out, WidenByAgent(text)) ? 1 : 0;
+        return !text.empty() && StoreWidened(text, *out) ? 1 : 0;
     });
 }
 

@@ -7,6 +7,7 @@
 #include "values/AgentException.h"
 #include "values/AgentTexts.h"
 #include "values/DroppedText.h"
+#include "values/WideText.h"
 
 using corvane::ny::updater::updater_handler;
 using corvane::ny::utils::Check;
@@ -77,7 +78,7 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_OK),
         [&]() -> int32_t {
-            UpdateNotifyTable().With(WideFromNarrow(productId),
+            UpdateNotifyTable().With(WideText(productId).View(),
                                      [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
             return NY_OK;
         },
@@ -105,10 +106,10 @@ int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, 
                                                   const std::string& second, const std::string& third, uint32_t number,
                                                   const std::string& fourth, int32_t& result) {
     return RunForProduct(L"update notify", productId, [&](const CTheUpdateNotify& record) {
-        const std::wstring wideSecond = WideFromNarrow(second);
-        const std::wstring wideFourth = WideFromNarrow(fourth);
-        const std::wstring wideThird = WideFromNarrow(third);
-        result = record.RunUpdateNotify(wideSecond.c_str(), wideFourth.c_str(), wideThird.c_str(), number);
+        const WideText wideSecond(second);
+        const WideText wideFourth(fourth);
+        const WideText wideThird(third);
+        result = record.RunUpdateNotify(wideSecond.Get(), wideFourth.Get(), wideThird.Get(), number);
     });
 }
 
@@ -116,10 +117,10 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t* value, int32_t& result) {
     return RunForProduct(L"set product info", productId, [&](const CTheUpdateNotify& record) {
-        const std::wstring wideSecond = WideFromNarrow(second);
-        const std::wstring wideKey = WideFromNarrow(key);
+        const WideText wideSecond(second);
+        const WideText wideKey(key);
         const std::wstring wideValue = WideFromVariant(value);
-        result = record.RunSetProductInfo(wideSecond.c_str(), wideKey.c_str(), wideValue.c_str());
+        result = record.RunSetProductInfo(wideSecond.Get(), wideKey.Get(), wideValue.c_str());
     });
 }
 
@@ -127,10 +128,10 @@ int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t** out, int32_t& result) {
     return RunForProduct(L"get product info", productId, [&](const CTheUpdateNotify& record) {
-        const std::wstring wideSecond = WideFromNarrow(second);
-        const std::wstring wideKey = WideFromNarrow(key);
+        const WideText wideSecond(second);
+        const WideText wideKey(key);
         std::wstring value;
-        const int32_t answer = record.RunGetProductInfo(wideSecond.c_str(), wideKey.c_str(), value);
+        const int32_t answer = record.RunGetProductInfo(wideSecond.Get(), wideKey.Get(), value);
         if (out != nullptr) {
             const std::string narrow = NarrowFromWide(value);
             ny_variant_t* created = nullptr;
