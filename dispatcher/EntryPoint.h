@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "agent/ny_agent.h"
+#include "base/IntoCaller.h"
 #include "dispatcher/LibraryEntry.h"
 
 // The agent's software id, the product of every group.
@@ -35,7 +36,7 @@ void UnloadLibrary(const Group& group) noexcept;
 [[gnu::cold]] void** LoadedTable(Group& group) noexcept;
 
 // The group's table, after loading it if it was not; null when it cannot be.
-[[gnu::always_inline]] inline void** TableOf(Group& group) noexcept {
+INTO_CALLER inline void** TableOf(Group& group) noexcept {
     void** const table = group.table.load(std::memory_order_acquire);
     return table != nullptr ? table : LoadedTable(group);
 }

@@ -152,8 +152,8 @@ void VsMsgbus::AttachProductToIo(int32_t kind, const std::string& productId) {
 void VsMsgbus::RegisterForNotifications() noexcept {
     RunOrDropText(
         [&] {
-            corvane::ny::notification_handler* const handler = this;
-            Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, handler));
+            corvane::ny::notification_handler& handler = *this;
+            Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, &handler));
         },
         [](CUniStream& text, const char* what) {
             text << L"Failed to register for VsMsgbus client notification, exception:[" << what << L"]";

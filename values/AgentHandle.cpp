@@ -7,10 +7,6 @@ bool CanRelease(const ny_buffer_t* /*kind*/) noexcept {
     return EnsureGroup(bufferGroup);
 }
 
-bool CanRelease(const ny_wbuffer_t* /*kind*/) noexcept {
-    return EnsureGroup(bufferGroup);
-}
-
 bool CanRelease(const ny_variant_t* /*kind*/) noexcept {
     return EnsureGroup(variantGroup);
 }

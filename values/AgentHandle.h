@@ -8,7 +8,6 @@
 // Whether handles of this kind can be given back, as far as that depends on memory and the system. What finds out too
 // late that it cannot would have to keep the handle for good.
 bool CanRelease(const ny_buffer_t* kind) noexcept;
-bool CanRelease(const ny_wbuffer_t* kind) noexcept;
 bool CanRelease(const ny_variant_t* kind) noexcept;
 bool CanRelease(const ny_table_t* kind) noexcept;
 bool CanRelease(const ny_array_t* kind) noexcept;
@@ -74,7 +73,6 @@ private:
 };
 
 using BufferOwner = AgentHandle<ny_buffer_t>;
-using WideBufferOwner = AgentHandle<ny_wbuffer_t>;
 using VariantOwner = AgentHandle<ny_variant_t>;
 using TableOwner = AgentHandle<ny_table_t>;
 using ArrayOwner = AgentHandle<ny_array_t>;

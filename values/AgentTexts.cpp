@@ -1,5 +1,6 @@
 #include "values/AgentTexts.h"
 
+#include "base/IntoCaller.h"
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/BorrowedText.h"
@@ -7,7 +8,7 @@
 namespace {
 
 // Compiled into each function below, which then looks up only what it calls.
-[[gnu::always_inline]] inline TextFunctions LookUp() noexcept {
+INTO_CALLER inline TextFunctions LookUp() noexcept {
     TextFunctions functions{};
     // First: what is closed from now on makes the others stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);

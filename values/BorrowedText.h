@@ -11,40 +11,68 @@
 #include <type_traits>
 #include <utility>
 
+#include "base/IntoCaller.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 #include "values/TextFunctions.h"
+
+// What a text is read through: a variant or a buffer, given back at its end.
+template <class Handle>
+class TextHandle {
+public:
+    explicit TextHandle(const TextFunctions& textFunctions) noexcept : functions(textFunctions) {}
+    INTO_CALLER ~TextHandle() {
+        if (handle == nullptr) {
+            return;
+        }
+        if (functions.AreCurrent()) [[likely]] {
+            functions.Release(handle);
+        } else {
+            ReleaseHandle(handle);
+        }
+    }
+    TextHandle(const TextHandle&) = delete;
+    TextHandle& operator=(const TextHandle&) = delete;
+
+    Handle* Get() const noexcept { return handle; }
+
+    // Holds what `call(place)` puts into the place, which is beside this object rather than in it: that lets it be kept
+    // in registers. To be called once.
+    template <class Call>
+    INTO_CALLER void Take(Call&& call) {
+        if (!functions.AreCurrent()) [[unlikely]] {
+            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+        }
+        Handle* given = nullptr;
+        const int32_t result = std::forward<Call>(call)(&given);
+        handle = given;
+        corvane::ny::utils::Check(result);
+    }
+
+private:
+    const TextFunctions& functions;
+    Handle* handle = nullptr;
+};
 
 // A variant made of a text, with the text's own length.
 class TextVariant {
 public:
     template <class Character>
-    [[gnu::always_inline]] TextVariant(const TextFunctions& textFunctions, std::basic_string_view<Character> text)
-        : TextVariant(textFunctions) {
-        ny_variant_t* given = nullptr;
-        const int32_t result = functions.Of<Character>().createVariant(text.data(), text.size(), &given);
-        variant = given;
-        corvane::ny::utils::Check(result);
+    INTO_CALLER TextVariant(const TextFunctions& functions, std::basic_string_view<Character> text)
+        : variant(functions) {
+        variant.Take([&](ny_variant_t** place) {
+            return functions.Of<Character>().createVariant(text.data(), text.size(), place);
+        });
     }
-    [[gnu::always_inline]] ~TextVariant() {
-        if (variant != nullptr) {
-            functions.AreCurrent() ? functions.releaseVariant(variant) : ReleaseHandle(variant);
-        }
-    }
+
+    INTO_CALLER ~TextVariant() = default;
     TextVariant(const TextVariant&) = delete;
     TextVariant& operator=(const TextVariant&) = delete;
 
-    ny_variant_t* Get() const noexcept { return variant; }
+    ny_variant_t* Get() const noexcept { return variant.Get(); }
 
 private:
-    explicit TextVariant(const TextFunctions& textFunctions) : functions(textFunctions) {
-        if (!functions.AreCurrent()) {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
-        }
-    }
-
-    const TextFunctions& functions;
-    ny_variant_t* variant = nullptr;
+    TextHandle<ny_variant_t> variant;
 };
 
 // One text, valid as long as the object lives. Zero-terminated as all texts of the agent's are.
@@ -52,27 +80,19 @@ template <class Character>
 class BorrowedText {
 public:
     // No text: null.
-    explicit BorrowedText(const TextFunctions& textFunctions) noexcept : functions(textFunctions) {}
+    explicit BorrowedText(const TextFunctions& functions) noexcept : buffer(functions) {}
     // A variant's text, with zeros in it; never null.
-    [[gnu::always_inline]] BorrowedText(const TextFunctions& textFunctions, ny_variant_t* variant)
-        : BorrowedText(textFunctions) {
-        if (!functions.AreCurrent()) {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
-        }
-        Read(variant);
+    INTO_CALLER BorrowedText(const TextFunctions& functions, ny_variant_t* variant) : buffer(functions) {
+        Read(functions.Of<Character>(), variant);
     }
     // The text in the other kind of character, UTF-8 to UTF-16 or back, the agent's way: through a variant. Never null.
     template <class Other>
-    [[gnu::always_inline]] BorrowedText(const TextFunctions& textFunctions, std::basic_string_view<Other> source)
-        : BorrowedText(textFunctions) {
+    INTO_CALLER BorrowedText(const TextFunctions& functions, std::basic_string_view<Other> source) : buffer(functions) {
         const TextVariant variant(functions, source);
-        Read(variant.Get());
+        Read(functions.Of<Character>(), variant.Get());
     }
-    [[gnu::always_inline]] ~BorrowedText() {
-        if (buffer != nullptr) {
-            functions.AreCurrent() ? functions.Of<Character>().releaseBuffer(buffer) : ReleaseHandle(buffer);
-        }
-    }
+
+    INTO_CALLER ~BorrowedText() = default;
     BorrowedText(const BorrowedText&) = delete;
     BorrowedText& operator=(const BorrowedText&) = delete;
 
@@ -87,29 +107,27 @@ public:
     }
 
 private:
-    using Buffer = typename std::remove_cvref_t<decltype(std::declval<TextFunctions>().Of<Character>())>::Buffer;
+    using Functions = std::remove_cvref_t<decltype(std::declval<TextFunctions>().Of<Character>())>;
+    using Buffer = typename Functions::Buffer;
 
-    // The agent's contract: the length of the first call, the text of the second. The agent is given places beside this
-    // object rather than in it, which lets it be kept in registers.
-    [[gnu::always_inline]] void Read(ny_variant_t* variant) {
-        const auto& calls = functions.Of<Character>();
-        Buffer* given = nullptr;
-        const int32_t result = calls.getBuffer(variant, &given);
-        buffer = given;
-        corvane::ny::utils::Check(result);
+    // The agent's contract: the length of the first call, the text of the second.
+    INTO_CALLER void Read(const Functions& functions, ny_variant_t* variant) {
+        buffer.Take([&](Buffer** place) { return functions.getBuffer(variant, place); });
         const Character* characters = nullptr;
         size_t first = 0;
-        corvane::ny::utils::Check(calls.getText(given, &characters, &first));
+        int32_t result = functions.getText(buffer.Get(), &characters, &first);
         size_t second = first;
-        corvane::ny::utils::Check(calls.getText(given, &characters, &second));
+        if (result == NY_OK) {
+            result = functions.getText(buffer.Get(), &characters, &second);
+        }
+        corvane::ny::utils::Check(result);
         text = characters != nullptr ? characters : noText;
         length = characters != nullptr ? std::min(first, second) : 0;
     }
 
     static constexpr Character noText[] = {0};
 
-    const TextFunctions& functions;
-    Buffer* buffer = nullptr;
+    TextHandle<Buffer> buffer;
     const Character* text = nullptr;
     size_t length = 0;
 };

@@ -5,6 +5,7 @@
 #include <type_traits>
 
 #include "agent/ny_agent.h"
+#include "base/IntoCaller.h"
 #include "dispatcher/LibraryEntry.h"
 
 // The agent's functions for text of one kind of character.
@@ -22,9 +23,7 @@ struct FunctionsForText {
 // ten, and there may be a million settings.
 struct TextFunctions {
     // Whether they may still be called: false once a library of the agent's was closed, and when theirs was not loaded.
-    [[gnu::always_inline]] bool AreCurrent() const noexcept {
-        return closings == libraryClosings.load(std::memory_order_acquire);
-    }
+    INTO_CALLER bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
 
     template <class Character>
     const auto& Of() const noexcept {
@@ -34,6 +33,10 @@ struct TextFunctions {
             return wide;
         }
     }
+
+    int32_t Release(ny_variant_t* variant) const { return releaseVariant(variant); }
+    int32_t Release(ny_buffer_t* buffer) const { return narrow.releaseBuffer(buffer); }
+    int32_t Release(ny_wbuffer_t* buffer) const { return wide.releaseBuffer(buffer); }
 
     uint64_t closings;
     FunctionsForText<char, ny_buffer_t> narrow;

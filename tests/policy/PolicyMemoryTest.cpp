@@ -72,6 +72,29 @@ TEST_F(PolicyMemory, ThatRunsOutInAWalkIsTheWalksFailure) {
                     "string, exception 4"));
 }
 
+TEST_F(PolicyMemory, ThatRunsOutForTheLineOfAFailureCutsItAndWritesNoEmptyOne) {
+    CPolicyBag bag = Bag();
+    SettingCounter callbacks;
+    const std::string line =
+        "5: Failed to iterate the policy bag for product id a product id that does not fit into a string, exception 66";
+    size_t failed = 0;
+    for (Lines taken; !testing::Value(taken, testing::ElementsAre(line)); ++failed) {
+        ASSERT_LT(failed, 20U);
+        ASSERT_EQ(ny_sim_fail_call("ny_policy_get", 1, 66, NY_SIM_ONCE), NY_OK);
+        {
+            // Not in the product's id, which is narrowed first.
+            const FailingMemory memory(1 + failed, 1);
+            EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks));
+        }
+        taken = sink.log.Take();
+        for (const std::string& written : taken) {
+            EXPECT_THAT(line, testing::StartsWith(written));
+            EXPECT_NE(written, "5: ");
+        }
+    }
+    EXPECT_GT(failed, 1U);
+}
+
 TEST_F(PolicyMemory, ThatRunsOutInAUsersWalkIsTheWalksFailure) {
     CPolicyBag bag = Bag();
     SettingCounter callbacks;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <cstdint>
+#include <new>
 #include <optional>
 #include <string>
 
@@ -9,6 +10,7 @@
 #include "VsMsgbus/Entry.h"
 #include "VsMsgbus/Information.h"
 #include "msgbus/lpc_buffer.h"
+#include "services/AgentInformation.h"
 #include "support/AgentEnvironment.h"
 #include "support/FailingMemory.h"
 #include "support/Product.h"
@@ -123,6 +125,29 @@ TEST_F(ServiceMemory, ThatRunsOutEndsAQuestionForTheMode) {
         EXPECT_EQ(mode, 77U);
         return isDone;
     });
+}
+
+// Nothing is looked up yet. What cannot be is not there for this question alone.
+TEST_F(ServiceMemory, ThatRunsOutAtTheFirstQuestionIsAnsweredAsAnAbsentAgent) {
+    size_t failed = 0;
+    for (bool isDone = false; !isDone; ++failed) {
+        ASSERT_LT(failed, 50U);
+        product.reset();
+        product.emplace("PRODUCT1000", nullptr, 0U);
+        KeyReading reading;
+        {
+            const FailingMemory memory(failed, 1);
+            try {
+                reading = ReadKey("AgentMode");
+                isDone = reading.lookUp == NY_OK && reading.read == NY_OK;
+                EXPECT_TRUE(isDone || reading.lookUp == NY_FUNCTION_MISSING || reading.read == NY_FUNCTION_MISSING);
+            } catch (const std::bad_alloc&) {
+                continue;
+            }
+        }
+        EXPECT_EQ(ReadKey("AgentMode").text.size(), 1000U);
+    }
+    EXPECT_GT(failed, 1U);
 }
 
 // The bridge's part of a crypto call allocates nothing.

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "dispatcher/groups/VariantGroup.h"
+#include "support/FailingMemory.h"
 #include "support/KeptHandles.h"
 #include "values/ValuesTest.h"
 
@@ -112,6 +113,22 @@ TEST_F(BorrowedTexts, OfALibraryThatDoesNotExportItsFunctionsRaiseFunctionMissin
     EXPECT_TRUE(functions.AreCurrent());
     EXPECT_EQ(CodeOf([&] { BorrowedWide(functions, narrowText); }), NY_FUNCTION_MISSING);
     EXPECT_EQ(CodeOf([&] { BorrowedNarrow(functions, static_cast<ny_variant_t*>(nullptr)); }), NY_FUNCTION_MISSING);
+}
+
+TEST_F(BorrowedTexts, AreNotReadThroughFunctionsForWhoseTablesThereWasNoMemory) {
+    bool areCurrent = false;
+    for (size_t failing = 0; !areCurrent; ++failing) {
+        ASSERT_LT(failing, 100U);
+        CloseVariants();
+        TextFunctions functions{};
+        {
+            const FailingMemory memory(failing, 1);
+            functions = LookUpTextFunctions();
+        }
+        areCurrent = functions.AreCurrent();
+        EXPECT_EQ(CodeOf([&] { BorrowedWide(functions, narrowText); }), areCurrent ? -1 : NY_FUNCTION_MISSING);
+        EXPECT_GE(failing, areCurrent ? 2U : 0U) << "there are two tables";
+    }
 }
 
 }  // namespace

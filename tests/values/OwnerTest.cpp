@@ -35,7 +35,6 @@ TEST_F(Owners, OfNothingReleaseNothing) {
                     EXPECT_EQ(owner.Get(), nullptr);
                     owner.Reset();
                     const BufferOwner buffer;
-                    const WideBufferOwner wideBuffer;
                     const TableOwner table;
                     const ArrayOwner array;
                 }),
