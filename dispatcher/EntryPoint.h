@@ -104,11 +104,11 @@ public:
     }
 
     // The agent's function itself, for who calls it often in a row (see libraryClosings); `table` is its group's. A
-    // function that answers NY_FUNCTION_MISSING when there is no table, or when the library does not export it.
+    // function that answers NY_FUNCTION_MISSING when the library does not export it.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static): the entry points are objects
     Function In(void* const* table) const noexcept {
         static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");
-        void* const address = table != nullptr ? table[slot] : nullptr;
+        void* const address = table[slot];
         return address != nullptr ? reinterpret_cast<Function>(address) : &Missing;
     }
 

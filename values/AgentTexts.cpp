@@ -7,15 +7,21 @@
 
 namespace {
 
+// The table of a library that exports nothing.
+constexpr void* nothing[variantNames.size()] = {};
+static_assert(variantNames.size() >= bufferNames.size());
+
 // Compiled into each function below, which then looks up only what it calls.
 INTO_CALLER inline TextFunctions LookUp() noexcept {
     TextFunctions functions{};
     // First: what is closed from now on makes the others stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);
-    void** const variants = TableOf(variantGroup);
-    void** const buffers = TableOf(bufferGroup);
-    if (variants == nullptr || buffers == nullptr) {
+    void* const* variants = TableOf(variantGroup);
+    void* const* buffers = TableOf(bufferGroup);
+    if (variants == nullptr || buffers == nullptr) [[unlikely]] {
         functions.closings = noClosings;
+        variants = nothing;
+        buffers = nothing;
     }
     functions.narrow = {
         agent::ny_variant_create_from_string.In(variants),
@@ -49,14 +55,14 @@ std::wstring WideFromVariant(ny_variant_t* variant) {
     return std::wstring(BorrowedWide(functions, variant).View());
 }
 
-std::wstring WideFromNarrow(std::string_view text) {
+std::wstring WideFromNarrow(const char* text, size_t length) {
     const TextFunctions functions = LookUp();
-    const TextVariant variant(functions, text);
+    const TextVariant variant(functions, std::string_view(text, length));
     return std::wstring(BorrowedWide(functions, variant.Get()).View());
 }
 
-std::string NarrowFromWide(std::wstring_view text) {
+std::string NarrowFromWide(const wchar_t* text, size_t length) {
     const TextFunctions functions = LookUp();
-    const TextVariant variant(functions, text);
+    const TextVariant variant(functions, std::wstring_view(text, length));
     return std::string(BorrowedNarrow(functions, variant.Get()).View());
 }

@@ -3,6 +3,7 @@
 // is no memory, or when the agent names a length that no memory holds.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,13 @@
 std::string NarrowFromVariant(ny_variant_t* variant);
 std::wstring WideFromVariant(ny_variant_t* variant);
 
-// UTF-8 to UTF-16 and back, the agent's way: through a variant.
-std::wstring WideFromNarrow(std::string_view text);
-std::string NarrowFromWide(std::wstring_view text);
+// UTF-8 to UTF-16 and back, the agent's way: through a variant. A view stays in registers until here: as a parameter of
+// a function that is called it is memory on Windows.
+std::wstring WideFromNarrow(const char* text, size_t length);
+std::string NarrowFromWide(const wchar_t* text, size_t length);
+inline std::wstring WideFromNarrow(std::string_view text) {
+    return WideFromNarrow(text.data(), text.size());
+}
+inline std::string NarrowFromWide(std::wstring_view text) {
+    return NarrowFromWide(text.data(), text.size());
+}
