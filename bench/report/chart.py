@@ -2,7 +2,7 @@
 
 import math
 
-WIDTH, HEIGHT, MARGIN = 360, 260, 56
+WIDTH, HEIGHT, MARGIN, RIGHT = 360, 260, 60, 30
 COLOURS = ["#1f6feb", "#d1242f", "#1a7f37", "#9a6700"]
 
 
@@ -15,7 +15,7 @@ class Curve:
 
 
 def power_text(exponent):
-    return f"{10 ** exponent:g}" if exponent >= 0 else f"{10.0 ** exponent:.0e}"
+    return f"{10 ** exponent:,}" if exponent >= 0 else f"{10.0 ** exponent:.0e}"
 
 
 class Panel:
@@ -33,7 +33,7 @@ class Panel:
             return (math.log10(value) - limits[0]) / max(1, limits[1] - limits[0]) * length
 
         return (
-            MARGIN + along(x, self.x_range, WIDTH - MARGIN - 16),
+            MARGIN + along(x, self.x_range, WIDTH - MARGIN - RIGHT),
             HEIGHT - MARGIN - along(y, self.y_range, HEIGHT - MARGIN - 36),
         )
 
@@ -60,7 +60,7 @@ class Panel:
             yield (
                 f'<polyline points="{places}" fill="none" stroke="{curve.colour}" stroke-width="2"{dashes}/>'
             )
-            x, y = MARGIN + (number % 2) * 150, HEIGHT - 20 + 12 * (number // 2)
+            x, y = MARGIN + (number % 2) * 150, HEIGHT - 14 + 14 * (number // 2)
             yield f'<line x1="{x}" y1="{y - 4}" x2="{x + 20}" y2="{y - 4}" stroke="{curve.colour}" stroke-width="2"{dashes}/>'
             yield f'<text x="{x + 24}" y="{y}">{curve.name}</text>'
         yield "</g>"
@@ -93,7 +93,7 @@ def write_chart(races, path):
         curves = curves_of(races, section, kinds)
         if curves:
             panels.append(Panel(title, x_label, curves))
-    height = HEIGHT + 12
+    height = HEIGHT + 10
     with open(path, "w", encoding="utf-8") as file:
         file.write(
             f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH * len(panels)}" height="{height}" '
