@@ -7,10 +7,12 @@
 
 #include <windows.h>
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 // Threads asleep. One that falls asleep is inside from before it looks whether it must until it sleeps; who wakes
 // passes through first, and so misses nobody that looked before.
@@ -32,11 +34,6 @@ public:
     }
 
     // To be called from outside.
-    void WakeOne() noexcept {
-        Enter();
-        Leave();
-        ::WakeConditionVariable(&awakening);
-    }
     void WakeAll() noexcept {
         Enter();
         Leave();
@@ -48,7 +45,8 @@ private:
     CONDITION_VARIABLE awakening = CONDITION_VARIABLE_INIT;
 };
 
-// Meets the standard's Lockable as far as std::lock_guard needs it. Not to be locked again by its owner.
+// Meets the standard's Lockable as far as std::lock_guard needs it. Not to be locked again by its owner. Whoever is let
+// in may destroy it: who lets go of it touches nothing of it afterwards, and wakes sleepers elsewhere.
 class Mutex {
 public:
     constexpr Mutex() noexcept = default;
@@ -63,7 +61,7 @@ public:
 
     void unlock() noexcept {
         if (state.exchange(State::Free, std::memory_order_release) == State::Awaited) [[unlikely]] {
-            WakeNext();
+            WakeSleepers();
         }
     }
 
@@ -85,17 +83,25 @@ private:
                 return;
             }
         }
-        sleepers.Enter();
+        Sleepers& others = SharedSleepers();
+        others.Enter();
         // Awaited even when it was free: this one does not know whether others sleep.
         while (state.exchange(State::Awaited, std::memory_order_acquire) != State::Free) {
-            sleepers.Sleep(INFINITE);
+            others.Sleep(INFINITE);
         }
-        sleepers.Leave();
+        others.Leave();
     }
-    [[gnu::noinline]] void WakeNext() noexcept { sleepers.WakeOne(); }
+    // Those of a few other mutexes wake with them, and look again.
+    [[gnu::noinline]] void WakeSleepers() const noexcept { SharedSleepers().WakeAll(); }
+
+    Sleepers& SharedSleepers() const noexcept {
+        // They are never destroyed.
+        static_assert(std::is_trivially_destructible_v<Sleepers>);
+        static constinit std::array<Sleepers, 16> all{};
+        return all[reinterpret_cast<uintptr_t>(this) / 16 % all.size()];
+    }
 
     std::atomic<State> state = State::Free;
-    Sleepers sleepers;
 };
 
 // What threads wait for under a Mutex.

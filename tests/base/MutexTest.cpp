@@ -76,6 +76,39 @@ TEST(BridgeMutex, IsHandedFromOneSleeperToTheNext) {
     EXPECT_THAT(order.Lines(), testing::SizeIs(3));
 }
 
+// Nothing in it that one could come back to who has let go of it.
+static_assert(sizeof(Mutex) == sizeof(uint32_t));
+
+// As the gate of a record is: by the last of its users, which may be let in before the one before has let go entirely.
+TEST(BridgeMutex, MayBeDestroyedByWhoeverIsLetInLast) {
+    struct Shared {
+        Mutex mutex;
+        int users = 3;
+    };
+    constexpr int pauses = 2000;
+    for (int round = 0; round < 500; ++round) {
+        auto* const shared = new Shared;
+        const auto use = [shared] {
+            bool isLast = false;
+            {
+                const std::lock_guard guard(shared->mutex);
+                isLast = --shared->users == 0;
+                for (int pause = 0; pause < pauses && !isLast; ++pause) {
+                    YieldProcessor();
+                }
+            }
+            if (isLast) {
+                delete shared;
+            }
+        };
+        std::thread first(use);
+        std::thread second(use);
+        use();
+        first.join();
+        second.join();
+    }
+}
+
 class BridgeCondition : public testing::Test {
 protected:
     void Meet() {

@@ -43,10 +43,6 @@ BOOL SleepConditionVariableSRW(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWO
     });
 }
 
-void WakeConditionVariable(PCONDITION_VARIABLE condition) {
-    ::pthread_cond_signal(&condition->condition);
-}
-
 void WakeAllConditionVariable(PCONDITION_VARIABLE condition) {
     ::pthread_cond_broadcast(&condition->condition);
 }

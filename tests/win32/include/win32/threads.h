@@ -60,7 +60,6 @@ void LeaveCriticalSection(LPCRITICAL_SECTION section);
 void AcquireSRWLockExclusive(PSRWLOCK lock);
 void ReleaseSRWLockExclusive(PSRWLOCK lock);
 BOOL SleepConditionVariableSRW(PCONDITION_VARIABLE condition, PSRWLOCK lock, DWORD milliseconds, ULONG flags);
-void WakeConditionVariable(PCONDITION_VARIABLE condition);
 void WakeAllConditionVariable(PCONDITION_VARIABLE condition);
 
 }  // extern "C"
