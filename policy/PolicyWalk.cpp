@@ -36,9 +36,7 @@ void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
 // A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
 // gone.
 bool PolicyWalk::Answered(bool wantsMore) const {
-    if (!functions.AreCurrent()) {
-        throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
-    }
+    functions.RequireCurrent();
     return wantsMore;
 }
 

@@ -40,9 +40,7 @@ public:
     // in registers. To be called once.
     template <class Call>
     INTO_CALLER void Take(Call&& call) {
-        if (!functions.AreCurrent()) [[unlikely]] {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
-        }
+        functions.RequireCurrent();
         Handle* given = nullptr;
         const int32_t result = std::forward<Call>(call)(&given);
         handle = given;

@@ -7,6 +7,7 @@
 #include "agent/ny_agent.h"
 #include "base/IntoCaller.h"
 #include "dispatcher/LibraryEntry.h"
+#include "values/AgentException.h"
 
 // The agent's functions for text of one kind of character.
 template <class Character, class BufferHandle>
@@ -24,6 +25,13 @@ struct FunctionsForText {
 struct TextFunctions {
     // Whether they may still be called: false once a library of the agent's was closed, and when theirs was not loaded.
     INTO_CALLER bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
+
+    // Raises the agent exception with NY_FUNCTION_MISSING when they may not.
+    INTO_CALLER void RequireCurrent() const {
+        if (!AreCurrent()) [[unlikely]] {
+            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+        }
+    }
 
     template <class Character>
     const auto& Of() const noexcept {

@@ -7,6 +7,7 @@
 
 #include "VsMsgbus.h"
 #include "bench/agent/BareAgent.h"
+#include "tests/policy/SettingCounter.h"
 
 namespace bench {
 
@@ -73,20 +74,6 @@ public:
     }
 
     std::function<void(IPolicyBag& bag)> enforce;
-};
-
-// Counts settings and does nothing with them.
-class Counting final : public ICallbacks {
-public:
-    bool OnContainer(const wchar_t*, const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSettings(const wchar_t*, const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSection(const wchar_t*, const wchar_t*) override { return true; }
-    bool OnSetting(const wchar_t*, const wchar_t*, const wchar_t*) override {
-        ++settings;
-        return true;
-    }
-
-    size_t settings = 0;
 };
 
 // The client handle that the bare agent gives everybody.

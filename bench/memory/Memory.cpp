@@ -17,7 +17,7 @@ Amount PeakOfWalk(Enforcing& module, size_t settings) {
                   {},
                   "at most 4096 at any size"};
     module.Enforce([&](IPolicyBag& bag) {
-        Counting callbacks;
+        SettingCounter callbacks;
         const HeapPeak peak;
         bag.EnumeratePolicies(bareWideProductId, &callbacks);
         amount.ours = static_cast<double>(peak.Bytes());

@@ -129,7 +129,7 @@ private:
     }
 
     void CountOurs(IPolicyBag& bag, bool isOfUser) const {
-        Counting counting;
+        SettingCounter counting;
         if (isOfUser) {
             bag.EnumerateUserPolicies(bareWideProductId, &counting, L"user", L"DOMAIN");
         } else {
@@ -139,7 +139,7 @@ private:
     }
 
     void CountFloor(const wchar_t* account) const {
-        Counting counting;
+        SettingCounter counting;
         FloorWalk(bareClient, bareWideProductId, account, counting);
         RequireCount(counting.settings, settings);
     }
