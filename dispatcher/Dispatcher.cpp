@@ -1,19 +1,28 @@
 #include "dispatcher/Dispatcher.h"
 
+#include <algorithm>
 #include <memory>
 #include <mutex>
 #include <new>
 #include <utility>
 
 #include "agent/ny_agent.h"
+#include "base/Boundary.h"
+#include "base/UntilUnloaded.h"
+#include "dispatcher/AgentCalls.h"
 
 namespace {
 
 // One lock guards the process's dispatcher from its creation to the closing of its last library, so that a creation can
-// neither see a half-made dispatcher nor load tables that an earlier one is about to clear. It may be entered again: a
-// line logged while libraries close can lead back here, and then finds no dispatcher.
+// neither see a half-made dispatcher nor load tables that an earlier one is about to clear. Beside the dispatcher's own
+// lock it is the one lock under which code of the agent's runs, that of its libraries' loading and unloading.
 CriticalSection lifeLock;
-Dispatcher* current = nullptr;
+UntilUnloaded<std::shared_ptr<Dispatcher>> current;
+
+std::shared_ptr<Dispatcher> Current() noexcept {
+    const std::lock_guard guard(lifeLock);
+    return *current;
+}
 
 int32_t Initialise(Dispatcher& dispatcher, const char* defaultPath) noexcept {
     const std::lock_guard guard(dispatcher.lock);
@@ -24,104 +33,166 @@ int32_t Initialise(Dispatcher& dispatcher, const char* defaultPath) noexcept {
     return NY_OK;
 }
 
-void Deinitialise(Dispatcher& dispatcher) noexcept {
+DispatcherLog::Lines Deinitialise(Dispatcher& dispatcher) noexcept {
     const std::lock_guard guard(dispatcher.lock);
+    dispatcher.isReleased = true;
     if (dispatcher.operations != nullptr && dispatcher.operations->deinit != nullptr) {
         dispatcher.operations->deinit(dispatcher);
     }
+    return dispatcher.log.Take();
 }
 
-// A reference for the time of one load or unload, so that the last holder cannot free the dispatcher under it.
-class DispatcherInUse {
-public:
-    DispatcherInUse() noexcept {
-        const std::lock_guard guard(lifeLock);
-        dispatcher = current;
-        if (dispatcher != nullptr) {
-            ++dispatcher->references;
-        }
-    }
-
-    ~DispatcherInUse() { DispatcherRelease(dispatcher); }
-    DispatcherInUse(const DispatcherInUse&) = delete;
-    DispatcherInUse& operator=(const DispatcherInUse&) = delete;
-
-    explicit operator bool() const noexcept { return dispatcher != nullptr; }
-    Dispatcher* operator->() const noexcept { return dispatcher; }
-    Dispatcher* Get() const noexcept { return dispatcher; }
-
-private:
-    Dispatcher* dispatcher = nullptr;
+// What the last holder's release leaves to be done with no lock held: the lines, and the dispatcher's memory.
+struct Released {
+    std::shared_ptr<Dispatcher> dispatcher;
+    DispatcherLog::Lines lines;
 };
 
+Released Release(Dispatcher* dispatcher) noexcept {
+    Released released;
+    const std::lock_guard guard(lifeLock);
+    if (--dispatcher->references == 0) {
+        released.dispatcher = std::exchange(*current, nullptr);
+        released.lines = Deinitialise(*dispatcher);
+    }
+    return released;
+}
+
+// The entry that a question is about, null when it was closed meanwhile.
+LibraryEntry* EntryOf(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
+    for (const auto& member : dispatcher.grouper.members) {
+        for (const auto& entry : member->libraries) {
+            if (entry->library == question.library) {
+                return entry.get();
+            }
+        }
+    }
+    return nullptr;
+}
+
+// With no lock held: the function is the agent's.
+void Ask(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
+    if (question.ask == nullptr) {
+        return;
+    }
+    uint32_t version = 0;
+    const bool isTold = Guarded(false, [&] { return question.ask(&version) == NY_OK; });
+    const std::lock_guard guard(dispatcher.lock);
+    if (LibraryEntry* const entry = EntryOf(dispatcher, question)) {
+        *question.version = version;
+        entry->version = isTold ? question.version : entry->version;
+    }
+}
+
+// Runs `operate(operations, dispatcher)` under the lock of the process's dispatcher, then delivers the lines of it.
+// NY_INVALID_ARGUMENT without a dispatcher; `whenFailed` for every failure.
+template <class Operate>
+int32_t RunLocked(int32_t whenFailed, Operate&& operate) noexcept {
+    const std::shared_ptr<Dispatcher> dispatcher = Current();
+    if (dispatcher == nullptr) {
+        return NY_INVALID_ARGUMENT;
+    }
+    int32_t result = NY_INVALID_ARGUMENT;
+    DispatcherLog::Lines lines;
+    VersionQuestion question;
+    {
+        const std::lock_guard guard(dispatcher->lock);
+        if (!dispatcher->isReleased) {
+            const DispatcherOperations* const operations = dispatcher->operations;
+            result = operations != nullptr && operate(*operations, dispatcher.get()) == NY_OK ? NY_OK : whenFailed;
+        }
+        lines = dispatcher->log.Take();
+        question = std::exchange(dispatcher->question, {});
+    }
+    lines.Deliver();
+    Ask(*dispatcher, question);
+    return result;
+}
+
 }  // namespace
+
+std::shared_ptr<LibrariesInUse> LibrariesInUse::Share() {
+    const std::shared_ptr<Dispatcher> dispatcher = Current();
+    if (dispatcher == nullptr) {
+        return nullptr;
+    }
+    const auto end = [](LibrariesInUse* ended) {
+        RunOutsideAgentCalls([](void* inUse) { delete static_cast<LibrariesInUse*>(inUse); }, ended);
+    };
+    const std::lock_guard guard(dispatcher->lock);
+    std::shared_ptr<LibrariesInUse> shared = dispatcher->users.lock();
+    if (shared == nullptr && !dispatcher->isReleased) {
+        shared.reset(new LibrariesInUse, end);
+        for (const auto& member : dispatcher->grouper.members) {
+            for (const auto& entry : member->libraries) {
+                shared->libraries.push_back(entry->library);
+            }
+        }
+        shared->closings = libraryClosings.load(std::memory_order_acquire);
+        dispatcher->users = shared;
+    }
+    return shared;
+}
+
+void LibrariesInUse::Add(const std::shared_ptr<OpenLibrary>& library) {
+    if (std::find(libraries.begin(), libraries.end(), library) == libraries.end()) {
+        libraries.push_back(library);
+    }
+}
 
 int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot, const DispatcherOperations* operations) noexcept {
     if (slot == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const std::lock_guard guard(lifeLock);
-    if (current == nullptr) {
-        std::unique_ptr<Dispatcher> created(new (std::nothrow) Dispatcher);
-        if (created == nullptr) {
-            return NY_OUT_OF_MEMORY;
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        const std::lock_guard guard(lifeLock);
+        if (*current == nullptr) {
+            auto created = std::make_shared<Dispatcher>();
+            created->operations = operations;
+            created->context = slot;
+            const int32_t result = Initialise(*created, defaultPath);
+            if (result != NY_OK) {
+                return result;
+            }
+            *current = std::move(created);
         }
-        created->operations = operations;
-        created->context = slot;
-        const int32_t result = Initialise(*created, defaultPath);
-        if (result != NY_OK) {
-            return result;
-        }
-        current = created.release();
-    }
-    ++current->references;
-    *slot = current;
-    return NY_OK;
+        ++(*current)->references;
+        *slot = (*current).get();
+        return NY_OK;
+    });
 }
 
 int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const std::lock_guard guard(lifeLock);
-    if (--dispatcher->references == 0) {
-        current = nullptr;
-        Deinitialise(*dispatcher);
-        delete dispatcher;
-    }
+    Release(dispatcher).lines.Deliver();
     return NY_OK;
 }
 
-int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData,
-                             LogSeverity leastSevere) noexcept {
+int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogTarget target) noexcept {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
     const std::lock_guard guard(dispatcher->lock);
-    dispatcher->log.SetSink(sink, userData, leastSevere);
+    dispatcher->log.SetTarget(std::move(target));
     return NY_OK;
 }
 
 int32_t DispatcherLoad(const LoadRequest& request) noexcept {
-    const DispatcherInUse dispatcher;
-    if (request.product == nullptr || request.library == nullptr || !dispatcher) {
+    if (request.product == nullptr || request.library == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const std::lock_guard guard(dispatcher->lock);
-    const DispatcherOperations* operations = dispatcher->operations;
-    const bool isLoaded =
-        operations != nullptr && operations->load != nullptr && operations->load(dispatcher.Get(), request) == NY_OK;
-    return isLoaded ? NY_OK : NY_LIBRARY_LOAD;
+    return RunLocked(NY_LIBRARY_LOAD, [&](const DispatcherOperations& operations, Dispatcher* dispatcher) {
+        return operations.load != nullptr ? operations.load(dispatcher, request) : NY_LIBRARY_LOAD;
+    });
 }
 
 int32_t DispatcherUnload(const char* product, const char* library) noexcept {
-    const DispatcherInUse dispatcher;
-    if (product == nullptr || library == nullptr || !dispatcher) {
+    if (product == nullptr || library == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const std::lock_guard guard(dispatcher->lock);
-    const DispatcherOperations* operations = dispatcher->operations;
-    const bool isUnloaded = operations != nullptr && operations->unload != nullptr &&
-                            operations->unload(dispatcher.Get(), product, library) == NY_OK;
-    return isUnloaded ? NY_OK : NY_LIBRARY_UNLOAD;
+    return RunLocked(NY_LIBRARY_UNLOAD, [&](const DispatcherOperations& operations, Dispatcher* dispatcher) {
+        return operations.unload != nullptr ? operations.unload(dispatcher, product, library) : NY_LIBRARY_UNLOAD;
+    });
 }

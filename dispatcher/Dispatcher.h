@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 
 #include "base/OwnerLock.h"
 #include "dispatcher/DispatcherLog.h"
@@ -32,13 +33,23 @@ struct DispatcherOperations {
 
 extern const DispatcherOperations dispatcherOperations;
 
+// A library's function that tells its version, found by a load and called once the dispatcher's lock was left.
+struct VersionQuestion {
+    GetVersionFunction ask = nullptr;  // null: nothing to ask
+    std::shared_ptr<OpenLibrary> library;
+    uint32_t* version = nullptr;  // the caller's variable
+};
+
 struct Dispatcher {
     const DispatcherOperations* operations = nullptr;
     Dispatcher** context = nullptr;  // the slot of the holder that created it
-    CriticalSection lock;            // around every load and unload
+    CriticalSection lock;            // around every load and unload; guards what follows but the references
     Grouper grouper;
-    uint32_t references = 0;  // one per holder, and one per load or unload under way
+    uint32_t references = 0;  // one per holder
     DispatcherLog log;
+    VersionQuestion question;
+    std::weak_ptr<LibrariesInUse> users;  // whoever is inside the libraries
+    bool isReleased = false;              // a load that comes too late does nothing
 };
 
 // Makes the caller a holder of the process's dispatcher, creating it for the first one: stores it in `*slot`. A null
@@ -48,14 +59,14 @@ struct Dispatcher {
 int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot,
                          const DispatcherOperations* operations = &dispatcherOperations) noexcept;
 
-// Drops one reference. The last one closes every library, clears every caller's table pointer and frees the dispatcher.
+// Drops one reference. The last one closes every library and clears every caller's table pointer; a load under way on
+// another thread comes first. Libraries that somebody is inside of are unloaded later, see LibrariesInUse.
 // NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept;
 
-// Sends the dispatcher's log lines to `sink`, or nowhere when it is null; those less severe than `leastSevere` are not
-// written. NY_INVALID_ARGUMENT for a null dispatcher, else NY_OK.
-int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogLineSink sink, void* userData,
-                             LogSeverity leastSevere = SeverityDetail) noexcept;
+// Sends the dispatcher's log lines to `target`: those of an operation in their order, on its thread, when its lock was
+// left. NY_INVALID_ARGUMENT for a null dispatcher, else NY_OK.
+int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogTarget target) noexcept;
 
 // Loads a group through the process's dispatcher, one thread at a time. NY_OK; NY_INVALID_ARGUMENT when product or
 // library is null or there is no dispatcher; NY_LIBRARY_LOAD when it failed for any other reason.

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
 
 // Severities of the bridge's own printf-style lines.
 enum LogSeverity : uint32_t {
@@ -15,17 +18,46 @@ inline constexpr int logLineCapacity = 2048;
 // What takes a finished line. The texts are valid during the call.
 using LogLineSink = int32_t (*)(uint32_t severity, const char* module, const char* message, void* userData);
 
-// Formats the dispatcher's lines for a sink, under the module name "dispatcher". What nobody takes is not formatted: a
-// load writes two lines for each of up to 66 names, which costs more than to look the names up.
+// A sink with what it needs.
+struct LogTarget {
+    LogLineSink sink = nullptr;  // null: the lines go nowhere
+    void* userData = nullptr;
+    LogSeverity leastSevere = SeverityDetail;  // of the lines that the sink takes
+    std::weak_ptr<void> owner{};               // of what userData points to; none for what outlives the target
+    bool hasOwner = false;
+
+    // Hands the line to the sink, unless the owner of its data is gone. Shares the owner for that long.
+    int32_t Deliver(uint32_t severity, const char* module, const char* message) const;
+};
+
+// The dispatcher's lines of one operation, written under its lock and delivered after the lock was left: a sink may wait
+// for another thread that needs the lock. Lines that the target does not take are not formatted: a load writes two lines
+// for each of up to 66 names, which costs more than to look the names up. A line that finds no memory is lost.
 class DispatcherLog {
 public:
-    // The sink takes lines as severe as `leastSevere` or more.
-    void SetSink(LogLineSink lineSink, void* sinkUserData, LogSeverity leastSevere) noexcept;
+    void SetTarget(LogTarget lineTarget) noexcept;
 
+    // Keeps a line.
     [[gnu::format(printf, 3, 4)]] void Write(LogSeverity severity, const char* format, ...) const noexcept;
 
+    // What was written since the last time.
+    class Lines {
+    public:
+        // Delivers them in their order, under the module name "dispatcher". To be called with no lock held.
+        void Deliver() const noexcept;
+
+    private:
+        friend class DispatcherLog;
+        struct Line {
+            LogSeverity severity;
+            std::string text;
+        };
+
+        LogTarget target;
+        std::vector<Line> lines;
+    };
+    Lines Take() const noexcept;
+
 private:
-    LogLineSink sink = nullptr;
-    void* userData = nullptr;
-    LogSeverity threshold = SeverityDetail;
+    mutable Lines pending;
 };

@@ -41,10 +41,12 @@ INTO_CALLER inline void** TableOf(Group& group) noexcept {
     return table != nullptr ? table : LoadedTable(group);
 }
 
-// Whether the group is loaded, after loading it if it was not: until its library is closed, calling its functions then
-// needs neither memory nor the system.
-inline bool EnsureGroup(Group& group) noexcept {
-    return TableOf(group) != nullptr;
+// The same of the libraries that the caller is inside of; null when they were closed. Addresses from it may be called
+// until the caller lets go of the libraries, whatever is loaded meanwhile. Without libraries, of those that are open.
+inline void* const* TableOf(Group& group, const LibrariesInUse* inUse) noexcept {
+    // In this order: while none was closed, what was loaded is theirs.
+    void* const* const table = TableOf(group);
+    return inUse == nullptr || inUse->AreCurrent() ? table : nullptr;
 }
 
 namespace entrypoint {
@@ -103,14 +105,24 @@ public:
         return result;
     }
 
-    // The agent's function itself, for who calls it often in a row (see libraryClosings); `table` is its group's. A
-    // function that answers NY_FUNCTION_MISSING when the library does not export it.
+    // The agent's function itself, which the caller may call while it is inside the libraries; `table` is its group's. A
+    // function that answers NY_FUNCTION_MISSING when the library does not export it, or when the table is null.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static): the entry points are objects
     Function In(void* const* table) const noexcept {
-        static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");
-        void* const address = table[slot];
-        return address != nullptr ? reinterpret_cast<Function>(address) : &Missing;
+        const Function address = FindIn(table);
+        return address != nullptr ? address : &Missing;
     }
+
+    // The same, null where there is none.
+    // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
+    Function FindIn(void* const* table) const noexcept {
+        static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");
+        return table != nullptr ? reinterpret_cast<Function>(table[slot]) : nullptr;
+    }
+
+    // Both for the libraries given or, without any, for those that are open; after loading the group if it was not.
+    Function In(const LibrariesInUse* inUse) const noexcept { return In(TableOf(group, inUse)); }
+    Function Find(const LibrariesInUse* inUse = nullptr) const noexcept { return FindIn(TableOf(group, inUse)); }
 
 private:
     static constexpr std::string_view name = entrypoint::NameOf<function>();

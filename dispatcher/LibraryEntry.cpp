@@ -4,28 +4,33 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "agent/ny_agent.h"
 #include "base/Boundary.h"
 #include "dispatcher/DispatcherLog.h"
 
 namespace {
-using GetVersionFunction = int32_t (*)(uint32_t* version);
 constexpr size_t functionNameCapacity = 256;
 }  // namespace
 
 int32_t LibraryEntry::Open(const char* path, const DispatcherLog& log) noexcept {
-    log.Write(SeverityProgress, "dispatcher dl_open %s %d", path, 0);
-    const uint32_t result = ny_dl_open(path, 0, &module);
-    if (result != 0) {
-        log.Write(SeverityProgress, "dispatcher dl_open failed, error <%d>, errno<%d>", static_cast<int>(result),
-                  static_cast<int>(::GetLastError()));
-        return static_cast<int32_t>(result);
-    }
-    log.Write(SeverityProgress, "dispatcher dl_open success %p", module.module);
-    isLoaded = true;
-    references.store(1);
-    return NY_OK;
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        auto opened = std::make_shared<OpenLibrary>();
+        log.Write(SeverityProgress, "dispatcher dl_open %s %d", path, 0);
+        const uint32_t result = ny_dl_open(path, 0, &opened->module);
+        if (result != 0) {
+            log.Write(SeverityProgress, "dispatcher dl_open failed, error <%d>, errno<%d>", static_cast<int>(result),
+                      static_cast<int>(::GetLastError()));
+            return static_cast<int32_t>(result);
+        }
+        library = std::move(opened);
+        module = library->module;
+        log.Write(SeverityProgress, "dispatcher dl_open success %p", module.module);
+        isLoaded = true;
+        references.store(1);
+        return NY_OK;
+    });
 }
 
 void LibraryEntry::Close(const DispatcherLog& log) noexcept {
@@ -34,17 +39,17 @@ void LibraryEntry::Close(const DispatcherLog& log) noexcept {
     }
     isLoaded = false;
     log.Write(SeverityProgress, "dispatcher dl_close %p", module.module);
-    // The pointers go first: whoever reads one from now on loads again instead of calling into a closed library.
-    for (const HandedOut& table : tables) {
+    // The pointers go first: a thread that reads one from now on loads again instead of calling into a closed library.
+    for (const OpenLibrary::HandedOut& table : library->tables) {
         table.holder->store(nullptr, std::memory_order_release);
     }
     libraryClosings.fetch_add(1, std::memory_order_release);
-    ny_dl_close(&module);
+    library.reset();
+    module = {};
     if (version != nullptr) {
         *version = 0;
         version = nullptr;
     }
-    tables.clear();
 }
 
 void* LibraryEntry::Resolve(const char* name, const DispatcherLog& log) noexcept {
@@ -61,7 +66,8 @@ void* LibraryEntry::Resolve(const char* name, const DispatcherLog& log) noexcept
 
 int32_t LibraryEntry::LoadSymbols(const char* const* names, TablePointer& table, size_t count,
                                   const DispatcherLog& log) noexcept {
-    const auto isListed = [&table](const HandedOut& handedOut) { return handedOut.holder == &table; };
+    auto& tables = library->tables;
+    const auto isListed = [&table](const OpenLibrary::HandedOut& handedOut) { return handedOut.holder == &table; };
     if (std::any_of(tables.begin(), tables.end(), isListed)) {
         return NY_OK;
     }
@@ -77,11 +83,8 @@ int32_t LibraryEntry::LoadSymbols(const char* const* names, TablePointer& table,
     });
 }
 
-void LibraryEntry::LoadVersion(const char* group, uint32_t& versionOfCaller, const DispatcherLog& log) noexcept {
+GetVersionFunction LibraryEntry::FindGetVersion(const char* group, const DispatcherLog& log) noexcept {
     char name[functionNameCapacity] = {};
     std::snprintf(name, sizeof name - 1, "%s%s", group, "_get_version");
-    const auto getVersion = reinterpret_cast<GetVersionFunction>(Resolve(name, log));
-    if (getVersion != nullptr && getVersion(&versionOfCaller) == NY_OK) {
-        version = &versionOfCaller;
-    }
+    return reinterpret_cast<GetVersionFunction>(Resolve(name, log));
 }

@@ -56,9 +56,13 @@ int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) {
     if (Report(log, "ny_grouper_find_member library", result) != NY_OK) {
         return result;
     }
+    if (const auto users = dispatcher.users.lock()) {
+        users->Add(entry->library);
+    }
     result = LoadTable(*member, *entry, request, log);
     if (result == NY_OK && request.version != nullptr && *request.version == 0) {
-        entry->LoadVersion(request.group != nullptr ? request.group : "", *request.version, log);
+        dispatcher.question = {entry->FindGetVersion(request.group != nullptr ? request.group : "", log),
+                               entry->library, request.version};
     }
     return result;
 }
@@ -85,7 +89,7 @@ int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) {
     if (Report(log, "ny_grouper_add_member", result) != NY_OK) {
         return result;
     }
-    result = LoadFromMember(*dispatcher, request);
+    result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return LoadFromMember(*dispatcher, request); });
     log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
     return result;
 }

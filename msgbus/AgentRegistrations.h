@@ -1,81 +1,60 @@
 #pragma once
 
-#include <list>
-#include <mutex>
+#include <map>
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "base/CallGate.h"
 #include "base/OwnerLock.h"
-#include "values/AgentException.h"
 
 // The product ids that one service object has registered with the agent; what all service objects share of registering.
 //
-// The lock is held while the agent registers, so that one product is registered once. It is not held while the agent
-// unregisters: the agent then waits for callbacks that run on other threads, and a callback that enters or leaves the
-// bridge comes here.
+// The lock is not held while the agent is called: the agent may call back, and a callback that enters or leaves the bridge
+// comes here. So one thread at a time is in the agent for a product. A thread that wants something else for that product
+// meanwhile only says so; the one in the agent sees it when it is back, and does it.
 class AgentRegistrations {
 public:
-    // Has `callAgent()` register a product that is not registered and remembers it. Raises the agent exception with
-    // the code that callAgent returns unless that is NY_OK. Does nothing once Close was called.
-    template <class CallAgent>
-    void Add(const std::string& productId, CallAgent&& callAgent) {
-        std::list<std::string> added{productId};
-        const std::lock_guard guard(lock);
-        if (isClosed || Find(productId) != products.end()) {
-            return;
-        }
-        corvane::ny::utils::Check(callAgent());
-        products.splice(products.end(), added);
-    }
+    // Makes the agent calls. Both answer the agent's code.
+    class Agent {
+    public:
+        virtual ~Agent() = default;
+        virtual int32_t Register(const std::string& productId) = 0;
+        virtual int32_t Unregister(const std::string& productId) = 0;
+    };
 
-    // Has `callAgent()` unregister a product that is registered and forgets it; remembers it again, and raises the
-    // agent exception, when callAgent does not return NY_OK.
-    template <class CallAgent>
-    void Remove(const std::string& productId, CallAgent&& callAgent) {
-        const CallGate::Call call(removals);
-        std::list<std::string> removed;
-        if (!Take(productId, removed)) {
-            return;
-        }
-        const int32_t result = callAgent();
-        if (result != NY_OK) {
-            PutBack(removed);
-            throw corvane::ny::utils::exception(result);
-        }
-    }
+    explicit AgentRegistrations(Agent& agentToCall) noexcept : agent(agentToCall) {}
+    AgentRegistrations(const AgentRegistrations&) = delete;
+    AgentRegistrations& operator=(const AgentRegistrations&) = delete;
 
-    // Registers nothing any more and has `callAgent(productId)` unregister each product that is left. Products that the
-    // agent does not let go of stay; the first such code is raised. Returns when no Remove is in the agent any more, at
-    // most after 15 seconds: the agent's libraries may be unloaded next.
-    template <class CallAgent>
-    void Close(CallAgent&& callAgent) {
-        std::list<std::string> remaining = TakeAllAndClose();
-        removals.WaitForOthers();
-        // What such a Remove could not remove is back.
-        remaining.splice(remaining.end(), TakeAllAndClose());
-        int32_t failure = NY_OK;
-        for (auto product = remaining.begin(); product != remaining.end();) {
-            const auto current = product++;
-            const int32_t result = callAgent(*current);
-            if (result == NY_OK) {
-                remaining.erase(current);
-            } else if (failure == NY_OK) {
-                failure = result;
-            }
-        }
-        PutBack(remaining);
-        corvane::ny::utils::Check(failure);
-    }
+    // Registers a product that is not registered. Raises the agent exception with the code of a refusal. Does nothing
+    // once Close was called.
+    void Add(const std::string& productId);
+
+    // Unregisters a product that is registered; it stays, and the agent exception is raised, when the agent refuses.
+    void Remove(const std::string& productId);
+
+    // Registers nothing any more and unregisters each product that is left. Products that the agent does not let go of
+    // stay; the first such code is raised when all were tried.
+    void Close();
 
 private:
-    std::list<std::string>::iterator Find(const std::string& productId);
-    bool Take(const std::string& productId, std::list<std::string>& taken);
-    std::list<std::string> TakeAllAndClose();
-    void PutBack(std::list<std::string>& returned) noexcept;
+    struct Product {
+        bool isWanted = false;
+        bool isRegistered = false;
+        bool isBusy = false;       // a thread is in the agent for it
+        bool mustBeTried = false;  // by Close
+    };
+    using Products = std::map<std::string, Product>;
 
-    CallGate removals;
+    // For the thread that has made the product busy: calls the agent until the product is as it is wanted, or until the
+    // agent refuses that. The code of the last call that registers, or that unregisters, as `isAsked` says.
+    int32_t Settle(Products::iterator product, bool isAsked);
+    // Under the lock: the product is nobody's business any more.
+    void End(Products::iterator product);
+    // A product that Close has not tried yet, made busy; the end when there is none.
+    Products::iterator TakeNextToTry();
+
+    Agent& agent;
     OwnerLock lock;
-    std::list<std::string> products;
+    Products products;
     bool isClosed = false;
 };

@@ -1,8 +1,61 @@
 #include "msgbus/AgentService.h"
 
-#include "base/UntilUnloaded.h"
+#include <optional>
 
-CallGate& AgentCallbacks() {
-    static UntilUnloaded<CallGate> callbacks;
-    return callbacks.Get();
+namespace {
+
+// Keeps the client from being stopped during a call. Without a session there is nothing to keep it from.
+class ClientStays {
+public:
+    explicit ClientStays(AgentSession* session) {
+        if (session != nullptr) {
+            call.emplace(session->Gate());
+        }
+    }
+    explicit operator bool() const noexcept { return !call.has_value() || static_cast<bool>(*call); }
+
+private:
+    std::optional<CallGate::Call> call;
+};
+
+}  // namespace
+
+int32_t AgentService::Register(const std::string& productId) {
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        const ClientStays stays(session.get());
+        if (!stays) {
+            return NY_FUNCTION_MISSING;
+        }
+        // Before: the agent may call from inside.
+        AdmitAgentCalls(CallbackData(), {}, weak_from_this().lock(), client);
+        AdmitAgentCalls(CallbackData(), productId, weak_from_this().lock(), client);
+        const int32_t result = RegisterWithAgent(productId);
+        if (result != NY_OK) {
+            EndAgentCalls(CallbackData(), productId);
+        }
+        return result;
+    });
+}
+
+int32_t AgentService::Unregister(const std::string& productId) {
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        const ClientStays stays(session.get());
+        if (!stays) {
+            return NY_FUNCTION_MISSING;
+        }
+        const int32_t result = UnregisterFromAgent(productId);
+        if (result == NY_OK) {
+            EndAgentCalls(CallbackData(), productId);
+        }
+        return result;
+    });
+}
+
+void AgentService::UnregisterAll() {
+    EndAgentCalls(CallbackData(), {});
+    registrations.Close();
+}
+
+void EndCallsOfClient(const ny_client_t* client) noexcept {
+    ForgetAgentCalls(client);
 }

@@ -5,36 +5,44 @@
 #include <utility>
 
 #include "base/Boundary.h"
-#include "base/CallGate.h"
+#include "dispatcher/AgentCalls.h"
 #include "msgbus/AgentRegistrations.h"
+#include "msgbus/AgentUse.h"
 #include "msgbus/VsMsgbusIo.h"
 #include "values/CUniStream.h"
 
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
-class AgentService : public VsMsgbusIo {
+//
+// The agent may call for a product from before it is registered, because it may do so from inside its own registering,
+// until its registration has ended, or until the agent's client is let go of: see EndCallsOfClient.
+class AgentService : public VsMsgbusIo, private AgentRegistrations::Agent {
 public:
-    void RegisterProduct(const std::string& productId) final {
-        registrations.Add(productId, [&] { return RegisterWithAgent(productId); });
-    }
-    void UnregisterProduct(const std::string& productId) final {
-        registrations.Remove(productId, [&] { return UnregisterFromAgent(productId); });
-    }
-    void UnregisterAll() final {
-        registrations.Close([this](const std::string& productId) { return UnregisterFromAgent(productId); });
-    }
+    void RegisterProduct(const std::string& productId) final { registrations.Add(productId); }
+    void UnregisterProduct(const std::string& productId) final { registrations.Remove(productId); }
+    void UnregisterAll() final;
 
 protected:
+    explicit AgentService(ny_client_t* agentClient) noexcept
+        : client(agentClient), session(ShareSession(agentClient)) {}
+
     // Both make the one agent call and return its answer.
     virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
     virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
+    // What the agent is given to call back with.
+    virtual const void* CallbackData() const noexcept = 0;
 
 private:
-    AgentRegistrations registrations;
+    int32_t Register(const std::string& productId) final;
+    int32_t Unregister(const std::string& productId) final;
+
+    ny_client_t* const client;
+    const std::shared_ptr<AgentSession> session;
+    AgentRegistrations registrations{*this};
 };
 
-// The threads on which the agent is calling the bridge, whatever the service.
-CallGate& AgentCallbacks();
+// From now on every call of the agent's for products that are registered with this client comes too late.
+void EndCallsOfClient(const ny_client_t* client) noexcept;
 
 // What `unregister()` answers, which ends a product's registration with the agent. The agent waits there for the
 // product's callbacks on other threads: a module that leaves from inside its own callback must not have them wait for
@@ -47,15 +55,16 @@ int32_t UnregisterTurningAway(Table& table, const std::string& productId, Unregi
 }
 
 // The body of every plain function that the agent calls: `call(handler)` of the handler that was registered as
-// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product or no handler, or when anything
-// escapes.
+// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered with
+// that handler, or not any more, and when anything escapes.
 template <class Handler, class Call>
 int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
-    if (productId == nullptr || userData == nullptr) {
+    if (productId == nullptr) {
         return NY_UNEXPECTED;
     }
-    return Guarded<int32_t>(NY_UNEXPECTED, [&] {
-        const CallGate::Call inside(AgentCallbacks());
-        return call(*static_cast<Handler*>(userData));
-    });
+    const AgentCall agentCall(userData, productId);
+    if (!agentCall) {
+        return NY_UNEXPECTED;
+    }
+    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return call(*static_cast<Handler*>(userData)); });
 }

@@ -6,46 +6,72 @@
 #include "base/Boundary.h"
 #include "base/Mutex.h"
 #include "base/UntilUnloaded.h"
+#include "dispatcher/AgentCalls.h"
 
 namespace {
 
-using SessionPointer = std::shared_ptr<AgentUse::Session>;
+using SessionPointer = std::shared_ptr<AgentSession>;
 
 Mutex currentLock;  // held for the copy or the exchange alone
 UntilUnloaded<SessionPointer> current;
 
-SessionPointer CurrentSession() {
+SessionPointer CurrentSession() noexcept {
     const std::lock_guard guard(currentLock);
     return *current;
 }
 
-SessionPointer TakeSession(const ny_client_t* client) {
+SessionPointer TakeSession(const ny_client_t* client) noexcept {
     const std::lock_guard guard(currentLock);
-    return *current != nullptr && (*current)->client == client ? std::exchange(*current, nullptr) : nullptr;
+    return *current != nullptr && (*current)->Client() == client ? std::exchange(*current, nullptr) : nullptr;
+}
+
+void DeleteSession(void* session) noexcept {
+    delete static_cast<AgentSession*>(session);
 }
 
 }  // namespace
 
-AgentUse::AgentUse() : session(CurrentSession()) {
-    if (session != nullptr) {
-        call.emplace(session->gate);
+std::shared_ptr<AgentSession> AgentSession::Make() {
+    const auto end = [](AgentSession* ended) { RunOutsideAgentCalls(DeleteSession, ended); };
+    const SessionPointer made(new AgentSession, end);
+    made->libraries = LibrariesInUse::Share();
+    return made;
+}
+
+AgentSession::~AgentSession() {
+    if (release != nullptr) {
+        Guarded([this] { release(client); });
     }
 }
 
-bool OpenAgent(ny_client_t* client) noexcept {
-    return Guarded(false, [&] {
-        auto opened = std::make_shared<AgentUse::Session>(client);
-        const std::lock_guard guard(currentLock);
-        (*current).swap(opened);
-        return true;
-    });
+void AgentSession::Own(ny_client_t* created, int32_t (*releaseFunction)(ny_client_t* client)) noexcept {
+    client = created;
+    release = releaseFunction;
+}
+
+void OpenAgent(SessionPointer session) noexcept {
+    const std::lock_guard guard(currentLock);
+    (*current).swap(session);
 }
 
 void CloseAgent(const ny_client_t* client) noexcept {
     Guarded([&] {
         if (const SessionPointer closed = TakeSession(client)) {
-            closed->gate.Close();
-            closed->gate.WaitForOthers();
+            closed->Gate().Close();
+            if (!AgentCall::IsUnderWay()) {
+                closed->Gate().WaitForOthers();
+            }
         }
     });
+}
+
+std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept {
+    SessionPointer session = CurrentSession();
+    return session != nullptr && session->Client() == client ? session : nullptr;
+}
+
+AgentUse::AgentUse() noexcept : session(CurrentSession()) {
+    if (session != nullptr) {
+        call.emplace(session->Gate());
+    }
 }

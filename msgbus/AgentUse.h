@@ -5,36 +5,65 @@
 
 #include "agent/ny_agent.h"
 #include "base/CallGate.h"
+#include "dispatcher/OpenLibrary.h"
 
-// A use of the agent by a module's thread: while it lives, the agent's client is not stopped, nor its libraries
+// One client of the agent's, from before its creation to its release: what everybody shares who is inside the agent. The
+// last one out releases the client, through the function of the libraries that made it, and lets go of them; outside of any
+// call of the agent's, which may wait there until its calls are out.
+class AgentSession {
+public:
+    // With the libraries that are open now, without a client yet. Raises std::bad_alloc.
+    static std::shared_ptr<AgentSession> Make();
+
+    // A client that somebody else releases.
+    explicit AgentSession(ny_client_t* lentClient = nullptr) noexcept : client(lentClient) {}
+    ~AgentSession();
+    AgentSession(const AgentSession&) = delete;
+    AgentSession& operator=(const AgentSession&) = delete;
+
+    // From now on the session has the client, and releases it with that function, null when there is none.
+    void Own(ny_client_t* created, int32_t (*releaseFunction)(ny_client_t* client)) noexcept;
+
+    ny_client_t* Client() const noexcept { return client; }
+    const LibrariesInUse* Libraries() const noexcept { return libraries.get(); }
+    // Closed when the client is about to be stopped.
+    CallGate& Gate() noexcept { return gate; }
+
+private:
+    ny_client_t* client;
+    int32_t (*release)(ny_client_t* client) = nullptr;
+    std::shared_ptr<LibrariesInUse> libraries;
+    CallGate gate;
+};
+
+// From now on uses are of this session, whose client was started.
+void OpenAgent(std::shared_ptr<AgentSession> session) noexcept;
+
+// No use of this client begins any more. Waits until those on other threads have ended, at most 15 seconds, so that they
+// end with the agent that they began with; not at all inside a call of the agent's. Does nothing for a client that is not
+// open.
+void CloseAgent(const ny_client_t* client) noexcept;
+
+// The session that is open, if it is this client's; else null.
+std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept;
+
+// A use of the agent by a module's thread: while it lives, the agent's client is not released, nor its libraries
 // unloaded, under it. What every export that calls the agent holds, for that call alone and never while a module is
 // called.
 class AgentUse {
 public:
-    AgentUse();
+    // Of the session that is open.
+    AgentUse() noexcept;
     AgentUse(const AgentUse&) = delete;
     AgentUse& operator=(const AgentUse&) = delete;
 
     // Test it first: false when no agent client runs, or when the one that runs is being stopped.
     explicit operator bool() const noexcept { return call.has_value() && static_cast<bool>(*call); }
-    ny_client_t* Client() const noexcept { return session->client; }
-
-    // One agent client while it runs.
-    struct Session {
-        explicit Session(ny_client_t* startedClient) noexcept : client(startedClient) {}
-
-        ny_client_t* const client;
-        CallGate gate;
-    };
+    ny_client_t* Client() const noexcept { return session->Client(); }
+    const LibrariesInUse* Libraries() const noexcept { return session->Libraries(); }
+    const std::shared_ptr<AgentSession>& Session() const noexcept { return session; }
 
 private:
-    const std::shared_ptr<Session> session;
+    const std::shared_ptr<AgentSession> session;
     std::optional<CallGate::Call> call;
 };
-
-// From now on uses are of this client, which was started. False when memory ran out.
-bool OpenAgent(ny_client_t* client) noexcept;
-
-// No use of this client begins any more. Waits until those on other threads have ended, at most 15 seconds. Does
-// nothing for a client that is not open.
-void CloseAgent(const ny_client_t* client) noexcept;

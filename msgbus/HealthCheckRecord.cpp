@@ -22,9 +22,9 @@ void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink,
     (*keptRecord)->productId = productId;
 }
 
-void ForgetClientForHealthCheck() {
+void ForgetClientForHealthCheck(const VsMsgbusClientRecord* clientRecord) {
     const std::lock_guard guard(recordLock);
-    if (*keptRecord != nullptr) {
+    if (*keptRecord != nullptr && (*keptRecord)->clientRecord == clientRecord) {
         (*keptRecord)->clientRecord = nullptr;
     }
 }

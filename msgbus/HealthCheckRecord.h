@@ -20,8 +20,8 @@ struct HealthCheckRecord {
 // Enters in the record, which is created when there is none, what an Entry gave. Raises std::bad_alloc.
 void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink, VsMsgbusClientRecord* clientRecord);
 
-// The bridge instance is about to be destroyed.
-void ForgetClientForHealthCheck();
+// The bridge instance with that record ends.
+void ForgetClientForHealthCheck(const VsMsgbusClientRecord* clientRecord);
 
 // Keeps a module's callback under that name, in the place of an older one. Does nothing while there is no record.
 // Raises std::bad_alloc.

@@ -1,12 +1,14 @@
 #include "msgbus/NyClient.h"
 
 #include <memory>
-#include <new>
+#include <mutex>
 
 #include "base/Boundary.h"
+#include "dispatcher/AgentCalls.h"
 #include "dispatcher/Dispatcher.h"
 #include "dispatcher/groups/ClientHandlerGroup.h"
 #include "dispatcher/groups/MsgbusGroup.h"
+#include "msgbus/AgentService.h"
 #include "msgbus/AgentUse.h"
 #include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusClientRecord.h"
@@ -14,46 +16,43 @@
 namespace {
 
 // A dispatcher loaded anew gets the log callback too, so that its lines go on after an upgrade.
+void GiveLogCallback(NyClient& client) noexcept {
+    DispatcherSetLogSink(client.dispatcher, {client.logCallback, client.logUserData, client.leastSevereLog,
+                                             client.owner, client.hasOwner});
+}
+
 int32_t LoadDispatcher(NyClient& client) noexcept {
     const int32_t result = DispatcherCreate(nullptr, &client.dispatcher);
     if (result == NY_OK) {
-        DispatcherSetLogSink(client.dispatcher, client.logCallback, client.logUserData, client.leastSevereLog);
+        GiveLogCallback(client);
     }
     return result;
 }
 
-void UnloadDispatcher(NyClient& client) noexcept {
-    DispatcherRelease(client.dispatcher);
-    client.dispatcher = nullptr;
+std::shared_ptr<AgentSession> ExchangeSession(NyClient& client, std::shared_ptr<AgentSession> session) noexcept {
+    const std::lock_guard guard(client.lock);
+    client.session.swap(session);
+    return session;
 }
 
+// The last one who is inside the agent releases the handler: this thread, when there is nobody else.
 void ReleaseHandler(NyClient& client) noexcept {
-    ny_client_t* const handler = client.clientHandler.exchange(nullptr);
-    if (handler == nullptr) {
-        return;
+    if (ny_client_t* const handler = client.clientHandler.exchange(nullptr)) {
+        CloseAgent(handler);
+        EndCallsOfClient(handler);
     }
-    CloseAgent(handler);
-    const int32_t result = agent::ny_client_handler_release(handler);
-    client.isHandlerLost = client.isHandlerLost || (result != NY_OK && result != NY_FUNCTION_MISSING);
-}
-
-// What is kept stays within reach, so that it is no leak to those who look for leaks.
-std::atomic<NyClient*> keptClients = nullptr;
-
-void KeepForGood(NyClient* client) noexcept {
-    client->nextKept = keptClients.load();
-    while (!keptClients.compare_exchange_weak(client->nextKept, client)) {
-    }
+    ExchangeSession(client, nullptr);
 }
 
 void LetGoOfAgent(NyClient& client) noexcept {
     ReleaseHandler(client);
     client.msgbus = nullptr;
     client.logger = nullptr;
-    UnloadDispatcher(client);
+    DispatcherRelease(client.dispatcher);
+    client.dispatcher = nullptr;
 }
 
-// What the agent answers to the settings does not matter: a client that lacks one still works.
+// The agent's answers to the settings are not looked at: a client that lacks one still works.
 void ConfigureHandler(NyClient& client, ny_client_t* handler) noexcept {
     if (client.msgbus.load() != nullptr) {
         agent::ny_client_handler_set_msgbus(handler, client.msgbus.load());
@@ -68,31 +67,64 @@ void ConfigureHandler(NyClient& client, ny_client_t* handler) noexcept {
     }
 }
 
-void TellPointProduct(NyClient& client, uint32_t state, void* userData) noexcept {
-    if (client.notification != nullptr) {
-        client.notification(&client, state, userData);
+void TellPointProduct(NyClient& client, uint32_t state) noexcept {
+    if (const NyClientNotification notification = client.notification.load()) {
+        notification(&client, state, client.notificationUserData.load());
     }
 }
 
+// The session comes first: the agent's log lines share it from the handler's creation on.
 int32_t StartHandler(NyClient& client) noexcept {
-    ny_client_t* handler = nullptr;
-    int32_t result = agent::ny_client_handler_create(client.productId.c_str(), &handler);
-    if (result != NY_OK) {
-        return result;
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
+        const std::shared_ptr<AgentSession> session = AgentSession::Make();
+        ExchangeSession(client, session);
+        ny_client_t* handler = nullptr;
+        int32_t result = agent::ny_client_handler_create(client.productId.c_str(), &handler);
+        if (result != NY_OK) {
+            ExchangeSession(client, nullptr);
+            return result;
+        }
+        session->Own(handler, agent::ny_client_handler_release.Find());
+        client.clientHandler = handler;
+        ConfigureHandler(client, handler);
+        result = agent::ny_client_handler_start(handler);
+        if (result != NY_OK) {
+            ReleaseHandler(client);
+            return result;
+        }
+        if (client.msgbus.load() == nullptr) {
+            ny_msgbus_t* bus = nullptr;
+            agent::ny_client_handler_get_msgbus(handler, &bus);
+            client.msgbus = bus;
+        }
+        OpenAgent(session);
+        return NY_OK;
+    });
+}
+
+// A share of the client's notifier, null when it has none. To be given back with NotifierDestroy.
+NyClientNotifier* ShareNotifier(NyClient& client) noexcept {
+    const std::lock_guard guard(client.lock);
+    NyClientNotifier* const notifier = client.notifier.load();
+    return notifier != nullptr ? NotifierShare(notifier) : nullptr;
+}
+
+// Ends the watcher. It may still be busy for a while when it does not end in time; its last act is then to let go of itself.
+void StopWatcher(NyClient& client) noexcept {
+    NyClientNotifier* const notifier = ShareNotifier(client);
+    if (notifier == nullptr) {
+        return;
     }
-    client.clientHandler = handler;
-    ConfigureHandler(client, handler);
-    result = agent::ny_client_handler_start(handler);
-    if (result != NY_OK) {
-        ReleaseHandler(client);
-        return result;
+    NotifierStop(notifier);
+    NyClientNotifier* current = notifier;
+    {
+        const std::lock_guard guard(client.lock);
+        if (!client.notifier.compare_exchange_strong(current, nullptr)) {
+            current = nullptr;
+        }
     }
-    if (client.msgbus.load() == nullptr) {
-        ny_msgbus_t* bus = nullptr;
-        agent::ny_client_handler_get_msgbus(handler, &bus);
-        client.msgbus = bus;
-    }
-    return NY_OK;
+    NotifierDestroy(current);
+    NotifierDestroy(notifier);
 }
 
 }  // namespace
@@ -102,41 +134,34 @@ int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noex
         return NY_INVALID_ARGUMENT;
     }
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
-        auto client = std::make_unique<NyClient>();
+        const auto client = std::make_shared<NyClient>();
         client->productId = productId;
+        AdmitAgentCalls(client.get(), {}, client, client.get());
         const int32_t result = LoadDispatcher(*client);
         if (result == NY_OK) {
-            record->client = client.release();
+            record->client = client.get();
+        } else {
+            ForgetAgentCalls(client.get());
         }
         return result;
     });
+}
+
+void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner) {
+    AdmitAgentCalls(&client, {}, owner, &client);
+    client.owner = owner;
+    client.hasOwner = true;
+    GiveLogCallback(client);
 }
 
 int32_t NyClientRelease(NyClient* client) noexcept {
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    // The watcher first: its thread uses everything else.
-    if (NyClientNotifier* const notifier = client->notifier.load()) {
-        NotifierStop(notifier);
-        const auto releaseAgain = [](void* late) { NyClientRelease(static_cast<NyClient*>(late)); };
-        if (!NotifierHasEnded(notifier) && NotifierHandOver(notifier, releaseAgain, client)) {
-            return NY_OK;
-        }
-        client->notifier = nullptr;
-        NotifierDestroy(notifier);
+    StopWatcher(*client);
+    if (!client->isReleased.load()) {
+        ChangeClient(*client, ClientChange::Release);
     }
-    LetGoOfAgent(*client);
-    if (client->isHandlerLost) {
-        // The agent may still hand its log lines to this context: it stays for good, and leads nowhere.
-        Guarded([client] {
-            client->agentLogGate.Close();
-            client->agentLogGate.WaitForOthers();
-        });
-        KeepForGood(client);
-        return NY_OK;
-    }
-    delete client;
     return NY_OK;
 }
 
@@ -148,7 +173,7 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
     client->logCallback = callback;
     client->logUserData = userData;
     client->leastSevereLog = leastSevere;
-    DispatcherSetLogSink(client->dispatcher, callback, userData, leastSevere);
+    GiveLogCallback(*client);
     return NY_OK;
 }
 
@@ -164,16 +189,19 @@ int32_t NyClientRegisterNotifications(NyClient* client, NyClientNotification cal
     if (result != NY_OK) {
         return result;
     }
+    // Of its own: the client's may be given back while the watcher starts.
+    NyClientNotifier* const share = NotifierShare(created);
     NyClientNotifier* none = nullptr;
-    if (!client->notifier.compare_exchange_strong(none, created)) {
+    if (client->notifier.compare_exchange_strong(none, created)) {
+        NyClientLog(client, SeverityProgress, nyClientModule, "registering for ny client notifications.");
+        client->stateHandler = NyClientNotifyState;
+        client->notificationUserData = userData;
+        client->notification = callback;
+        NotifierStart(created);
+    } else {
         NotifierDestroy(created);
-        return NY_OK;
     }
-    NyClientLog(client, SeverityProgress, nyClientModule, "registering for ny client notifications.");
-    client->stateHandler = NyClientNotifyState;
-    client->notification = callback;
-    client->notificationUserData = userData;
-    NotifierStart(created);
+    NotifierDestroy(share);
     return NY_OK;
 }
 
@@ -181,29 +209,13 @@ int32_t NyClientUnregisterNotifications(NyClient* client) noexcept {
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    NyClientNotifier* const notifier = client->notifier.load();
-    if (notifier == nullptr) {
+    if (client->notifier.load() == nullptr) {
         return NY_OK;
     }
     NyClientLog(client, SeverityProgress, nyClientModule, "unregistering for ny client notifications.");
-    NotifierStop(notifier);
-    if (!NotifierHasEnded(notifier)) {
-        return NY_UNEXPECTED;
-    }
-    client->notifier = nullptr;
-    NotifierDestroy(notifier);
-    if (client->notification != nullptr) {
-        client->stateHandler(client, NyClientStateStopped, client->notificationUserData);
-    }
-    client->notified = NyClientStateStopped;
-    client->notification = nullptr;
-    client->notificationUserData = nullptr;
+    StopWatcher(*client);
+    ChangeClient(*client, ClientChange::Unregister);
     return NY_OK;
-}
-
-bool NyClientHandOver(NyClient* client, void (*last)(void* userData), void* userData) noexcept {
-    NyClientNotifier* const notifier = client != nullptr ? client->notifier.load() : nullptr;
-    return notifier != nullptr && NotifierHandOver(notifier, last, userData);
 }
 
 int32_t NyClientStart(NyClient* client) noexcept {
@@ -221,13 +233,7 @@ int32_t NyClientStart(NyClient* client) noexcept {
         }
     }
     ReleaseHandler(*client);
-    int32_t result = StartHandler(*client);
-    if (result == NY_OK && !OpenAgent(client->clientHandler.load())) {
-        agent::ny_client_handler_stop(client->clientHandler.load());
-        ReleaseHandler(*client);
-        client->msgbus = nullptr;
-        result = NY_OUT_OF_MEMORY;
-    }
+    const int32_t result = StartHandler(*client);
     if (result != NY_OK) {
         NyClientLog(client, SeverityFailure, nyClientModule, "falied to start ny client.");
         return result;
@@ -252,26 +258,52 @@ int32_t NyClientStop(NyClient* client) noexcept {
     return agent::ny_client_handler_stop(client->clientHandler.load());
 }
 
-int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) noexcept {
-    if (client == nullptr || state == client->notified.load()) {
+int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* /*userData*/) noexcept {
+    if (client == nullptr || client->isReleased.load()) {
         return NY_OK;
     }
-    if (state != NyClientStateStopped) {
-        if (client->dispatcher == nullptr && LoadDispatcher(*client) != NY_OK) {
-            NyClientLog(client, SeverityFailure, nyClientModule, "failed to initialize dispatcher.");
-            return NY_OK;
-        }
-        NyClientLog(client, SeverityProgress, nyClientModule, "notifying point product to start client.");
-        TellPointProduct(*client, state, userData);
-        client->notified = NyClientStateStarted;
-        return NY_OK;
+    ChangeClient(*client, state != NyClientStateStopped ? ClientChange::Start : ClientChange::Stop, state);
+    return NY_OK;
+}
+
+void NyClientMakeStart(NyClient& client, uint32_t state) noexcept {
+    if (client.isReleased.load() || state == client.notified.load()) {
+        return;
     }
-    NyClientLog(client, SeverityProgress, nyClientModule, "notifying point product to stop client.");
-    if (ny_msgbus_t* const bus = client->msgbus.load()) {
+    if (client.dispatcher == nullptr && LoadDispatcher(client) != NY_OK) {
+        NyClientLog(&client, SeverityFailure, nyClientModule, "failed to initialize dispatcher.");
+        return;
+    }
+    NyClientLog(&client, SeverityProgress, nyClientModule, "notifying point product to start client.");
+    TellPointProduct(client, state);
+    client.notified = NyClientStateStarted;
+}
+
+void NyClientMakeStop(NyClient& client) noexcept {
+    if (client.notified.load() == NyClientStateStopped) {
+        return;
+    }
+    NyClientLog(&client, SeverityProgress, nyClientModule, "notifying point product to stop client.");
+    if (ny_msgbus_t* const bus = client.msgbus.load()) {
         agent::ny_msgbus_disable_watcher(bus);
     }
-    TellPointProduct(*client, state, userData);
-    LetGoOfAgent(*client);
-    client->notified = NyClientStateStopped;
-    return NY_OK;
+    TellPointProduct(client, NyClientStateStopped);
+    LetGoOfAgent(client);
+    client.notified = NyClientStateStopped;
+}
+
+void NyClientMakeUnregister(NyClient& client) noexcept {
+    if (client.notification.load() != nullptr) {
+        NyClientMakeStop(client);
+    }
+    client.notified = NyClientStateStopped;
+    client.notification = nullptr;
+    client.notificationUserData = nullptr;
+}
+
+void NyClientMakeRelease(NyClient& client) noexcept {
+    if (!client.isReleased.exchange(true)) {
+        LetGoOfAgent(client);
+        ForgetAgentCalls(&client);
+    }
 }

@@ -6,12 +6,15 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "base/CallGate.h"
+#include "base/Mutex.h"
 #include "dispatcher/DispatcherLog.h"
+#include "msgbus/ClientChanges.h"
 
+class AgentSession;
 struct Dispatcher;
 struct NyClient;
 struct NyClientNotifier;
@@ -23,7 +26,8 @@ enum NyClientState : uint32_t { NyClientStateStopped = 0, NyClientStateStarted =
 using NyClientStateHandler = int32_t (*)(NyClient* client, uint32_t state, void* userData);
 using NyClientNotification = void (*)(NyClient* client, uint32_t state, void* userData);
 
-struct NyClient {
+// Shared by whoever is inside: a thread that changes it, its watcher, and a log line of the agent's.
+struct NyClient : std::enable_shared_from_this<NyClient> {
     Dispatcher* dispatcher = nullptr;  // null until loaded
     std::atomic<ny_client_t*> clientHandler = nullptr;
     std::atomic<ny_msgbus_t*> msgbus = nullptr;  // borrowed from the handler
@@ -33,25 +37,34 @@ struct NyClient {
     NyClientStateHandler stateHandler = nullptr;
     std::atomic<uint32_t> started = 0;   // 1 while the client handler runs
     std::atomic<uint32_t> notified = 0;  // the state last reported to the point product
-    NyClientNotification notification = nullptr;
-    void* notificationUserData = nullptr;
-    LogLineSink logCallback = nullptr;
+    std::atomic<NyClientNotification> notification = nullptr;
+    std::atomic<void*> notificationUserData = nullptr;
+    LogLineSink logCallback = nullptr;  // set before anybody else knows the context
     void* logUserData = nullptr;
     LogSeverity leastSevereLog = SeverityDetail;        // of the dispatcher's lines
     std::atomic<NyClientNotifier*> notifier = nullptr;  // null when not registered
     ny_passphrase_callback_t passphraseCallback = nullptr;
     void* passphraseUserData = nullptr;
-    bool isHandlerLost = false;  // the agent refused to let go of a handler: it may still call back
-    NyClient* nextKept = nullptr;
-    CallGate agentLogGate;  // the agent's log lines; closed once they must lead nowhere
+
+    std::weak_ptr<void> owner;  // of the context and of what its callbacks lead to, see NyClientOwnedBy
+    bool hasOwner = false;
+    std::atomic<bool> isReleased = false;
+    PendingChanges pending;
+
+    Mutex lock;  // guards the following, and taking a share of the notifier
+    std::shared_ptr<AgentSession> session;
 };
 
 // Creates a context for a product id, with the dispatcher loaded, and stores it in the record's first field.
 // NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; the dispatcher's code.
 int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noexcept;
 
-// Stops the watcher, releases the client handler and the dispatcher and frees the context. A context whose watcher does
-// not end in time is freed by the watcher's thread. NY_INVALID_ARGUMENT for null, else NY_OK.
+// Has `owner` shared, in place of the context alone, by whoever is inside the context from now on. To be called before
+// anybody else knows the context, whose owner then releases it. Raises std::bad_alloc.
+void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner);
+
+// Stops the watcher and lets go of client handler, dispatcher and context: at once, or when the change of a client that
+// is under way has ended. Whoever is still inside frees the context. NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t NyClientRelease(NyClient* client) noexcept;
 
 // Where this client's and the dispatcher's log lines go. Of the dispatcher's, a callback that drops lines less severe
@@ -64,21 +77,17 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
 // watcher exists; the code of the watcher's creation.
 int32_t NyClientRegisterNotifications(NyClient* client, NyClientNotification callback, void* userData) noexcept;
 
-// Stops and destroys the watcher and tells the callback of the stop when it was told of a start. NY_INVALID_ARGUMENT
-// for null; NY_OK, also without a watcher; NY_UNEXPECTED when the watcher's thread did not end in time: then nothing is
-// destroyed and nobody told, see NyClientHandOver.
+// Stops the watcher, lets go of it, and tells the callback of the stop when it was told of a start: at once, or when the
+// change of a client that is under way has ended. NY_INVALID_ARGUMENT for null, else NY_OK, also without a watcher.
 int32_t NyClientUnregisterNotifications(NyClient* client) noexcept;
-
-// Leaves what remains to be done to the watcher's thread, which calls `last(userData)` when it ends. False when there
-// is no such thread any more: the caller does it then.
-bool NyClientHandOver(NyClient* client, void (*last)(void* userData), void* userData) noexcept;
 
 // Creates and starts the agent's client handler. NY_OK, also when it is started already; the first failing call's code.
 int32_t NyClientStart(NyClient* client) noexcept;
 // Stops the client handler; not started is no failure.
 int32_t NyClientStop(NyClient* client) noexcept;
 
-// The state handler: passes a state that is new on to the callback; after a stop lets go of handler and libraries.
+// The state handler: passes a state that is new on to the callback; after a stop lets go of handler and libraries. At once,
+// or when the change of a client that is under way has ended.
 int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) noexcept;
 
 // Formats one line, cut at 2,047 characters, and hands it to the log callback if there is one, else to the agent's
@@ -86,8 +95,15 @@ int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) no
 [[gnu::format(printf, 4, 5)]] int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module,
                                                   const char* format, ...) noexcept;
 
-// What the agent is given as its client's log callback, with the context as user data.
+// What the agent is given as its client's log callback, with the context as user data. NY_UNEXPECTED for a line that
+// comes when the context is gone.
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept;
 
 // The module name of every line of the client and its watcher.
 inline constexpr char nyClientModule[] = "ny_client";
+
+// The changes of ClientChanges.h, made by the thread that is at them.
+void NyClientMakeStop(NyClient& client) noexcept;
+void NyClientMakeStart(NyClient& client, uint32_t state) noexcept;
+void NyClientMakeUnregister(NyClient& client) noexcept;
+void NyClientMakeRelease(NyClient& client) noexcept;

@@ -1,8 +1,11 @@
 #include <cstdarg>
 #include <cstdio>
+#include <mutex>
 
 #include "base/Boundary.h"
+#include "dispatcher/AgentCalls.h"
 #include "dispatcher/groups/LoggerGroup.h"
+#include "msgbus/AgentUse.h"
 #include "msgbus/NyClient.h"
 
 namespace {
@@ -16,6 +19,12 @@ int32_t Deliver(NyClient& client, uint32_t severity, const char* module, const c
         return agent::ny_log(client.logger, severity, module, "", 0, "", "%s", message);
     }
     return NY_OK;
+}
+
+// The thread returns into the agent's library.
+std::shared_ptr<AgentSession> ShareSessionOf(NyClient& client) noexcept {
+    const std::lock_guard guard(client.lock);
+    return client.session;
 }
 
 }  // namespace
@@ -38,8 +47,10 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    return Guarded<int32_t>(NY_UNEXPECTED, [&]() -> int32_t {
-        const CallGate::Call call(client->agentLogGate);
-        return call ? Deliver(*client, severity, module, message) : NY_OK;
-    });
+    const AgentCall call(client, {});
+    if (!call) {
+        return NY_UNEXPECTED;
+    }
+    const std::shared_ptr<AgentSession> session = ShareSessionOf(*client);
+    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return Deliver(*client, severity, module, message); });
 }

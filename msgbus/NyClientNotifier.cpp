@@ -1,11 +1,13 @@
 #include "msgbus/NyClientNotifier.h"
 
 #include <memory>
-#include <mutex>
 #include <new>
+#include <utility>
 
 #include "agent/ny_agent.h"
+#include "dispatcher/AgentCalls.h"
 #include "dispatcher/DispatcherLog.h"
+#include "msgbus/ClientChanges.h"
 #include "msgbus/NyClient.h"
 
 namespace {
@@ -28,55 +30,35 @@ void Free(NyClientNotifier* notifier) noexcept {
     delete notifier;
 }
 
-// Tells who was promised the thread's last call. From here on the notifier may be gone.
-void SayLast(NyClientNotifier& notifier) noexcept {
-    void (*last)(void*) = nullptr;
-    void* userData = nullptr;
-    {
-        const std::lock_guard guard(notifier.endLock);
-        notifier.hasEnded = true;
-        last = notifier.last;
-        userData = notifier.lastUserData;
-    }
-    if (last != nullptr) {
-        last(userData);
-    }
-}
-
-// The thread holds this library: a module that unloads it without leaving first must not take the code away from under
-// the thread.
 DWORD WINAPI RunThread(void* parameter) {
-    NyClientNotifier& notifier = *static_cast<NyClientNotifier*>(parameter);
-    HMODULE const library = notifier.library;
-    notifier.threadId = ::GetCurrentThreadId();
-    NotifierWatch(notifier);
-    SayLast(notifier);
-    if (library != nullptr) {
-        ::FreeLibraryAndExitThread(library, 0);
-    }
+    auto* const notifier = static_cast<NyClientNotifier*>(parameter);
+    notifier->threadId = ::GetCurrentThreadId();
+    NotifierWatch(*notifier);
+    // Last, because the client may end with it.
+    const std::shared_ptr<void> client = std::move(notifier->clientShare);
+    NotifierDestroy(notifier);
     return 0;
 }
 
-HMODULE HoldThisLibrary() noexcept {
-    HMODULE library = nullptr;
-    ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&RunThread), &library);
-    return library;
-}
-
 bool CreateWatchingThread(NyClientNotifier& notifier) noexcept {
-    notifier.library = HoldThisLibrary();
+    notifier.clientShare = FindAgentCalls(notifier.client, {});
     // Before the thread exists: it may end, and say so, before CreateThread returns.
-    notifier.exitRequested = 0;
     notifier.running = 1;
-    notifier.thread = ::CreateThread(nullptr, 0, RunThread, &notifier, 0, nullptr);
+    notifier.thread = ::CreateThread(nullptr, 0, RunThread, NotifierShare(&notifier), 0, nullptr);
     if (notifier.thread != nullptr) {
         return true;
     }
     notifier.running = 0;
-    if (notifier.library != nullptr) {
-        ::FreeLibrary(notifier.library);
-    }
+    notifier.clientShare.reset();
+    NotifierDestroy(&notifier);
     return false;
+}
+
+// How long the thread may be waited for.
+DWORD StopTimeout(const NyClientNotifier& notifier) noexcept {
+    const DWORD thread = notifier.threadId.load();
+    const bool isWaste = IsOwnThread(notifier) || (AgentCall::IsUnderWay() && IsChangingClients(thread));
+    return isWaste ? 0 : notifier.stopTimeout;
 }
 
 }  // namespace
@@ -100,12 +82,13 @@ int32_t NotifierCreate(NyClient* client, NyClientNotifier** out) noexcept {
     return NY_OK;
 }
 
+NyClientNotifier* NotifierShare(NyClientNotifier* notifier) noexcept {
+    notifier->shares.fetch_add(1);
+    return notifier;
+}
+
 int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept {
-    if (notifier == nullptr) {
-        return NY_OK;
-    }
-    const auto freeLate = [](void* late) { Free(static_cast<NyClientNotifier*>(late)); };
-    if (!NotifierHandOver(notifier, freeLate, notifier)) {
+    if (notifier != nullptr && notifier->shares.fetch_sub(1) == 1) {
         Free(notifier);
     }
     return NY_OK;
@@ -121,6 +104,9 @@ int32_t NotifierStart(NyClientNotifier* notifier) noexcept {
         return NY_OK;
     }
     NotifierCheckAgent(notifier);
+    if (notifier->exitRequested.load() != 0) {
+        return NY_UNEXPECTED;
+    }
     if (!CreateWatchingThread(*notifier)) {
         NyClientLog(notifier->client, SeverityFailure, nyClientModule, "failed to start ny client notifier.");
         return NY_UNEXPECTED;
@@ -133,17 +119,15 @@ int32_t NotifierStop(NyClientNotifier* notifier) noexcept {
     if (notifier == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
+    notifier->exitRequested = 1;
     if (notifier->running.load() == 0) {
         return NY_OK;
     }
-    notifier->exitRequested = 1;
     // Either event ends the thread's wait.
     if (::SetEvent(notifier->stopEvent) == FALSE) {
         ::SetEvent(notifier->changeEvent);
     }
-    // On its own thread the wait could only time out.
-    const DWORD timeout = IsOwnThread(*notifier) ? 0 : notifier->stopTimeout;
-    const DWORD result = ::WaitForSingleObject(notifier->thread, timeout);
+    const DWORD result = ::WaitForSingleObject(notifier->thread, StopTimeout(*notifier));
     if (result == WAIT_OBJECT_0) {
         NyClientLog(notifier->client, SeverityProgress, nyClientModule,
                     "ny client notifier thread stopped successfully.");
@@ -154,36 +138,4 @@ int32_t NotifierStop(NyClientNotifier* notifier) noexcept {
                 result == WAIT_TIMEOUT ? "failed to stop ny client notifier thread."
                                        : "unknown error to stop ny client notifier thread.");
     return notifier->running.load() != 0 ? NY_UNEXPECTED : NY_OK;
-}
-
-bool NotifierHasEnded(NyClientNotifier* notifier) noexcept {
-    if (notifier->thread == nullptr) {
-        return true;
-    }
-    if (IsOwnThread(*notifier)) {
-        const std::lock_guard guard(notifier->endLock);
-        return notifier->hasEnded;
-    }
-    // A thread that has left its loop is about to end; one that has not was waited for by NotifierStop.
-    const DWORD timeout = notifier->running.load() != 0 ? 0 : notifier->stopTimeout;
-    return ::WaitForSingleObject(notifier->thread, timeout) == WAIT_OBJECT_0;
-}
-
-bool NotifierHandOver(NyClientNotifier* notifier, void (*last)(void* userData), void* userData) noexcept {
-    if (notifier->thread == nullptr) {
-        return false;
-    }
-    {
-        const std::lock_guard guard(notifier->endLock);
-        if (!notifier->hasEnded) {
-            notifier->last = last;
-            notifier->lastUserData = userData;
-            return true;
-        }
-    }
-    // Past its last look at the notifier, or a few instructions before it.
-    if (!IsOwnThread(*notifier)) {
-        ::WaitForSingleObject(notifier->thread, notifier->stopTimeout);
-    }
-    return false;
 }

@@ -6,8 +6,8 @@
 
 #include <atomic>
 #include <cstdint>
+#include <memory>
 
-#include "base/Mutex.h"
 #include "msgbus/AgentKey.h"
 
 struct NyClient;
@@ -28,38 +28,32 @@ struct NyClientNotifier {
     uint32_t pauseTimeout = notifierWaitMilliseconds;  // between two looks for a missing key
     uint32_t stopTimeout = notifierWaitMilliseconds;   // for the thread to end
     std::atomic<DWORD> threadId = 0;
-    HMODULE library = nullptr;  // this code, held for as long as the thread runs
-
-    Mutex endLock;  // guards the following
-    bool hasEnded = false;
-    void (*last)(void* userData) = nullptr;
-    void* lastUserData = nullptr;
+    std::atomic<uint32_t> shares = 1;
+    std::shared_ptr<void> clientShare;  // the thread's, of its client
 };
 
 // NY_OK with the notifier, without a thread, in `out`; NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; NY_UNEXPECTED
 // when an event cannot be created.
 int32_t NotifierCreate(NyClient* client, NyClientNotifier** out) noexcept;
 
-// Frees the notifier; one whose thread still runs is freed by that thread when it ends. Null is accepted. NY_OK.
+// One more share of the notifier, which is freed with the last one. Its thread has one of its own.
+NyClientNotifier* NotifierShare(NyClientNotifier* notifier) noexcept;
+
+// Gives a share back. Null is accepted. NY_OK.
 int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept;
 
-// Looks for the agent once, on the calling thread, then starts the watching thread. NY_OK when it runs, also when it
-// ran already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when the thread could not be created.
+// Looks for the agent once, on the calling thread, then starts the watching thread, unless the notifier was stopped
+// meanwhile. NY_OK when it runs, also when it ran already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when there is no thread.
 int32_t NotifierStart(NyClientNotifier* notifier) noexcept;
 
-// Asks the thread to end and waits for it, at most 15 seconds, or not at all when called on that thread itself. NY_OK
-// when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when it still runs.
+// Asks the thread to end and waits for it, at most 15 seconds; not at all on that thread itself, nor inside a call of the
+// agent's while the thread is at a change of a client, which may be waiting for that call. From now on the client is told
+// nothing that was not begun. NY_OK when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when it
+// still runs.
 int32_t NotifierStop(NyClientNotifier* notifier) noexcept;
 
 // Looks for the agent: reports state 1 when it is installed. Always NY_OK.
 int32_t NotifierCheckAgent(NyClientNotifier* notifier) noexcept;
-
-// Whether the thread, if there was one, is done with the notifier and its client; to be asked after NotifierStop.
-bool NotifierHasEnded(NyClientNotifier* notifier) noexcept;
-
-// Has the thread call `last(userData)` as the last thing it does with this notifier, which `last` may destroy. False,
-// and nothing happens, when the thread has ended.
-bool NotifierHandOver(NyClientNotifier* notifier, void (*last)(void* userData), void* userData) noexcept;
 
 // The thread's body up to its exit: see NyClientNotifierThread.cpp.
 void NotifierWatch(NyClientNotifier& notifier) noexcept;

@@ -12,7 +12,7 @@ constexpr DWORD failedWaitPause = 100;
 
 void Tell(NyClientNotifier& notifier, uint32_t state) noexcept {
     NyClient* const client = notifier.client;
-    if (client->stateHandler != nullptr) {
+    if (notifier.exitRequested.load() == 0 && client->stateHandler != nullptr) {
         client->stateHandler(client, state, client->notificationUserData);
     }
 }

@@ -7,7 +7,7 @@
 #include "base/Boundary.h"
 #include "base/Mutex.h"
 #include "base/UntilUnloaded.h"
-#include "msgbus/AgentService.h"
+#include "dispatcher/AgentCalls.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/ServiceFactory.h"
 #include "values/AgentException.h"
@@ -20,8 +20,8 @@ using VsKit::CUniStream;
 namespace {
 
 std::atomic<VsMsgbus*> currentBridge = nullptr;
-// Held for taking the instance back, and for a look at one that must not be destroyed meanwhile.
-Mutex bridgeLock;
+Mutex bridgeLock;  // held for a copy or an exchange alone
+UntilUnloaded<std::shared_ptr<VsMsgbus>> sharedBridge;
 
 // In the order in which Start creates the service objects, and in which a product is attached to them.
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
@@ -62,20 +62,40 @@ VsMsgbus* CurrentBridge() noexcept {
     return currentBridge.load();
 }
 
-VsMsgbus* PublishBridge(VsMsgbus* created) noexcept {
-    VsMsgbus* present = nullptr;
-    return currentBridge.compare_exchange_strong(present, created) ? created : present;
+std::shared_ptr<VsMsgbus> ShareBridge() noexcept {
+    const std::lock_guard guard(bridgeLock);
+    return *sharedBridge;
 }
 
-void WithdrawBridge(VsMsgbus* instance) noexcept {
+std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept {
     const std::lock_guard guard(bridgeLock);
-    currentBridge.compare_exchange_strong(instance, nullptr);
+    if (*sharedBridge == nullptr) {
+        *sharedBridge = created;
+        currentBridge = created.get();
+    }
+    return *sharedBridge;
+}
+
+void WithdrawBridge(const VsMsgbus* instance) noexcept {
+    std::shared_ptr<VsMsgbus> withdrawn;
+    const std::lock_guard guard(bridgeLock);
+    if (sharedBridge.Get().get() == instance) {
+        withdrawn.swap(*sharedBridge);
+        currentBridge = nullptr;
+    }
 }
 
 VsMsgbusIoPointer ShareService(int32_t kind) {
-    const std::lock_guard guard(bridgeLock);
-    VsMsgbus* const bridge = CurrentBridge();
+    const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
     return bridge != nullptr ? bridge->ShareIo(kind) : nullptr;
+}
+
+std::shared_ptr<VsMsgbus> VsMsgbus::Make(const char* productId) {
+    auto made = std::make_shared<VsMsgbus>(productId);
+    if (made->HasClient()) {
+        NyClientOwnedBy(*made->client, made);
+    }
+    return made;
 }
 
 VsMsgbus::VsMsgbus(const char* productId) {
@@ -86,31 +106,32 @@ VsMsgbus::VsMsgbus(const char* productId) {
 }
 
 VsMsgbus::~VsMsgbus() {
-    const bool mayStillBeCalled = HasClient() && clientRecord->client->isHandlerLost;
+    // First, with the watcher, which uses everything else.
     clientRecord.reset();
-    WithdrawBridge(this);
-    if (mayStillBeCalled) {
-        // The agent holds on to a client, and through it to these objects: they stay for good.
-        static Mutex keptLock;
-        static UntilUnloaded<RetiredIos> kept;
-        const std::lock_guard guard(keptLock);
-        kept.Get().merge(retiredIos);
-    }
 }
 
 void VsMsgbus::CreateClient(const char* productId) {
     auto record = std::make_unique<VsMsgbusClientRecord>();
     record->isOwned = 1;
     Check(NyClientCreate(productId, record.get()));
+    client = record->client->shared_from_this();
     clientRecord = std::move(record);
     clientRecord->logger = this;
     // Log drops all other lines.
     Check(NyClientSetLogCallback(clientRecord->client, LogToRecord, clientRecord.get(), SeverityFailure));
 }
 
-void VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {
+bool VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {
     const std::lock_guard guard(productsLock);
-    products.try_emplace(productId, serviceMask);
+    if (!hasEnded) {
+        products.try_emplace(productId, serviceMask);
+    }
+    return !hasEnded;
+}
+
+bool VsMsgbus::EndWithoutProducts() {
+    const std::lock_guard guard(productsLock);
+    return products.empty() && !std::exchange(hasEnded, true);
 }
 
 void VsMsgbus::RemoveProduct(const std::string& productId) {
@@ -131,6 +152,23 @@ bool VsMsgbus::HasProduct(std::string_view productId) {
 VsMsgbus::ProductTable VsMsgbus::CopyProducts() {
     const std::lock_guard guard(productsLock);
     return products;
+}
+
+void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask) {
+    if (!HasProduct(productId)) {
+        return;
+    }
+    try {
+        AttachProduct(productId, serviceMask);
+    } catch (const corvane::ny::utils::exception&) {
+        // Who leaves at this moment may have the agent refuse: that is not this product's business any more.
+        if (HasProduct(productId)) {
+            throw;
+        }
+    }
+    if (!HasProduct(productId)) {
+        StopIosForProduct(productId);
+    }
 }
 
 void VsMsgbus::AttachProduct(const std::string& productId, uint32_t serviceMask) {
@@ -166,6 +204,11 @@ void VsMsgbus::UnregisterForNotifications() noexcept {
                       text << L"Failed to unregister for VsMsgbus client notification due to, exception:[" << what
                            << L"]";
                   });
+}
+
+void VsMsgbus::End() noexcept {
+    UnregisterForNotifications();
+    NyClientRelease(client.get());
 }
 
 void VsMsgbus::OnNotification(VsMsgbusClientRecord& /*record*/, int32_t type) {
@@ -209,20 +252,15 @@ void VsMsgbus::CreateServices() {
     }
 }
 
-// A product that leaves while it is being attached has looked at the services before or after this: before, and the
-// table tells it here; after, and it ends the registration itself.
 void VsMsgbus::AttachEnteredProducts() {
     const CallGate::Call start(startsAndStops);
     for (const auto& [productId, serviceMask] : CopyProducts()) {
-        AttachProduct(productId, serviceMask);
-        if (!HasProduct(productId)) {
-            StopIosForProduct(productId);
-        }
+        AttachEntered(productId, serviceMask);
     }
 }
 
 void VsMsgbus::WaitForStartOrStop() noexcept {
-    if (!AgentCallbacks().IsInside()) {
+    if (!AgentCall::IsUnderWay()) {
         Guarded([this] { startsAndStops.WaitForOthers(); });
     }
 }

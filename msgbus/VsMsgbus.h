@@ -26,6 +26,8 @@ class VsMsgbus : public VsMsgbusIoContainer,
 public:
     // Creates the agent client for the product id. A failure leaves an instance without a client, see HasClient.
     explicit VsMsgbus(const char* productId);
+    // The same as an instance that whoever is inside its client shares. Ended by End. Raises std::bad_alloc.
+    static std::shared_ptr<VsMsgbus> Make(const char* productId);
     ~VsMsgbus() override;
     VsMsgbus(const VsMsgbus&) = delete;
     VsMsgbus& operator=(const VsMsgbus&) = delete;
@@ -34,13 +36,18 @@ public:
     VsMsgbusClientRecord* ClientRecord() const noexcept { return clientRecord.get(); }
     bool IsStarted() const noexcept { return started.load() != 0; }
 
-    // Enters a product; one that is entered keeps its mask.
-    void AddProduct(const std::string& productId, uint32_t serviceMask);
+    // Enters a product; one that is entered keeps its mask. False once the instance has ended.
+    bool AddProduct(const std::string& productId, uint32_t serviceMask);
     void RemoveProduct(const std::string& productId);
     bool HasProduct(std::string_view productId);
     bool HasProducts();
+    // Takes no product any more, if there is none now. Whether that is so, the first time.
+    bool EndWithoutProducts();
 
-    // Attaches the product to every service of the mask that exists. Raises the agent exception when the agent refuses.
+    // Attaches the product to every service of the mask that exists, as long as it is entered: what leaves meanwhile, from
+    // inside a callback or on another thread, is not left behind. Raises the agent exception when the agent refuses.
+    void AttachEntered(const std::string& productId, uint32_t serviceMask);
+    // The same for any product.
     void AttachProduct(const std::string& productId, uint32_t serviceMask);
     // Ends the product's registration with every service; a refusal does not keep the others.
     void StopIosForProduct(const std::string& productId);
@@ -51,6 +58,9 @@ public:
 
     void RegisterForNotifications() noexcept;
     void UnregisterForNotifications() noexcept;
+    // Ends the watcher, the services and the client: now, or after the change of a client that is under way. The instance
+    // is destroyed when nobody is inside any more.
+    void End() noexcept;
 
     // corvane::ny::notification_handler: type 1 starts, type 0 stops, others do nothing.
     void OnNotification(VsMsgbusClientRecord& record, int32_t type) override;
@@ -61,7 +71,6 @@ public:
 
 private:
     using ProductTable = std::map<std::string, uint32_t, std::less<>>;
-    using RetiredIos = std::multimap<int32_t, VsMsgbusIoPointer>;
 
     void CreateClient(const char* productId);
     void Start() noexcept;
@@ -69,29 +78,31 @@ private:
     void CreateServices();
     void AttachEnteredProducts();
     void AttachProductToIo(int32_t kind, const std::string& productId);
-    // Unregisters (the product, then whatever else is left) and destroys every service object. Without a product: the
-    // last one has left already.
+    // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product, when
+    // the last one has left already, nobody is told of a refusal.
     void ReleaseAllIos(const std::string* productId);
     static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
 
     ProductTable CopyProducts();
 
+    std::shared_ptr<NyClient> client;
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
     Mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products;
+    bool hasEnded = false;
     CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;
-    // Service objects that the agent did not let go of: it may call them until its client is gone.
-    RetiredIos retiredIos;
 };
 
-// The process-wide instance, null until the first successful Entry and again after the last Exit.
+// The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a look
+// whether there is one, or which; the second for using it.
 VsMsgbus* CurrentBridge() noexcept;
+std::shared_ptr<VsMsgbus> ShareBridge() noexcept;
 // Makes `created` the process-wide instance unless there is one; returns the one there is.
-VsMsgbus* PublishBridge(VsMsgbus* created) noexcept;
+std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept;
 // Takes it back, if it is this one.
-void WithdrawBridge(VsMsgbus* instance) noexcept;
+void WithdrawBridge(const VsMsgbus* instance) noexcept;
 
-// The process-wide instance's service object of that kind, or null. For threads that nobody keeps from running beside
-// an Exit: what is shared outlives the instance, but may have ended its registrations at any time.
+// The process-wide instance's service object of that kind, or null. What is shared may have ended its registrations at
+// any time.
 VsMsgbusIoPointer ShareService(int32_t kind);

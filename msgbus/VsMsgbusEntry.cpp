@@ -20,40 +20,45 @@ namespace {
 //
 // One thread creates it at a time, although Entries should not meet: the log lines of a second one, made and thrown
 // away beside the first, would lead nowhere.
-VsMsgbus* ObtainBridge(const char* productId) {
+std::shared_ptr<VsMsgbus> ObtainBridge(const char* productId) {
     static Mutex creation;
     const std::lock_guard guard(creation);
-    if (VsMsgbus* const present = CurrentBridge()) {
+    if (std::shared_ptr<VsMsgbus> present = ShareBridge()) {
         return present;
     }
-    auto created = std::make_unique<VsMsgbus>(productId);
-    if (!created->HasClient()) {
-        return nullptr;
+    const std::shared_ptr<VsMsgbus> created = VsMsgbus::Make(productId);
+    return created->HasClient() ? PublishBridge(created) : nullptr;
+}
+
+// Enters the product into the bridge instance that there is: into another one when that one ends meanwhile.
+std::shared_ptr<VsMsgbus> EnterProduct(const char* productId, uint32_t serviceMask) {
+    for (;;) {
+        std::shared_ptr<VsMsgbus> bridge = ObtainBridge(productId);
+        if (bridge == nullptr || bridge->AddProduct(productId, serviceMask)) {
+            return bridge;
+        }
+        WithdrawBridge(bridge.get());
     }
-    VsMsgbus* const bridge = PublishBridge(created.get());
-    if (bridge == created.get()) {
-        static_cast<void>(created.release());
-    }
-    return bridge;
 }
 
 void Enter(VsMsgbus& bridge, const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink) {
     if (!bridge.IsStarted()) {
         bridge.RegisterForNotifications();
         RecordForHealthCheck(productId, logSink, bridge.ClientRecord());
+        if (CurrentBridge() != &bridge) {
+            // It has ended meanwhile.
+            ForgetClientForHealthCheck(bridge.ClientRecord());
+        }
     }
-    bridge.AttachProduct(productId, serviceMask);
+    bridge.AttachEntered(productId, serviceMask);
 }
 
-// Ends the watcher, and with it the services, and frees the instance.
-void DestroyBridge(VsMsgbus* bridge) noexcept {
-    bridge->UnregisterForNotifications();
-    // A watcher that is still busy with the instance does the rest itself when it is done.
-    const auto destroyLate = [](void* late) { DestroyBridge(static_cast<VsMsgbus*>(late)); };
-    if (NyClientHandOver(bridge->ClientRecord()->client, destroyLate, bridge)) {
-        WithdrawBridge(bridge);
-    } else {
-        delete bridge;
+// Ends the instance when the last product has left it.
+void EndIfEmpty(VsMsgbus& bridge) {
+    if (bridge.EndWithoutProducts()) {
+        ForgetClientForHealthCheck(bridge.ClientRecord());
+        WithdrawBridge(&bridge);
+        bridge.End();
     }
 }
 
@@ -72,32 +77,28 @@ void Leave(VsMsgbus& bridge, const char* productId) {
     RunForProduct(L"exit", productId, [&] { bridge.StopIosForProduct(product); });
     // What the watcher's thread has in hand at this moment may be this product.
     bridge.WaitForStartOrStop();
-    if (!bridge.HasProducts()) {
-        ForgetClientForHealthCheck();
-        DestroyBridge(&bridge);
-    }
+    EndIfEmpty(bridge);
 }
 
 bool EnterBridge(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink, VsMsgbus** outInstance) {
-    VsMsgbus* const bridge = ObtainBridge(productId);
+    const std::shared_ptr<VsMsgbus> bridge = EnterProduct(productId, serviceMask);
     if (bridge == nullptr) {
         return false;
     }
     return RunForProduct(L"entry", productId, [&] {
-        bridge->AddProduct(productId, serviceMask);
-        *outInstance = bridge;
+        *outInstance = bridge.get();
         Enter(*bridge, productId, serviceMask, logSink);
     });
 }
 
 // Leaves nothing behind of an Entry that failed before its product was entered.
 void UndoEntry(const char* productId, bool isSinkOurs) {
-    VsMsgbus* const bridge = CurrentBridge();
+    const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
     if (bridge != nullptr && bridge->HasProduct(productId)) {
         return;
     }
-    if (bridge != nullptr && !bridge->HasProducts()) {
-        DestroyBridge(bridge);
+    if (bridge != nullptr) {
+        EndIfEmpty(*bridge);
     }
     if (isSinkOurs) {
         ClearLogSink();
@@ -123,9 +124,10 @@ bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILo
 }
 
 bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
-    // An instance that is not the process's own was destroyed by an earlier Exit.
-    if (instance != nullptr && instance == CurrentBridge() && productId != nullptr) {
-        RunForProduct(L"exit", productId, [&] { Leave(*instance, productId); });
+    const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
+    // An instance that is not the process's own was ended by an earlier Exit.
+    if (bridge != nullptr && bridge.get() == instance && productId != nullptr) {
+        RunForProduct(L"exit", productId, [&] { Leave(*bridge, productId); });
     }
     ClearLogSink();
     return true;

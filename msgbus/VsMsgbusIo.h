@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 // The kinds of service objects. Each equals the bit of its service in the mask of VsMsgbusEntry.
@@ -12,7 +13,7 @@ enum VsMsgbusIoKind : int32_t {
 };
 
 // A service object: what the agent calls for one kind of request, for every product registered with it.
-class VsMsgbusIo {
+class VsMsgbusIo : public std::enable_shared_from_this<VsMsgbusIo> {
 public:
     virtual ~VsMsgbusIo() = default;
 

@@ -29,13 +29,11 @@ void VsMsgbus::ReleaseAllIos(const std::string* productId) {
     const CallGate::Call stop(startsAndStops);
     CUniStream text;
     VsMsgbusIoMap taken = TakeIos();
-    for (auto entry = taken.begin(); entry != taken.end();) {
-        const auto current = entry++;
-        const int32_t kind = current->first;
+    for (auto& [kind, io] : taken) {
         try {
-            if (current->second != nullptr) {
-                UnregisterIo(*current->second, productId);
-                current->second.reset();
+            if (io != nullptr) {
+                UnregisterIo(*io, productId);
+                io.reset();
             }
             text << L"Successfully released/unregistered VsMsgbus io [" << kind << L"]";
             continue;
@@ -44,9 +42,10 @@ void VsMsgbus::ReleaseAllIos(const std::string* productId) {
         } catch (...) {
             text << L"Failed to release VsMsgbus io due to unknown exception";
         }
-        WriteBridgeLog(text);
-        // The agent may still call it, so it is not destroyed now.
-        retiredIos.insert(taken.extract(current));
+        // The agent may still call it: what is admitted for such calls keeps it until the agent's client is let go of.
+        if (productId != nullptr) {
+            WriteBridgeLog(text);
+        }
     }
 }
 

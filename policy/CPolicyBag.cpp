@@ -64,11 +64,12 @@ void CPolicyBag::Dump(VsKitMsgbus::lpc_buffer* result) noexcept {
 
 std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
     std::string digests;
-    if (IsOpen() && wantedId != nullptr) {
+    const std::shared_ptr<AgentSession> session = OpenSession();
+    if (session != nullptr && wantedId != nullptr) {
         GuardedBy<exception>(
             false,
             [&] {
-                WithMemory([&] { AppendDigests(wantedId, digests); });
+                WithMemory([&] { AppendDigests(*session, wantedId, digests); });
                 return true;
             },
             [](const exception& failure) {
@@ -80,28 +81,31 @@ std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
     return digests;
 }
 
-// A module that leaves the bridge from inside its enforcer takes the client with it.
-bool CPolicyBag::IsOpen() const noexcept {
+std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {
     if (closed != 0 || client == nullptr) {
-        return false;
+        return nullptr;
     }
     const AgentUse use;
-    return use && use.Client() == client;
+    return use && use.Client() == client ? use.Session() : nullptr;
 }
 
 bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const {
-    if (!IsOpen() || wantedId == nullptr || callbacks == nullptr) {
+    const std::shared_ptr<AgentSession> session = OpenSession();
+    if (session == nullptr || wantedId == nullptr || callbacks == nullptr) {
         return false;
     }
     try {
+        const PolicyFunctions policies(session->Libraries());
+        const TextFunctions texts = LookUpTextFunctions(session->Libraries());
         PolicyBagOwner bag;
-        PolicyQuery query;
+        PolicyQuery query(policies);
         query.SetProduct(NarrowId(wantedId).c_str());
         if (account != nullptr) {
             query.SetUser(NarrowAccount(account->domain, account->user).c_str());
         }
         bag = query.Fetch(client);
-        PolicyWalk(*callbacks, account != nullptr ? PolicyWalk::Scope::User : PolicyWalk::Scope::Machine)
+        PolicyWalk(policies, texts, *callbacks,
+                   account != nullptr ? PolicyWalk::Scope::User : PolicyWalk::Scope::Machine)
             .Run(bag.Get());
         return true;
     } catch (const exception& failure) {
@@ -123,16 +127,17 @@ void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcep
     });
 }
 
-void CPolicyBag::AppendDigests(const char* wantedId, std::string& digests) const {
+void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const {
+    const PolicyFunctions policies(session.Libraries());
     PolicyBagOwner bag;
-    PolicyQuery query;
+    PolicyQuery query(policies);
     query.SetProduct(wantedId);
     bag = query.Fetch(client);
-    PolicyUris uris(bag.Get());
+    PolicyUris uris(policies, bag.Get());
     ny_policy_uri_t* uri = nullptr;
     while (uris.Next(uri)) {
         const char* digest = nullptr;
-        Check(agent::ny_policy_uri_get_pso_digest(uri, &digest));
+        Check(policies(agent::ny_policy_uri_get_pso_digest)(uri, &digest));
         digests += digest != nullptr ? digest : "";
     }
 }

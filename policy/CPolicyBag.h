@@ -1,11 +1,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <string>
 
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
+
+class AgentSession;
 
 // What a module reads its policies through while it enforces them: lives for one EnforcePolicy, on that thread.
 class CPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag {
@@ -33,11 +36,13 @@ private:
         const wchar_t* user;
     };
 
-    bool IsOpen() const noexcept;
+    // The bridge's session when it is with the bag's client: what a walk must hold while it reads. Null for a bag that
+    // is closed, and when a module has left the bridge from inside its enforcer: that took the client with it.
+    std::shared_ptr<AgentSession> OpenSession() const noexcept;
     // A null account stands for the machine.
     bool Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const;
     void LogFailure(const wchar_t* wantedId, int32_t code) const noexcept;
-    void AppendDigests(const char* wantedId, std::string& digests) const;
+    void AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const;
 
     uintptr_t closed = 0;
     ny_client_t* const client;

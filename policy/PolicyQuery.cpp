@@ -5,20 +5,20 @@
 
 using corvane::ny::utils::Check;
 
-PolicyQuery::PolicyQuery() {
-    Check(agent::ny_policy_uri_create(uri.Out()));
+PolicyQuery::PolicyQuery(const PolicyFunctions& policyFunctions) : functions(policyFunctions) {
+    Check(functions(agent::ny_policy_uri_create)(uri.Out(functions.Libraries())));
 }
 
 void PolicyQuery::SetProduct(const char* productId) {
-    Check(agent::ny_policy_uri_set_software_id(uri.Get(), productId));
+    Check(functions(agent::ny_policy_uri_set_software_id)(uri.Get(), productId));
 }
 
 void PolicyQuery::SetUser(const char* user) {
-    Check(agent::ny_policy_uri_set_user(uri.Get(), user));
+    Check(functions(agent::ny_policy_uri_set_user)(uri.Get(), user));
 }
 
 PolicyBagOwner PolicyQuery::Fetch(ny_client_t* client) const {
     PolicyBagOwner bag;
-    Check(agent::ny_policy_get(client, uri.Get(), bag.Out()));
+    Check(functions(agent::ny_policy_get)(client, uri.Get(), bag.Out(functions.Libraries())));
     return bag;
 }

@@ -1,12 +1,13 @@
 #pragma once
 
+#include "policy/PolicyFunctions.h"
 #include "policy/PolicyHandles.h"
 
 // What the agent is asked for: the policies of a product, of the machine or of one user. Every operation raises the
 // agent exception with the code of a call that did not succeed.
 class PolicyQuery {
 public:
-    PolicyQuery();
+    explicit PolicyQuery(const PolicyFunctions& policyFunctions);
 
     // Both texts are UTF-8. Without a user the machine's policies are meant.
     void SetProduct(const char* productId);
@@ -16,5 +17,6 @@ public:
     PolicyBagOwner Fetch(ny_client_t* client) const;
 
 private:
+    const PolicyFunctions& functions;
     PolicyUriOwner uri;
 };

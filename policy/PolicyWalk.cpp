@@ -29,7 +29,7 @@ void PolicyWalk::Widen(const char* text, WideText& into) {
 template <class Getter>
 void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
     const char* text = nullptr;
-    Check(get(uri, &text));
+    Check(policies(get)(uri, &text));
     Widen(text, into);
 }
 
@@ -41,7 +41,7 @@ bool PolicyWalk::Answered(bool wantsMore) const {
 }
 
 void PolicyWalk::Run(ny_policy_bag_t* bag) {
-    PolicyUris uris(bag);
+    PolicyUris uris(policies, bag);
     ny_policy_uri_t* uri = nullptr;
     while (uris.Next(uri)) {
         if (!TellContainer(uri)) {
@@ -72,7 +72,7 @@ bool PolicyWalk::TellSettingsObject(ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
-    PolicySections sections(bag, uri);
+    PolicySections sections(policies, bag, uri);
     const char* name = nullptr;
     while (sections.Next(name)) {
         if (!TellSettingsObject(uri)) {
@@ -86,7 +86,7 @@ void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName) {
-    PolicySettings settings(bag, uri, sectionName);
+    PolicySettings settings(policies, bag, uri, sectionName);
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
     while (settings.Next(name, variant)) {

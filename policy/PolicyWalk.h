@@ -1,6 +1,7 @@
 #pragma once
 
 #include "VsMsgbus/EnforcePolicy.h"
+#include "policy/PolicyFunctions.h"
 #include "values/WideText.h"
 
 // One walk over a bag of policies: tells a module's callbacks of each item, in the agent's order.
@@ -13,16 +14,17 @@ public:
     // must not see.
     enum class Scope { Machine, User };
 
-    PolicyWalk(ICallbacks& moduleCallbacks, Scope walkedScope) noexcept
-        : callbacks(moduleCallbacks), scope(walkedScope) {}
+    // Both kinds of functions are those of the libraries that the bag comes from.
+    PolicyWalk(const PolicyFunctions& policyFunctions, const TextFunctions& textFunctions, ICallbacks& moduleCallbacks,
+               Scope walkedScope) noexcept
+        : policies(policyFunctions), functions(textFunctions), callbacks(moduleCallbacks), scope(walkedScope) {}
 
     // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
     // Either way nothing of the agent's is held any more.
     void Run(ny_policy_bag_t* bag);
 
 private:
-    // The module's answer. Raises the agent exception with NY_FUNCTION_MISSING when the agent's libraries were closed
-    // under its callback.
+    // The module's answer. Raises the agent exception with NY_FUNCTION_MISSING when the agent went under its callback.
     bool Answered(bool wantsMore) const;
     // True when the module wants more of this item.
     bool TellContainer(ny_policy_uri_t* uri);
@@ -36,9 +38,10 @@ private:
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
 
+    const PolicyFunctions& policies;
+    const TextFunctions& functions;
     ICallbacks& callbacks;
     const Scope scope;
-    const TextFunctions functions = LookUpTextFunctions();
     WideText feature;
     WideText category;
     WideText type;

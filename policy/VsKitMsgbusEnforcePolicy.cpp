@@ -52,6 +52,6 @@ int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
             return 0;
         }
         const std::string narrowId = NarrowFromWide(wideId);
-        return agent::ny_policy_enforce(use.Client(), narrowId.c_str()) == NY_OK ? 1 : 0;
+        return agent::ny_policy_enforce.In(use.Libraries())(use.Client(), narrowId.c_str()) == NY_OK ? 1 : 0;
     });
 }

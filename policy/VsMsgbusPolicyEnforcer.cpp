@@ -21,9 +21,10 @@ constexpr uint32_t notificationMask = 63;
 
 int32_t NotifyOfPolicies(ny_client_t* /*client*/, const char* productId, ny_policy_uri_t* uri, void* callbackData) {
     return CallHandler<policy_notification_handler>(productId, callbackData, [&](policy_notification_handler& handler) {
-        PolicyUriOwner::RequireRelease();
-        Check(agent::ny_policy_uri_add_ref(uri));
-        const PolicyUriOwner owned(uri);
+        PolicyUriOwner owned;
+        ny_policy_uri_t** const place = owned.Out(handler.Libraries());
+        Check(agent::ny_policy_uri_add_ref.In(handler.Libraries())(uri));
+        *place = uri;
         return handler.on_notification(handler.Client(), productId, owned.Get());
     });
 }
@@ -37,7 +38,7 @@ bool Enforce(ny_client_t* client, const WideText& productId) {
 
 }  // namespace
 
-VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient) : policy_notification_handler(agentClient) {}
+VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient) : AgentService(agentClient), policy_notification_handler(agentClient) {}
 
 int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) {
     policy_notification_handler* const handler = this;
@@ -51,8 +52,6 @@ int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId
     });
 }
 
-// Touches nothing of this object once the module was called: a module that leaves the bridge from inside its callback
-// has it destroyed.
 int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const std::string& productId,
                                                 ny_policy_uri_t* /*uri*/) {
     const auto failed = [&](CUniStream& text) -> CUniStream& {

@@ -4,22 +4,17 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "msgbus/AgentHandler.h"
 
 namespace corvane::ny::policies {
 
 // What answers the agent's policy notifications, behind the plain function that the agent is given.
-class policy_notification_handler {
+class policy_notification_handler : public AgentHandler {
 public:
-    explicit policy_notification_handler(ny_client_t* agentClient) noexcept : client(agentClient) {}
-    virtual ~policy_notification_handler() = default;
+    using AgentHandler::AgentHandler;
 
     // The product's policies may have changed; `uri` is the notification's own. Returns the agent's result code.
     virtual int32_t on_notification(ny_client_t* agentClient, const std::string& productId, ny_policy_uri_t* uri) = 0;
-
-    ny_client_t* Client() const noexcept { return client; }
-
-private:
-    ny_client_t* const client;
 };
 
 }  // namespace corvane::ny::policies

@@ -15,12 +15,14 @@ namespace {
 constexpr int32_t verboseLevel = 4;
 constexpr int failureLevel = 5;
 
-void AddProperty(const TextFunctions& functions, ny_property_bag_t* bag, const wchar_t* path, const wchar_t* name,
-                 const wchar_t* value) {
+template <class AddFunction>
+void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_property_bag_t* bag, const wchar_t* path,
+                 const wchar_t* name, const wchar_t* value) {
     const BorrowedNarrow narrowPath(functions, std::wstring_view(path));
     const BorrowedNarrow narrowName(functions, std::wstring_view(name));
     const TextVariant variant(functions, std::wstring_view(value));
-    Check(agent::ny_property_bag_add_property(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
+    functions.RequireCurrent();
+    Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
 }
 
 // Apart from what is done for every property, whether it is traced or not.
@@ -51,7 +53,7 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
     return GuardedBy<exception>(
         false,
         [&] {
-            AddProperty(*functions, current, path, name, value);
+            AddProperty(*functions, addProperty, current, path, name, value);
             return true;
         },
         [&](const exception& refusal) {
@@ -59,6 +61,14 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
             return false;
         },
         [] { return false; });
+}
+
+void CTheCollectProperties::LookUpFunctions(const LibrariesInUse* inUse) noexcept {
+    if (functions && functions->AreCurrent() && (inUse == nullptr || inUse->AreCurrent())) {
+        return;
+    }
+    functions = LookUpTextFunctions(inUse);
+    addProperty = agent::ny_property_bag_add_property.In(inUse);
 }
 
 bool CTheCollectProperties::IsTracing() const noexcept {

@@ -19,13 +19,11 @@ public:
 
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
 
-    // Has the module set its properties into `bag`. For one thread at a time. `wasRemoved()` tells whether the module
-    // took the collector back meanwhile: it is then not asked for its level.
+    // Has the module set its properties into `bag`, through the libraries that the bag comes from. For one thread at a
+    // time. `wasRemoved()` tells whether the module took the collector back meanwhile: it is then not asked for its level.
     template <class WasRemoved>
-    void Collect(ny_property_bag_t* agentBag, WasRemoved&& wasRemoved) {
-        if (!functions || !functions->AreCurrent()) {
-            functions = LookUpTextFunctions();
-        }
+    void Collect(ny_property_bag_t* agentBag, const LibrariesInUse* inUse, WasRemoved&& wasRemoved) {
+        LookUpFunctions(inUse);
         const BagInUse bagInUse(*this, agentBag);
         collector->CollectProperties(true, this);
         if (!wasRemoved()) {
@@ -50,10 +48,14 @@ private:
         ny_property_bag_t* const outer;  // of the collection around this one, on the same thread; else null
     };
 
+    // Those of the last collection may still do.
+    void LookUpFunctions(const LibrariesInUse* inUse) noexcept;
     bool IsTracing() const noexcept;
     [[gnu::cold]] void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
 
-    std::optional<TextFunctions> functions;  // set before the bag is
+    // Both are set before the bag is.
+    std::optional<TextFunctions> functions;
+    int32_t (*addProperty)(ny_property_bag_t* bag, const char* path, const char* name, ny_variant_t* value) = nullptr;
     std::atomic<int32_t> logLevel = 0;
     VsKitMsgbus::ILogSink* const sink;
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection

@@ -22,7 +22,7 @@ int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_pro
 
 }  // namespace
 
-VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient) : property_provider(agentClient) {}
+VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient) : AgentService(agentClient), property_provider(agentClient) {}
 
 int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId) {
     property_provider* const provider = this;
@@ -35,8 +35,6 @@ int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& product
     });
 }
 
-// Touches nothing of this object once the module was called: a module that leaves the bridge from inside its callback
-// has it destroyed.
 int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const std::string& productId,
                                           ny_property_bag_t* bag) {
     const auto failed = [&](CUniStream& text) -> CUniStream& {
@@ -46,8 +44,8 @@ int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const st
         static_cast<int32_t>(NY_UNEXPECTED),
         [&]() -> int32_t {
             const WideText wideId(productId);
-            CollectorTable().With(wideId.View(), [bag](CTheCollectProperties& collector, auto&& wasRemoved) {
-                collector.Collect(bag, wasRemoved);
+            CollectorTable().With(wideId.View(), [&](CTheCollectProperties& collector, auto&& wasRemoved) {
+                collector.Collect(bag, Libraries(), wasRemoved);
             });
             DropText(
                 [&](CUniStream& text) { text << L"Property collection completed for product id " << wideId.View(); });

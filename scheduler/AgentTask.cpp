@@ -35,20 +35,20 @@ std::string TaskName(ny_task_t* task) {
     return ReadText(task, &ny_task_methods_t::get_name);
 }
 
-VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name) {
+VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name, const LibrariesInUse* inUse) {
     VariantOwner value;
-    CallAccessor(task, &ny_task_methods_t::get_setting, section.c_str(), name.c_str(), value.Out());
+    CallAccessor(task, &ny_task_methods_t::get_setting, section.c_str(), name.c_str(), value.Out(inUse));
     return value;
 }
 
-VariantOwner TaskSection(ny_task_t* task, const std::string& section) {
+VariantOwner TaskSection(ny_task_t* task, const std::string& section, const LibrariesInUse* inUse) {
     VariantOwner table;
-    CallAccessor(task, &ny_task_methods_t::get_section, section.c_str(), table.Out());
+    CallAccessor(task, &ny_task_methods_t::get_section, section.c_str(), table.Out(inUse));
     return table;
 }
 
-VariantOwner TaskSettings(ny_task_t* task) {
+VariantOwner TaskSettings(ny_task_t* task, const LibrariesInUse* inUse) {
     VariantOwner table;
-    CallAccessor(task, &ny_task_methods_t::get_settings, table.Out());
+    CallAccessor(task, &ny_task_methods_t::get_settings, table.Out(inUse));
     return table;
 }

@@ -15,9 +15,12 @@ inline constexpr int32_t taskAccessorMissing = 2;
 std::string TaskId(ny_task_t* task);
 std::string TaskName(ny_task_t* task);
 
+// What they give goes back to the libraries given, which the task comes from, or to those that are open.
+
 // One setting's value; both names in UTF-8.
-VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name);
+VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name,
+                         const LibrariesInUse* inUse);
 // A table of the section's settings: name to value.
-VariantOwner TaskSection(ny_task_t* task, const std::string& section);
+VariantOwner TaskSection(ny_task_t* task, const std::string& section, const LibrariesInUse* inUse);
 // A table with one key for each section.
-VariantOwner TaskSettings(ny_task_t* task);
+VariantOwner TaskSettings(ny_task_t* task, const LibrariesInUse* inUse);

@@ -39,10 +39,11 @@ Answer RunOrDropCode(Answer whenFailed, Body&& body, Compose&& compose) noexcept
 
 size_t CTaskBag::CountEntries() noexcept {
     return Guarded<size_t>(0, [&] {
-        const VariantOwner settings = TaskSettings(task);
-        const TableOwner table = TableFromVariant(settings.Get());
-        const ArrayOwner keys = TableKeys(table.Get());
-        return ArraySize(keys.Get());
+        const AgentTables tables(libraries);
+        const VariantOwner settings = TaskSettings(task, libraries);
+        const TableOwner table = tables.FromVariant(settings.Get());
+        const ArrayOwner keys = tables.Keys(table.Get());
+        return tables.Size(keys.Get());
     });
 }
 
@@ -60,14 +61,18 @@ int32_t CTaskBag::IterateSettings(ISettingVisitor* visitor, const wchar_t* secti
 }
 
 void CTaskBag::ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const {
-    const VariantOwner settings = TaskSection(task, NarrowFromWide(section));
-    const TableOwner table = TableFromVariant(settings.Get());
-    const ArrayOwner keys = TableKeys(table.Get());
-    const size_t size = ArraySize(keys.Get());
+    const TextFunctions texts = LookUpTextFunctions(libraries);
+    const AgentTables tables(libraries);
+    const VariantOwner settings = TaskSection(task, NarrowFromWide(section), libraries);
+    const TableOwner table = tables.FromVariant(settings.Get());
+    const ArrayOwner keys = tables.Keys(table.Get());
+    const size_t size = tables.Size(keys.Get());
     for (size_t index = 0; index < size; ++index) {
-        const std::wstring key = WideFromVariant(ArrayElement(keys.Get(), index).Get());
-        const std::wstring value = WideFromVariant(TableValue(table.Get(), key.c_str()).Get());
+        const std::wstring key = WideFromVariant(texts, tables.Element(keys.Get(), index).Get());
+        const std::wstring value = WideFromVariant(texts, tables.Value(table.Get(), key.c_str()).Get());
         visitor.VisitSetting(section, key.c_str(), value.c_str());
+        // A module may leave the bridge there: the task is then of a client that is gone.
+        texts.RequireCurrent();
     }
 }
 
@@ -77,7 +82,9 @@ bool CTaskBag::ReadSetting(const wchar_t* section, const wchar_t* name, Read&& r
         return false;
     }
     return RunOrDropCode(
-        false, [&] { return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name)).Get()); },
+        false, [&] { 
+            return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name), libraries).Get());
+        },
         [&](CUniStream& text) { text << L"Failed to get the value for setting name " << name; });
 }
 

@@ -2,13 +2,16 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
+#include "dispatcher/OpenLibrary.h"
 
 // What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
 // in values/DroppedText.h.
 class CTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag {
 public:
-    // `agentTask` is borrowed from the agent; `registeredContext` is what the module registered beside its enforcer.
-    CTaskBag(ny_task_t* agentTask, void* registeredContext) noexcept : task(agentTask), context(registeredContext) {}
+    // `agentTask` is borrowed from the agent; `registeredContext` is what the module registered beside its enforcer;
+    // `inUse` are the libraries that the task comes from, null for those that are open.
+    CTaskBag(ny_task_t* agentTask, void* registeredContext, const LibrariesInUse* inUse = nullptr) noexcept
+        : task(agentTask), context(registeredContext), libraries(inUse) {}
 
     size_t CountEntries() noexcept override;
     int32_t IterateSettings(ISettingVisitor* visitor, const wchar_t* section) noexcept override;
@@ -29,4 +32,5 @@ private:
 
     ny_task_t* const task;
     void* const context;
+    const LibrariesInUse* const libraries;
 };

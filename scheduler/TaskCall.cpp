@@ -10,8 +10,9 @@
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
-TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead)
-    : productId(product), taskId(TaskId(agentTask)), task(agentTask), failure(failureHead) {}
+TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead,
+                   const LibrariesInUse* inUse)
+    : productId(product), taskId(TaskId(agentTask)), task(agentTask), failure(failureHead), libraries(inUse) {}
 
 TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
     const Outcome failed{true, std::nullopt};
@@ -34,7 +35,7 @@ TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
 std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     std::optional<int32_t> answer;
     TaskEnforcerTable().With(productId.View(), [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
-        CTaskBag bag(task, record.context);
+        CTaskBag bag(task, record.context, libraries);
         answer = (record.enforcer->*operation)(taskId.Get(), &bag);
     });
     return answer;

@@ -6,6 +6,7 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
+#include "dispatcher/OpenLibrary.h"
 #include "values/WideText.h"
 
 // One call of the agent's about one task, on its way to the module that is registered for the product.
@@ -21,11 +22,10 @@ public:
     };
 
     // Raises the agent exception when the task does not tell its id. `agentTask` is borrowed; `failureHead` begins the
-    // texts of failures.
-    TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead);
+    // texts of failures; `inUse` are the libraries that the task comes from.
+    TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead, const LibrariesInUse* inUse);
 
-    // Has the module do it, with no lock held. A failure's text is dropped. Touches nothing but this object once the
-    // module was called.
+    // Has the module do it, with no lock held. A failure's text is dropped.
     Outcome Make(Operation operation) const noexcept;
 
     // Drops `head`, the task and the product, as one text.
@@ -41,4 +41,5 @@ private:
     const WideText taskId;
     ny_task_t* const task;
     const wchar_t* const failure;
+    const LibrariesInUse* const libraries;
 };

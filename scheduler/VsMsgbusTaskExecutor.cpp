@@ -40,32 +40,33 @@ int32_t MakeUnreported(const TaskCall& call, TaskCall::Operation operation) {
     return ResultOf(outcome);
 }
 
-void TellAgent(ny_client_t* client, const std::string& taskId, int32_t status) noexcept {
-    const int32_t result = agent::ny_scheduler_update_task_status(client, taskId.c_str(), status);
+void TellAgent(const AgentUse& use, const std::string& taskId, int32_t status) noexcept {
+    const auto update = agent::ny_scheduler_update_task_status.In(use.Libraries());
+    const int32_t result = update(use.Client(), taskId.c_str(), status);
     if (result != NY_OK) {
         DropText(
             [result](CUniStream& text) { text << L"Failed to update the task status, error  [" << result << L"]"; });
     }
 }
 
-// Runs `report()` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
+// Runs `report(use)` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
 // when a module has left the bridge from inside its callback.
 template <class Report>
 void WhileClientStays(const ny_client_t* client, Report&& report) {
     const AgentUse use;
     if (use && use.Client() == client) {
-        report();
+        report(use);
     }
 }
 
 // The task says anew which one it is.
 void Report(ny_client_t* client, ny_task_t* task, int32_t status) {
-    WhileClientStays(client, [&] { TellAgent(client, TaskId(task), status); });
+    WhileClientStays(client, [&](const AgentUse& use) { TellAgent(use, TaskId(task), status); });
 }
 
 }  // namespace
 
-VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient) : task_handler(agentClient) {}
+VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient) : AgentService(agentClient), task_handler(agentClient) {}
 
 int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
     task_handler* const handler = this;
@@ -76,11 +77,9 @@ int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) 
     return agent::ny_scheduler_unregister_task_callbacks(Client(), productId.c_str(), nullptr);
 }
 
-// From here on nothing of the executor is touched once the module was called: a module that leaves the bridge from
-// inside its callback has it destroyed.
 int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::string& productId,
                                          const std::string& /*taskType*/, ny_task_t* task) {
-    const TaskCall call(productId, task, L"Failed to execute the task ");
+    const TaskCall call(productId, task, L"Failed to execute the task ", Libraries());
     const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::ExecuteTask);
     int32_t status = outcome.hasFailed ? INYTaskEnforcer::Failed : INYTaskEnforcer::NothingDecided;
     if (outcome.answer == INYTaskEnforcer::Succeeded) {
@@ -96,17 +95,17 @@ int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::st
 
 int32_t VsMsgbusTaskExecutor::on_stop(ny_client_t* /*agentClient*/, const std::string& productId,
                                       const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task "), &INYTaskEnforcer::StopTask);
+    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task ", Libraries()), &INYTaskEnforcer::StopTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_remove(ny_client_t* /*agentClient*/, const std::string& productId,
                                         const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task "), &INYTaskEnforcer::RemoveTask);
+    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task ", Libraries()), &INYTaskEnforcer::RemoveTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const std::string& productId,
                                                const std::string& /*taskType*/, ny_task_t* task) {
-    const TaskCall call(productId, task, L"Failed to update the task status ");
+    const TaskCall call(productId, task, L"Failed to update the task status ", Libraries());
     const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::UpdateTaskStatus);
     const int32_t answer = outcome.answer.value_or(INYTaskEnforcer::Failed);
     const bool isTold = answer == INYTaskEnforcer::Succeeded || answer == INYTaskEnforcer::NothingDecided;
@@ -115,5 +114,5 @@ int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const s
 }
 
 void VsMsgbusTaskExecutor::UpdateStatus(const std::string& taskId, int32_t status) {
-    WhileClientStays(Client(), [&] { TellAgent(Client(), taskId, status); });
+    WhileClientStays(Client(), [&](const AgentUse& use) { TellAgent(use, taskId, status); });
 }

@@ -4,15 +4,15 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "msgbus/AgentHandler.h"
 
 namespace corvane::ny::scheduler {
 
 // What answers the agent's scheduler, behind the plain functions that the agent is given. Each operation returns the
 // agent's result code; the task is the agent's and borrowed during the call.
-class task_handler {
+class task_handler : public AgentHandler {
 public:
-    explicit task_handler(ny_client_t* agentClient) noexcept : client(agentClient) {}
-    virtual ~task_handler() = default;
+    using AgentHandler::AgentHandler;
 
     virtual int32_t on_execute(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                                ny_task_t* task) = 0;
@@ -22,11 +22,6 @@ public:
                               ny_task_t* task) = 0;
     virtual int32_t on_update_status(ny_client_t* agentClient, const std::string& productId,
                                      const std::string& taskType, ny_task_t* task) = 0;
-
-    ny_client_t* Client() const noexcept { return client; }
-
-private:
-    ny_client_t* const client;
 };
 
 }  // namespace corvane::ny::scheduler

@@ -28,8 +28,8 @@ std::string ReadText(const char* key) {
         throw exception(NY_FUNCTION_MISSING);
     }
     VariantOwner variant;
-    Check(agent::ny_info_get(agentUse.Client(), key, variant.Out()));
-    return NarrowFromVariant(variant.Get());
+    Check(agent::ny_info_get.In(agentUse.Libraries())(agentUse.Client(), key, variant.Out(agentUse.Libraries())));
+    return NarrowFromVariant(LookUpTextFunctions(agentUse.Libraries()), variant.Get());
 }
 
 }  // namespace
@@ -38,17 +38,18 @@ KeyReading ReadKey(const char* key) {
     KeyReading reading;
     const AgentUse agentUse;
     VariantOwner variant;
-    if (!agentUse || !CanRelease(variant.Get())) {
+    if (!agentUse || FindRelease(variant.Get(), agentUse.Libraries()) == nullptr) {
         reading.lookUp = NY_FUNCTION_MISSING;
         return reading;
     }
-    reading.lookUp = agent::ny_info_get(agentUse.Client(), key, variant.Out());
+    const auto get = agent::ny_info_get.In(agentUse.Libraries());
+    reading.lookUp = get(agentUse.Client(), key, variant.Out(agentUse.Libraries()));
     if (reading.lookUp != NY_OK) {
         return reading;
     }
     const char* text = nullptr;
     size_t length = 0;
-    reading.read = agent::ny_variant_get_string(variant.Get(), &text, &length);
+    reading.read = agent::ny_variant_get_string.In(agentUse.Libraries())(variant.Get(), &text, &length);
     if (reading.read == NY_OK && text != nullptr) {
         reading.text.assign(text, length);
     }

@@ -29,11 +29,12 @@ int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* dat
             return failed;
         }
         BufferOwner buffer;
-        Check(agent::ny_buffer_create(buffer.Out(), size));
-        Check(cryptoFunction(agentUse.Client(), type, data, size, buffer.InOut()));
+        void* const* const buffers = TableOf(bufferGroup, agentUse.Libraries());
+        Check(agent::ny_buffer_create.In(buffers)(buffer.Out(agentUse.Libraries()), size));
+        Check(cryptoFunction.In(agentUse.Libraries())(agentUse.Client(), type, data, size, buffer.InOut()));
         const unsigned char* bytes = nullptr;
         size_t length = 0;
-        Check(agent::ny_buffer_get_raw(buffer.Get(), &bytes, &length));
+        Check(agent::ny_buffer_get_raw.In(buffers)(buffer.Get(), &bytes, &length));
         if (bytes == nullptr && length != 0) {
             return failed;
         }

@@ -87,7 +87,7 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
 
 }  // namespace
 
-VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient) : updater_handler(agentClient) {}
+VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient) : AgentService(agentClient), updater_handler(agentClient) {}
 
 int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& productId) {
     updater_handler* const handler = this;
@@ -119,7 +119,7 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
     return RunForProduct(L"set product info", productId, [&](const CTheUpdateNotify& record) {
         const WideText wideSecond(second);
         const WideText wideKey(key);
-        const std::wstring wideValue = WideFromVariant(value);
+        const std::wstring wideValue = WideFromVariant(LookUpTextFunctions(Libraries()), value);
         result = record.RunSetProductInfo(wideSecond.Get(), wideKey.Get(), wideValue.c_str());
     });
 }
@@ -135,7 +135,7 @@ int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*
         if (out != nullptr) {
             const std::string narrow = NarrowFromWide(value);
             ny_variant_t* created = nullptr;
-            Check(agent::ny_variant_create_from_string(narrow.data(), narrow.size(), &created));
+            Check(agent::ny_variant_create_from_string.In(Libraries())(narrow.data(), narrow.size(), &created));
             *out = created;
         }
         // Last: a value that could not be handed over is a failure of the whole question.

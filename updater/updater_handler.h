@@ -4,16 +4,16 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "msgbus/AgentHandler.h"
 
 namespace corvane::ny::updater {
 
 // What answers the agent's updater, behind the plain functions that the agent is given. Each operation returns the
 // agent's result code. `result` comes with what the agent is to read for a product without a callback, and goes with
 // the module's own result if there was one.
-class updater_handler {
+class updater_handler : public AgentHandler {
 public:
-    explicit updater_handler(ny_client_t* agentClient) noexcept : client(agentClient) {}
-    virtual ~updater_handler() = default;
+    using AgentHandler::AgentHandler;
 
     virtual int32_t update_notify(ny_client_t* agentClient, const std::string& productId, const std::string& second,
                                   const std::string& third, uint32_t number, const std::string& fourth,
@@ -28,11 +28,6 @@ public:
                                      const std::string& key, ny_variant_t** out, int32_t& result) = 0;
 
     virtual int32_t event(ny_client_t* agentClient, const std::string& productId, const ny_updater_event_t* event) = 0;
-
-    ny_client_t* Client() const noexcept { return client; }
-
-private:
-    ny_client_t* const client;
 };
 
 }  // namespace corvane::ny::updater

@@ -5,32 +5,35 @@
 
 using corvane::ny::utils::Check;
 
-TableOwner TableFromVariant(ny_variant_t* variant) {
+AgentTables::AgentTables(const LibrariesInUse* inUse) noexcept
+    : libraries(inUse), functions(TableOf(variantGroup, inUse)) {}
+
+TableOwner AgentTables::FromVariant(ny_variant_t* variant) const {
     TableOwner table;
-    Check(agent::ny_variant_get_table(variant, table.Out()));
+    Check(agent::ny_variant_get_table.In(functions)(variant, table.Out(libraries)));
     return table;
 }
 
-VariantOwner TableValue(ny_table_t* table, const wchar_t* key) {
+VariantOwner AgentTables::Value(ny_table_t* table, const wchar_t* key) const {
     VariantOwner value;
-    Check(agent::ny_table_get_wvalue(table, key, value.Out()));
+    Check(agent::ny_table_get_wvalue.In(functions)(table, key, value.Out(libraries)));
     return value;
 }
 
-ArrayOwner TableKeys(ny_table_t* table) {
+ArrayOwner AgentTables::Keys(ny_table_t* table) const {
     ArrayOwner keys;
-    Check(agent::ny_table_get_keys(table, keys.Out()));
+    Check(agent::ny_table_get_keys.In(functions)(table, keys.Out(libraries)));
     return keys;
 }
 
-size_t ArraySize(ny_array_t* array) {
+size_t AgentTables::Size(ny_array_t* array) const {
     size_t size = 0;
-    Check(agent::ny_array_size(array, &size));
+    Check(agent::ny_array_size.In(functions)(array, &size));
     return size;
 }
 
-VariantOwner ArrayElement(ny_array_t* array, size_t index) {
+VariantOwner AgentTables::Element(ny_array_t* array, size_t index) const {
     VariantOwner element;
-    Check(agent::ny_array_get_element_at(array, index, element.Out()));
+    Check(agent::ny_array_get_element_at.In(functions)(array, index, element.Out(libraries)));
     return element;
 }

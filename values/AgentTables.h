@@ -1,13 +1,25 @@
-// The agent's tables and arrays. Each raises corvane::ny::utils::exception with the first code that the agent answers
-// other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds.
 #pragma once
 
 #include <cstddef>
 
+#include "dispatcher/OpenLibrary.h"
 #include "values/AgentHandle.h"
 
-TableOwner TableFromVariant(ny_variant_t* variant);
-VariantOwner TableValue(ny_table_t* table, const wchar_t* key);
-ArrayOwner TableKeys(ny_table_t* table);
-size_t ArraySize(ny_array_t* array);
-VariantOwner ArrayElement(ny_array_t* array, size_t index);
+// The agent's functions for tables and arrays, looked up once. Used by a thread that is inside the agent's libraries. Each
+// raises corvane::ny::utils::exception with the first code that the agent answers other than NY_OK, NY_FUNCTION_MISSING
+// included, after releasing what it holds.
+class AgentTables {
+public:
+    // Loads their library when it is not open: of the libraries given, when there are any.
+    explicit AgentTables(const LibrariesInUse* inUse = nullptr) noexcept;
+
+    TableOwner FromVariant(ny_variant_t* variant) const;
+    VariantOwner Value(ny_table_t* table, const wchar_t* key) const;
+    ArrayOwner Keys(ny_table_t* table) const;
+    size_t Size(ny_array_t* array) const;
+    VariantOwner Element(ny_array_t* array, size_t index) const;
+
+private:
+    const LibrariesInUse* libraries;
+    void* const* functions;
+};

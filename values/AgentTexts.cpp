@@ -7,31 +7,29 @@
 
 namespace {
 
-// The table of a library that exports nothing.
-constexpr void* nothing[variantNames.size()] = {};
-static_assert(variantNames.size() >= bufferNames.size());
-
 // Compiled into each function below, which then looks up only what it calls.
-INTO_CALLER inline TextFunctions LookUp() noexcept {
+INTO_CALLER inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) noexcept {
     TextFunctions functions{};
     // First: what is closed from now on makes the others stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);
-    void* const* variants = TableOf(variantGroup);
-    void* const* buffers = TableOf(bufferGroup);
-    if (variants == nullptr || buffers == nullptr) [[unlikely]] {
+    void* const* const variants = TableOf(variantGroup);
+    // A library that cannot be loaded is not asked for twice: each time the dispatcher says so in the log.
+    void* const* const buffers = variants != nullptr ? TableOf(bufferGroup) : nullptr;
+    if (buffers == nullptr || (inUse != nullptr && !inUse->AreCurrent())) [[unlikely]] {
         functions.closings = noClosings;
-        variants = nothing;
-        buffers = nothing;
     }
+    // What could not be given back is not asked for.
+    void* const* const madeVariants = agent::ny_variant_release.FindIn(variants) != nullptr ? variants : nullptr;
     functions.narrow = {
-        agent::ny_variant_create_from_string.In(variants),
-        agent::ny_variant_get_string_buffer.In(variants),
+        agent::ny_variant_create_from_string.In(madeVariants),
+        agent::ny_variant_get_string_buffer.In(agent::ny_buffer_release.FindIn(buffers) != nullptr ? variants : nullptr),
         agent::ny_buffer_get_string.In(buffers),
         agent::ny_buffer_release.In(buffers),
     };
     functions.wide = {
-        agent::ny_variant_create_from_wstring.In(variants),
-        agent::ny_variant_get_wstring_buffer.In(variants),
+        agent::ny_variant_create_from_wstring.In(madeVariants),
+        agent::ny_variant_get_wstring_buffer.In(agent::ny_wbuffer_release.FindIn(buffers) != nullptr ? variants
+                                                                                                      : nullptr),
         agent::ny_wbuffer_get_string.In(buffers),
         agent::ny_wbuffer_release.In(buffers),
     };
@@ -41,17 +39,23 @@ INTO_CALLER inline TextFunctions LookUp() noexcept {
 
 }  // namespace
 
-TextFunctions LookUpTextFunctions() noexcept {
-    return LookUp();
+TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse) noexcept {
+    return LookUp(inUse);
 }
 
 std::string NarrowFromVariant(ny_variant_t* variant) {
-    const TextFunctions functions = LookUp();
+    return NarrowFromVariant(LookUp(), variant);
+}
+
+std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
     return std::string(BorrowedNarrow(functions, variant).View());
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant) {
-    const TextFunctions functions = LookUp();
+    return WideFromVariant(LookUp(), variant);
+}
+
+std::wstring WideFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
     return std::wstring(BorrowedWide(functions, variant).View());
 }
 

@@ -8,10 +8,14 @@
 #include <string_view>
 
 #include "agent/ny_agent.h"
+#include "values/TextFunctions.h"
 
 // A variant's text, with its exact length: zeros in it are kept.
 std::string NarrowFromVariant(ny_variant_t* variant);
 std::wstring WideFromVariant(ny_variant_t* variant);
+// The same through functions that the caller has looked up.
+std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant);
+std::wstring WideFromVariant(const TextFunctions& functions, ny_variant_t* variant);
 
 // UTF-8 to UTF-16 and back, the agent's way: through a variant. A view stays in registers until here: as a parameter of
 // a function that is called it is memory on Windows.

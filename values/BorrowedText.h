@@ -13,7 +13,6 @@
 
 #include "base/IntoCaller.h"
 #include "values/AgentException.h"
-#include "values/AgentHandle.h"
 #include "values/TextFunctions.h"
 
 // What a text is read through: a variant or a buffer, given back at its end.
@@ -22,13 +21,8 @@ class TextHandle {
 public:
     explicit TextHandle(const TextFunctions& textFunctions) noexcept : functions(textFunctions) {}
     INTO_CALLER ~TextHandle() {
-        if (handle == nullptr) {
-            return;
-        }
-        if (functions.AreCurrent()) [[likely]] {
+        if (handle != nullptr) {
             functions.Release(handle);
-        } else {
-            ReleaseHandle(handle);
         }
     }
     TextHandle(const TextHandle&) = delete;

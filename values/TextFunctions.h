@@ -6,7 +6,7 @@
 
 #include "agent/ny_agent.h"
 #include "base/IntoCaller.h"
-#include "dispatcher/LibraryEntry.h"
+#include "dispatcher/OpenLibrary.h"
 #include "values/AgentException.h"
 
 // The agent's functions for text of one kind of character.
@@ -21,12 +21,14 @@ struct FunctionsForText {
 };
 
 // The agent's functions for text, looked up once for many texts: a property makes fourteen calls of them and a setting
-// ten, and there may be a million settings.
+// ten, and there may be a million settings. Used by a thread that is inside the agent's libraries, see LibrariesInUse:
+// what they made goes back through them at any time.
 struct TextFunctions {
-    // Whether they may still be called: false once a library of the agent's was closed, and when theirs was not loaded.
+    // Whether they are those of the agent that runs now: false once a library of the agent's was closed, and when theirs
+    // was not loaded.
     INTO_CALLER bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
 
-    // Raises the agent exception with NY_FUNCTION_MISSING when they may not.
+    // Raises the agent exception with NY_FUNCTION_MISSING when they are not.
     INTO_CALLER void RequireCurrent() const {
         if (!AreCurrent()) [[unlikely]] {
             throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
@@ -52,5 +54,6 @@ struct TextFunctions {
     int32_t (*releaseVariant)(ny_variant_t* variant);
 };
 
-// Loads their library when it is not open. Functions that cannot be reached answer NY_FUNCTION_MISSING.
-TextFunctions LookUpTextFunctions() noexcept;
+// Loads their library when it is not open. Functions that cannot be reached answer NY_FUNCTION_MISSING. Those of the
+// libraries given, when there are any; not current when these were closed.
+TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse = nullptr) noexcept;

@@ -49,7 +49,7 @@ TEST_F(DispatcherLife, AnswersNullWithInvalidArgument) {
     LineLog log;
     EXPECT_EQ(DispatcherCreate(nullptr, nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(DispatcherRelease(nullptr), NY_INVALID_ARGUMENT);
-    EXPECT_EQ(DispatcherSetLogSink(nullptr, nullptr, &log), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(DispatcherSetLogSink(nullptr, {nullptr, &log}), NY_INVALID_ARGUMENT);
     EXPECT_EQ(DispatcherLoad(crypto.Request()), NY_INVALID_ARGUMENT);
 }
 

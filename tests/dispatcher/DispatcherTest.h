@@ -39,7 +39,7 @@ class DispatcherTest : public AgentTest {
 protected:
     void SetUp() override {
         ASSERT_EQ(DispatcherCreate(nullptr, &dispatcher), NY_OK);
-        ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &log), NY_OK);
+        ASSERT_EQ(DispatcherSetLogSink(dispatcher, {&KeepLine, &log}), NY_OK);
     }
 
     void TearDown() override {

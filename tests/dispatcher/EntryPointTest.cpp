@@ -135,8 +135,10 @@ TEST_F(EntryPoints, OfEachSourceHaveAGroupOfTheirOwn) {
     ny_buffer_t* buffer = nullptr;
     EXPECT_EQ(agent::ny_buffer_create(&buffer, 1), NY_OK);
     EXPECT_EQ(TakeLoads(), 0);
-    ReleaseHandle(buffer);
+    BufferOwner owner;
+    *owner.Out() = buffer;
     EXPECT_EQ(TakeLoads(), 1);
+    EXPECT_EQ(owner.Reset(), NY_OK);
     EXPECT_EQ(DispatcherUnload(agentSoftwareId, "ny_variant.dll"), NY_OK);
     EXPECT_EQ(ModuleOf("ny_variant.dll"), nullptr);
 }

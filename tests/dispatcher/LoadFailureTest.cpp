@@ -142,7 +142,7 @@ TEST_F(LoadFailure, WithoutADispatcherIsAnsweredWithInvalidArgument) {
 
 TEST_F(LoadFailure, ForWantOfMemoryLeavesNothingHalfDoneWhereverItStrikes) {
     environment.InstallAgent();
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, nullptr), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {nullptr, nullptr}), NY_OK);
     size_t failures = 0;
     int32_t result = NY_LIBRARY_LOAD;
     while (result != NY_OK && failures < 100) {

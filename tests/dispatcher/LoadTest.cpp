@@ -170,30 +170,30 @@ TEST_F(Load, CutsALineThatIsLongerThan2047Characters) {
 TEST_F(Load, WritesNothingWithoutASinkAndEverythingToTheLastOne) {
     environment.InstallAgent();
     LineLog second;
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, &log), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {nullptr, &log}), NY_OK);
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &second), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {&KeepLine, &second}), NY_OK);
     crypto.version = 1;
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     EXPECT_THAT(log.Lines(), IsEmpty());
     EXPECT_EQ(second.Lines().size(), 3U);
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, nullptr), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {nullptr, nullptr}), NY_OK);
 }
 
 TEST_F(Load, WritesNothingLessSevereThanItsSinkWants) {
     LineLog failures;
     crypto.version = 1;
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &failures, SeverityFailure), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {&KeepLine, &failures, SeverityFailure}), NY_OK);
     EXPECT_NE(DispatcherLoad(crypto.Request()), NY_OK) << "there is no agent";
     EXPECT_THAT(failures.Take(),
                 ElementsAre(testing::StartsWith("2 dispatcher: ny_grouper_add_member library failed")));
     environment.InstallAgent();
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     EXPECT_THAT(failures.Lines(), IsEmpty());
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, &KeepLine, &failures, SeverityProgress), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {&KeepLine, &failures, SeverityProgress}), NY_OK);
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     EXPECT_THAT(failures.Lines(), ElementsAre(testing::StartsWith(LoadStarts("crypto")), LoadReturns(0)));
-    ASSERT_EQ(DispatcherSetLogSink(dispatcher, nullptr, nullptr), NY_OK);
+    ASSERT_EQ(DispatcherSetLogSink(dispatcher, {nullptr, nullptr}), NY_OK);
 }
 
 TEST_F(Load, ClosesWhatIsOpenWhenTheDispatcherGoes) {

@@ -45,7 +45,7 @@ void ExpectLoad(FuzzedAgent& agent, const FuzzedRegistryValue& value, const char
     agent.openedPath.clear();
     Dispatcher* dispatcher = nullptr;
     DispatcherCreate(nullptr, &dispatcher);
-    DispatcherSetLogSink(dispatcher, &ReadLine, nullptr);
+    DispatcherSetLogSink(dispatcher, {&ReadLine, nullptr});
     const ExactText<char> group(agent.input, agent.input.Text());
     const LoadRequest request{group.Get(), product, library.c_str(), &version, names, &table, std::size(names)};
     const bool isLoaded = DispatcherLoad(request) == NY_OK;

@@ -9,41 +9,41 @@
 
 #include "support/Event.h"
 #include "support/LineLog.h"
+#include "values/AgentException.h"
 
 namespace {
 
 using corvane::ny::utils::exception;
 using testing::ElementsAre;
 
-class Registrations : public testing::Test {
+class Registrations : public testing::Test, protected AgentRegistrations::Agent {
 protected:
-    // Each answers the code that `body` raises as the agent exception; NY_OK when it raises none.
-    int32_t Add(const std::string& product, int32_t answer = NY_OK) {
-        return CodeOf([&] { registrations.Add(product, Agent("add " + product, answer)); });
+    // Each answers the code that was raised as the agent exception; NY_OK when none was.
+    int32_t Add(const std::string& product) {
+        return CodeOf([&] { registrations.Add(product); });
     }
-    int32_t Remove(const std::string& product, int32_t answer = NY_OK) {
-        return CodeOf([&] { registrations.Remove(product, Agent("remove " + product, answer)); });
+    int32_t Remove(const std::string& product) {
+        return CodeOf([&] { registrations.Remove(product); });
     }
-    // The agent answers what stands in `refusals`.
     int32_t Close() {
-        return CodeOf([&] {
-            registrations.Close([&](const std::string& product) {
-                calls.Add("remove " + product);
-                return refusals.contains(product) ? refusals[product] : int32_t{NY_OK};
-            });
-        });
+        return CodeOf([&] { registrations.Close(); });
     }
 
     LineLog calls;
-    std::map<std::string, int32_t> refusals;
-    AgentRegistrations registrations;
+    std::map<std::string, int32_t> refusals;                   // what the agent answers, by the call's line
+    std::map<std::string, std::function<void()>> whileInside;  // what happens, once, while the agent is at it
+    AgentRegistrations registrations{*this};
 
 private:
-    std::function<int32_t()> Agent(std::string call, int32_t answer) {
-        return [this, call, answer] {
-            calls.Add(call);
-            return answer;
-        };
+    int32_t Register(const std::string& productId) override { return Call("add " + productId); }
+    int32_t Unregister(const std::string& productId) override { return Call("remove " + productId); }
+
+    int32_t Call(const std::string& line) {
+        calls.Add(line);
+        if (const auto happening = whileInside.extract(line)) {
+            happening.mapped()();
+        }
+        return refusals.contains(line) ? refusals[line] : int32_t{NY_OK};
     }
     static int32_t CodeOf(const std::function<void()>& body) {
         try {
@@ -63,8 +63,10 @@ TEST_F(Registrations, AreMadeOncePerProduct) {
 }
 
 TEST_F(Registrations, ThatTheAgentRefusesAreNotKept) {
-    EXPECT_EQ(Add("a", 77), 77);
+    refusals = {{"add a", 77}};
+    EXPECT_EQ(Add("a"), 77);
     EXPECT_EQ(Remove("a"), NY_OK);
+    refusals = {};
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "add a"));
 }
@@ -82,7 +84,9 @@ TEST_F(Registrations, EndOncePerProduct) {
 
 TEST_F(Registrations, ThatTheAgentDoesNotLetGoOfStay) {
     Add("a");
-    EXPECT_EQ(Remove("a", 77), 77);
+    refusals = {{"remove a", 77}};
+    EXPECT_EQ(Remove("a"), 77);
+    refusals = {};
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_EQ(Remove("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a", "remove a"));
@@ -103,7 +107,7 @@ TEST_F(Registrations, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsTold) {
     Add("b");
     Add("c");
     calls.Take();
-    refusals = {{"a", 77}, {"c", 88}};
+    refusals = {{"remove a", 77}, {"remove c", 88}};
     EXPECT_EQ(Close(), 77);
     EXPECT_THAT(calls.Take(), ElementsAre("remove a", "remove b", "remove c"));
     refusals = {};
@@ -111,44 +115,73 @@ TEST_F(Registrations, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsTold) {
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "remove c"));
 }
 
-// Two products' threads that register the same one: the second waits for the agent's answer to the first.
-TEST_F(Registrations, OfOneProductOnTwoThreadsAreMadeOnce) {
-    Event isInside;
-    Event mayGoOn;
-    std::thread first([&] {
-        registrations.Add("a", [&] {
-            isInside.Set();
-            EXPECT_TRUE(mayGoOn.Wait());
-            calls.Add("add a");
-            return NY_OK;
-        });
-    });
-    ASSERT_TRUE(isInside.Wait());
-    Event isSecondDone;
-    std::thread second([&] {
-        Add("a");
-        isSecondDone.Set();
-    });
-    EXPECT_FALSE(isSecondDone.Wait(std::chrono::milliseconds(20)));
-    mayGoOn.Set();
-    first.join();
-    second.join();
+// A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
+TEST_F(Registrations, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
+    whileInside["add a"] = [this] {
+        std::thread([this] { EXPECT_EQ(Add("a"), NY_OK); }).join();
+        EXPECT_EQ(Add("a"), NY_OK);
+    };
+    EXPECT_EQ(Add("a"), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
+}
+
+TEST_F(Registrations, OfAProductThatLeavesWhileItIsRegisteredEndAtOnce) {
+    whileInside["add a"] = [this] { std::thread([this] { EXPECT_EQ(Remove("a"), NY_OK); }).join(); };
+    EXPECT_EQ(Add("a"), NY_OK);
+    EXPECT_THAT(calls.Take(), ElementsAre("add a", "remove a"));
+    EXPECT_EQ(Remove("a"), NY_OK);
+    EXPECT_EQ(Close(), NY_OK);
+    EXPECT_TRUE(calls.Take().empty());
+}
+
+TEST_F(Registrations, OfAProductThatLeavesAndComesBackMeanwhileStay) {
+    whileInside["add a"] = [this] {
+        EXPECT_EQ(Remove("a"), NY_OK);
+        EXPECT_EQ(Add("a"), NY_OK);
+    };
+    EXPECT_EQ(Add("a"), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
+}
+
+TEST_F(Registrations, OfAProductThatComesBackWhileItIsUnregisteredAreMadeAnew) {
+    Add("a");
+    whileInside["remove a"] = [this] { EXPECT_EQ(Add("a"), NY_OK); };
+    EXPECT_EQ(Remove("a"), NY_OK);
+    EXPECT_THAT(calls.Take(), ElementsAre("add a", "remove a", "add a"));
+    EXPECT_EQ(Remove("a"), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("remove a"));
+}
+
+// What the agent made of the end is not the answer to who asked for the beginning.
+TEST_F(Registrations, ThatEndMeanwhileTellWhoMadeThemNothingOfARefusal) {
+    refusals = {{"remove a", 77}};
+    whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
+    EXPECT_EQ(Add("a"), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));
+}
+
+TEST_F(Registrations, ThatAreRefusedWhileTheProductLeavesAreNoMoreAskedFor) {
+    refusals = {{"add a", 77}};
+    whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
+    EXPECT_EQ(Add("a"), 77);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
 }
 
 // The agent waits for callbacks, and a callback that enters or leaves the bridge comes here.
-TEST_F(Registrations, CanBeMadeWhileTheAgentEndsOne) {
+TEST_F(Registrations, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
     Add("a");
-    registrations.Remove("a", [&] {
-        std::thread([&] { Add("b"); }).join();
-        return NY_OK;
-    });
-    registrations.Close([&](const std::string& product) {
-        std::thread([&] { Remove(product); }).join();
-        calls.Add("close " + product);
-        return NY_OK;
-    });
-    EXPECT_THAT(calls.Lines(), ElementsAre("add a", "add b", "close b"));
+    whileInside["remove a"] = [this] { std::thread([this] { Add("b"); }).join(); };
+    EXPECT_EQ(Remove("a"), NY_OK);
+    whileInside["remove b"] = [this] { std::thread([this] { EXPECT_EQ(Remove("b"), NY_OK); }).join(); };
+    EXPECT_EQ(Close(), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a", "add b", "remove b"));
+}
+
+// The thread that is in the agent for it ends it.
+TEST_F(Registrations, ThatAreBeingMadeWhenTheyAreClosedEndAfterwards) {
+    whileInside["add a"] = [this] { std::thread([this] { EXPECT_EQ(Close(), NY_OK); }).join(); };
+    EXPECT_EQ(Add("a"), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));
 }
 
 }  // namespace

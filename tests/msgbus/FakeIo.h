@@ -19,10 +19,16 @@ public:
             onUnregister();
         }
     }
-    void UnregisterAll() override { log.Add(name + " unregisters all"); }
+    void UnregisterAll() override {
+        log.Add(name + " unregisters all");
+        if (onUnregisterAll) {
+            onUnregisterAll();
+        }
+    }
 
-    // May throw.
+    // Both may throw.
     std::function<void()> onUnregister;
+    std::function<void()> onUnregisterAll;
 
 private:
     LineLog& log;

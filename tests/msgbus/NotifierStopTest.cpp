@@ -33,14 +33,6 @@ protected:
         EXPECT_EQ(::WaitForSingleObject(thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
         ::CloseHandle(thread);
     }
-
-    static void AddLast(void* userData) {
-        auto& fixture = *static_cast<NotifierStopping*>(userData);
-        fixture.lastThread = ::GetCurrentThreadId();
-        fixture.lines.Add("last");
-    }
-
-    DWORD lastThread = 0;
 };
 
 TEST_F(NotifierStopping, IsPromptWhileTheKeyIsMissing) {
@@ -60,41 +52,13 @@ TEST_F(NotifierStopping, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
     EXPECT_THAT(lines.Take(), ElementsAre(threadNotStopped));
     EXPECT_EQ(notifier->running.load(), 1);
     EXPECT_NE(notifier->thread, nullptr);
-    EXPECT_FALSE(NotifierHasEnded(notifier));
     Continue();
     WaitForThread();
-    EXPECT_THAT(lines.Lines(), ElementsAre("state 1", threadExiting));
-    EXPECT_TRUE(NotifierHasEnded(notifier));
+    EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting));
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
 }
 
-TEST_F(NotifierStopping, LeavesTheRestToTheThreadWhichDoesItLast) {
-    StartAndHold();
-    ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
-    EXPECT_TRUE(NotifierHandOver(notifier, AddLast, this));
-    const DWORD watcherThread = notifier->threadId.load();
-    Continue();
-    WaitForThread();
-    EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, "state 1", threadExiting, "last"));
-    EXPECT_EQ(lastThread, watcherThread);
-}
-
-TEST_F(NotifierStopping, KeepsTheRestWhenTheThreadHasEnded) {
-    StartAndHold();
-    ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
-    Continue();
-    WaitForThread();
-    lines.Take();
-    EXPECT_FALSE(NotifierHandOver(notifier, AddLast, this));
-    EXPECT_THAT(lines.Lines(), IsEmpty());
-}
-
-TEST_F(NotifierStopping, KeepsTheRestOfANotifierWithoutAThread) {
-    EXPECT_FALSE(NotifierHandOver(notifier, AddLast, this));
-    EXPECT_THAT(lines.Lines(), IsEmpty());
-}
-
-TEST_F(NotifierStopping, DestructionWaitsForTheThread) {
+TEST_F(NotifierStopping, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     StartAndHold();
     ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     const HANDLE thread = ThreadHandle();
@@ -105,7 +69,7 @@ TEST_F(NotifierStopping, DestructionWaitsForTheThread) {
     Continue();
     WaitAndClose(thread);
     EXPECT_FALSE(IsOpen(stopEvent));
-    EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, "state 1", threadExiting));
+    EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, threadExiting));
 }
 
 TEST_F(NotifierStopping, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
@@ -117,14 +81,12 @@ TEST_F(NotifierStopping, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
         const auto before = std::chrono::steady_clock::now();
         EXPECT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
         duration = std::chrono::steady_clock::now() - before;
-        EXPECT_FALSE(NotifierHasEnded(notifier));
     };
     WriteVersion("5.8.0");
     ASSERT_TRUE(lines.WaitFor(threadExiting));
     WaitForThread();
-    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", threadNotStopped, "state 1", threadExiting));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", threadNotStopped, threadExiting));
     EXPECT_LT(duration, std::chrono::seconds(7));
-    EXPECT_TRUE(NotifierHasEnded(notifier));
 }
 
 // Fails the wait for a thread.
@@ -181,28 +143,13 @@ TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     }
     EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadNotStopped));
     EXPECT_NE(notifier->thread, nullptr);
-    EXPECT_TRUE(NotifierHasEnded(notifier));
-}
-
-// It then ends like any other; only a module that unloads the library early is worse off.
-TEST_F(NotifierStopping, IsTheSameForAThreadThatCouldNotHoldItsLibrary) {
-    WriteVersion("5.7.0");
-    {
-        const NoLibraryReferences failing;
-        StartAndWatch();
-    }
-    EXPECT_EQ(notifier->library, nullptr);
-    EXPECT_EQ(NotifierStop(notifier), NY_OK);
-    EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadStopped));
 }
 
 TEST_F(NotifierStopping, HasNothingToDoForAThreadThatNeverWas) {
-    const NoLibraryReferences failing;
     const NoThreads none;
     EXPECT_EQ(Start(), NY_UNEXPECTED);
     EXPECT_THAT(lines.Lines(), ElementsAre(keyMissingAtCheck, "2 ny_client: failed to start ny client notifier."));
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
-    EXPECT_TRUE(NotifierHasEnded(notifier));
 }
 
 }  // namespace

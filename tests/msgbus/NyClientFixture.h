@@ -46,7 +46,10 @@ protected:
     }
 
     // Has notifications delivered as after a registration, without a watcher.
-    void ExpectNotifications() { client->notification = Notify; }
+    void ExpectNotifications() {
+        client->notificationUserData = this;
+        client->notification = Notify;
+    }
     int32_t NotifyState(uint32_t state) { return NyClientNotifyState(client, state, this); }
 
     NyClient* client = nullptr;

@@ -61,12 +61,6 @@ protected:
         ::CloseHandle(thread);
     }
 
-    static void EndLate(void* userData) {
-        auto& test = *static_cast<NyClientRegistration*>(userData);
-        test.lines.client.Add("last");
-        EXPECT_EQ(NyClientUnregisterNotifications(test.client), NY_OK);
-    }
-
     struct Hold {
         Event isInside;
         Event mayGoOn;
@@ -136,7 +130,7 @@ TEST_F(NyClientRegistration, WithoutMemoryAnswersSo) {
         EXPECT_EQ(Register(), NY_OUT_OF_MEMORY);
     }
     EXPECT_EQ(client->notifier.load(), nullptr);
-    EXPECT_EQ(client->notification, nullptr);
+    EXPECT_EQ(client->notification.load(), nullptr);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
@@ -155,8 +149,8 @@ TEST_F(NyClientRegistration, EndsWithTheWatcherAndAStop) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(unregistering, exiting, stopped, toStop, "told 0"));
     EXPECT_EQ(client->notifier.load(), nullptr);
     EXPECT_EQ(client->notified.load(), 0U);
-    EXPECT_EQ(client->notification, nullptr);
-    EXPECT_EQ(client->notificationUserData, nullptr);
+    EXPECT_EQ(client->notification.load(), nullptr);
+    EXPECT_EQ(client->notificationUserData.load(), nullptr);
 }
 
 TEST_F(NyClientRegistration, EndsSilentlyForWhoWasNotToldOfAStart) {
@@ -179,25 +173,19 @@ TEST_F(NyClientRegistration, CanFollowOneThatEnded) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
 }
 
-// Nothing is taken away from under a notification that does not return: the watcher's thread does it, last.
-TEST_F(NyClientRegistration, WhoseThreadIsBusyCannotEndAndIsHandedOver) {
+// Nothing is taken away from under a notification that does not return: the thread that is at it does the rest.
+TEST_F(NyClientRegistration, WhoseThreadIsBusyEndsWhenThatIsBack) {
     RegisterAndHold();
-    EXPECT_EQ(NyClientUnregisterNotifications(client), NY_UNEXPECTED);
-    EXPECT_THAT(lines.client.Take(), ElementsAre(unregistering, notStopped));
-    EXPECT_NE(client->notifier.load(), nullptr);
-    EXPECT_EQ(client->notification, Notify);
-    EXPECT_TRUE(NyClientHandOver(client, EndLate, this));
     const HANDLE thread = Thread();
+    EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
+    EXPECT_THAT(lines.client.Take(), ElementsAre(unregistering, notStopped));
+    EXPECT_EQ(client->notifier.load(), nullptr);
+    EXPECT_EQ(client->notification.load(), Notify);
     held->mayGoOn.Set();
     WaitAndClose(thread);
-    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1", exiting, "last", unregistering, toStop, "told 0"));
-    EXPECT_EQ(client->notifier.load(), nullptr);
-}
-
-TEST_F(NyClientRegistration, ThatIsNotThereCannotBeHandedOver) {
-    const auto never = [](void*) { FAIL(); };
-    EXPECT_FALSE(NyClientHandOver(nullptr, never, nullptr));
-    EXPECT_FALSE(NyClientHandOver(client, never, nullptr));
+    EXPECT_THAT(lines.client.Lines(), ElementsAre(exiting));
+    EXPECT_EQ(client->notification.load(), nullptr);
+    EXPECT_EQ(client->notified.load(), 0U);
 }
 
 TEST_F(NyClientRegistration, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
@@ -210,7 +198,6 @@ TEST_F(NyClientRegistration, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
     EXPECT_THAT(lines.client.Take(), ElementsAre(notStopped));
     held->mayGoOn.Set();
     WaitAndClose(thread);
-    EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1", exiting));
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
     EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
     client = nullptr;
@@ -248,15 +235,8 @@ TEST_F(NyClientRegistration, TwiceAtATimeIsDoneOnce) {
     }
     ASSERT_NE(winner, nullptr);
     EXPECT_EQ(client->notifier.load(), winner);
-    EXPECT_EQ(client->notification, Notify);
+    EXPECT_EQ(client->notification.load(), Notify);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
-}
-
-TEST_F(NyClientRegistration, WithoutAThreadCannotBeHandedOver) {
-    const NoThreads failing;
-    ASSERT_EQ(Register(), NY_OK);
-    EXPECT_FALSE(NyClientHandOver(
-        client, [](void*) { FAIL(); }, nullptr));
 }
 
 TEST_F(NyClientRegistration, EndsSilentlyForWhoListensNoMore) {

@@ -33,7 +33,7 @@ TEST_F(NyClientLife, CreationLoadsTheDispatcherAndLeavesTheRestEmpty) {
     EXPECT_EQ(created.threadOption, 0U);
     EXPECT_EQ(created.started.load(), 0U);
     EXPECT_EQ(created.notified.load(), 0U);
-    EXPECT_EQ(created.notification, nullptr);
+    EXPECT_EQ(created.notification.load(), nullptr);
     EXPECT_EQ(created.logCallback, nullptr);
     EXPECT_EQ(created.notifier.load(), nullptr);
     EXPECT_EQ(created.passphraseCallback, nullptr);

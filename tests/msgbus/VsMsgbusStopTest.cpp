@@ -65,20 +65,20 @@ TEST_F(VsMsgbusStopping, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
     EXPECT_THAT(sink.log.Lines(), ElementsAre(std::string("3: ") + released +
                                               "[256]Failed to release VsMsgbus io [2048] due to exception: [77]"));
     EXPECT_THAT(ios.Lines(), ElementsAre("256 unregisters PRODUCT1000", "256 unregisters all", "256 destroyed",
-                                         "2048 unregisters PRODUCT1000", "2048 unregisters all",
+                                         "2048 unregisters PRODUCT1000", "2048 unregisters all", "2048 destroyed",
                                          "4096 unregisters PRODUCT1000", "4096 unregisters all", "4096 destroyed",
                                          "8192 unregisters PRODUCT1000", "8192 unregisters all", "8192 destroyed"));
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-// The agent may still call it, until its client is gone.
-TEST_F(VsMsgbusStopping, KeepsAServiceThatTheAgentDidNotLetGoOfUntilTheBridgeIsDestroyed) {
-    Add(IoKindTask).onUnregister = Throwing(77);
+// There is no product left that the text could be about.
+TEST_F(VsMsgbusStopping, TellsNobodyOfARefusalWhenTheLastProductHasLeft) {
+    bridge->RemoveProduct("PRODUCT1000");
+    Add(IoKindTask).onUnregisterAll = Throwing(77);
     Stop();
-    ios.Take();
-    Destroy();
-    EXPECT_THAT(ios.Lines(), ElementsAre("2048 destroyed"));
+    EXPECT_THAT(ios.Lines(), ElementsAre("2048 unregisters all", "2048 destroyed"));
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
 TEST_F(VsMsgbusStopping, TellsTheSinkOfEachRefusalWithWhatWasBeforeIt) {

@@ -1,6 +1,7 @@
 // The bridge instance's life and its callbacks, and the texts that are composed and dropped on the way.
 #include "msgbus/VsMsgbus.h"
 
+#include <memory>
 #include <optional>
 
 #include "msgbus/NyClientNotifier.h"
@@ -100,11 +101,11 @@ struct Hold {
     static inline Hold* current = nullptr;
 };
 
-TEST_F(VsMsgbusLife, DropsTheTextOfAWatcherThatDoesNotEndInTime) {
+TEST_F(VsMsgbusLife, TellsOfAWatcherThatDoesNotEndInTime) {
     const WatchCount watches;
     bridge->RegisterForNotifications();
     ASSERT_TRUE(watches.WaitFor(1));
-    NyClientNotifier* const notifier = Client()->notifier.load();
+    NyClientNotifier* const notifier = NotifierShare(Client()->notifier.load());
     notifier->stopTimeout = 1;
     Hold hold;
     Hold::current = &hold;
@@ -113,14 +114,13 @@ TEST_F(VsMsgbusLife, DropsTheTextOfAWatcherThatDoesNotEndInTime) {
     ASSERT_TRUE(hold.isInside.Wait());
     dropped.log.Take();
     bridge->UnregisterForNotifications();
-    EXPECT_THAT(
-        dropped.log.Take(),
-        ElementsAre("Failed to unregister for VsMsgbus client notification due to, exception:[Unknown exception]"));
+    EXPECT_THAT(dropped.log.Take(), ElementsAre(toldOfStop));
     EXPECT_THAT(sink.log.Lines(),
                 ElementsAre("3: NY log message, [ny_client] failed to stop ny client notifier thread."));
+    EXPECT_FALSE(bridge->IsStarted());
     hold.mayGoOn.Set();
     EXPECT_EQ(::WaitForSingleObject(notifier->thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
-    Client()->stateHandler = NyClientNotifyState;
+    NotifierDestroy(notifier);
 }
 
 class VsMsgbusCallbacks : public VsMsgbusFixture {};
@@ -185,10 +185,15 @@ TEST_F(VsMsgbusCallbacks, DropLinesForNobody) {
 }
 
 TEST_F(VsMsgbusCallbacks, ArePublishedOnce) {
-    ASSERT_EQ(PublishBridge(bridge.get()), bridge.get());
-    VsMsgbus second("PRODUCT2000");
-    EXPECT_EQ(PublishBridge(&second), bridge.get());
-    EXPECT_EQ(CurrentBridge(), bridge.get());
+    const auto first = std::make_shared<VsMsgbus>("PRODUCT2000");
+    ASSERT_EQ(PublishBridge(first), first);
+    EXPECT_EQ(PublishBridge(std::make_shared<VsMsgbus>("PRODUCT3000")), first);
+    EXPECT_EQ(CurrentBridge(), first.get());
+    WithdrawBridge(bridge.get());
+    EXPECT_EQ(ShareBridge(), first);
+    WithdrawBridge(first.get());
+    EXPECT_EQ(CurrentBridge(), nullptr);
+    EXPECT_EQ(ShareBridge(), nullptr);
 }
 
 }  // namespace

@@ -30,7 +30,7 @@ TEST_F(LeaveInside, OfTheLastProductEndsTheBridgeUnderTheCollector) {
     collector.collect = [this](ISet& set) {
         EXPECT_TRUE(set.SetProperty(L"general", L"version", L"1.0"));
         product.Exit();
-        EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
+        EXPECT_NE(::GetModuleHandleA("ny_client.dll"), nullptr) << "the agent's thread returns into it";
         EXPECT_FALSE(set.SetProperty(L"path", L"name", L"value"));
     };
     const Registration registration(productId, collector, &modulesSink);

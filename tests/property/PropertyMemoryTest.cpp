@@ -39,7 +39,7 @@ TEST_F(PropertyMemory, ThatRunsOutForTheLineOfARefusalCutsItAndWritesNoEmptyOne)
     });
     // The refusal comes before the bag is looked at.
     auto* const bag = reinterpret_cast<ny_property_bag_t*>(&collector);
-    CTheCollectProperties(&collector, &sink).Collect(bag, [] { return false; });
+    CTheCollectProperties(&collector, &sink).Collect(bag, nullptr, [] { return false; });
     EXPECT_GT(without, 1U);
 }
 

@@ -43,14 +43,14 @@ TEST_F(TaskExecutor, ReportsNothingWithoutAStartedClient) {
 
 TEST_F(TaskExecutor, ReportsNothingThroughAnotherClientThanItsOwn) {
     ny_client_t* const other = reinterpret_cast<ny_client_t*>(&executor);
-    ASSERT_TRUE(OpenAgent(other));
+    OpenAgent(std::make_shared<AgentSession>(other));
     executor.UpdateStatus("task", 4);
     CloseAgent(other);
     EXPECT_THAT(dropped.log.Lines(), IsEmpty());
 }
 
 TEST_F(TaskExecutor, WithoutAnAgentFailsToReportWith705) {
-    ASSERT_TRUE(OpenAgent(client));
+    OpenAgent(std::make_shared<AgentSession>(client));
     executor.UpdateStatus("task", 4);
     CloseAgent(client);
     EXPECT_THAT(dropped.log.Lines(), ElementsAre("Failed to update the task status, error  [705]"));

@@ -178,11 +178,11 @@ TEST_F(TaskProduct, ThatTheAgentRefusesIsAskedForAgainWhenTheAgentStartsAnew) {
     EXPECT_EQ(ny_sim_has_task_callbacks(productId, nullptr), 1);
 }
 
-TEST_F(TaskProduct, ThatTheAgentKeepsRegisteredIsToldToTheSink) {
+TEST_F(TaskProduct, ThatTheAgentKeepsRegisteredLeavesSilently) {
     Product product(productId, &sink, VsMsgbusServiceTask);
     ASSERT_EQ(ny_sim_fail_call("ny_scheduler_unregister_task_callbacks", 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
     product.Exit();
-    EXPECT_THAT(sink.log.Lines(), ElementsAre(NotReleasedLine(VsMsgbusServiceTask, "77")));
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
     EXPECT_EQ(ny_sim_has_task_callbacks(productId, nullptr), 0);
 }
 

@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <chrono>
 #include <exception>
 #include <filesystem>
+#include <iterator>
 
 using simulator::AgentInstaller;
 
@@ -39,7 +42,32 @@ void AgentEnvironment::RemoveAgent() {
     installer.Remove();
 }
 
+namespace {
+
+bool IsLoaded(const char* library) {
+    return ::GetModuleHandleA(library) != nullptr;
+}
+
+bool HasNothingOfTheAgent() {
+    constexpr const char* libraries[] = {"ny_client.dll", "ny_variant.dll", "ny_msgbus.dll", "ny_logger.dll"};
+    return ny_sim_live_handles(NY_SIM_ANY) == 0 &&
+           std::none_of(std::begin(libraries), std::end(libraries), IsLoaded);
+}
+
+}  // namespace
+
+bool AgentIsLetGo() {
+    constexpr std::chrono::milliseconds patience{5};
+    constexpr size_t never = SIZE_MAX;
+    for (int i = 0; i < soon / patience && !HasNothingOfTheAgent(); ++i) {
+        // The system tells nobody that a library was unloaded.
+        ny_sim_wait_calls("ny_client_handler_release", never, static_cast<uint32_t>(patience.count()));
+    }
+    return HasNothingOfTheAgent();
+}
+
 void AgentTest::TearDown() {
+    AgentIsLetGo();
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
     EXPECT_EQ(ny_sim_started_clients(), 0U);
     EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();

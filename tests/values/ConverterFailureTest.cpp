@@ -63,20 +63,20 @@ const Converter converters[] = {
      {"ny_variant_create_from_wstring", "ny_variant_get_string_buffer", "ny_buffer_get_string",
       "ny_buffer_get_string"}},
     {"TableFromVariant",
-     [](const Inputs& inputs) { TableFromVariant(inputs.tableVariant.Get()); },
+     [](const Inputs& inputs) { AgentTables().FromVariant(inputs.tableVariant.Get()); },
      {"ny_variant_get_table"}},
-    {"TableValue", [](const Inputs& inputs) { TableValue(inputs.table.Get(), L"key"); }, {"ny_table_get_wvalue"}},
-    {"TableKeys", [](const Inputs& inputs) { TableKeys(inputs.table.Get()); }, {"ny_table_get_keys"}},
-    {"ArraySize", [](const Inputs& inputs) { ArraySize(inputs.keys.Get()); }, {"ny_array_size"}},
-    {"ArrayElement", [](const Inputs& inputs) { ArrayElement(inputs.keys.Get(), 0); }, {"ny_array_get_element_at"}},
+    {"TableValue", [](const Inputs& inputs) { AgentTables().Value(inputs.table.Get(), L"key"); }, {"ny_table_get_wvalue"}},
+    {"TableKeys", [](const Inputs& inputs) { AgentTables().Keys(inputs.table.Get()); }, {"ny_table_get_keys"}},
+    {"ArraySize", [](const Inputs& inputs) { AgentTables().Size(inputs.keys.Get()); }, {"ny_array_size"}},
+    {"ArrayElement", [](const Inputs& inputs) { AgentTables().Element(inputs.keys.Get(), 0); }, {"ny_array_get_element_at"}},
 };
 
 class ConverterFailures : public ValuesTest, public testing::WithParamInterface<Converter> {
 protected:
     static Inputs MakeInputs() {
         Inputs inputs{FromJson("\"text\""), FromJson(R"({"key": "value"})"), {}, {}};
-        inputs.table = TableFromVariant(inputs.tableVariant.Get());
-        inputs.keys = TableKeys(inputs.table.Get());
+        inputs.table = AgentTables().FromVariant(inputs.tableVariant.Get());
+        inputs.keys = AgentTables().Keys(inputs.table.Get());
         return inputs;
     }
 

@@ -87,34 +87,34 @@ TEST_F(Converters, WidenAndNarrowThroughOneVariant) {
 
 TEST_F(Converters, ReadATablesValueByItsWideKey) {
     const VariantOwner variant = FromJson(R"({"name": "first", "n\u00FCmber": 42})");
-    EXPECT_THAT(CallsOf([&] { TableFromVariant(variant.Get()); }),
+    EXPECT_THAT(CallsOf([&] { AgentTables().FromVariant(variant.Get()); }),
                 ElementsAre("ny_variant_get_table", "ny_table_release"));
-    const TableOwner table = TableFromVariant(variant.Get());
-    EXPECT_THAT(CallsOf([&] { TableValue(table.Get(), L"name"); }),
+    const TableOwner table = AgentTables().FromVariant(variant.Get());
+    EXPECT_THAT(CallsOf([&] { AgentTables().Value(table.Get(), L"name"); }),
                 ElementsAre("ny_table_get_wvalue", "ny_variant_release"));
-    EXPECT_EQ(NarrowFromVariant(TableValue(table.Get(), L"name").Get()), "first");
-    EXPECT_EQ(NarrowFromVariant(TableValue(table.Get(), L"n\u00FCmber").Get()), "42");
-    EXPECT_EQ(CodeOf([&] { TableValue(table.Get(), L"Name"); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(NarrowFromVariant(AgentTables().Value(table.Get(), L"name").Get()), "first");
+    EXPECT_EQ(NarrowFromVariant(AgentTables().Value(table.Get(), L"n\u00FCmber").Get()), "42");
+    EXPECT_EQ(CodeOf([&] { AgentTables().Value(table.Get(), L"Name"); }), NY_INVALID_ARGUMENT);
 }
 
 TEST_F(Converters, ListATablesKeys) {
-    const TableOwner table = TableFromVariant(FromJson(R"({"one": "1", "two": "2"})").Get());
-    EXPECT_THAT(CallsOf([&] { TableKeys(table.Get()); }), ElementsAre("ny_table_get_keys", "ny_array_release"));
-    const ArrayOwner keys = TableKeys(table.Get());
-    EXPECT_THAT(CallsOf([&] { ArraySize(keys.Get()); }), ElementsAre("ny_array_size"));
-    ASSERT_EQ(ArraySize(keys.Get()), 2U);
-    EXPECT_THAT(CallsOf([&] { ArrayElement(keys.Get(), 0); }),
+    const TableOwner table = AgentTables().FromVariant(FromJson(R"({"one": "1", "two": "2"})").Get());
+    EXPECT_THAT(CallsOf([&] { AgentTables().Keys(table.Get()); }), ElementsAre("ny_table_get_keys", "ny_array_release"));
+    const ArrayOwner keys = AgentTables().Keys(table.Get());
+    EXPECT_THAT(CallsOf([&] { AgentTables().Size(keys.Get()); }), ElementsAre("ny_array_size"));
+    ASSERT_EQ(AgentTables().Size(keys.Get()), 2U);
+    EXPECT_THAT(CallsOf([&] { AgentTables().Element(keys.Get(), 0); }),
                 ElementsAre("ny_array_get_element_at", "ny_variant_release"));
-    EXPECT_EQ(NarrowFromVariant(ArrayElement(keys.Get(), 0).Get()), "one");
-    EXPECT_EQ(NarrowFromVariant(ArrayElement(keys.Get(), 1).Get()), "two");
+    EXPECT_EQ(NarrowFromVariant(AgentTables().Element(keys.Get(), 0).Get()), "one");
+    EXPECT_EQ(NarrowFromVariant(AgentTables().Element(keys.Get(), 1).Get()), "two");
 }
 
 TEST_F(Converters, HandTheIndexToTheAgentUnchanged) {
-    const TableOwner table = TableFromVariant(FromJson(R"({"one": "1"})").Get());
-    const ArrayOwner keys = TableKeys(table.Get());
-    EXPECT_EQ(CodeOf([&] { ArrayElement(keys.Get(), 1); }), NY_INVALID_ARGUMENT);
-    EXPECT_EQ(CodeOf([&] { ArrayElement(keys.Get(), SIZE_MAX); }), NY_INVALID_ARGUMENT);
-    EXPECT_EQ(ArraySize(TableKeys(TableFromVariant(FromJson("{}").Get()).Get()).Get()), 0U);
+    const TableOwner table = AgentTables().FromVariant(FromJson(R"({"one": "1"})").Get());
+    const ArrayOwner keys = AgentTables().Keys(table.Get());
+    EXPECT_EQ(CodeOf([&] { AgentTables().Element(keys.Get(), 1); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { AgentTables().Element(keys.Get(), SIZE_MAX); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(AgentTables().Size(AgentTables().Keys(AgentTables().FromVariant(FromJson("{}").Get()).Get()).Get()), 0U);
 }
 
 TEST_F(Converters, RaiseTheAgentsCodeForAValueOfAnotherType) {
@@ -122,7 +122,7 @@ TEST_F(Converters, RaiseTheAgentsCodeForAValueOfAnotherType) {
     const VariantOwner text = FromJson("\"text\"");
     EXPECT_EQ(CodeOf([&] { NarrowFromVariant(table.Get()); }), NY_INVALID_ARGUMENT);
     EXPECT_EQ(CodeOf([&] { WideFromVariant(table.Get()); }), NY_INVALID_ARGUMENT);
-    EXPECT_EQ(CodeOf([&] { TableFromVariant(text.Get()); }), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(CodeOf([&] { AgentTables().FromVariant(text.Get()); }), NY_INVALID_ARGUMENT);
     EXPECT_EQ(CodeOf([&] { NarrowFromVariant(nullptr); }), NY_INVALID_ARGUMENT);
 }
 

@@ -43,8 +43,8 @@ TEST_F(Owners, OfNothingReleaseNothing) {
 
 TEST_F(Owners, ReleaseEachKindWithItsOwnFunction) {
     VariantOwner variant = FromJson(R"({"key": "value"})");
-    TableOwner table = TableFromVariant(variant.Get());
-    ArrayOwner array = TableKeys(table.Get());
+    TableOwner table = AgentTables().FromVariant(variant.Get());
+    ArrayOwner array = AgentTables().Keys(table.Get());
     EXPECT_THAT(CallsOf([&] { array.Reset(); }), ElementsAre("ny_array_release"));
     EXPECT_THAT(CallsOf([&] { table.Reset(); }), ElementsAre("ny_table_release"));
     EXPECT_THAT(CallsOf([&] { variant.Reset(); }), ElementsAre("ny_variant_release"));
@@ -109,13 +109,25 @@ TEST_F(Owners, ForgetAHandleThatTheAgentRefusesToTakeBack) {
     EXPECT_EQ(kept.Release(), 1U);
 }
 
-TEST_F(Owners, ForgetAHandleWhenTheAgentCannotBeReached) {
-    KeptHandles kept;
+TEST_F(Owners, GiveTheirHandleToTheLibraryThatMadeItWhenThatWasClosedMeanwhile) {
+    const auto inUse = LibrariesInUse::Share();
     VariantOwner owner = FromJson("1");
+    const std::string path = environment.Installer().CurrentFolder().string() + "\\ny_variant.dll";
     DispatcherRelease(std::exchange(dispatcher, nullptr));
-    EXPECT_THAT(CallsOf([&] { owner.Reset(); }), IsEmpty());
+    environment.UpgradeAgent("5.7.1");
+    ASSERT_EQ(DispatcherCreate(nullptr, &dispatcher), NY_OK);
+    const VariantOwner other = FromJson("2");
+    EXPECT_NE(::GetModuleHandleA(path.c_str()), nullptr);
+    EXPECT_THAT(CallsOf([&] { owner.Reset(); }), ElementsAre("ny_variant_release"));
     EXPECT_FALSE(owner);
-    EXPECT_EQ(kept.Release(), 1U);
+}
+
+TEST_F(Owners, TakeNothingFromALibraryThatCannotTakeItBack) {
+    environment.UpgradeAgent("5.7.1", "lacking");
+    const auto inUse = LibrariesInUse::Share();
+    VariantOwner owner;
+    DispatcherRelease(std::exchange(dispatcher, nullptr));
+    EXPECT_EQ(CodeOf([&] { owner.Out(inUse.get()); }), NY_FUNCTION_MISSING) << "closed";
 }
 
 }  // namespace

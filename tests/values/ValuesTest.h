@@ -22,11 +22,13 @@ protected:
         AgentTest::TearDown();
     }
 
-    // A variant of the agent's own, made without a call of an agent function.
+    // A variant of the agent's own, made without a call of an agent function. Its library is loaded for its release.
     static VariantOwner FromJson(const char* json) {
         ny_variant_t* variant = nullptr;
         EXPECT_EQ(ny_sim_variant_from_json(json, &variant), NY_OK);
-        return VariantOwner(variant);
+        VariantOwner owner;
+        *owner.Out() = variant;
+        return owner;
     }
 
     // The code of the agent exception that `body` raises; -1 when it raises none.

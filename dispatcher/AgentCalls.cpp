@@ -1,0 +1,193 @@
+#include "dispatcher/AgentCalls.h"
+
+#include <algorithm>
+#include <functional>
+#include <mutex>
+#include <string>
+#include <unordered_map>
+#include <utility>
+#include <vector>
+
+#include "base/Boundary.h"
+#include "base/Mutex.h"
+#include "base/UntilUnloaded.h"
+
+namespace {
+
+// Look-ups by view: finding what is admitted allocates nothing.
+struct NameView {
+    const void* data;
+    std::string_view product;
+};
+
+struct Name {
+    const void* data;
+    std::string product;
+};
+
+NameView View(const Name& name) noexcept {
+    return {name.data, name.product};
+}
+NameView View(const NameView& name) noexcept {
+    return name;
+}
+
+struct Hash {
+    using is_transparent = void;
+    template <class AnyName>
+    size_t operator()(const AnyName& name) const noexcept {
+        const NameView view = View(name);
+        return std::hash<std::string_view>{}(view.product) ^ std::hash<const void*>{}(view.data);
+    }
+};
+
+struct Equal {
+    using is_transparent = void;
+    template <class AnyName, class OtherName>
+    bool operator()(const AnyName& name, const OtherName& other) const noexcept {
+        return View(name).data == View(other).data && View(name).product == View(other).product;
+    }
+};
+
+struct Entry {
+    std::shared_ptr<void> called;
+    const void* group = nullptr;
+    bool isAdmitted = false;  // else it has ended: a name that was known is not taken for any other one
+};
+
+}  // namespace
+
+// The lock is held for a look-up or a change alone. What was shared is let go after it was left.
+struct AgentCallTable {
+    Mutex lock;
+    std::unordered_map<Name, Entry, Hash, Equal> entries;
+    AgentCall* underWay = nullptr;
+
+    // What a call with that data for that product finds, null when it comes too late.
+    const Entry* Find(const NameView& name) const noexcept {
+        auto found = entries.find(name);
+        if (found == entries.end() && !name.product.empty()) {
+            found = entries.find(NameView{name.data, {}});
+        }
+        return found != entries.end() && found->second.isAdmitted ? &found->second : nullptr;
+    }
+
+    void Begin(AgentCall& call, const NameView& name) noexcept {
+        const std::lock_guard guard(lock);
+        if (const Entry* const entry = Find(name)) {
+            call.isAdmitted = true;
+            call.called = entry->called;
+        }
+        call.next = underWay;
+        if (underWay != nullptr) {
+            underWay->previous = &call;
+        }
+        underWay = &call;
+    }
+
+    void End(AgentCall& call) noexcept {
+        const std::lock_guard guard(lock);
+        (call.previous != nullptr ? call.previous->next : underWay) = call.next;
+        if (call.next != nullptr) {
+            call.next->previous = call.previous;
+        }
+    }
+
+    bool HasCallOn(DWORD threadId) noexcept {
+        const std::lock_guard guard(lock);
+        for (const AgentCall* call = underWay; call != nullptr; call = call->next) {
+            if (call->threadId == threadId) {
+                return true;
+            }
+        }
+        return false;
+    }
+};
+
+namespace {
+
+AgentCallTable& Table() noexcept {
+    static UntilUnloaded<AgentCallTable> table;
+    return table.Get();
+}
+
+struct Work {
+    void (*run)(void*);
+    void* argument;
+};
+
+DWORD WINAPI RunWork(void* parameter) {
+    const std::unique_ptr<Work> work(static_cast<Work*>(parameter));
+    work->run(work->argument);
+    return 0;
+}
+
+}  // namespace
+
+void AdmitAgentCalls(const void* data, std::string_view product, std::shared_ptr<void> called, const void* group) {
+    AgentCallTable& table = Table();
+    Name name{data, std::string(product)};
+    Entry entry{std::move(called), group, true};
+    const std::lock_guard guard(table.lock);
+    std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
+}
+
+void EndAgentCalls(const void* data, std::string_view product) noexcept {
+    AgentCallTable& table = Table();
+    std::shared_ptr<void> ended;
+    const std::lock_guard guard(table.lock);
+    const auto found = table.entries.find(NameView{data, product});
+    if (found != table.entries.end()) {
+        found->second.isAdmitted = false;
+        ended.swap(found->second.called);
+    }
+}
+
+void ForgetAgentCalls(const void* group) noexcept {
+    AgentCallTable& table = Table();
+    decltype(table.entries)::node_type forgotten;
+    do {
+        forgotten = {};
+        const std::lock_guard guard(table.lock);
+        const auto found = std::find_if(table.entries.begin(), table.entries.end(),
+                                        [group](const auto& entry) { return entry.second.group == group; });
+        if (found != table.entries.end()) {
+            forgotten = table.entries.extract(found);
+        }
+    } while (forgotten);
+}
+
+std::shared_ptr<void> FindAgentCalls(const void* data, std::string_view product) noexcept {
+    AgentCallTable& table = Table();
+    const std::lock_guard guard(table.lock);
+    const Entry* const entry = table.Find({data, product});
+    return entry != nullptr ? entry->called : nullptr;
+}
+
+AgentCall::AgentCall(const void* data, std::string_view product) noexcept : threadId(::GetCurrentThreadId()) {
+    Table().Begin(*this, {data, product});
+}
+
+AgentCall::~AgentCall() {
+    // First: what this ends must know that it is ended on a thread of the agent's.
+    called.reset();
+    Table().End(*this);
+}
+
+bool AgentCall::IsUnderWay() noexcept {
+    return Table().HasCallOn(::GetCurrentThreadId());
+}
+
+void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept {
+    if (!AgentCall::IsUnderWay()) {
+        work(argument);
+        return;
+    }
+    Guarded([=] {
+        auto started = std::make_unique<Work>(Work{work, argument});
+        if (const HANDLE thread = ::CreateThread(nullptr, 0, RunWork, started.get(), 0, nullptr)) {
+            static_cast<void>(started.release());
+            ::CloseHandle(thread);
+        }
+    });
+}

@@ -1,0 +1,56 @@
+// What the agent may call, and the calls that it is making.
+//
+// The agent is given a pointer with each function that it may call, its callback data. It may use that pointer late:
+// after what it was registered for has ended, or while it ends. So the pointer is only a name here. It is looked up
+// before it is believed, and whoever is called shares what it stands for until the call returns.
+#pragma once
+
+#include <windows.h>
+
+#include <memory>
+#include <string_view>
+
+// From now on the agent may call with this data for this product. An empty one stands for every product that was never
+// admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten together.
+// Takes the place of what was admitted under the same name. Raises std::bad_alloc.
+void AdmitAgentCalls(const void* data, std::string_view product, std::shared_ptr<void> called, const void* group);
+
+// From now on a call with this data for this product comes too late. Those that are inside go on. The name is kept until
+// its group is forgotten, so that it is not taken for any other product.
+void EndAgentCalls(const void* data, std::string_view product) noexcept;
+
+// From now on every call with the data of this group comes too late.
+void ForgetAgentCalls(const void* group) noexcept;
+
+// What is admitted under that name, or null.
+std::shared_ptr<void> FindAgentCalls(const void* data, std::string_view product) noexcept;
+
+// A call of the agent's, on its thread: from construction to destruction. Costs no allocation.
+class AgentCall {
+public:
+    AgentCall(const void* data, std::string_view product) noexcept;
+    ~AgentCall();
+    AgentCall(const AgentCall&) = delete;
+    AgentCall& operator=(const AgentCall&) = delete;
+
+    // Test it first: a late call finds nothing, and must touch nothing.
+    explicit operator bool() const noexcept { return isAdmitted; }
+
+    // Whether the calling thread is inside such a call. It must not wait for other threads of ours then: they may wait
+    // for the agent, and the agent for this call.
+    static bool IsUnderWay() noexcept;
+
+private:
+    friend struct AgentCallTable;
+
+    const DWORD threadId;
+    AgentCall* previous = nullptr;
+    AgentCall* next = nullptr;
+    bool isAdmitted = false;
+    std::shared_ptr<void> called;
+};
+
+// Runs `work(argument)`: at once, or on a thread of its own when the calling thread is inside a call of the agent's. For
+// what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns into.
+// Without a thread to be had it is not done.
+void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept;

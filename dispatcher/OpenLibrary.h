@@ -1,0 +1,61 @@
+// What keeps the agent's libraries in memory.
+#pragma once
+
+#include <atomic>
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <vector>
+
+#include "VsMsgbus/ny_dl.h"
+
+// The address table of a group of functions: entry i holds the address of name i, or null when the library does not
+// export it. Owned by the library that it was resolved from.
+using SymbolTable = std::unique_ptr<void*[]>;
+
+// Where a caller keeps its pointer to such a table: null until loaded and again once the library is closed. Read
+// without a lock by the entry points.
+using TablePointer = std::atomic<void**>;
+
+// How many libraries were closed so far. Addresses of the agent's functions that were looked up are those of the agent
+// that runs now only while this number is unchanged.
+inline std::atomic<uint64_t> libraryClosings = 0;
+inline constexpr uint64_t noClosings = UINT64_MAX;  // never the number
+
+// A library file of the agent's in memory, with the tables resolved from it. Shared by the dispatcher, until it closes
+// the library, and by the LibrariesInUse that were there meanwhile: the system unloads it when the last of them lets go.
+struct OpenLibrary {
+    OpenLibrary() = default;
+    ~OpenLibrary() { ny_dl_close(&module); }
+    OpenLibrary(const OpenLibrary&) = delete;
+    OpenLibrary& operator=(const OpenLibrary&) = delete;
+
+    struct HandedOut {
+        TablePointer* holder;
+        SymbolTable addresses;
+    };
+
+    ny_dl_t module{};
+    std::vector<HandedOut> tables;
+};
+
+// The libraries that are open, and those opened while this object is there. Whoever is inside the agent (an export that
+// calls it, a call of the agent's, a client) shares it for that long: no library is unloaded under it, its handles go
+// back to the library that made them, and functions that it has looked up may be called.
+//
+// A thread of the agent's that is the last to let go leaves the unloading to a thread of ours: it returns into the library.
+class LibrariesInUse {
+public:
+    // Those of the process's dispatcher; null when there is none. Raises std::bad_alloc.
+    static std::shared_ptr<LibrariesInUse> Share();
+
+    // A library that was opened. Under the dispatcher's lock. Raises std::bad_alloc.
+    void Add(const std::shared_ptr<OpenLibrary>& library);
+
+    // Whether none of them was closed since this object was made.
+    bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
+
+private:
+    uint64_t closings = noClosings;
+    std::vector<std::shared_ptr<OpenLibrary>> libraries;  // under the dispatcher's lock
+};

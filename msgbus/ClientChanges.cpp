@@ -1,0 +1,94 @@
+#include "msgbus/ClientChanges.h"
+
+#include <mutex>
+#include <utility>
+
+#include "base/Mutex.h"
+#include "dispatcher/AgentCalls.h"
+#include "msgbus/NyClient.h"
+
+namespace {
+
+Mutex lock;  // held for a look and a note, guards the following and what is pending for any client
+NyClient* first = nullptr;
+NyClient* last = nullptr;
+DWORD changingThread = 0;  // 0: none
+
+void Note(PendingChanges& pending, ClientChange change, uint32_t state) noexcept {
+    switch (change) {
+        case ClientChange::Stop:
+            pending.mustStop = true;
+            pending.startState = 0;
+            break;
+        case ClientChange::Start: pending.startState = state; break;
+        case ClientChange::Unregister: pending.mustUnregister = true; break;
+        case ClientChange::Release: pending.mustRelease = true; break;
+    }
+}
+
+void Append(NyClient& client, std::shared_ptr<void>& share) noexcept {
+    if (client.pending.isQueued) {
+        return;
+    }
+    client.pending.isQueued = true;
+    client.pending.client.swap(share);
+    (last != nullptr ? last->pending.next : first) = &client;
+    last = &client;
+}
+
+// The next client with what is to be done for it; null, and no thread is at it any more, when there is none.
+NyClient* TakeNext(PendingChanges& taken) noexcept {
+    const std::lock_guard guard(lock);
+    NyClient* const client = first;
+    if (client == nullptr) {
+        changingThread = 0;
+        return nullptr;
+    }
+    taken = std::exchange(client->pending, {});
+    first = taken.next;
+    last = first != nullptr ? last : nullptr;
+    return client;
+}
+
+void Make(NyClient& client, const PendingChanges& changes) noexcept {
+    if (changes.mustStop) {
+        NyClientMakeStop(client);
+    }
+    if (changes.startState != 0) {
+        NyClientMakeStart(client, changes.startState);
+    }
+    if (changes.mustUnregister) {
+        NyClientMakeUnregister(client);
+    }
+    if (changes.mustRelease) {
+        NyClientMakeRelease(client);
+    }
+}
+
+}  // namespace
+
+void ChangeClient(NyClient& client, ClientChange change, uint32_t state) noexcept {
+    std::shared_ptr<void> share = FindAgentCalls(&client, {});
+    {
+        const std::lock_guard guard(lock);
+        Note(client.pending, change, state);
+        Append(client, share);
+        if (changingThread != 0) {
+            return;
+        }
+        changingThread = ::GetCurrentThreadId();
+    }
+    for (;;) {
+        PendingChanges changes;
+        NyClient* const next = TakeNext(changes);
+        if (next == nullptr) {
+            return;
+        }
+        Make(*next, changes);
+    }
+}
+
+bool IsChangingClients(DWORD threadId) noexcept {
+    const std::lock_guard guard(lock);
+    return changingThread == threadId;
+}

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "dispatcher/EntryPoint.h"
+
+// The agent's functions for policies, looked up once for a walk or a question: what is opened through them is read and
+// closed through them. Used by a thread that is inside the agent's libraries.
+class PolicyFunctions {
+public:
+    // Loads their library when it is not open: of the libraries given, when there are any.
+    explicit PolicyFunctions(const LibrariesInUse* inUse) noexcept;
+
+    // One of them; it answers NY_FUNCTION_MISSING when it cannot be reached.
+    template <class Entry>
+    auto operator()(const Entry& entry) const noexcept {
+        return entry.In(table);
+    }
+
+    // The libraries that they are of.
+    const LibrariesInUse* Libraries() const noexcept { return libraries; }
+
+private:
+    const LibrariesInUse* libraries;
+    void* const* table;
+};
