@@ -2,16 +2,26 @@
 
 #include <mutex>
 
+// A call that waits for its turn, on its own thread's stack. Each sleeps by itself, so that no other wakes with it.
+struct CallGate::Waiter {
+    Call& call;
+    Waiter* next = nullptr;
+    bool isWaiting = true;
+    Condition answered{};
+};
+
 CallGate::Call::Call(CallGate& gateOfCall, Admission admission) : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
     const std::lock_guard guard(gate.mutex);
-    const auto mustWait = [&] { return admission == Admission::OneThreadAtATime && gate.HasCallOfOther(threadId); };
-    gate.changed.Wait(gate.mutex, [&] { return gate.isClosed || gate.turnedAway != 0 || !mustWait(); });
-    if (gate.isClosed || mustWait()) {
+    if (gate.isClosed) {
         return;
     }
-    next = gate.calls;
-    gate.calls = this;
-    isInside = true;
+    if (admission == Admission::OneThreadAtATime && gate.HasCallOfOther(threadId)) {
+        if (gate.turnedAway == 0) {
+            gate.WaitForTurn(*this);
+        }
+        return;
+    }
+    gate.LetIn(*this);
 }
 
 CallGate::Call::~Call() {
@@ -24,7 +34,10 @@ CallGate::Call::~Call() {
         link = &(*link)->next;
     }
     *link = next;
-    gate.changed.NotifyAll();
+    gate.GiveTurn();
+    if (gate.calls == nullptr) {
+        gate.emptied.NotifyAll();
+    }
 }
 
 CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGuard) {
@@ -32,7 +45,7 @@ CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGua
     if (gate.HasCallOf(::GetCurrentThreadId())) {
         isInside = true;
         ++gate.turnedAway;
-        gate.changed.NotifyAll();
+        gate.TurnWaitersAway();
     }
 }
 
@@ -46,7 +59,7 @@ CallGate::TurnAwayOthers::~TurnAwayOthers() {
 void CallGate::Close() {
     const std::lock_guard guard(mutex);
     isClosed = true;
-    changed.NotifyAll();
+    TurnWaitersAway();
 }
 
 bool CallGate::IsClosed() const {
@@ -65,7 +78,7 @@ bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
     if (HasCallOf(self)) {
         return !HasCallOfOther(self);
     }
-    return changed.WaitFor(mutex, limit, [this] { return calls == nullptr; });
+    return emptied.WaitFor(mutex, limit, [this] { return calls == nullptr; });
 }
 
 bool CallGate::HasCallOf(DWORD threadId) const noexcept {
@@ -84,4 +97,46 @@ bool CallGate::HasCallOfOther(DWORD threadId) const noexcept {
         }
     }
     return false;
+}
+
+void CallGate::WaitForTurn(Call& call) {
+    Waiter self{call};
+    Waiter** link = &waiters;
+    while (*link != nullptr) {
+        link = &(*link)->next;
+    }
+    *link = &self;
+    self.answered.Wait(mutex, [&self] { return !self.isWaiting; });
+}
+
+void CallGate::LetIn(Call& call) noexcept {
+    call.next = calls;
+    calls = &call;
+    call.isInside = true;
+}
+
+void CallGate::GiveTurn() noexcept {
+    for (Waiter** link = &waiters; *link != nullptr; link = &(*link)->next) {
+        Waiter& waiter = **link;
+        if (!HasCallOfOther(waiter.call.threadId)) {
+            *link = waiter.next;
+            LetIn(waiter.call);
+            EndWait(waiter);
+            return;
+        }
+    }
+}
+
+void CallGate::TurnWaitersAway() noexcept {
+    while (waiters != nullptr) {
+        Waiter& first = *waiters;
+        waiters = first.next;
+        EndWait(first);
+    }
+}
+
+// The waiter's thread goes on, and its node ends, when the mutex is unlocked.
+void CallGate::EndWait(Waiter& waiter) noexcept {
+    waiter.isWaiting = false;
+    waiter.answered.NotifyAll();
 }

@@ -13,7 +13,10 @@ inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 // away can wait until they are out. Costs no allocation: a call under way is a node on its own thread's stack.
 class CallGate {
 public:
-    // Whether a call waits until no other thread is inside. The thread inside may call again.
+    // Whether a call waits until no other thread is inside. The thread inside may call again. Turns come in the order
+    // of arrival, and for each turn one thread wakes. A turn is waited for without limit on purpose: only one thread at
+    // a time is to be in a record of a module's, however long the module's call takes. Close and TurnAwayOthers end
+    // that wait.
     enum class Admission { Together, OneThreadAtATime };
 
     // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in, and a call that
@@ -65,12 +68,23 @@ public:
     bool WaitForOthers(std::chrono::milliseconds limit = callWaitLimit);
 
 private:
+    struct Waiter;
+
     bool HasCallOf(DWORD threadId) const noexcept;
     bool HasCallOfOther(DWORD threadId) const noexcept;
 
+    // To be called with the mutex locked, like those that follow. Leaves the call outside when its wait is ended.
+    void WaitForTurn(Call& call);
+    void LetIn(Call& call) noexcept;
+    // Lets in who waited longest of those that no other thread inside keeps waiting.
+    void GiveTurn() noexcept;
+    void TurnWaitersAway() noexcept;
+    static void EndWait(Waiter& waiter) noexcept;
+
     mutable Mutex mutex;
-    Condition changed;
+    Condition emptied;
     Call* calls = nullptr;
-    unsigned turnedAway = 0;  // by so many threads
+    Waiter* waiters = nullptr;  // in the order of arrival; while there are any, somebody is inside
+    unsigned turnedAway = 0;    // by so many threads
     bool isClosed = false;
 };

@@ -1,12 +1,16 @@
 // Calls that wait for their turn at the gate.
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <atomic>
 #include <optional>
+#include <string>
 #include <thread>
+#include <vector>
 
 #include "base/CallGate.h"
+#include "base/CountedSleeps.h"
 #include "support/Event.h"
+#include "support/LineLog.h"
 
 namespace {
 
@@ -106,6 +110,90 @@ TEST(GateTurn, IsNotTurnedAwayByAThreadThatIsOutside) {
     first.reset();
     EXPECT_TRUE(second.IsAnswered());
     EXPECT_TRUE(second.IsInside());
+}
+
+// So many threads come to the gate one after the other while the test is inside.
+class QueueAtTheGate {
+public:
+    explicit QueueAtTheGate(size_t size) : own(std::in_place, gate, CallGate::Admission::OneThreadAtATime) {
+        for (size_t i = 0; i < size; ++i) {
+            threads.emplace_back([this, i] {
+                const CallGate::Call call(gate, CallGate::Admission::OneThreadAtATime);
+                turns.Add(call ? std::to_string(i) : "turned away");
+                mayLeave.Wait();
+            });
+            EXPECT_TRUE(sleeps.WaitFor(i + 1));
+        }
+    }
+    ~QueueAtTheGate() { Dissolve(); }
+
+    void GiveFirstTurn() { own.reset(); }
+    void Dissolve() {
+        own.reset();
+        mayLeave.Set();
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+        threads.clear();
+    }
+
+    LineLog turns;
+    CountedSleeps sleeps;
+
+private:
+    CallGate gate;
+    std::optional<CallGate::Call> own;
+    Event mayLeave;
+    std::vector<std::thread> threads;
+};
+
+TEST(GateTurn, ComesInTheOrderOfArrival) {
+    constexpr size_t size = 50;
+    QueueAtTheGate queue(size);
+    queue.Dissolve();
+    std::vector<std::string> inOrder;
+    for (size_t i = 0; i < size; ++i) {
+        inOrder.push_back(std::to_string(i));
+    }
+    EXPECT_THAT(queue.turns.Lines(), testing::ElementsAreArray(inOrder));
+}
+
+// One that is woken for the turn of another falls asleep once more.
+TEST(GateTurn, WakesOneThread) {
+    constexpr size_t size = 50;
+    QueueAtTheGate queue(size);
+    queue.GiveFirstTurn();
+    EXPECT_TRUE(queue.turns.WaitForSize(1));
+    EXPECT_FALSE(queue.sleeps.WaitFor(2 * size - 1, 5 * moment));
+    // Now and then one finds the gate's lock taken and sleeps for that, hence not exactly once for each.
+    queue.Dissolve();
+    EXPECT_LT(queue.sleeps.Count(), 5 * size);
+}
+
+// Neither is the other's turn, and neither could leave before it comes.
+TEST(GateTurn, OfAThreadThatIsInsideAlreadyComesBeforeThoseThatAreNot) {
+    CallGate gate;
+    std::optional<CallGate::Call> own(std::in_place, gate);
+    CountedSleeps sleeps;
+    const WaitingCall outside(gate);
+    EXPECT_TRUE(sleeps.WaitFor(1));
+    Event isThere;
+    Event mayLeave;
+    std::thread inside([&] {
+        const CallGate::Call together(gate);
+        isThere.Set();
+        const CallGate::Call alone(gate, CallGate::Admission::OneThreadAtATime);
+        EXPECT_TRUE(alone);
+        EXPECT_TRUE(mayLeave.Wait());
+    });
+    EXPECT_TRUE(isThere.Wait());
+    EXPECT_TRUE(sleeps.WaitFor(2));
+    own.reset();
+    EXPECT_FALSE(outside.IsAnswered(moment));
+    mayLeave.Set();
+    inside.join();
+    EXPECT_TRUE(outside.IsAnswered());
+    EXPECT_TRUE(outside.IsInside());
 }
 
 }  // namespace

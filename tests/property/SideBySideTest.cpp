@@ -39,6 +39,26 @@ TEST_F(SideBySide, TwoRequestsForOneProductNeverAre) {
     EXPECT_EQ(most, 1);
 }
 
+// Each request has a thread of its own, as the agent may have it.
+TEST_F(SideBySide, AThousandRequestsForOneProductAreThroughInGoodTime) {
+    constexpr size_t count = 1000;
+    constexpr std::chrono::seconds goodTime{10};
+    Event mayLeave;
+    collector.collect = [&](ISet&) { EXPECT_TRUE(mayLeave.Wait()); };
+    const Registration registration(productId, collector);
+    std::vector<std::unique_ptr<AgentRequest>> requests;
+    for (size_t i = 0; i < count; ++i) {
+        requests.push_back(std::make_unique<AgentRequest>(productId));
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    mayLeave.Set();
+    for (const auto& request : requests) {
+        EXPECT_EQ(request->Answer(), NY_OK);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, goodTime);
+    EXPECT_EQ(collector.log.Lines().size(), 2 * count);
+}
+
 // Each collector leaves only when the other one has come.
 TEST_F(SideBySide, RequestsForTwoProductsAre) {
     const Product other("PRODUCT2000");
