@@ -1,6 +1,8 @@
 // The exports of entry and exit.
 #include "VsMsgbus/Entry.h"
 
+#include <windows.h>
+
 #include <memory>
 #include <mutex>
 #include <string>
@@ -15,6 +17,15 @@
 using VsKit::CUniStream;
 
 namespace {
+
+// Has this library stay in memory until the process ends, whoever frees it: our watcher's thread, and threads of the
+// agent's that come late, must find its code, and the C++ runtime that is linked in gives nothing back of what it takes
+// each time the library is loaded. Asking again changes nothing.
+bool KeepThisLibrary() noexcept {
+    HMODULE library = nullptr;
+    return ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
+                                reinterpret_cast<const char*>(&KeepThisLibrary), &library) != FALSE;
+}
 
 // The bridge instance, created when there is none. Null when it could not be had with a working agent client.
 //
@@ -109,7 +120,7 @@ void UndoEntry(const char* productId, bool isSinkOurs) {
 
 bool VsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
                    VsMsgbus** outInstance) noexcept {
-    if (productId == nullptr || outInstance == nullptr) {
+    if (productId == nullptr || outInstance == nullptr || !KeepThisLibrary()) {
         return false;
     }
     return Guarded(false, [&] {

@@ -34,10 +34,14 @@ extern "C" {
 ///                     It must stay alive until that Exit has returned.
 /// @param outInstance  receives the bridge instance, the same for every product of the process.
 ///
+/// From its first Entry on, VsMsgbus.dll stays in memory until the process ends: FreeLibrary takes it away no more, and
+/// LoadLibrary gives the same module again. Its file is in use for that long. To replace it, rename it and put the new
+/// one in its place; processes that start afterwards use that one.
+///
 /// @returns true on success. False when productId or outInstance is null, or when memory or the agent client could not
-/// be had: then nothing has changed. Also false when the agent refused a service: then outInstance is written, the
-/// product is entered and must still be left with VsMsgbusExit; the refused service is asked for again when the agent
-/// starts anew.
+/// be had, or the library could not be kept: then nothing has changed, but that the library may stay. Also false when
+/// the agent refused a service: then outInstance is written, the product is entered and must still be left with
+/// VsMsgbusExit; the refused service is asked for again when the agent starts anew.
 ///
 /// Call Entry and Exit from your load and unload paths, one at a time in a process. Never call them from DllMain. Two
 /// Entries that meet all the same are both answered as if one had come after the other; an Exit must meet neither.

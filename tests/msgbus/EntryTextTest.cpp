@@ -1,6 +1,8 @@
 // The texts of Entry and Exit, which are composed and dropped; the "%s" in them is kept on purpose.
 #include "VsMsgbus/Entry.h"
+#include "msgbus/BridgeLog.h"
 #include "msgbus/NyClientNotifier.h"
+#include "msgbus/SystemCalls.h"
 #include "msgbus/VsMsgbusFixture.h"
 #include "msgbus/WatchCount.h"
 #include "support/Event.h"
@@ -33,6 +35,18 @@ TEST_F(EntryText, OfALifeWithoutFailures) {
     EXPECT_TRUE(VsMsgbusExit("PRODUCT2000", instance));
     EXPECT_THAT(dropped.log.Lines(), ElementsAre(started, stopped));
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
+}
+
+// Its code could go while a thread is in it.
+TEST_F(EntryText, OfAnEntryThatCannotKeepTheLibraryInMemory) {
+    {
+        const NoLibraryReferences failing;
+        EXPECT_FALSE(Enter("PRODUCT1000"));
+    }
+    EXPECT_EQ(instance, nullptr);
+    EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
+    EXPECT_EQ(CurrentLogSink(), nullptr);
+    EXPECT_THAT(dropped.log.Lines(), IsEmpty());
 }
 
 TEST_F(EntryText, OfAnEntryThatTheAgentRefuses) {

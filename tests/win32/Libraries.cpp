@@ -55,6 +55,10 @@ template <class Character>
 HMODULE Refer(DWORD flags, const Character* nameOrAddress, HMODULE (*referByText)(const Character*)) {
     const HMODULE library = (flags & GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS) != 0 ? ReferByAddress(nameOrAddress)
                                                                                   : referByText(nameOrAddress);
+    if ((flags & GET_MODULE_HANDLE_EX_FLAG_PIN) != 0) {
+        Pin(library);
+        return WithoutReference(library);
+    }
     return (flags & GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT) != 0 ? WithoutReference(library) : Count(library);
 }
 

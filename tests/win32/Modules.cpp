@@ -46,8 +46,8 @@ int LookAtModule(dl_phdr_info* info, size_t /*size*/, void* data) {
     return search.isFound ? 1 : 0;
 }
 
-HMODULE ReferToLoaded(const std::string& nameInList) {
-    void* const library = ::dlopen(nameInList.empty() ? nullptr : nameInList.c_str(), RTLD_LAZY | RTLD_NOLOAD);
+HMODULE ReferToLoaded(const std::string& nameInList, int flags = 0) {
+    void* const library = ::dlopen(nameInList.empty() ? nullptr : nameInList.c_str(), RTLD_LAZY | RTLD_NOLOAD | flags);
     if (library == nullptr) {
         throw Failure{ERROR_MOD_NOT_FOUND};
     }
@@ -158,6 +158,10 @@ std::string PathOf(HMODULE library) {
         throw Failure{ERROR_MOD_NOT_FOUND};
     }
     return !search.nameInList->empty() ? *search.nameInList : ProgramPath();
+}
+
+void Pin(HMODULE library) {
+    Release(ReferToLoaded(static_cast<const link_map*>(static_cast<const void*>(library))->l_name, RTLD_NODELETE));
 }
 
 std::string ProgramPath() {

@@ -15,6 +15,8 @@ HMODULE ReferByAddress(const void* address);
 // one that is no library, and with ERROR_PROC_NOT_FOUND for one that needs a function which nothing exports.
 HMODULE Load(const std::string& path);
 void Release(HMODULE library);
+// Stays loaded from now on, whatever is released. Fails with ERROR_MOD_NOT_FOUND for a library that is not loaded.
+void Pin(HMODULE library);
 
 // Null when the module itself does not export the name. Fails with ERROR_MOD_NOT_FOUND for a null module.
 void* ExportOf(HMODULE library, const char* name);

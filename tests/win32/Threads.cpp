@@ -95,6 +95,15 @@ DWORD GetCurrentThreadId() {
     return win32::currentThreadId;
 }
 
+DWORD TlsAlloc() {
+    pthread_key_t key = 0;
+    return ::pthread_key_create(&key, nullptr) == 0 ? key : TLS_OUT_OF_INDEXES;
+}
+
+BOOL TlsFree(DWORD index) {
+    return ::pthread_key_delete(index) == 0 ? TRUE : FALSE;
+}
+
 void Sleep(DWORD milliseconds) {
     std::this_thread::sleep_for(std::chrono::milliseconds(win32::LimitedWait(milliseconds)));
 }

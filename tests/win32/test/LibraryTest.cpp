@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -109,6 +110,21 @@ TEST_F(Library, IsHeldByAnAddressOfItsCode) {
         GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT, address, &looked));
     EXPECT_EQ(looked, library);
     ::FreeLibrary(held);
+}
+
+[[noreturn]] void PinTheSample() {
+    const HMODULE library = ::LoadLibraryA(sample);
+    const auto address = reinterpret_cast<LPCSTR>(::GetProcAddress(library, "SampleAnswer"));
+    HMODULE pinned = nullptr;
+    const BOOL isPinned =
+        ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN, address, &pinned);
+    ::FreeLibrary(library);
+    const bool isThere = ::GetModuleHandleA(sample) == library;
+    std::exit(isPinned != FALSE && pinned == library && isThere && win32::LibraryReferences() == 0 ? 42 : 1);
+}
+
+TEST_F(Library, ThatIsPinnedStays) {
+    EXPECT_EXIT(PinTheSample(), testing::ExitedWithCode(42), "");
 }
 
 TEST_F(Library, OfTheProgramIsFoundByItsAddressAndWithoutAName) {

@@ -48,6 +48,17 @@ TEST(Thread, LeavesWithTheLastReferenceOnALibrary) {
     ::CloseHandle(thread);
 }
 
+TEST(Thread, HasRoomOfItsOwnThatIsGivenBack) {
+    const DWORD first = ::TlsAlloc();
+    const DWORD second = ::TlsAlloc();
+    EXPECT_NE(first, second);
+    EXPECT_TRUE(::TlsFree(second));
+    EXPECT_TRUE(::TlsFree(first));
+    EXPECT_FALSE(::TlsFree(first));
+    EXPECT_EQ(::TlsAlloc(), first);
+    EXPECT_TRUE(::TlsFree(first));
+}
+
 TEST(Thread, HasALastErrorOfItsOwn) {
     ::SetLastError(7);
     std::jthread([] {

@@ -9,6 +9,7 @@ inline constexpr DWORD DONT_RESOLVE_DLL_REFERENCES = 0x1;
 inline constexpr DWORD LOAD_WITH_ALTERED_SEARCH_PATH = 0x8;
 inline constexpr DWORD LOAD_LIBRARY_SEARCH_SYSTEM32 = 0x800;
 
+inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_PIN = 0x1;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT = 0x2;
 inline constexpr DWORD GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS = 0x4;
 
@@ -27,6 +28,7 @@ FARPROC GetProcAddress(HMODULE library, LPCSTR name);
 
 HMODULE GetModuleHandleA(LPCSTR name);
 HMODULE GetModuleHandleW(LPCWSTR name);
+// A pinned library stays until the process ends, and gives no reference.
 BOOL GetModuleHandleExA(DWORD flags, LPCSTR nameOrAddress, HMODULE* library);
 BOOL GetModuleHandleExW(DWORD flags, LPCWSTR nameOrAddress, HMODULE* library);
 DWORD GetModuleFileNameA(HMODULE library, LPSTR path, DWORD size);

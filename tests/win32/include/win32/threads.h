@@ -23,6 +23,7 @@ struct CONDITION_VARIABLE {
 using PCONDITION_VARIABLE = CONDITION_VARIABLE*;
 inline constexpr CONDITION_VARIABLE CONDITION_VARIABLE_INIT = {PTHREAD_COND_INITIALIZER};
 
+inline constexpr DWORD TLS_OUT_OF_INDEXES = 0xFFFFFFFF;
 inline constexpr DWORD INFINITE = 0xFFFFFFFF;
 inline constexpr DWORD WAIT_OBJECT_0 = 0;
 inline constexpr DWORD WAIT_TIMEOUT = 258;
@@ -36,6 +37,9 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stackSize, LPTHREAD_S
                     DWORD flags, LPDWORD threadId);
 DWORD GetCurrentThreadId();
 void Sleep(DWORD milliseconds);
+// What a thread keeps there is not supported.
+DWORD TlsAlloc();
+BOOL TlsFree(DWORD index);
 
 // Names are not supported.
 HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCSTR name);
