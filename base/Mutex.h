@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "base/HeldLocks.h"
+
 // Threads asleep. One that falls asleep is inside from before it looks whether it must until it sleeps; who wakes
 // passes through first, and so misses nobody that looked before.
 class Sleepers {
@@ -57,9 +59,11 @@ public:
         if (!TryLock()) [[unlikely]] {
             WaitForTurn();
         }
+        NoteLockTaken();
     }
 
     void unlock() noexcept {
+        NoteLockLeft();
         if (state.exchange(State::Free, std::memory_order_release) == State::Awaited) [[unlikely]] {
             WakeSleepers();
         }

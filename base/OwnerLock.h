@@ -4,6 +4,8 @@
 
 #include <atomic>
 
+#include "base/HeldLocks.h"
+
 // A critical section; meets the standard's Lockable as far as std::lock_guard needs it. The owning thread may enter it
 // again.
 class CriticalSection {
@@ -13,8 +15,14 @@ public:
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
 
-    void lock() noexcept { ::EnterCriticalSection(&section); }
-    void unlock() noexcept { ::LeaveCriticalSection(&section); }
+    void lock() noexcept {
+        ::EnterCriticalSection(&section);
+        NoteLockTaken();
+    }
+    void unlock() noexcept {
+        NoteLockLeft();
+        ::LeaveCriticalSection(&section);
+    }
 
 private:
     // An owner has it for less time than a thread takes to fall asleep and to wake.

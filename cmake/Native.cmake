@@ -24,6 +24,8 @@ add_subdirectory(tests/win32)
 target_link_libraries(project_options INTERFACE win32_layer)
 # Exports are listed in .def files.
 target_compile_options(project_options INTERFACE "-D__declspec(attribute)=")
+# The product's locks tell when they are taken and left: see base/HeldLocks.h.
+target_compile_definitions(project_options INTERFACE COUNT_HELD_LOCKS)
 
 # Gives the library the file name and the folder that it has on Windows, and the exports of its .def file and no others.
 function(set_native_dll_properties target)

@@ -8,6 +8,7 @@
 #include "HookTable.h"
 #include "Information.h"
 #include "LentTasks.h"
+#include "LockCheck.h"
 #include "MisuseLog.h"
 #include "PolicyStore.h"
 #include "Scheduler.h"
@@ -20,6 +21,7 @@ struct Agent {
     FaultTable faults;
     HookTable hooks;
     MisuseLog misuse;
+    LockCheck lockCheck;
     HandleTable handles;
     ClientTable clients;
     PolicyStore policies;

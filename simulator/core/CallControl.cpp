@@ -98,3 +98,7 @@ size_t ny_sim_misuse_count(void) {
 const char* ny_sim_last_misuse(void) {
     return TheAgent().misuse.Last();
 }
+
+void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks) {
+    TheAgent().lockCheck.Set(heldLocks);
+}

@@ -9,9 +9,9 @@
 
 namespace simulator {
 
-// Records the call of the function, runs its hook, and answers an injected fault in the place of the body, which says
-// by Failure or HandleMisuse that it does not end well. The record comes before the hook, so that a call held up by its
-// hook is seen as begun.
+// Records the call of the function, asks for locks of the caller's, runs the function's hook, and answers an injected
+// fault in the place of the body, which says by Failure or HandleMisuse that it does not end well. The record comes
+// before the hook, so that a call held up by its hook is seen as begun.
 template <class Body>
 int32_t Simulate(FunctionName name, const Body& body) noexcept {
     const char* const function = name.text;
@@ -19,6 +19,7 @@ int32_t Simulate(FunctionName name, const Body& body) noexcept {
     uint64_t call = CallRecord::noCall;
     const int32_t result = Guarded(function, [&] {
         call = agent.calls.Begin(function);
+        agent.lockCheck.Run(function, agent.misuse);
         agent.hooks.Run(function);
         if (const auto injected = agent.faults.Take(function)) {
             throw Failure{*injected};

@@ -80,11 +80,17 @@ enum ny_sim_handle_kind : int32_t {
 
 // Handles alive, that is, created or handed out as owned and not yet released as often.
 size_t ny_sim_live_handles(ny_sim_handle_kind kind);
-// Calls that named a handle that was not alive or of another kind. Null handles are answered with NY_INVALID_ARGUMENT
-// and do not count.
+// Calls that named a handle that was not alive or of another kind, and calls by a thread that held locks of the
+// caller's. Null handles are answered with NY_INVALID_ARGUMENT and do not count.
 size_t ny_sim_misuse_count(void);
 // What the last misuse was, for a person to read; empty when there was none.
 const char* ny_sim_last_misuse(void);
+
+// How many locks of its own the calling thread holds, by the knowledge of whoever calls the agent.
+typedef size_t (*ny_sim_held_locks_t)(void);
+// Asked at the start of every call of an agent function, on the calling thread: a caller that holds a lock while the
+// agent runs can stop the process for good. Null, as at first, asks nobody; stays over ny_sim_reset.
+void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks);
 
 // --- Clients ------------------------------------------------------------------------------------------------------
 

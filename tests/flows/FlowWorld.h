@@ -10,12 +10,14 @@
 #include "flows/DroppedLines.h"
 #include "loglib/LogLib.h"
 #include "support/AgentEnvironment.h"
+#include "support/HeldLocks.h"
 
 // A module's log sink that writes into a transcript.
 class FlowSink final : public VsKitMsgbus::ILogSink {
 public:
     FlowSink(LineLog& transcript, std::string sinkName) : lines(transcript), name(std::move(sinkName)) {}
     void Write(int level, const wchar_t* text) override {
+        ExpectNoLockHeld("Write");
         lines.Add(name + " " + std::to_string(level) + ": " + Narrow(text));
     }
 

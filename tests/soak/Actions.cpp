@@ -6,6 +6,7 @@
 
 #include "ny_simulator.h"
 #include "soak/ExportCalls.h"
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -13,7 +14,10 @@ namespace {
 
 class CountingSink final : public VsKitMsgbus::ILogSink {
 public:
-    void Write(int /*level*/, const wchar_t* text) override { characters += std::wcslen(text); }
+    void Write(int /*level*/, const wchar_t* text) override {
+        ExpectNoLockHeld("Write");
+        characters += std::wcslen(text);
+    }
 
 private:
     std::atomic<size_t> characters = 0;

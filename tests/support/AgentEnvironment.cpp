@@ -8,6 +8,8 @@
 #include <filesystem>
 #include <iterator>
 
+#include "support/HeldLocks.h"
+
 using simulator::AgentInstaller;
 
 namespace {
@@ -20,6 +22,7 @@ std::filesystem::path FolderOfThisProcess() {
 
 AgentEnvironment::AgentEnvironment() : installer(AgentInstaller::BuildsBesideProgram(), FolderOfThisProcess()) {
     ny_sim_reset();
+    ny_sim_set_held_locks(&HeldLocks);
 }
 
 AgentEnvironment::~AgentEnvironment() {

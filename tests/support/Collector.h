@@ -8,6 +8,7 @@
 
 #include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/LogSink.h"
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -17,6 +18,7 @@ public:
     explicit Collector(std::function<void(ISet&)> whatToSet = {}) : collect(std::move(whatToSet)) {}
 
     void CollectProperties(bool full, ISet* set) override {
+        ExpectNoLockHeld("CollectProperties");
         log.Add(full ? "CollectProperties(true)" : "CollectProperties(false)");
         if (collect) {
             collect(*set);
@@ -24,6 +26,7 @@ public:
     }
 
     int32_t GetLogLevel() override {
+        ExpectNoLockHeld("GetLogLevel");
         log.Add("GetLogLevel");
         return getLogLevel ? getLogLevel() : 0;
     }

@@ -8,6 +8,7 @@
 
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -19,6 +20,7 @@ public:
     explicit Enforcer(std::function<void(IPolicyBag&)> whatToDo = {}) : enforce(std::move(whatToDo)) {}
 
     int32_t GetLogLevel() override {
+        ExpectNoLockHeld("GetLogLevel");
         log.Add("GetLogLevel");
         return getLogLevel ? getLogLevel() : 0;
     }
@@ -26,6 +28,7 @@ public:
     void Reserved() override { ADD_FAILURE() << "this slot is never called"; }
 
     void EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) override {
+        ExpectNoLockHeld("EnforcePolicy");
         log.Add("EnforcePolicy " + Narrow(productId));
         if (enforce) {
             enforce(*bag);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "VsMsgbus/TaskEnforcer.h"
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -26,6 +27,7 @@ public:
     int32_t StopTask(const wchar_t* taskId, ITaskBag* bag) override { return Run("stop", stop, taskId, bag); }
     int32_t RemoveTask(const wchar_t* taskId, ITaskBag* bag) override { return Run("remove", remove, taskId, bag); }
     void FreeCookie(void* cookie) override {
+        ExpectNoLockHeld("FreeCookie");
         log.Add("free cookie " + std::to_string(reinterpret_cast<uintptr_t>(cookie)));
         if (freeCookie) {
             freeCookie();
@@ -42,6 +44,7 @@ public:
 
 private:
     int32_t Run(const char* name, const Operation& operation, const wchar_t* taskId, ITaskBag* bag) {
+        ExpectNoLockHeld(name);
         log.Add(std::string(name) + " " + Narrow(taskId));
         return operation ? operation(*bag) : Succeeded;
     }

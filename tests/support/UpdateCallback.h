@@ -6,6 +6,7 @@
 #include <string>
 
 #include "VsMsgbus/UpdateNotify.h"
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -19,6 +20,7 @@ public:
 
     int32_t UpdateNotify(const wchar_t* second, const wchar_t* fourth, const wchar_t* third,
                          uint32_t* number) override {
+        ExpectNoLockHeld("UpdateNotify");
         log.Add("UpdateNotify(" + Narrow(second) + ", " + Narrow(fourth) + ", " + Narrow(third) + ", " +
                 std::to_string(*number) + ")");
         return onNotify ? onNotify(*number) : notified;
@@ -26,11 +28,13 @@ public:
 
     VsKitMsgbus::etag_PRODUCT_RETURN_VALUE GetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
                                                           ISet* receiver) override {
+        ExpectNoLockHeld("GetProductInfo");
         log.Add("GetProductInfo(" + Narrow(second) + ", " + Narrow(key) + ")");
         return static_cast<VsKitMsgbus::etag_PRODUCT_RETURN_VALUE>(onGet ? onGet(*receiver) : got);
     }
 
     int32_t SetProductInfo(const wchar_t* second, const wchar_t* key, const wchar_t* value) override {
+        ExpectNoLockHeld("SetProductInfo");
         log.Add("SetProductInfo(" + Narrow(second) + ", " + Narrow(key) + ", " + Narrow(value) + ")");
         return onSet ? onSet() : set;
     }

@@ -1,0 +1,52 @@
+// The locks that a thread holds are counted in the checking builds.
+#include <gtest/gtest.h>
+
+#include <mutex>
+#include <thread>
+
+#include "base/CallGate.h"
+#include "base/Mutex.h"
+#include "base/OwnerLock.h"
+#include "support/HeldLocks.h"
+
+namespace {
+
+template <class Lock>
+void ExpectCounted() {
+    Lock lock;
+    EXPECT_EQ(HeldLocks(), 0U);
+    {
+        const std::lock_guard guard(lock);
+        EXPECT_EQ(HeldLocks(), 1U);
+        std::thread([] { EXPECT_EQ(HeldLocks(), 0U); }).join();
+        Lock another;
+        const std::lock_guard guardOfAnother(another);
+        EXPECT_EQ(HeldLocks(), 2U);
+    }
+    EXPECT_EQ(HeldLocks(), 0U);
+}
+
+TEST(HeldLocksOfAThread, AreCountedWhateverTheirKind) {
+    ExpectCounted<Mutex>();
+    ExpectCounted<CriticalSection>();
+    ExpectCounted<OwnerLock>();
+}
+
+TEST(HeldLocksOfAThread, AreNotThoseThatItWaitsWithout) {
+    Mutex mutex;
+    Condition condition;
+    const std::lock_guard guard(mutex);
+    EXPECT_FALSE(condition.WaitFor(mutex, std::chrono::milliseconds(1), [] {
+        EXPECT_EQ(HeldLocks(), 1U);
+        return false;
+    }));
+    EXPECT_EQ(HeldLocks(), 1U);
+}
+
+TEST(HeldLocksOfAThread, DoNotIncludeItsTurnAtAGate) {
+    CallGate gate;
+    const CallGate::Call call(gate, CallGate::Admission::OneThreadAtATime);
+    EXPECT_EQ(HeldLocks(), 0U);
+}
+
+}  // namespace

@@ -1,0 +1,7 @@
+#include "support/HeldLocks.h"
+
+#include "win32/held_locks.h"
+
+size_t HeldLocks() {
+    return ::HeldLocksOfThread();
+}
