@@ -15,11 +15,15 @@ namespace {
 constexpr int32_t verboseLevel = 4;
 constexpr int failureLevel = 5;
 
+std::wstring_view OrEmpty(const wchar_t* text) noexcept {
+    return text != nullptr ? std::wstring_view(text) : std::wstring_view(L"");
+}
+
 template <class AddFunction>
 void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_property_bag_t* bag, const wchar_t* path,
                  const wchar_t* name, const wchar_t* value) {
-    const BorrowedNarrow narrowPath(functions, std::wstring_view(path));
-    const BorrowedNarrow narrowName(functions, std::wstring_view(name));
+    const BorrowedNarrow narrowPath(functions, OrEmpty(path));
+    const BorrowedNarrow narrowName(functions, OrEmpty(name));
     const TextVariant variant(functions, std::wstring_view(value));
     functions.RequireCurrent();
     Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
@@ -38,7 +42,7 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
 
 bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) {
     ny_property_bag_t* const current = bag.load(std::memory_order_acquire);
-    if (current == nullptr || path == nullptr || name == nullptr) {
+    if (current == nullptr) {
         return false;
     }
     if (value == nullptr) {

@@ -17,9 +17,10 @@ public:
     class ISet {
     public:
         /// Slot 1: Gives one property to the agent: three zero-terminated UTF-16 texts, which are copied.
-        /// Call it only while CollectProperties runs; a thread that CollectProperties waits for may call it too.
+        /// A null path or name is an empty one. Call it only while CollectProperties runs; a thread that
+        /// CollectProperties waits for may call it too.
         ///
-        /// @returns true when the agent took the property. False when any argument is null, when no collection is under
+        /// @returns true when the agent took the property. False when the value is null, when no collection is under
         /// way, or when the agent refused it or is gone; a refusal is also written to the registration's sink, at level
         /// 5: "Failed to add property for <name>= <value>, exception <code>".
         virtual bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) = 0;

@@ -117,12 +117,14 @@ protected:
 TEST_F(RefusedProperty, IsNamedAsTheModuleGaveIt) {
     collector.collect = [](ISet& set) {
         EXPECT_FALSE(set.SetProperty(L"path", L"", L""));
+        EXPECT_FALSE(set.SetProperty(nullptr, nullptr, L"value"));
         EXPECT_FALSE(set.SetProperty(L"path", L"%s n\u00E4me", L"100% \U0001F600"));
     };
     const Registration registration(productId, collector, &modulesSink);
     EXPECT_EQ(Ask(productId), nothing);
     EXPECT_THAT(modulesSink.log.Lines(),
                 ElementsAre("5: Failed to add property for = , exception 77",
+                            "5: Failed to add property for = value, exception 77",
                             "5: Failed to add property for %s n\xC3\xA4me= 100% \xF0\x9F\x98\x80, exception 77"));
 }
 

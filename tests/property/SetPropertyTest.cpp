@@ -94,14 +94,29 @@ TEST_F(SetProperty, CopiesTheTexts) {
                 ElementsAre("answer 0", "text:text=text"));
 }
 
-TEST_F(SetProperty, RefusesNullWithoutAWord) {
+// In the traces too, which are composed from the second request on.
+TEST_F(SetProperty, TakesANullPathOrNameAsAnEmptyOne) {
+    collector.getLogLevel = [] { return 4; };
+    collector.collect = [](ISet& set) {
+        EXPECT_TRUE(set.SetProperty(nullptr, L"name", L"value"));
+        EXPECT_TRUE(set.SetProperty(L"path", nullptr, L"value"));
+        EXPECT_TRUE(set.SetProperty(nullptr, nullptr, L""));
+    };
+    const Registration registration(productId, collector, &modulesSink);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_THAT(Ask(productId), ElementsAre("answer 0", ":name=value", "path:=value", ":="));
+    }
+    EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
+}
+
+TEST_F(SetProperty, RefusesANullValueWithoutAWord) {
     collector.getLogLevel = [] { return 9; };
     for (int i = 0; i < 2; ++i) {
         ny_sim_clear_calls();
         EXPECT_EQ(AskFor([](ISet& set) {
                       EXPECT_FALSE(set.SetProperty(L"path", L"name", nullptr));
-                      EXPECT_FALSE(set.SetProperty(L"path", nullptr, L"value"));
-                      EXPECT_FALSE(set.SetProperty(nullptr, L"name", L"value"));
+                      EXPECT_FALSE(set.SetProperty(L"path", nullptr, nullptr));
+                      EXPECT_FALSE(set.SetProperty(nullptr, L"name", nullptr));
                       EXPECT_FALSE(set.SetProperty(nullptr, nullptr, nullptr));
                   }),
                   nothing);
@@ -111,7 +126,7 @@ TEST_F(SetProperty, RefusesNullWithoutAWord) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(SetProperty, RefusesNullAlsoWhenTheModuleWantsTraces) {
+TEST_F(SetProperty, RefusesANullValueAlsoWhenTheModuleWantsTraces) {
     collector.collect = [](ISet& set) { EXPECT_FALSE(set.SetProperty(L"path", L"name", nullptr)); };
     collector.getLogLevel = [] { return 4; };
     const Registration registration(productId, collector, &modulesSink);
