@@ -16,7 +16,8 @@ using corvane::ny::utils::Check;
 namespace {
 
 // Runs one of the agent's crypto functions and hands what it made to `take(bytes, size)`, which is not called when
-// anything fails.
+// anything before it fails, and says whether it took that. The agent's answer when it is given its buffer back counts
+// as well.
 template <class CryptoFunction, class Take>
 int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
                   Take&& take) noexcept {
@@ -38,22 +39,29 @@ int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* dat
         if (bytes == nullptr && length != 0) {
             return failed;
         }
-        take(bytes, static_cast<uint32_t>(length));
-        return 0;
+        if (!take(bytes, static_cast<uint32_t>(length))) {
+            return failed;
+        }
+        return buffer.Reset() == NY_OK ? 0 : failed;
     });
 }
 
 template <class CryptoFunction>
 int32_t RunCryptoTo(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
                     unsigned char* out, uint32_t* outSize) noexcept {
-    if (out == nullptr || outSize == nullptr) {
+    if (outSize == nullptr) {
         return failed;
     }
     return RunCrypto(cryptoFunction, data, size, type, [&](const unsigned char* bytes, uint32_t length) {
+        // Only now is it known whether a place is needed.
+        if (out == nullptr && length != 0) {
+            return false;
+        }
         *outSize = length;
         if (length != 0) {
             std::memcpy(out, bytes, length);
         }
+        return true;
     });
 }
 
@@ -76,7 +84,10 @@ int32_t VsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsi
         return failed;
     }
     return RunCrypto(agent::ny_crypto_hash_data_by_type, data, size, type,
-                     [&](const unsigned char* /*bytes*/, uint32_t length) { *outSize = length; });
+                     [&](const unsigned char* /*bytes*/, uint32_t length) {
+                         *outSize = length;
+                         return true;
+                     });
 }
 
 // The exports file gives this function its four other names.

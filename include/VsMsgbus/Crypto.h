@@ -11,12 +11,14 @@ extern "C" {
 /// @param data     what is to be encrypted; may be null when size is 0.
 /// @param size     how many bytes that is.
 /// @param out      receives the result, whose size is the agent's affair: it must be large enough, because its capacity
-///                 is not asked for. A result of zero bytes leaves it untouched.
+///                 is not asked for. A result of zero bytes leaves it untouched, and it may be null then.
 /// @param outSize  receives the result's size.
 /// @param type     passed to the agent unchanged; the agent defines what it means.
 ///
-/// @returns 0 on success. -1, with nothing written, when out or outSize is null, when data is null and size is not 0,
-/// when the bridge is not entered or no agent is there, or when the agent fails, whatever its code. Nothing is logged.
+/// @returns 0 on success. -1, with nothing written, when outSize is null, when data is null and size is not 0, when the
+/// bridge is not entered or no agent is there, when the agent fails, whatever its code, or when out is null and the
+/// result is not empty, which is known only after the agent was called. -1 also when the agent fails only in taking
+/// back its own memory: the result and its size are written then. Nothing is logged.
 int32_t VsKitMsgbusEncryptData(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
                                uint64_t type) noexcept;
 
@@ -25,7 +27,7 @@ int32_t VsKitMsgbusDecryptData(const unsigned char* data, unsigned int size, uns
                                uint64_t type) noexcept;
 
 /// Has the agent hash the data and tells the size of the hash in `outSize`. The hash itself is not handed out: `out` is
-/// neither read nor written, and may be null. All else as for VsKitMsgbusEncryptData.
+/// neither read nor written, and may always be null. All else as for VsKitMsgbusEncryptData.
 int32_t VsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
                               uint64_t type) noexcept;
 

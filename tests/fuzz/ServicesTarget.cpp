@@ -47,7 +47,8 @@ void UseCrypto(FuzzInput& input) {
     const int32_t result =
         function(input.Rarely() ? nullptr : data.data(), static_cast<unsigned int>(data.size()),
                  input.Rarely() ? nullptr : out.data(), input.Rarely() ? nullptr : &size, input.Number(1));
-    if (result != 0 && (result != -1 || size != 0)) {
+    // A size is written also when the agent fails after that.
+    if (result != 0 && result != -1) {
         Found("a crypto function's answer that there is not");
     }
 }

@@ -139,11 +139,28 @@ TEST_F(CryptoServices, RefuseNull) {
         EXPECT_EQ(function(nullptr, 1, out, &size, 0), -1);
         EXPECT_EQ(function(&byte, 1, out, nullptr, 0), -1);
     }
-    EXPECT_EQ(VsKitMsgbusEncryptData(&byte, 1, nullptr, &size, 0), -1);
-    EXPECT_EQ(VsKitMsgbusDecryptData(&byte, 1, nullptr, &size, 0), -1);
     EXPECT_EQ(size, untouchedSize);
     EXPECT_EQ(out[0], untouched);
     EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
+}
+
+TEST_F(CryptoServices, NeedNoPlaceForAResultOfNoBytes) {
+    const Bytes encryptedNothing = CryptoCall(VsKitMsgbusEncryptData, {}).Result();
+    unsigned int size = untouchedSize;
+    EXPECT_EQ(VsKitMsgbusDecryptData(encryptedNothing.data(), static_cast<unsigned int>(encryptedNothing.size()),
+                                     nullptr, &size, 0),
+              0);
+    EXPECT_EQ(size, 0U);
+}
+
+TEST_F(CryptoServices, FailWithoutAPlaceForTheResult) {
+    const Bytes encrypted = CryptoCall(VsKitMsgbusEncryptData, SomeBytes(20)).Result();
+    unsigned int size = untouchedSize;
+    EXPECT_EQ(VsKitMsgbusEncryptData(encrypted.data(), 20, nullptr, &size, 0), -1);
+    EXPECT_EQ(VsKitMsgbusDecryptData(encrypted.data(), static_cast<unsigned int>(encrypted.size()), nullptr, &size, 0),
+              -1);
+    EXPECT_EQ(size, untouchedSize);
+    EXPECT_EQ(ny_sim_live_handles(NY_SIM_BUFFER), 0U);
 }
 
 TEST_F(CryptoServices, CallTheAgentForNothingElse) {
@@ -176,12 +193,24 @@ TEST_F(CryptoServices, FailWithMinusOneWhateverTheAgentsCodeIs) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(CryptoServices, SucceedWhenTheAgentKeepsTheBuffer) {
+// The result is there by then.
+TEST_F(CryptoServices, FailWithTheResultWrittenWhenTheAgentKeepsTheBuffer) {
+    const Bytes data = SomeBytes(20);
+    const Bytes encrypted = CryptoCall(VsKitMsgbusEncryptData, data).Result();
     for (const int32_t code : faultCodes) {
         KeptHandles kept;
-        ASSERT_EQ(ny_sim_fail_call("ny_buffer_release", 1, code, NY_SIM_ONCE), NY_OK);
-        EXPECT_EQ(CryptoCall(VsKitMsgbusEncryptData, SomeBytes(20)).answer, 0);
-        EXPECT_EQ(kept.Release(), 1U);
+        ASSERT_EQ(ny_sim_fail_call("ny_buffer_release", 1, code, NY_SIM_FROM_THEN_ON), NY_OK);
+        const CryptoCall again(VsKitMsgbusEncryptData, data);
+        EXPECT_EQ(again.answer, -1);
+        EXPECT_EQ(again.size, encrypted.size());
+        EXPECT_FALSE(again.IsOutUntouched());
+        const CryptoCall decrypted(VsKitMsgbusDecryptData, encrypted);
+        EXPECT_EQ(decrypted.answer, -1);
+        EXPECT_EQ(decrypted.Result(), data);
+        const CryptoCall hash(VsKitMsgbusHashBuffer, data);
+        EXPECT_EQ(hash.answer, -1);
+        EXPECT_EQ(hash.size, 32U);
+        EXPECT_EQ(kept.Release(), 3U);
     }
 }
 
