@@ -2,6 +2,7 @@
 
 #include <string_view>
 
+#include "base/IntoCaller.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
@@ -15,6 +16,11 @@ namespace {
 // The one setting that modules must not see, and the category of the policies that have it.
 constexpr std::wstring_view categoryOfWithheld = L"QTP_BufferOverflow_Policies";
 constexpr std::wstring_view withheldSetting = L"bopEnabled";
+
+// The text for a module. Null stays null.
+INTO_CALLER inline const wchar_t* Shown(BorrowedWide& text) {
+    return WithMemory([&] { return text.Get(); });
+}
 
 }  // namespace
 
@@ -91,13 +97,14 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     ny_variant_t* variant = nullptr;
     while (settings.Next(name, variant)) {
         // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
-        const BorrowedWide settingName =
+        BorrowedWide settingName =
             name != nullptr ? BorrowedWide(functions, std::string_view(name)) : BorrowedWide(functions);
+        const wchar_t* const shownName = Shown(settingName);
         if (withholdsSetting && settingName.View() == withheldSetting) {
             continue;
         }
-        const BorrowedWide value = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
-        if (!Answered(callbacks.OnSetting(section.Get(), settingName.Get(), value.Get()))) {
+        BorrowedWide value = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
+        if (!Answered(callbacks.OnSetting(section.Get(), shownName, Shown(value)))) {
             return;
         }
     }

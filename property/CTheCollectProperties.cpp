@@ -22,8 +22,8 @@ std::wstring_view OrEmpty(const wchar_t* text) noexcept {
 template <class AddFunction>
 void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_property_bag_t* bag, const wchar_t* path,
                  const wchar_t* name, const wchar_t* value) {
-    const BorrowedNarrow narrowPath(functions, OrEmpty(path));
-    const BorrowedNarrow narrowName(functions, OrEmpty(name));
+    BorrowedNarrow narrowPath(functions, OrEmpty(path));
+    BorrowedNarrow narrowName(functions, OrEmpty(name));
     const TextVariant variant(functions, std::wstring_view(value));
     functions.RequireCurrent();
     Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));

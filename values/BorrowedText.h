@@ -10,6 +10,7 @@
 #include <string_view>
 #include <type_traits>
 #include <utility>
+#include <vector>
 
 #include "base/IntoCaller.h"
 #include "values/AgentException.h"
@@ -67,7 +68,7 @@ private:
     TextHandle<ny_variant_t> variant;
 };
 
-// One text, valid as long as the object lives. Zero-terminated as all texts of the agent's are.
+// One text, valid as long as the object lives. It ends where the agent says, also where that is before its terminator.
 template <class Character>
 class BorrowedText {
 public:
@@ -88,13 +89,18 @@ public:
     BorrowedText(const BorrowedText&) = delete;
     BorrowedText& operator=(const BorrowedText&) = delete;
 
-    const Character* Get() const noexcept { return text; }
-    // No longer than either of the agent's two answers. Raises std::bad_alloc when they name a length that no memory
-    // holds.
-    std::basic_string_view<Character> View() const {
-        if (length > std::basic_string<Character>().max_size()) {
-            throw std::bad_alloc();
+    // Zero-terminated: as all texts of the agent's are, or else in a copy. Raises std::bad_alloc when the agent names a
+    // length that no memory holds, or when there is no memory for the copy.
+    INTO_CALLER const Character* Get() {
+        if (text != nullptr && (length > nearLength || text[length] != Character())) [[unlikely]] {
+            EndAtLength();
         }
+        return text;
+    }
+    // No longer than either of the agent's two answers; behind it there need be nothing. Raises std::bad_alloc when
+    // they name a length that no memory holds.
+    std::basic_string_view<Character> View() const {
+        RequireMemory();
         return {text, length};
     }
 
@@ -117,11 +123,34 @@ private:
         length = characters != nullptr ? std::min(first, second) : 0;
     }
 
+    void RequireMemory() const {
+        if (length > std::basic_string<Character>().max_size()) {
+            throw std::bad_alloc();
+        }
+    }
+
+    // For a text that may go on behind its length. One that ends before it stays as it is.
+    [[gnu::cold, gnu::noinline]] void EndAtLength() {
+        RequireMemory();
+        const bool endsBefore = std::char_traits<Character>::find(text, length, Character()) != nullptr;
+        if (endsBefore || text[length] == Character()) {
+            return;
+        }
+        copy.reserve(length + 1);
+        copy.assign(text, text + length);
+        copy.push_back(Character());
+        text = copy.data();
+    }
+
     static constexpr Character noText[] = {0};
+    // Up to here the terminator is looked for where the length says, which costs next to nothing. Beyond it the text
+    // is searched: a length that far from the text's own may lead to where there is no memory.
+    static constexpr size_t nearLength = 4096;
 
     TextHandle<Buffer> buffer;
     const Character* text = nullptr;
     size_t length = 0;
+    std::vector<Character> copy;  // empty for a text that is read in place
 };
 
 using BorrowedNarrow = BorrowedText<char>;
