@@ -7,19 +7,21 @@
 #include <mutex>
 #include <string_view>
 
+#include "loglib/ProcessRights.h"
 #include "loglib/Utf8.h"
 
 namespace {
 
 constexpr wchar_t fileVariable[] = L"LOGLIB_FILE";
 
-// Empty when the variable is not there, or changes while it is read.
+// Empty when the variable is not there, or changes while it is read, or is not for this process: who may start a
+// program with more rights than they have must not have it write into a file of their choice.
 std::wstring FileOfEnvironment() {
     const DWORD capacity = ::GetEnvironmentVariableW(fileVariable, nullptr, 0);
     std::wstring path(capacity, L'\0');
     const DWORD length = ::GetEnvironmentVariableW(fileVariable, path.data(), capacity);
     path.resize(length < capacity ? length : 0);
-    return path;
+    return path.empty() || HasHigherRights() ? std::wstring() : path;
 }
 
 // One write at the file's end, so that lines of several processes do not mix.

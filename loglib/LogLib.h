@@ -48,10 +48,16 @@ public:
     /// made when it is not there, and open only while a line is written: it may be moved or deleted at any time, and
     /// several processes may share it. A line that the file does not take goes to the debugger's output; an event for
     /// which there is no memory is lost.
+    ///
+    /// The variable counts only in a process with the rights of an ordinary program of its user. One that is elevated
+    /// or has an integrity above medium, a service (any process of session 0), and one of which that cannot be found
+    /// out leave it alone: whoever gave them their environment may have fewer rights than they. Such a process chooses
+    /// its file with SetFile.
     virtual void Write(const LogRecord& event) noexcept = 0;
 
     /// Slot 2: Chooses the file, by its whole path, which is copied; an empty path chooses the debugger's output, null
-    /// what the environment says. False, and nothing changes, for a path of more than 32,766 characters.
+    /// what the environment says, where that counts. False, and nothing changes, for a path of more than 32,766
+    /// characters.
     virtual bool SetFile(const wchar_t* path) noexcept = 0;
 
     /// Slot 3: Has the listener, not owned, told of every event; null has none told. Returns the one before, which is

@@ -5,6 +5,7 @@
 
 #include "support/HostLog.h"
 #include "support/LogFile.h"
+#include "support/TokenOfProcess.h"
 
 namespace {
 
@@ -59,10 +60,24 @@ TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
 }
 
 TEST(HostsLog, WritesWhereTheEnvironmentSays) {
+    const TokenOfProcess ordinary("LogLib.dll");
     const LogFile file;
     const LogFileVariable variable(file.path.wstring().c_str());
     MakeEvent()(L"NySpb", L"text");
     EXPECT_THAT(file.Lines(), SizeIs(1));
+}
+
+// Whoever started it may have fewer rights than it has.
+TEST(HostsLog, DoesNotWriteWhereTheEnvironmentOfAnElevatedProcessSays) {
+    TokenOfProcess elevated("LogLib.dll");
+    elevated.isElevated = true;
+    const LogFile file;
+    const LogFileVariable variable(file.path.wstring().c_str());
+    MakeEvent()(L"NySpb", L"text");
+    EXPECT_FALSE(file.Exists());
+    const ChosenLogFile chosen;
+    MakeEvent()(L"NySpb", L"text");
+    EXPECT_THAT(chosen.Lines(), SizeIs(1));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "support/LogFile.h"
 #include "support/Rendezvous.h"
 #include "support/Text.h"
+#include "support/TokenOfProcess.h"
 
 namespace {
 
@@ -52,6 +53,7 @@ TEST_F(TheLogDestination, MayHaveANameInAnyScript) {
 }
 
 TEST_F(TheLogDestination, IsWhatTheEnvironmentSaysUnlessOneIsChosen) {
+    const TokenOfProcess ordinary;
     const LogFileVariable variable(Path().c_str());
     destination.Write(L"environment\r\n");
     destination.Choose((file.folder / "other.log").wstring().c_str());
@@ -65,7 +67,20 @@ TEST_F(TheLogDestination, IsWhatTheEnvironmentSaysUnlessOneIsChosen) {
     EXPECT_THAT(file.Lines(), ElementsAre("environment", "environment again"));
 }
 
+TEST_F(TheLogDestination, IsNotWhatTheEnvironmentSaysInAProcessWithHigherRights) {
+    TokenOfProcess service;
+    service.session = 0;
+    const LogFileVariable variable(Path().c_str());
+    destination.Write(L"debugger\r\n");
+    EXPECT_FALSE(file.Exists());
+    EXPECT_THAT(debugger.log.Lines(), ElementsAre("debugger\r\n"));
+    destination.Choose(Path().c_str());
+    destination.Write(L"chosen\r\n");
+    EXPECT_THAT(file.Lines(), ElementsAre("chosen"));
+}
+
 TEST_F(TheLogDestination, IsTheDebuggerWhenTheVariableIsEmpty) {
+    const TokenOfProcess ordinary;
     const LogFileVariable variable(L"");
     destination.Write(L"line\r\n");
     EXPECT_THAT(debugger.log.Lines(), ElementsAre("line\r\n"));

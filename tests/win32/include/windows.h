@@ -11,4 +11,5 @@
 #include "win32/registry.h"
 #include "win32/text.h"
 #include "win32/threads.h"
+#include "win32/tokens.h"
 #include "win32/types.h"

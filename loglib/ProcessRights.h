@@ -1,0 +1,6 @@
+#pragma once
+
+// Whether this process may do more than an ordinary program of the user who started it: it is elevated, or its
+// integrity is above the ordinary one, or it runs in the session of the services. True also when that cannot be found
+// out.
+bool HasHigherRights() noexcept;
