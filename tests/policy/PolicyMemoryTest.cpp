@@ -3,6 +3,7 @@
 
 #include "VsMsgbus/LpcBuffer.h"
 #include "msgbus/NyClientFixture.h"
+#include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyBag.h"
 #include "policy/NotingCallbacks.h"
 #include "policy/SettingCounter.h"
@@ -102,15 +103,17 @@ TEST_F(PolicyMemory, ThatRunsOutInAUsersWalkIsTheWalksFailure) {
     EXPECT_GT(Failures([&] { return bag.EnumerateUserPolicies(wideId, &callbacks, user.c_str(), user.c_str()); }), 2U);
 }
 
-TEST_F(PolicyMemory, ThatRunsOutInADumpLeavesNoHalfText) {
+TEST_F(PolicyMemory, ThatRunsOutInADumpLeavesNoHalfTextAndNoOlderOne) {
     CPolicyBag bag = Bag();
     VsKitMsgbus::lpc_buffer whole{};
     bag.Dump(&whole);
     size_t cut = 0;
     Failures([&] {
         VsKitMsgbus::lpc_buffer buffer{};
+        EXPECT_TRUE(VsKitMsgbus::StoreText(buffer, std::string_view("before")));
         bag.Dump(&buffer);
         const bool isWhole = buffer.length == whole.length;
+        EXPECT_NE(buffer.kind, VsKitMsgbus::lpc_buffer::NarrowText);
         if (buffer.kind == VsKitMsgbus::lpc_buffer::Empty) {
             EXPECT_EQ(buffer.data, nullptr);
             EXPECT_EQ(buffer.length, 0U);

@@ -3,6 +3,7 @@
 #include "agent/ny_agent.h"
 #include "msgbus/AgentUse.h"
 #include "msgbus/ServiceFactory.h"
+#include "scheduler/AgentTask.h"
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
@@ -89,6 +90,25 @@ TEST_F(TaskBag, OfNoTaskGivesNothing) {
     EXPECT_FALSE(bag.GetTaskName(&name));
     EXPECT_THAT(dropped.log.Lines(), ElementsAre("Failed to iterate the task bag , exception 1",
                                                  "Failed to get the task name , exception 1"));
+}
+
+int32_t GiveNull(ny_task_t* /*task*/, const char** text) {
+    *text = nullptr;
+    return NY_OK;
+}
+
+TEST_F(TaskBag, OfATaskWithoutTextsHasEmptyOnes) {
+    environment.InstallAgent();
+    const ny_task_methods_t methods{&GiveNull, &GiveNull, nullptr, nullptr, nullptr};
+    ny_task task{&methods};
+    EXPECT_EQ(TaskId(&task), "");
+    VsKitMsgbus::lpc_buffer name;
+    EXPECT_TRUE(CTaskBag(&task, nullptr).GetTaskName(&name));
+    EXPECT_EQ(name.kind, VsKitMsgbus::lpc_buffer::WideText);
+    EXPECT_EQ(name.length, 0U);
+    ASSERT_NE(name.data, nullptr);
+    EXPECT_EQ(*static_cast<wchar_t*>(name.data), L'\0');
+    name.Release();
 }
 
 TEST_F(TaskBag, WithoutAnAgentGivesNothing) {

@@ -6,6 +6,7 @@
 #include "VsMsgbus/Entry.h"
 #include "msgbus/HealthCheckRecord.h"
 #include "support/AgentEnvironment.h"
+#include "support/CapturingSink.h"
 #include "support/FailingMemory.h"
 #include "support/Product.h"
 
@@ -117,6 +118,41 @@ TEST_F(HealthChecks, StayAfterTheLastExitAndAreTakenThen) {
     const Product again("PRODUCT2000", nullptr, 0U);
     EXPECT_EQ(Find("staying"), &FirstCheck);
     EXPECT_EQ(Find("late"), &SecondCheck);
+}
+
+// What the record says of the bridge: the product's id, its sink, and the client.
+void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sink, const VsMsgbusClientRecord* client) {
+    const auto record = CopyHealthCheckRecord();
+    ASSERT_NE(record, nullptr);
+    EXPECT_EQ(record->productId, productId);
+    EXPECT_EQ(record->logSink, sink);
+    EXPECT_EQ(record->clientRecord, client);
+}
+
+TEST_F(HealthChecks, AreKeptBesideWhoStartedTheBridge) {
+    environment.InstallAgent();
+    CapturingSink sink;
+    CapturingSink othersSink;
+    {
+        const Product product("PRODUCT1000", &sink, 0U);
+        EXPECT_NE(GetMsgbusClient(), nullptr);
+        ExpectRecord("PRODUCT1000", &sink, GetMsgbusClient());
+        const Product other("PRODUCT2000", &othersSink, 0U);
+        ExpectRecord("PRODUCT1000", &sink, GetMsgbusClient());
+    }
+    ExpectRecord("PRODUCT1000", &sink, nullptr);
+    const Product product("PRODUCT3000", nullptr, 0U);
+    ExpectRecord("PRODUCT3000", nullptr, GetMsgbusClient());
+}
+
+// Each Entry is one that may have to start the bridge then.
+TEST_F(HealthChecks, AreKeptBesideTheLastThatEnteredWithoutAnAgent) {
+    CapturingSink sink;
+    CapturingSink othersSink;
+    const Product product("PRODUCT1000", &sink, 0U);
+    ExpectRecord("PRODUCT1000", &sink, GetMsgbusClient());
+    const Product other("PRODUCT2000", &othersSink, 0U);
+    ExpectRecord("PRODUCT2000", &othersSink, GetMsgbusClient());
 }
 
 TEST_F(HealthChecks, AreDroppedWhenThereIsNoMemory) {
