@@ -6,6 +6,7 @@
 #include "FaultTable.h"
 #include "HandleTable.h"
 #include "HookTable.h"
+#include "Hostility.h"
 #include "Information.h"
 #include "LentTasks.h"
 #include "LockCheck.h"
@@ -28,6 +29,7 @@ struct Agent {
     Information information;
     Scheduler scheduler;
     LentTasks lentTasks;
+    Hostility hostility;
 };
 
 // The one agent of this process.

@@ -30,6 +30,7 @@ void ny_sim_reset(void) {
     agent.information.SetAll({});
     agent.scheduler.SetTasks({});
     agent.scheduler.ClearReports();
+    agent.hostility.Clear();
 }
 
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {

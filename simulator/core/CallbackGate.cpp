@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+#include "Agent.h"
+
 namespace simulator {
 
 bool CallbackGate::Enter() {
@@ -27,6 +29,9 @@ void CallbackGate::Close() {
 }
 
 void CallbackGate::WaitForOthers() {
+    if (TheAgent().hostility.impatient) {
+        return;
+    }
     const uint32_t self = GetCurrentThreadId();
     std::unique_lock lock(mutex);
     left.wait(lock, [this, self] {

@@ -6,6 +6,8 @@
 #include <mutex>
 #include <vector>
 
+#include "AgentLock.h"
+
 namespace simulator {
 
 // One for each thing that can be unregistered: its callbacks go through the gate one by one or together, and whoever
@@ -19,7 +21,8 @@ public:
 
     // From now on Enter answers false.
     void Close();
-    // Returns when no thread other than the calling one is inside, so a callback may end what it was called for.
+    // Returns when no thread other than the calling one is inside, so a callback may end what it was called for; at
+    // once when the agent is impatient.
     void WaitForOthers();
 
 private:
@@ -29,7 +32,7 @@ private:
     bool closed = false;
 };
 
-// A callback's way through the gate.
+// A callback's way through the gate, with the agent's one lock held, if it has one.
 class CallbackPass {
 public:
     explicit CallbackPass(CallbackGate& callbackGate) : gate(callbackGate), entered(gate.Enter()) {}
@@ -45,6 +48,8 @@ public:
     explicit operator bool() const { return entered; }
 
 private:
+    // Taken first: who has the lock may wait at the gate.
+    AgentLockHold hold;
     CallbackGate& gate;
     bool entered;
 };

@@ -62,7 +62,13 @@ int32_t ny_core_client_handler_set_logger(ny_client_t* client, ny_logger_t* logg
 
 int32_t ny_core_client_handler_set_logger_callback(ny_client_t* client, ny_log_callback_t callback, void* userData) {
     return Simulate("ny_client_handler_set_logger_callback", [&] {
-        Handles().Get(client)->Set([&](ClientSettings& settings) { settings.logCallback = {callback, userData}; });
+        const auto target = Handles().Get(client);
+        const AgentLockHold hold;
+        target->Set([&](ClientSettings& settings) { settings.logCallback = {callback, userData}; });
+        if (callback != nullptr) {
+            TheAgent().hostility.OnRegistered(target, std::make_shared<Registration<LogCallback>>(
+                                                          target->productId, LogCallback{callback, userData}));
+        }
     });
 }
 

@@ -12,7 +12,9 @@ int32_t ny_core_policy_register_notification_callback(ny_client_t* client, const
     return Simulate("ny_policy_register_notification_callback", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr && callback != nullptr);
-        target->policyCallbacks.Add(productId, {callback, callbackData, mask});
+        const AgentLockHold hold;
+        TheAgent().hostility.OnRegistered(target,
+                                          target->policyCallbacks.Add(productId, {callback, callbackData, mask}));
     });
 }
 
@@ -20,6 +22,7 @@ int32_t ny_core_policy_unregister_notification_callback(ny_client_t* client, con
     return Simulate("ny_policy_unregister_notification_callback", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr);
+        const AgentLockHold hold;
         target->policyCallbacks.Remove(productId);
     });
 }

@@ -11,7 +11,8 @@ int32_t ny_core_property_register_provider_callback(ny_client_t* client, const c
     return Simulate("ny_property_register_provider_callback", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr && provider != nullptr);
-        target->propertyProviders.Add(productId, {provider, callbackData});
+        const AgentLockHold hold;
+        TheAgent().hostility.OnRegistered(target, target->propertyProviders.Add(productId, {provider, callbackData}));
     });
 }
 
@@ -19,6 +20,7 @@ int32_t ny_core_property_unregister_provider_callback(ny_client_t* client, const
     return Simulate("ny_property_unregister_provider_callback", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr);
+        const AgentLockHold hold;
         target->propertyProviders.Remove(productId);
     });
 }

@@ -29,15 +29,17 @@ class RegistrationTable {
 public:
     using Pointer = std::shared_ptr<Registration<Callbacks>>;
 
-    // Throws Failure: NY_ALREADY_EXISTS when the product is registered, NY_INVALID_ARGUMENT after EndAll.
-    void Add(std::string_view productId, const Callbacks& callbacks) {
+    // The registration that is made. Throws Failure: NY_ALREADY_EXISTS when the product is registered,
+    // NY_INVALID_ARGUMENT after EndAll.
+    Pointer Add(std::string_view productId, const Callbacks& callbacks) {
         auto registration = std::make_shared<Registration<Callbacks>>(productId, callbacks);
         const std::lock_guard lock(mutex);
         Require(!ended);
         if (Locate(productId) != registrations.end()) {
             throw Failure{NY_ALREADY_EXISTS};
         }
-        registrations.push_back(std::move(registration));
+        registrations.push_back(registration);
+        return registration;
     }
 
     // Ends the product's registration and returns when no callback of it runs on another thread. Throws Failure when

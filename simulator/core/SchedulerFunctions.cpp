@@ -11,7 +11,9 @@ int32_t ny_core_scheduler_register_task_callbacks(ny_client_t* client, const cha
     return Simulate("ny_scheduler_register_task_callbacks", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr && callbacks != nullptr && accessors != nullptr);
-        target->taskHandlers.Add(TaskHandlerKey(productId, taskType), {*callbacks, userData, *accessors});
+        const AgentLockHold hold;
+        TheAgent().hostility.OnRegistered(
+            target, target->taskHandlers.Add(TaskHandlerKey(productId, taskType), {*callbacks, userData, *accessors}));
     });
 }
 
@@ -19,6 +21,7 @@ int32_t ny_core_scheduler_unregister_task_callbacks(ny_client_t* client, const c
     return Simulate("ny_scheduler_unregister_task_callbacks", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr);
+        const AgentLockHold hold;
         target->taskHandlers.Remove(TaskHandlerKey(productId, taskType));
     });
 }

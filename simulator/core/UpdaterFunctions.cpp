@@ -19,7 +19,8 @@ int32_t ny_core_updater_register_callbacks(ny_client_t* client, const char* prod
     return Simulate("ny_updater_register_callbacks", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr && IsComplete(callbacks));
-        target->updaters.Add(productId, {*callbacks, userData});
+        const AgentLockHold hold;
+        TheAgent().hostility.OnRegistered(target, target->updaters.Add(productId, {*callbacks, userData}));
     });
 }
 
@@ -27,6 +28,7 @@ int32_t ny_core_updater_unregister_callbacks(ny_client_t* client, const char* pr
     return Simulate("ny_updater_unregister_callbacks", [&] {
         const auto target = Handles().Get(client);
         Require(productId != nullptr);
+        const AgentLockHold hold;
         target->updaters.Remove(productId);
     });
 }

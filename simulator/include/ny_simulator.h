@@ -23,7 +23,7 @@ enum ny_sim_code : int32_t {
 };
 
 // Forgets faults, hooks, the call record, the misuse count, the policies, the scheduler's tasks and reports, and all
-// information values. Handles that are alive stay alive.
+// information values, and ends all hostility. Handles that are alive stay alive.
 void ny_sim_reset(void);
 
 // --- Fault injection ----------------------------------------------------------------------------------------------
@@ -134,6 +134,7 @@ int32_t ny_sim_logger_get(ny_logger_t* logger, size_t index, const char** line);
 
 }  // extern "C"
 
+#include "ny_sim_hostile.h"
 #include "ny_sim_policy.h"
 #include "ny_sim_scheduler.h"
 #include "ny_sim_services.h"

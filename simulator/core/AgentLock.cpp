@@ -1,0 +1,63 @@
+#include "AgentLock.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "Agent.h"
+
+namespace simulator {
+
+void AgentLock::Switch(bool on) {
+    const std::lock_guard lock(mutex);
+    isOn = on;
+    left.notify_all();
+}
+
+bool AgentLock::Enter() {
+    const uint32_t self = GetCurrentThreadId();
+    std::unique_lock lock(mutex);
+    left.wait(lock, [this, self] { return !isOn || depth == 0 || IsOwner(self); });
+    if (!isOn) {
+        return false;
+    }
+    if (depth == 0) {
+        owners.push_back(self);
+    }
+    ++depth;
+    return true;
+}
+
+void AgentLock::Leave() noexcept {
+    const std::lock_guard lock(mutex);
+    if (--depth == 0) {
+        owners.clear();
+        left.notify_all();
+    }
+}
+
+void AgentLock::Share() {
+    const std::lock_guard lock(mutex);
+    if (depth != 0) {
+        owners.push_back(GetCurrentThreadId());
+    }
+}
+
+void AgentLock::EndShare() noexcept {
+    const std::lock_guard lock(mutex);
+    std::erase(owners, GetCurrentThreadId());
+}
+
+bool AgentLock::IsOwner(uint32_t threadId) const {
+    return std::find(owners.begin(), owners.end(), threadId) != owners.end();
+}
+
+AgentLockHold::AgentLockHold() : entered(TheAgent().hostility.lock.Enter()) {}
+
+AgentLockHold::~AgentLockHold() {
+    if (entered) {
+        TheAgent().hostility.lock.Leave();
+    }
+}
+
+}  // namespace simulator
