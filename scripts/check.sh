@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
-# Shows what docs/RELIABILITY.md promises, in full, after installing and building what is missing: every fault, the long
-# soak, the ends of processes, coverage and a minute of fuzzing. scripts/test.sh runs a short form of all but the last two.
+# Shows what docs/RELIABILITY.md promises, in full, after installing and building what is missing: every fault, the whole
+# re-entrancy matrix, the long soak, the ends of processes, coverage and a minute of fuzzing. scripts/test.sh runs a short
+# form of all but the last two.
 #   --seed N  for the soak; a new one each time when it is not given
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
@@ -64,6 +65,10 @@ Both Check memory-faults-wine "$wine" build/release/bin/flow_tests.exe "$faults"
 for program in module_tests library_tests; do
     Check "process-ends-wine-$program" "$wine" "build/release/bin/$program.exe" "$ends" || status=1
 done
+export REENTRANCY_WHOLE=1
+Both Check reentrancy-wine "$wine" build/release/bin/reentrancy_tests.exe \
+    --- Both Check reentrancy-asan build/asan/bin/reentrancy_tests \
+    --- Check reentrancy-tsan build/tsan/bin/reentrancy_tests || status=1
 echo "soak: 10000 operations in each build, seed $seed"
 soak=(--operations 10000 --seed "$seed")
 Both Check soak-wine "$wine" build/release/bin/soak.exe "${soak[@]}" \

@@ -1,0 +1,42 @@
+// One cell of the matrix: one call of an export inside one callback.
+#pragma once
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "reentrancy/ExportCase.h"
+
+enum class CallingThread {
+    Same,   // that of the callback
+    Other,  // one that the callback waits for
+};
+
+enum class Variant {
+    Plain,
+    OneLock,          // the agent holds one lock around registering, unregistering and callbacks
+    InRegister,       // the agent calls before register returns, on the registering thread
+    InRegisterAside,  // the same, on another thread that register waits for
+    Upgrade,          // the agent is upgraded while the callback runs
+};
+
+struct Cell {
+    const CallbackKind* callback;
+    const ExportCase* exportCase;
+    CallingThread thread;
+    Variant variant;
+};
+
+// Those of the plain variant, or, where the whole form is wanted, all that make sense.
+std::vector<Cell> AllCells();
+// Letters, digits and underscores.
+std::string NameOf(const Cell& cell);
+inline void PrintTo(const Cell& cell, std::ostream* stream) {
+    *stream << NameOf(cell);
+}
+
+// Whether REENTRANCY_WHOLE is set.
+bool IsWholeFormWanted();
+
+// What the export may have to wait for inside that callback, when it is called on another thread.
+bool MayWait(const Cell& cell);

@@ -1,0 +1,35 @@
+#pragma once
+
+// Every way in which a module is called by the bridge. Those that begin with "Write" are the sinks': "Write" the
+// process-wide one, for lines of each origin, and "WriteOfModule" the one of a single registration.
+inline constexpr const char* expectedCallbacks[] = {
+    "CollectProperties",
+    "GetLogLevelOfCollector",
+    "GetLogLevelOfEnforcer",
+    "EnforcePolicy",
+    "OnContainer",
+    "OnSettings",
+    "OnSection",
+    "OnSetting",
+    "ExecuteTask",
+    "UpdateTaskStatus",
+    "StopTask",
+    "RemoveTask",
+    "VisitSetting",
+    "FreeCookie",
+    "UpdateNotify",
+    "GetProductInfo",
+    "SetProductInfo",
+    "Write_AgentLine",
+    "Write_FailingLoad",
+    "Write_FailingStartInEntry",
+    "Write_FailingStartOfWatcher",
+    "Write_FailingStopInExit",
+    "Write_FailingStopOfWatcher",
+    "Write_FailingProvider",
+    "Write_FailingEnforcer",
+    "Write_FailingInformation",
+    "WriteOfModule_Property",
+    "WriteOfModule_Walk",
+    "OnLogEvent",
+};
