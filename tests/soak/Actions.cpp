@@ -6,24 +6,12 @@
 
 #include "ny_simulator.h"
 #include "soak/ExportCalls.h"
+#include "soak/KeepingSink.h"
 #include "support/HeldLocks.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
 namespace {
-
-class CountingSink final : public VsKitMsgbus::ILogSink {
-public:
-    void Write(int /*level*/, const wchar_t* text) override {
-        ExpectNoLockHeld("Write");
-        characters += std::wcslen(text);
-    }
-
-private:
-    std::atomic<size_t> characters = 0;
-};
-
-CountingSink entrySink;
 
 // Objects that live as long as the program: anyone may take them back at any time, also from inside them.
 struct SharedObject {
@@ -65,7 +53,7 @@ void ToggleShared(size_t service) {
 // With the door held. Whether a service is refused depends on the agent of that moment.
 void EnterAndLeave(const std::string& productId, uint32_t mask) {
     VsMsgbus* instance = nullptr;
-    Call<&VsMsgbusEntry>(productId.c_str(), mask, &entrySink, &instance);
+    Call<&VsMsgbusEntry>(productId.c_str(), mask, &TheSink(), &instance);
     ASSERT_NE(instance, nullptr);
     EXPECT_NE(Call<&GetMsgbusClient>(), nullptr);
     EXPECT_TRUE(Call<&VsMsgbusExit>(productId.c_str(), instance));
@@ -141,7 +129,7 @@ void CallWithoutAnything() {
     VsKitMsgbusFreeTaskCookie(L"nobody", nullptr);
     UpdateMsgbusTaskStatus(nullptr, 2);
     const std::lock_guard guard(Door());
-    EXPECT_FALSE(VsMsgbusEntry(nullptr, allServicesMask, &entrySink, &instance));
+    EXPECT_FALSE(VsMsgbusEntry(nullptr, allServicesMask, &TheSink(), &instance));
     EXPECT_TRUE(VsMsgbusExit("nobody", nullptr));
 }
 

@@ -90,7 +90,8 @@ AgentOfTheSoak::AgentOfTheSoak() {
 }
 
 void AgentOfTheSoak::Install(bool isOlderBuild) {
-    environment.InstallAgent("5." + std::to_string(++installations), isOlderBuild ? "older" : "full");
+    ++installations;
+    environment.InstallAgent(Version(), isOlderBuild ? "older" : "full");
     isInstalled = true;
 }
 

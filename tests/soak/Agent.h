@@ -32,6 +32,8 @@ public:
     // Once nobody uses it any more: a library that is needed and is gone keeps the agent's handles from being released.
     void DeleteFiles();
     bool IsInstalled() const { return isInstalled; }
+    // Of the last installation.
+    std::string Version() const { return "5." + std::to_string(installations); }
 
     // Whether libraries of the agent's are in the process.
     static bool IsLoaded();

@@ -7,6 +7,8 @@
 #include "ny_simulator.h"
 #include "soak/Actions.h"
 #include "soak/ExportCalls.h"
+#include "soak/FollowReport.h"
+#include "soak/KeepingSink.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -53,6 +55,7 @@ void Conductor::ChangeAgent(const Operation& operation) {
         for (Entered& known : products) {
             known.possible = known.first;
         }
+        TheSink().Forget();
     }
     startsBeforeChange = startsOfTheAgent;
     pendingChanges += entered.any() ? 1U : 0U;
@@ -95,7 +98,7 @@ void Conductor::ExpectAttached(size_t product) const {
 void Conductor::EnterOne(const std::string& id, uint32_t mask) {
     const std::lock_guard guard(Door());
     VsMsgbus* given = nullptr;
-    const bool isEntered = Call<&VsMsgbusEntry>(id.c_str(), mask, nullptr, &given);
+    const bool isEntered = Call<&VsMsgbusEntry>(id.c_str(), mask, &TheSink(), &given);
     ASSERT_NE(given, nullptr);
     // Between two agents a service may be refused; the next start of the agent asks for it again.
     EXPECT_TRUE(isEntered || !IsSettled());
@@ -170,33 +173,60 @@ void Conductor::Ask(size_t product, Service service, uint32_t variant) {
     }
 }
 
-bool Conductor::IsFollowed() {
-    if (!agent.IsInstalled()) {
-        return ny_sim_live_handles(NY_SIM_CLIENT) == 0 && !AgentOfTheSoak::IsLoaded();
+std::vector<std::string> Conductor::Missing() const {
+    std::vector<std::string> missing;
+    if (agent.IsInstalled()) {
+        if (startsOfTheAgent == startsBeforeChange) {
+            missing.emplace_back("the agent was not started since the change");
+        }
+        const auto attachments = MissingAttachments();
+        missing.insert(missing.end(), attachments.begin(), attachments.end());
+        return missing;
     }
-    // The shared id's registration is the last of a start.
-    if (startsOfTheAgent == startsBeforeChange || !IsAttached(sharedId, Service::Update)) {
-        return false;
+    if (const size_t clients = ny_sim_live_handles(NY_SIM_CLIENT)) {
+        missing.push_back("the agent's clients that are alive: " + std::to_string(clients));
     }
-    for (size_t product = 0; product < productCount; ++product) {
-        for (const Service service : allServices) {
+    if (AgentOfTheSoak::IsLoaded()) {
+        missing.emplace_back("the agent's libraries are loaded");
+    }
+    return missing;
+}
+
+std::vector<std::string> Conductor::MissingAttachments() const {
+    std::vector<std::string> missing;
+    for (const Service service : allServices) {
+        for (size_t product = 0; product < productCount; ++product) {
             if (entered[product] && (products[product].first & MaskOf(service)) != 0 &&
                 !IsAttached(ProductId(product), service)) {
-                return false;
+                missing.push_back(ProductId(product) + " is not attached for the " + NameOf(service));
             }
         }
     }
-    return true;
+    // The shared id's registration is the last of a start.
+    if (!IsAttached(sharedId, Service::Update)) {
+        missing.push_back(std::string(sharedId) + " is not attached for the " + NameOf(Service::Update));
+    }
+    return missing;
 }
 
-void Conductor::Settle() {
-    if (IsSettled()) {
-        return;
-    }
-    const auto end = std::chrono::steady_clock::now() + soon;
+std::string Conductor::ReportOn(const std::vector<std::string>& missing) const {
+    const std::string state = agent.IsInstalled() ? "installed as " + agent.Version() : "not installed";
+    return "the bridge does not follow the agent\nthe agent is " + state +
+           "; changes: " + std::to_string(pendingChanges) +
+           ", starts since the last one: " + std::to_string(startsOfTheAgent - startsBeforeChange) + "\n" +
+           Section("missing", missing) + StateOfTheBridge() + "\n" +
+           Section("the agent's answers in the last start", AnswersInTheLastStart()) +
+           Section("what it refused on other threads", RefusalsOnOtherThreads()) +
+           Section("the bridge's last lines", TheSink().Lines());
+}
+
+std::string Conductor::WaitUntilFollowed(std::chrono::milliseconds limit) {
+    const auto end = std::chrono::steady_clock::now() + limit;
     std::chrono::milliseconds patience{1};
-    while (!IsFollowed()) {
-        ASSERT_LT(std::chrono::steady_clock::now(), end) << "the bridge does not follow the agent";
+    for (auto missing = Missing(); !missing.empty(); missing = Missing()) {
+        if (std::chrono::steady_clock::now() >= end) {
+            return ReportOn(missing);
+        }
         if (!agentWasCalled.Take(patience)) {
             patience = std::min(2 * patience, std::chrono::milliseconds(128));
         }
@@ -205,6 +235,15 @@ void Conductor::Settle() {
             AgentOfTheSoak::Touch();
         }
     }
+    return {};
+}
+
+void Conductor::Settle() {
+    if (IsSettled()) {
+        return;
+    }
+    const std::string report = WaitUntilFollowed(soon);
+    ASSERT_TRUE(report.empty()) << report;
     for (Entered& known : products) {
         known.certain = known.first;
     }

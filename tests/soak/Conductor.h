@@ -3,9 +3,11 @@
 #include <array>
 #include <atomic>
 #include <bitset>
+#include <chrono>
 #include <list>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "soak/Agent.h"
 #include "soak/Modules.h"
@@ -25,6 +27,12 @@ public:
     // Installs the agent, enters a product for everything, has each service answered, and ends all again.
     void CheckThatEverythingAnswers();
 
+    // Whether the bridge has followed every change of the agent, as far as that was waited for.
+    bool IsSettled() const { return pendingChanges == 0; }
+    // Waits until the bridge has done what the agent's state asks for. Empty, or when it has not in time, a report:
+    // what is missing, what the watcher saw and told, the agent's answers, the bridge's lines.
+    std::string WaitUntilFollowed(std::chrono::milliseconds limit);
+
 private:
     void ChangeAgent(const Operation& operation);
     void Enter(size_t product, uint32_t mask);
@@ -37,8 +45,10 @@ private:
 
     // Returns when the bridge has done what the agent's state asks for. Nothing to wait for when nobody is in.
     void Settle();
-    bool IsFollowed();
-    bool IsSettled() const { return pendingChanges == 0; }
+    // What the agent's state asks for and the bridge has not done.
+    std::vector<std::string> Missing() const;
+    std::vector<std::string> MissingAttachments() const;
+    std::string ReportOn(const std::vector<std::string>& missing) const;
     void LeaveAll();
     void ExpectAttached(size_t product) const;
     void ExpectNoClient() const;

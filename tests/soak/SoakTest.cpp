@@ -73,8 +73,10 @@ void Soak::Do(const Operation& operation) {
         longest = taken;
         longestText = text;
     }
-    // What the agent keeps for tests to look at would grow without end.
-    ny_sim_clear_calls();
+    // What the agent keeps for tests to look at would grow without end. The calls since a change are for the report.
+    if (conductor.IsSettled()) {
+        ny_sim_clear_calls();
+    }
     ny_sim_clear_task_reports();
     if (steady_clock::now() - lastTold >= progressInterval) {
         lastTold = steady_clock::now();

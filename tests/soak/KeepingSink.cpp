@@ -1,0 +1,27 @@
+#include "soak/KeepingSink.h"
+
+#include "support/LineLog.h"
+
+void KeepingSink::Write(int level, const wchar_t* text) {
+    std::string line = std::to_string(level) + ": " + Narrow(text);
+    const std::lock_guard guard(lock);
+    lines.push_back(std::move(line));
+    if (lines.size() > capacity) {
+        lines.pop_front();
+    }
+}
+
+std::vector<std::string> KeepingSink::Lines() const {
+    const std::lock_guard guard(lock);
+    return {lines.begin(), lines.end()};
+}
+
+void KeepingSink::Forget() {
+    const std::lock_guard guard(lock);
+    lines = {};
+}
+
+KeepingSink& TheSink() {
+    static KeepingSink sink;
+    return sink;
+}
