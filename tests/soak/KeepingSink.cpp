@@ -5,7 +5,11 @@
 void KeepingSink::Write(int level, const wchar_t* text) {
     std::string line = std::to_string(level) + ": " + Narrow(text);
     const std::lock_guard guard(lock);
-    lines.push_back(std::move(line));
+    if (!lines.empty() && lines.back().text == line) {
+        ++lines.back().times;
+        return;
+    }
+    lines.push_back({std::move(line)});
     if (lines.size() > capacity) {
         lines.pop_front();
     }
@@ -13,7 +17,11 @@ void KeepingSink::Write(int level, const wchar_t* text) {
 
 std::vector<std::string> KeepingSink::Lines() const {
     const std::lock_guard guard(lock);
-    return {lines.begin(), lines.end()};
+    std::vector<std::string> texts;
+    for (const auto& [text, times] : lines) {
+        texts.push_back(times == 1 ? text : text + ", " + std::to_string(times) + " times");
+    }
+    return texts;
 }
 
 void KeepingSink::Forget() {

@@ -17,10 +17,15 @@ public:
     void Forget();
 
 private:
+    struct Kept {
+        std::string text;
+        size_t times = 1;  // one after the other
+    };
+
     static constexpr size_t capacity = 20;
 
     mutable std::mutex lock;
-    std::deque<std::string> lines;
+    std::deque<Kept> lines;
 };
 
 KeepingSink& TheSink();
