@@ -82,7 +82,7 @@ void Conductor::Enter(size_t product, uint32_t mask) {
     }
     EnterOne(ProductId(product), mask);
     entered.set(product);
-    if (IsSettled() && agent.IsInstalled()) {
+    if (IsCertain() && agent.IsInstalled()) {
         ExpectAttached(product);
     }
 }
@@ -101,7 +101,7 @@ void Conductor::EnterOne(const std::string& id, uint32_t mask) {
     const bool isEntered = Call<&VsMsgbusEntry>(id.c_str(), mask, &TheSink(), &given);
     ASSERT_NE(given, nullptr);
     // Between two agents a service may be refused; the next start of the agent asks for it again.
-    EXPECT_TRUE(isEntered || !IsSettled());
+    EXPECT_TRUE(isEntered || !IsCertain());
     EXPECT_TRUE(given == instance || id == sharedId);
     instance = given;
 }
@@ -113,12 +113,14 @@ void Conductor::Leave(size_t product) {
     LeaveOne(ProductId(product));
     entered.reset(product);
     for (const Service service : allServices) {
-        EXPECT_FALSE(IsAttached(ProductId(product), service)) << NameOf(service);
+        EXPECT_FALSE(IsAttached(ProductId(product), service) && !Trouble::IsOn()) << NameOf(service);
     }
     if (entered.none()) {
         LeaveOne(sharedId);
         pendingChanges = 0;
-        ExpectNoClient();
+        if (!Trouble::IsOn()) {
+            ExpectNoClient();
+        }
         if (!agent.IsInstalled()) {
             agent.DeleteFiles();
         }
@@ -160,6 +162,11 @@ void Conductor::Ask(size_t product, Service service, uint32_t variant) {
     const auto& object = registered[product][static_cast<size_t>(service)];
     const uint64_t before = object != nullptr ? object->Calls() : 0;
     const bool isAttached = IsAttached(ProductId(product), service);
+    if (Trouble::IsOn()) {
+        // Who is attached changes at any time; that the call ends does not.
+        AgentCalls(ProductId(product), service, variant);
+        return;
+    }
     EXPECT_EQ(AgentCalls(ProductId(product), service, variant), isAttached);
     // The updater's events go to no module.
     const bool isToldNobody = service == Service::Update && variant % 4 == 3;
@@ -239,7 +246,7 @@ std::string Conductor::WaitUntilFollowed(std::chrono::milliseconds limit) {
 }
 
 void Conductor::Settle() {
-    if (IsSettled()) {
+    if (IsSettled() || Trouble::IsOn()) {
         return;
     }
     const std::string report = WaitUntilFollowed(soon);
@@ -257,12 +264,51 @@ void Conductor::Settle() {
         // loaded already, when the one before was followed late. Nothing tells; but the last Exit ends the watcher.
         const std::bitset<productCount> before = entered;
         LeaveAll();
-        for (size_t product = 0; product < productCount; ++product) {
-            if (before[product]) {
-                Enter(product, products[product].first);
-            }
+        EnterAgain(before);
+    }
+}
+
+void Conductor::EnterAgain(const std::bitset<productCount>& before) {
+    for (size_t product = 0; product < productCount; ++product) {
+        if (before[product]) {
+            Enter(product, products[product].first);
         }
     }
+}
+
+bool Conductor::IsOut(const std::string& id) const {
+    for (size_t product = 0; product < productCount; ++product) {
+        if (ProductId(product) == id) {
+            return !entered[product];
+        }
+    }
+    return false;
+}
+
+void Conductor::LoseAgent() {
+    pendingChanges += entered.any() ? 1U : 0U;
+    agent.Remove();
+    agent.DeleteFiles();
+}
+
+void Conductor::EndTrouble() {
+    const std::bitset<productCount> before = entered;
+    LeaveAll();
+    {
+        // With nobody at the door nobody is in, and the agent has nobody to call.
+        const std::lock_guard guard(Door());
+        EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
+        refused.AddRecorded();
+        ny_sim_clear_calls();
+        for (int32_t kind = NY_SIM_ANY; kind <= NY_SIM_POLICY_ITERATOR; ++kind) {
+            const auto handles = static_cast<ny_sim_handle_kind>(kind);
+            EXPECT_EQ(ny_sim_live_handles(handles), refused.Of(handles)) << "of kind " << kind;
+        }
+        EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();
+        Trouble::End();
+    }
+    ExpectNoClient();
+    EnterAgain(before);
 }
 
 void Conductor::LeaveAll() {

@@ -12,7 +12,9 @@
 #include "soak/Agent.h"
 #include "soak/Modules.h"
 #include "soak/Plan.h"
+#include "soak/RefusedReleases.h"
 #include "soak/Signal.h"
+#include "soak/Trouble.h"
 #include "support/AgentCalls.h"
 
 // Does what a plan says, and compares what comes of it with what the bridge promises, as far as that is certain at that
@@ -27,8 +29,19 @@ public:
     // Installs the agent, enters a product for everything, has each service answered, and ends all again.
     void CheckThatEverythingAnswers();
 
+    // The agent's version and its files go, whoever uses them.
+    void LoseAgent();
+    // After trouble that the agent causes no more: everybody leaves, nothing may be left but what the agent refused to
+    // take back, and those who were in enter again.
+    void EndTrouble();
+    const RefusedReleases& Refused() const { return refused; }
+    // Whether it is a product of the plan's that is not in: nobody else enters with that id.
+    bool IsOut(const std::string& id) const;
+
     // Whether the bridge has followed every change of the agent, as far as that was waited for.
     bool IsSettled() const { return pendingChanges == 0; }
+    // Whether that is so because the agent does what it should.
+    bool IsCertain() const { return IsSettled() && !Trouble::IsOn(); }
     // Waits until the bridge has done what the agent's state asks for. Empty, or when it has not in time, a report:
     // what is missing, what the watcher saw and told, the agent's answers, the bridge's lines.
     std::string WaitUntilFollowed(std::chrono::milliseconds limit);
@@ -50,6 +63,7 @@ private:
     std::vector<std::string> MissingAttachments() const;
     std::string ReportOn(const std::vector<std::string>& missing) const;
     void LeaveAll();
+    void EnterAgain(const std::bitset<productCount>& before);
     void ExpectAttached(size_t product) const;
     void ExpectNoClient() const;
 
@@ -73,4 +87,5 @@ private:
     // Changes of the agent that the bridge may not have followed yet; none while nobody is in.
     unsigned pendingChanges = 0;
     uint32_t asked = 0;
+    RefusedReleases refused;
 };

@@ -1,8 +1,10 @@
 #include "soak/KeepingSink.h"
 
+#include "support/HeldLocks.h"
 #include "support/LineLog.h"
 
 void KeepingSink::Write(int level, const wchar_t* text) {
+    ExpectNoLockHeld("Write");
     std::string line = std::to_string(level) + ": " + Narrow(text);
     const std::lock_guard guard(lock);
     if (!lines.empty() && lines.back().text == line) {

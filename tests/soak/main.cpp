@@ -1,15 +1,29 @@
-// soak [--operations N] [--seed N]: random life cycles of modules and agent, under the load of many threads.
+// soak [--operations N] [--seed N] [--hostile | --hostility KIND...]: random life cycles of modules and agent, under
+// the load of many threads.
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iostream>
 #include <random>
+#include <string>
+#include <vector>
 
 #include "soak/Options.h"
 
 namespace {
 
 SoakOptions options;
+
+constexpr bool HostileKinds::*allKinds[] = {&HostileKinds::errors, &HostileKinds::lateCalls,
+                                            &HostileKinds::callsInRegister, &HostileKinds::lostFiles};
+const std::vector<std::string> namesOfKinds = {"errors", "late", "inside", "files"};
+
+void SwitchOn(const std::vector<std::string>& names) {
+    for (size_t i = 0; i < namesOfKinds.size(); ++i) {
+        options.hostile.*allKinds[i] |= std::find(names.begin(), names.end(), namesOfKinds[i]) != names.end();
+    }
+}
 
 uint64_t NewSeed() {
     return std::random_device{}();
@@ -28,7 +42,14 @@ int main(int argc, char** argv) {
     app.add_option("--operations", options.operations, "How many operations, 300 when it is not said")
         ->check(CLI::PositiveNumber);
     app.add_option("--seed", options.seed, "What all chance follows from; a new one when it is not said");
+    bool isHostile = false;
+    std::vector<std::string> kinds;
+    app.add_flag("--hostile", isHostile, "The agent does not keep to its contract now and then, in every way there is");
+    app.add_option("--hostility", kinds,
+                   "The same, in some ways: errors, late calls, calls inside register, lost files")
+        ->check(CLI::IsMember(namesOfKinds));
     CLI11_PARSE(app, argc, argv);
+    SwitchOn(isHostile ? namesOfKinds : kinds);
     std::cout << "seed " << options.seed << ", " << options.operations << " operations" << std::endl;
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,172 @@
+#include "soak/Hostility.h"
+
+#include <gtest/gtest.h>
+
+#include <list>
+#include <string_view>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "ny_sim_hostile.h"
+#include "ny_simulator.h"
+#include "simulator/core/FunctionName.h"
+#include "soak/Agent.h"
+#include "soak/Trouble.h"
+#include "support/LineLog.h"
+
+namespace {
+
+// In operations of the plan.
+constexpr unsigned calmTime = 25;
+constexpr unsigned troubledTime = 15;
+
+// One of the agent's own, a negative one, and those that the bridge answers itself.
+constexpr int32_t codes[] = {77, -5, NY_INVALID_ARGUMENT, NY_UNEXPECTED, NY_OUT_OF_MEMORY, NY_FUNCTION_MISSING};
+
+constexpr ny_sim_callback callbacks[] = {NY_SIM_CALL_PROPERTIES,
+                                         NY_SIM_CALL_POLICY,
+                                         NY_SIM_CALL_TASK_EXECUTE,
+                                         NY_SIM_CALL_TASK_STOP,
+                                         NY_SIM_CALL_TASK_REMOVE,
+                                         NY_SIM_CALL_TASK_UPDATE_STATUS,
+                                         NY_SIM_CALL_UPDATE_NOTIFY,
+                                         NY_SIM_CALL_SET_PRODUCT_INFO,
+                                         NY_SIM_CALL_GET_PRODUCT_INFO,
+                                         NY_SIM_CALL_UPDATE_EVENT,
+                                         NY_SIM_CALL_LOG};
+
+constexpr ny_sim_register_call registerCalls[] = {NY_SIM_NO_CALL, NY_SIM_ON_SAME_THREAD, NY_SIM_ON_OTHER_THREAD};
+
+// A client that the agent does not let go of keeps its registrations for good: nothing about them would be certain
+// any more.
+constexpr std::string_view neverRefused = "ny_client_handler_release";
+
+// A call that the agent makes late, waited for at the latest when the object ends.
+class LateCall {
+public:
+    LateCall(ny_sim_callback callback, const std::string& productId, size_t index)
+        : isMade(ny_sim_call_late(callback, productId.c_str(), index, &call) == NY_OK) {}
+    ~LateCall() { ny_sim_late_call_release(call); }
+    LateCall(const LateCall&) = delete;
+    LateCall& operator=(const LateCall&) = delete;
+
+    void ExpectAnswer(bool isRefusalCertain) const {
+        int32_t answer = NY_UNEXPECTED;
+        if (isMade) {
+            EXPECT_EQ(ny_sim_late_call_wait(call, static_cast<uint32_t>(soon.count()), &answer), NY_OK);
+        }
+        EXPECT_TRUE(answer == NY_UNEXPECTED || !isRefusalCertain) << "a late call was answered " << answer;
+    }
+
+private:
+    ny_sim_late_call_t* call = nullptr;
+    const bool isMade;
+};
+
+}  // namespace
+
+Hostility::Hostility(uint64_t seed, const HostileKinds& whatToDo, Conductor& conductorToUse)
+    : random(seed), kinds(whatToDo), conductor(conductorToUse), operationsLeft(calmTime) {
+    ny_sim_set_remember(kinds.lateCalls ? 1 : 0);
+}
+
+void Hostility::Act() {
+    if (!kinds.Any()) {
+        return;
+    }
+    if (--operationsLeft == 0) {
+        Trouble::IsOn() ? End() : Begin();
+    } else if (Trouble::IsOn()) {
+        DoSomething();
+    }
+}
+
+void Hostility::Begin() {
+    operationsLeft = troubledTime;
+    Trouble::Begin();
+    ++troubles;
+    current = {.errors = IsChosen(kinds.errors),
+               .lateCalls = IsChosen(kinds.lateCalls),
+               .callsInRegister = IsChosen(kinds.callsInRegister),
+               .lostFiles = IsChosen(kinds.lostFiles)};
+    ny_sim_set_impatient(current.lateCalls && random.OneIn(2) ? 1 : 0);
+    ny_sim_set_one_lock(current.callsInRegister && random.OneIn(2) ? 1 : 0);
+}
+
+void Hostility::End() {
+    operationsLeft = calmTime;
+    if (!Trouble::IsOn()) {
+        return;
+    }
+    ny_sim_clear_faults();
+    for (const ny_sim_callback callback : callbacks) {
+        ny_sim_call_in_register(callback, NY_SIM_NO_CALL);
+    }
+    ny_sim_set_one_lock(0);
+    ny_sim_set_impatient(0);
+    // What is registered from here on may be called in the next trouble.
+    ny_sim_set_remember(0);
+    ny_sim_set_remember(kinds.lateCalls ? 1 : 0);
+    conductor.EndTrouble();
+}
+
+void Hostility::DoSomething() {
+    if (current.errors && random.OneIn(2)) {
+        AnswerErrors();
+    }
+    if (current.lateCalls) {
+        CallLate();
+    }
+    if (current.callsInRegister && random.OneIn(2)) {
+        CallInsideRegister();
+    }
+    if (current.lostFiles && random.OneIn(6)) {
+        ++losses;
+        conductor.LoseAgent();
+    }
+}
+
+void Hostility::AnswerErrors() {
+    const std::string_view function = AnyOf(simulator::simulatedFunctions);
+    const auto mode = random.OneIn(3) ? NY_SIM_FROM_THEN_ON : NY_SIM_ONCE;
+    const uint32_t nth = random.Below(20) + 1;
+    const int32_t code = AnyOf(codes);
+    if (function != neverRefused) {
+        ++faults;
+        EXPECT_EQ(ny_sim_fail_call(function.data(), nth, code, mode), NY_OK);
+    }
+}
+
+// Several at once. A product that is out has nothing that could be called, unless the agent refused to let go of it.
+void Hostility::CallLate() {
+    const std::vector<std::string> ids = AllProductIds();
+    std::list<std::pair<LateCall, bool>> calls;
+    for (unsigned count = random.Below(4); count > 0; --count) {
+        const ny_sim_callback callback = AnyOf(callbacks);
+        const std::string& id = ids[random.Below(static_cast<uint32_t>(ids.size()))];
+        const uint32_t choice = random.Below(1000);
+        const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
+        if (remembered != 0) {
+            ++lateCalls;
+            const bool isOut = conductor.IsOut(id) && !current.errors && callback != NY_SIM_CALL_LOG;
+            calls.emplace_back(std::piecewise_construct, std::forward_as_tuple(callback, id, choice % remembered),
+                               std::forward_as_tuple(isOut));
+        }
+    }
+    for (const auto& [call, isOut] : calls) {
+        call.ExpectAnswer(isOut);
+    }
+}
+
+void Hostility::CallInsideRegister() {
+    const ny_sim_callback callback = AnyOf(callbacks);
+    EXPECT_EQ(ny_sim_call_in_register(callback, AnyOf(registerCalls)), NY_OK);
+}
+
+std::string Hostility::Summary() const {
+    return std::to_string(troubles) + " times of trouble: " + std::to_string(faults) + " faults, " +
+           std::to_string(lateCalls) + " late calls, " + std::to_string(ny_sim_register_call_count()) +
+           " calls inside register, " + std::to_string(losses) + " losses of all files, " +
+           std::to_string(conductor.Refused().Of(NY_SIM_ANY)) + " handles not taken back";
+}
