@@ -5,7 +5,8 @@
 
 #include "ny_simulator.h"
 
-// The handles that the agent refused to take back, which stay with it for good, by kind; NY_SIM_ANY is their sum.
+// How often the agent refused to take back a handle, by kind; NY_SIM_ANY is the sum. At most so many handles stay with
+// it for good: fewer where several references to one handle were refused.
 class RefusedReleases {
 public:
     // Adds those of the call record, which is to be cleared next.
