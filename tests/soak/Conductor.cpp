@@ -298,12 +298,7 @@ void Conductor::EndTrouble() {
         // With nobody at the door nobody is in, and the agent has nobody to call.
         const std::lock_guard guard(Door());
         EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
-        refused.AddRecorded();
-        ny_sim_clear_calls();
-        for (int32_t kind = NY_SIM_ANY; kind <= NY_SIM_POLICY_ITERATOR; ++kind) {
-            const auto handles = static_cast<ny_sim_handle_kind>(kind);
-            EXPECT_LE(ny_sim_live_handles(handles), refused.Of(handles)) << "of kind " << kind;
-        }
+        left.Check();
         EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();
         Trouble::End();
     }

@@ -10,9 +10,9 @@
 #include <vector>
 
 #include "soak/Agent.h"
+#include "soak/LeftHandles.h"
 #include "soak/Modules.h"
 #include "soak/Plan.h"
-#include "soak/RefusedReleases.h"
 #include "soak/Signal.h"
 #include "soak/Trouble.h"
 #include "support/AgentCalls.h"
@@ -34,7 +34,8 @@ public:
     // After trouble that the agent causes no more: everybody leaves, nothing may be left but what the agent refused to
     // take back, and those who were in enter again.
     void EndTrouble();
-    const RefusedReleases& Refused() const { return refused; }
+    // Those handles.
+    const LeftHandles& Left() const { return left; }
     // Whether it is a product of the plan's that is not in: nobody else enters with that id.
     bool IsOut(const std::string& id) const;
 
@@ -87,5 +88,5 @@ private:
     // Changes of the agent that the bridge may not have followed yet; none while nobody is in.
     unsigned pendingChanges = 0;
     uint32_t asked = 0;
-    RefusedReleases refused;
+    LeftHandles left;
 };

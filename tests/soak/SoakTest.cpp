@@ -120,14 +120,13 @@ TEST_F(Soak, LeavesEverythingAsItWas) {
     std::cout << "longest: " << longest.count() << " ms, operation " << longestText << "\nafter " << warmUp
               << " operations: " << before << "\nat the end: " << after << std::endl;
     SCOPED_TRACE("seed " + std::to_string(seed));
-    const size_t keptBytes = conductor.Refused().Of(NY_SIM_ANY) * mostOfAHandle;
+    const size_t keptBytes = conductor.Left().Of(NY_SIM_ANY) * mostOfAHandle;
     EXPECT_LE(after.handles, before.handles + HandleTolerance(Options().operations));
     EXPECT_EQ(after.modules, before.modules);
     EXPECT_LE(after.heapBytes, before.heapBytes + HeapTolerance(Options().operations) + keptBytes);
-    for (int32_t kind = NY_SIM_ANY; kind <= NY_SIM_POLICY_ITERATOR; ++kind) {
-        const auto handles = static_cast<ny_sim_handle_kind>(kind);
-        EXPECT_LE(ny_sim_live_handles(handles), conductor.Refused().Of(handles)) << "of kind " << kind;
-    }
+    ForEachKindOfHandle([&](ny_sim_handle_kind kind) {
+        EXPECT_EQ(ny_sim_live_handles(kind), conductor.Left().Of(kind)) << "of kind " << kind;
+    });
     EXPECT_EQ(ny_sim_started_clients(), 0U);
     EXPECT_EQ(ny_sim_lent_tasks(), 0U);
     EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();

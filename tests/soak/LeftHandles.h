@@ -1,0 +1,28 @@
+#pragma once
+
+#include <cstddef>
+#include <map>
+
+#include "ny_simulator.h"
+
+// The handles that the agent did not take back, and so keeps for good, by kind.
+class LeftHandles {
+public:
+    // To be called while nobody uses the agent and with the call record of the time since the last call; clears it. A
+    // test failure when there are more handles than before and were refused since. There may be fewer: several
+    // references to one handle are one.
+    void Check();
+
+    size_t Of(ny_sim_handle_kind kind) const;
+
+private:
+    std::map<ny_sim_handle_kind, size_t> left;
+};
+
+// From NY_SIM_ANY, which is all of them, on.
+template <class Look>
+void ForEachKindOfHandle(Look&& look) {
+    for (int32_t kind = NY_SIM_ANY; kind <= NY_SIM_POLICY_ITERATOR; ++kind) {
+        look(static_cast<ny_sim_handle_kind>(kind));
+    }
+}
