@@ -134,7 +134,7 @@ std::shared_ptr<LibrariesInUse> LibrariesInUse::Share() {
     return shared;
 }
 
-void LibrariesInUse::Add(const std::shared_ptr<OpenLibrary>& library) {
+void LibrariesInUse::Add(const std::shared_ptr<LoadedLibrary>& library) {
     if (std::find(libraries.begin(), libraries.end(), library) == libraries.end()) {
         libraries.push_back(library);
     }

@@ -36,7 +36,7 @@ extern const DispatcherOperations dispatcherOperations;
 // A library's function that tells its version, found by a load and called once the dispatcher's lock was left.
 struct VersionQuestion {
     GetVersionFunction ask = nullptr;  // null: nothing to ask
-    std::shared_ptr<OpenLibrary> library;
+    std::shared_ptr<LoadedLibrary> library;
     uint32_t* version = nullptr;  // the caller's variable
 };
 

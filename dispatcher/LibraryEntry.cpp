@@ -16,7 +16,7 @@ constexpr size_t functionNameCapacity = 256;
 
 int32_t LibraryEntry::Open(const char* path, const DispatcherLog& log) noexcept {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
-        auto opened = std::make_shared<OpenLibrary>();
+        auto opened = std::make_shared<LoadedLibrary>();
         log.Write(SeverityProgress, "dispatcher dl_open %s %d", path, 0);
         const uint32_t result = ny_dl_open(path, 0, &opened->module);
         if (result != 0) {
@@ -40,7 +40,7 @@ void LibraryEntry::Close(const DispatcherLog& log) noexcept {
     isLoaded = false;
     log.Write(SeverityProgress, "dispatcher dl_close %p", module.module);
     // The pointers go first: a thread that reads one from now on loads again instead of calling into a closed library.
-    for (const OpenLibrary::HandedOut& table : library->tables) {
+    for (const LoadedLibrary::HandedOut& table : library->tables) {
         table.holder->store(nullptr, std::memory_order_release);
     }
     libraryClosings.fetch_add(1, std::memory_order_release);
@@ -67,7 +67,7 @@ void* LibraryEntry::Resolve(const char* name, const DispatcherLog& log) noexcept
 int32_t LibraryEntry::LoadSymbols(const char* const* names, TablePointer& table, size_t count,
                                   const DispatcherLog& log) noexcept {
     auto& tables = library->tables;
-    const auto isListed = [&table](const OpenLibrary::HandedOut& handedOut) { return handedOut.holder == &table; };
+    const auto isListed = [&table](const LoadedLibrary::HandedOut& handedOut) { return handedOut.holder == &table; };
     if (std::any_of(tables.begin(), tables.end(), isListed)) {
         return NY_OK;
     }

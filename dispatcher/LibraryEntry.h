@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 
 class DispatcherLog;
 
@@ -36,7 +36,7 @@ struct LibraryEntry {
     bool isLoaded = false;
     uint32_t* version = nullptr;  // the caller's variable, once the library filled it
     std::string fileName;
-    std::shared_ptr<OpenLibrary> library;  // null when it is not open
+    std::shared_ptr<LoadedLibrary> library;  // null when it is not open
 
 private:
     void* Resolve(const char* name, const DispatcherLog& log) noexcept;

@@ -5,7 +5,7 @@
 
 #include "agent/ny_agent.h"
 #include "base/CallGate.h"
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 
 // One client of the agent's, from before its creation to its release: what everybody shares who is inside the agent. The
 // last one out releases the client, through the function of the libraries that made it, and lets go of them; outside of any

@@ -2,7 +2,7 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 
 // What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
 // in values/DroppedText.h.

@@ -6,7 +6,7 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 #include "values/WideText.h"
 
 // One call of the agent's about one task, on its way to the module that is registered for the product.

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "agent/ny_agent.h"
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 
 // The agent's function that takes handles of this kind back, of the libraries given or, without any, of those that are

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 #include "values/AgentHandle.h"
 
 // The agent's functions for tables and arrays, looked up once. Used by a thread that is inside the agent's libraries. Each

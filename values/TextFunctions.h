@@ -6,7 +6,7 @@
 
 #include "agent/ny_agent.h"
 #include "base/IntoCaller.h"
-#include "dispatcher/OpenLibrary.h"
+#include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 
 // The agent's functions for text of one kind of character.

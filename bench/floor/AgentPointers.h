@@ -23,7 +23,7 @@ inline void* AddressIn(HMODULE library, const char* name) {
 }
 
 // Opens a library by its whole path; stays open.
-inline HMODULE OpenLibrary(const std::string& path) {
+inline HMODULE LoadedLibrary(const std::string& path) {
     const HMODULE library = ::LoadLibraryExA(path.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
     if (library == nullptr) {
         throw std::runtime_error("cannot be opened: " + path);

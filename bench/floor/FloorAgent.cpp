@@ -227,11 +227,11 @@ wchar_t* FloorInformation(ny_client_t* client, const char* key) {
 }
 
 void OpenFloorAgent(const std::filesystem::path& folder) {
-    const HMODULE variant = OpenLibrary((folder / "ny_variant.dll").string());
+    const HMODULE variant = LoadedLibrary((folder / "ny_variant.dll").string());
     Resolve<&::ny_buffer_get_string, &::ny_buffer_release, &::ny_wbuffer_get_string, &::ny_wbuffer_release,
             &::ny_variant_create_from_string, &::ny_variant_create_from_wstring, &::ny_variant_get_string_buffer,
             &::ny_variant_get_wstring_buffer, &::ny_variant_release>(variant);
-    const HMODULE client = OpenLibrary((folder / "ny_client.dll").string());
+    const HMODULE client = LoadedLibrary((folder / "ny_client.dll").string());
     Resolve<&::ny_property_bag_add_property, &::ny_scheduler_update_task_status, &::ny_info_get, &::ny_policy_get,
             &::ny_policy_uri_create, &::ny_policy_uri_release, &::ny_policy_uri_set_software_id,
             &::ny_policy_uri_set_user, &::ny_policy_uri_get_feature, &::ny_policy_uri_get_category,

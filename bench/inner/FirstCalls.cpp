@@ -94,7 +94,7 @@ double FirstCallsByHand(size_t count, size_t howMany, FindFolder findFolder) {
                     ++library;
                 }
                 if (opened[library] == nullptr) {
-                    opened[library] = OpenLibrary((folder / libraries[library]).string());
+                    opened[library] = LoadedLibrary((folder / libraries[library]).string());
                 }
                 for (size_t name = 0; name < wanted.count; ++name) {
                     addresses[name] = reinterpret_cast<void*>(::GetProcAddress(opened[library], wanted.names[name]));

@@ -114,7 +114,7 @@ void Race(Session& session, const Ours& ours, Arguments... arguments) {
 
 void MeasureLazyCalls(Session& session) {
     const Stage stage;
-    callsLibrary = OpenLibrary((stage.Folder() / "ny_calls.dll").string());
+    callsLibrary = LoadedLibrary((stage.Folder() / "ny_calls.dll").string());
     Resolve<&::bench_call0, &::bench_call2, &::bench_call5>(callsLibrary);
     Dispatcher* dispatcher = nullptr;
     Require(DispatcherCreate(nullptr, &dispatcher));

@@ -35,7 +35,7 @@ int32_t Provide(ny_client_t* /*client*/, const char* /*productId*/, ny_property_
 class ByHand {
 public:
     explicit ByHand(const std::filesystem::path& folder) {
-        client = OpenLibrary((folder / openedLibraries[0]).string());
+        client = LoadedLibrary((folder / openedLibraries[0]).string());
         Resolve<&::ny_client_handler_create, &::ny_client_handler_start, &::ny_client_handler_stop,
                 &::ny_client_handler_release, &::ny_client_handler_set_thread_option,
                 &::ny_client_handler_set_logger_callback, &::ny_client_handler_set_msgbus_passphrase_callback,
@@ -51,7 +51,7 @@ public:
     }
     // With the bus library, which is needed for one call at the end.
     void Close(const std::filesystem::path& folder) {
-        bus = OpenLibrary((folder / openedLibraries[1]).string());
+        bus = LoadedLibrary((folder / openedLibraries[1]).string());
         Resolve<&::ny_msgbus_disable_watcher>(bus);
         Require(pointerTo<&::ny_msgbus_disable_watcher>(msgbus));
         Require(pointerTo<&::ny_property_unregister_provider_callback>(handler, bareProductId));

@@ -40,13 +40,15 @@ void RunSession(const uint8_t* data, size_t size, const std::function<void(Fuzze
     ReadingSink sink;
     OfferLogSink(&sink);
     {
-        VsMsgbus bridge("BRIDGE");
-        PublishBridge(&bridge);
+        const auto published = std::make_shared<VsMsgbus>("BRIDGE");
+        VsMsgbus& bridge = *published;
+        PublishBridge(published);
         bridge.AddProduct(fuzzedProduct, everyService);
         Notify(bridge, 1);
         FuzzedSession session{input, agent, bridge, sink};
         body(session);
         Notify(bridge, 0);
+        WithdrawBridge(&bridge);
     }
     ClearLogSink();
 }

@@ -24,9 +24,9 @@ protected:
         // The agent refuses before the bag is looked at.
         auto* const bag = reinterpret_cast<ny_property_bag_t*>(&collector);
         EXPECT_EQ(ny_sim_fail_call("ny_variant_create_from_wstring", 1, 66, NY_SIM_FROM_THEN_ON), NY_OK);
-        properties.Collect(bag, [] { return false; });
+        properties.Collect(bag, nullptr, [] { return false; });
         const DroppedTexts texts;
-        properties.Collect(bag, [] { return false; });
+        properties.Collect(bag, nullptr, [] { return false; });
         return texts.log.Lines();
     }
 

@@ -22,7 +22,7 @@ public:
         Enter([&] {
             set->SetProperty(L"general", L"version", L"1.0");
             set->SetProperty(L"general", L"state", L"in soak");
-            EXPECT_FALSE(set->SetProperty(nullptr, L"name", L"value"));
+            EXPECT_FALSE(set->SetProperty(L"path", L"name", nullptr));
         });
     }
     int32_t GetLogLevel() override { return 0; }

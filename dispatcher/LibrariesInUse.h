@@ -24,11 +24,11 @@ inline constexpr uint64_t noClosings = UINT64_MAX;  // never the number
 
 // A library file of the agent's in memory, with the tables resolved from it. Shared by the dispatcher, until it closes
 // the library, and by the LibrariesInUse that were there meanwhile: the system unloads it when the last of them lets go.
-struct OpenLibrary {
-    OpenLibrary() = default;
-    ~OpenLibrary() { ny_dl_close(&module); }
-    OpenLibrary(const OpenLibrary&) = delete;
-    OpenLibrary& operator=(const OpenLibrary&) = delete;
+struct LoadedLibrary {
+    LoadedLibrary() = default;
+    ~LoadedLibrary() { ny_dl_close(&module); }
+    LoadedLibrary(const LoadedLibrary&) = delete;
+    LoadedLibrary& operator=(const LoadedLibrary&) = delete;
 
     struct HandedOut {
         TablePointer* holder;
@@ -50,12 +50,12 @@ public:
     static std::shared_ptr<LibrariesInUse> Share();
 
     // A library that was opened. Under the dispatcher's lock. Raises std::bad_alloc.
-    void Add(const std::shared_ptr<OpenLibrary>& library);
+    void Add(const std::shared_ptr<LoadedLibrary>& library);
 
     // Whether none of them was closed since this object was made.
     bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
 
 private:
     uint64_t closings = noClosings;
-    std::vector<std::shared_ptr<OpenLibrary>> libraries;  // under the dispatcher's lock
+    std::vector<std::shared_ptr<LoadedLibrary>> libraries;  // under the dispatcher's lock
 };
