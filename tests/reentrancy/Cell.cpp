@@ -11,6 +11,8 @@ const char* NameOf(Variant variant) {
         case Variant::InRegister: return "_InRegister";
         case Variant::InRegisterAside: return "_InRegisterAside";
         case Variant::Upgrade: return "_Upgrade";
+        case Variant::OtherEnters: return "_OtherEnters";
+        case Variant::WatcherRegisters: return "_WatcherRegisters";
     }
     return "";
 }
@@ -25,7 +27,9 @@ bool MakesSense(const Cell& cell) {
         case Variant::InRegister:
         case Variant::InRegisterAside: return cell.callback->call.has_value();
         // The other kinds change the agent by themselves.
-        case Variant::Upgrade: return !cell.callback->entersItself;
+        case Variant::Upgrade:
+        case Variant::OtherEnters:
+        case Variant::WatcherRegisters: return !cell.callback->entersItself;
     }
     return false;
 }
@@ -34,8 +38,8 @@ bool MakesSense(const Cell& cell) {
 
 std::vector<Cell> AllCells() {
     std::vector<Cell> cells;
-    for (const Variant variant :
-         {Variant::Plain, Variant::OneLock, Variant::InRegister, Variant::InRegisterAside, Variant::Upgrade}) {
+    for (const Variant variant : {Variant::Plain, Variant::OneLock, Variant::InRegister, Variant::InRegisterAside,
+                                  Variant::Upgrade, Variant::OtherEnters, Variant::WatcherRegisters}) {
         if (variant != Variant::Plain && !IsWholeFormWanted()) {
             break;
         }
@@ -69,9 +73,11 @@ bool MayWait(const Cell& cell) {
         case Variant::OneLock: waitsFor |= cell.exportCase->waitsForWithOneLock; break;
         // The Entry that registers is under way, and what it does for the product.
         case Variant::InRegister:
-        case Variant::InRegisterAside: around |= InEntryOrExit; break;
+        case Variant::InRegisterAside:
+        case Variant::OtherEnters: around |= InEntryOrExit; break;
         // The watcher waits for the callback.
-        case Variant::Upgrade: around |= InWatcher; break;
+        case Variant::Upgrade:
+        case Variant::WatcherRegisters: around |= InWatcher; break;
     }
     return (waitsFor & around) != 0;
 }

@@ -14,10 +14,12 @@ enum class CallingThread {
 
 enum class Variant {
     Plain,
-    OneLock,          // the agent holds one lock around registering, unregistering and callbacks
-    InRegister,       // the agent calls before register returns, on the registering thread
-    InRegisterAside,  // the same, on another thread that register waits for
-    Upgrade,          // the agent is upgraded while the callback runs
+    OneLock,           // the agent holds one lock around registering, unregistering and callbacks
+    InRegister,        // the agent calls before register returns, on the registering thread
+    InRegisterAside,   // the same, on another thread that register waits for
+    Upgrade,           // the agent is upgraded while the callback runs
+    OtherEnters,       // another product is just being registered by its Entry, which waits for the callback
+    WatcherRegisters,  // the same, by the watcher after an upgrade
 };
 
 struct Cell {

@@ -3,11 +3,14 @@
 // enter and be asked again.
 #include <gmock/gmock.h>
 
+#include <atomic>
 #include <thread>
 
 #include "library/ExpectedExports.h"
 #include "reentrancy/Cell.h"
 #include "reentrancy/ExpectedCallbacks.h"
+#include "support/AgentCalls.h"
+#include "support/AgentFunctions.h"
 #include "support/AgentRequest.h"
 #include "support/Event.h"
 #include "support/Watchdog.h"
@@ -18,6 +21,8 @@ using std::chrono::steady_clock;
 
 // Far below the 15 seconds that a wait of the bridge's may take.
 constexpr std::chrono::seconds atOnce{10};
+// One such wait, and what a loaded machine adds.
+constexpr std::chrono::seconds oneWait{20};
 // How long a callback lets what may wait for it wait: not long, or until the bridge's own wait must have ended.
 constexpr std::chrono::milliseconds shortPatience{50};
 constexpr std::chrono::seconds longPatience{20};
@@ -38,10 +43,13 @@ private:
     void Prepare();
     void Trigger();
     void TriggerInRegister(ny_sim_register_call mode);
+    void TriggerWhileTheOtherRegisters(size_t nth, const std::function<void()>& makeItRegister);
     void CleanUp();
     void InCallback();
     void CallOnOtherThread();
     void UpgradeTheAgent();
+    // The last Exit waits for the watcher, which may be waiting for the callback.
+    std::chrono::seconds LimitOnSameThread() const;
     // A Remove waits a limited time; what else may wait here waits as long as the agent does.
     std::chrono::milliseconds PatienceOfCallback() const;
 
@@ -80,7 +88,8 @@ void Matrix::Prepare() {
         world->PutAgent();
     }
     ny_sim_set_one_lock(cell.variant == Variant::OneLock ? 1 : 0);
-    world->hasOtherProduct = cell.exportCase->needsOtherProduct;
+    world->hasOtherProduct = cell.variant != Variant::OtherEnters &&
+                             (cell.exportCase->needsOtherProduct || cell.variant == Variant::WatcherRegisters);
     if (!entersLater && !isEntered) {
         world->EnterAll();
         isEntered = true;
@@ -93,8 +102,26 @@ void Matrix::Trigger() {
     switch (cell.variant) {
         case Variant::InRegister: return TriggerInRegister(NY_SIM_ON_SAME_THREAD);
         case Variant::InRegisterAside: return TriggerInRegister(NY_SIM_ON_OTHER_THREAD);
+        case Variant::OtherEnters:
+            return TriggerWhileTheOtherRegisters(1, [] { world->EnterProduct(ReentrancyWorld::otherProduct); });
+        case Variant::WatcherRegisters:
+            // The watcher begins with the first product.
+            return TriggerWhileTheOtherRegisters(2, [] { world->PutNewerAgent(); });
         default: return cell.callback->trigger(*world);
     }
+}
+
+void Matrix::TriggerWhileTheOtherRegisters(size_t nth, const std::function<void()>& makeItRegister) {
+    std::atomic<size_t> count = 0;
+    Event isOver;
+    const AgentHook hook(registerProvider, [&] {
+        if (++count == nth) {
+            cell.callback->trigger(*world);
+            isOver.Set();
+        }
+    });
+    makeItRegister();
+    EXPECT_TRUE(ReentrancyWorld::WaitForWatcher([&](auto limit) { return isOver.Wait(limit); }));
 }
 
 void Matrix::TriggerInRegister(ny_sim_register_call mode) {
@@ -106,7 +133,9 @@ void Matrix::TriggerInRegister(ny_sim_register_call mode) {
 
 void Matrix::CleanUp() {
     ny_sim_set_one_lock(0);
-    if (isEntered && cell.exportCase->leaves != Leaves::OtherProducts && cell.variant != Variant::Upgrade) {
+    const bool changesMore = cell.variant == Variant::Upgrade || cell.variant == Variant::WatcherRegisters ||
+                             cell.variant == Variant::OtherEnters;
+    if (isEntered && cell.exportCase->leaves != Leaves::OtherProducts && !changesMore) {
         if (cell.exportCase->leaves == Leaves::NoRegistration) {
             TrappedModule::Remove(ReentrancyWorld::wideProduct);
             world->Register();
@@ -133,7 +162,7 @@ void Matrix::InCallback() {
     }
     const auto begin = steady_clock::now();
     cell.exportCase->call(*world);
-    EXPECT_LT(steady_clock::now() - begin, atOnce);
+    EXPECT_LT(steady_clock::now() - begin, LimitOnSameThread());
 }
 
 void Matrix::CallOnOtherThread() {
@@ -147,8 +176,15 @@ void Matrix::CallOnOtherThread() {
         << "the export waits for the callback, which waits for it";
 }
 
+std::chrono::seconds Matrix::LimitOnSameThread() const {
+    const bool isWatcherBusy = cell.variant == Variant::Upgrade || cell.variant == Variant::WatcherRegisters;
+    return isWatcherBusy && MayWait(cell) ? oneWait : atOnce;
+}
+
 std::chrono::milliseconds Matrix::PatienceOfCallback() const {
-    return IsWholeFormWanted() && cell.exportCase->leaves == Leaves::NoRegistration ? longPatience : shortPatience;
+    return IsWholeFormWanted() && cell.variant == Variant::Plain && cell.exportCase->leaves == Leaves::NoRegistration
+               ? longPatience
+               : shortPatience;
 }
 
 // The watcher has then seen it, or is kept from it by what this cell is about.
