@@ -18,7 +18,8 @@ const char* NameOf(Variant variant) {
 }
 
 bool MakesSense(const Cell& cell) {
-    if (cell.callback->needsToBeAlone && cell.exportCase->needsOtherProduct) {
+    const ExportCase& exportCase = *cell.exportCase;
+    if (cell.callback->needsToBeAlone && (exportCase.needsOtherProduct || exportCase.needsInstance)) {
         return false;
     }
     switch (cell.variant) {

@@ -43,8 +43,7 @@ void EntryAndExitOfAnother(World& world) {
     world.ExitProduct(World::otherProduct);
 }
 
-void GetClient(World& world) {
-    static_cast<void>(world);
+void GetClient(World& /*world*/) {
     static_cast<void>(GetMsgbusClient());
 }
 
@@ -188,7 +187,7 @@ constexpr ExportCase cases[] = {
     {"VsMsgbusExitAndEntry", "VsMsgbusExit", ExitAndEntry, Leaves::OtherProducts, exitOfOwn, oneLock},
     {"VsMsgbusExitOfOneOfTwo", "VsMsgbusExit", Exit, Leaves::OtherProducts, exitOfOwn, oneLock, true},
     {"VsMsgbusExitOfTheOther", "VsMsgbusExit", ExitOfTheOther, Leaves::OtherProducts, exitOfOther, oneLock, true},
-    {"GetMsgbusClient", "GetMsgbusClient", GetClient},
+    {"GetMsgbusClient", "GetMsgbusClient", GetClient, Leaves::Everything, 0, 0, false, true},
     {"Release", "_ZN11VsKitMsgbus10lpc_buffer7ReleaseEv", Release},
     {"ReleaseByItsOtherName", "?Release@lpc_buffer@VsKitMsgbus@@QEAAXXZ", Release},
     {"VsKitMsgbusSetCollectProperties", "VsKitMsgbusSetCollectProperties", SetCollector},

@@ -24,6 +24,8 @@ struct ExportCase {
     uint32_t waitsForWithOneLock = 0;
     // A second product is entered before.
     bool needsOtherProduct = false;
+    // Undefined while an Entry or Exit of the only product is under way: the bridge may be there no more, or not yet.
+    bool needsInstance = false;
 };
 
 std::span<const ExportCase> ExportCases();
