@@ -47,8 +47,9 @@ constexpr BlockedCall blockedCalls[] = {
      false},
     {"Variant", "ny_variant_get_string",
      [] {
-         unsigned int mode = 0;
-         VsKitMsgbusManagedMode(&mode);
+         VsKitMsgbus::lpc_buffer text{};
+         VsKitMsgbusGetInfoByKeyName("GUID", &text);
+         text.Release();
      },
      false},
     {"EnforcePolicy", "ny_policy_enforce", [] { VsKitEnforceLocalPolicy(ReentrancyWorld::wideProduct); }, false},
