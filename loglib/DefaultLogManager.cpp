@@ -45,14 +45,31 @@ bool DefaultLogManager::SetFile(const wchar_t* path) noexcept {
 
 LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* newListener) noexcept {
     return Guarded<LogUtils::LogListener*>(nullptr, [&] {
-        const std::lock_guard guard(listening);
-        return std::exchange(listener, newListener);
+        auto replaced = newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr;
+        {
+            const std::lock_guard guard(listenerLock);
+            replaced.swap(listening);
+        }
+        if (replaced == nullptr) {
+            return static_cast<LogUtils::LogListener*>(nullptr);
+        }
+        replaced->gate.Close();
+        replaced->gate.WaitForOthers();
+        return replaced->listener;
     });
 }
 
 void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
-    const std::lock_guard guard(listening);
-    if (listener != nullptr) {
-        listener->OnLogEvent(event);
+    std::shared_ptr<Listening> told;
+    {
+        const std::lock_guard guard(listenerLock);
+        told = listening;
+    }
+    if (told == nullptr) {
+        return;
+    }
+    const CallGate::Call call(told->gate);
+    if (call) {
+        told->listener->OnLogEvent(event);
     }
 }

@@ -1,6 +1,9 @@
 #pragma once
 
-#include "base/OwnerLock.h"
+#include <memory>
+
+#include "base/CallGate.h"
+#include "base/Mutex.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
 
@@ -15,10 +18,17 @@ public:
     LogUtils::LogListener* SetListener(LogUtils::LogListener* newListener) noexcept override;
 
 private:
+    // A listener, shared by the calls of it that are under way.
+    struct Listening {
+        explicit Listening(LogUtils::LogListener* logListener) noexcept : listener(logListener) {}
+
+        LogUtils::LogListener* const listener;
+        CallGate gate;
+    };
+
     void Tell(const LogUtils::LogRecord& event);
 
     LogDestination destination;
-    // Held while the listener is called. Recursive, because the listener may log.
-    CriticalSection listening;
-    LogUtils::LogListener* listener = nullptr;
+    Mutex listenerLock;  // held for a copy or an exchange alone
+    std::shared_ptr<Listening> listening;
 };

@@ -61,7 +61,8 @@ public:
     virtual bool SetFile(const wchar_t* path) noexcept = 0;
 
     /// Slot 3: Has the listener, not owned, told of every event; null has none told. Returns the one before, which is
-    /// not called any more: a call under way on another thread is waited for, so hold no lock that the listener needs.
+    /// not called any more: a call under way on another thread is waited for, at most 15 seconds, so hold no lock that
+    /// the listener needs. Without memory for a new listener nothing changes, and null is returned.
     virtual LogListener* SetListener(LogListener* listener) noexcept = 0;
 
 protected:

@@ -3,6 +3,7 @@
 #include <mutex>
 #include <utility>
 
+#include "base/CallGate.h"
 #include "base/Mutex.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/NyClient.h"
@@ -13,6 +14,8 @@ Mutex lock;  // held for a look and a note, guards the following and what is pen
 NyClient* first = nullptr;
 NyClient* last = nullptr;
 DWORD changingThread = 0;  // 0: none
+const NyClient* changingClient = nullptr;
+Condition changed;
 
 void Note(PendingChanges& pending, ClientChange change, uint32_t state) noexcept {
     switch (change) {
@@ -40,6 +43,8 @@ void Append(NyClient& client, std::shared_ptr<void>& share) noexcept {
 NyClient* TakeNext(PendingChanges& taken) noexcept {
     const std::lock_guard guard(lock);
     NyClient* const client = first;
+    changingClient = client;
+    changed.NotifyAll();
     if (client == nullptr) {
         changingThread = 0;
         return nullptr;
@@ -85,6 +90,16 @@ void ChangeClient(NyClient& client, ClientChange change, uint32_t state) noexcep
             return;
         }
         Make(*next, changes);
+    }
+}
+
+void WaitForChangesOf(const NyClient& client) noexcept {
+    if (AgentCall::IsUnderWay()) {
+        return;
+    }
+    const std::lock_guard guard(lock);
+    if (changingThread != ::GetCurrentThreadId()) {
+        changed.WaitFor(lock, callWaitLimit, [&] { return !client.pending.isQueued && changingClient != &client; });
     }
 }
 

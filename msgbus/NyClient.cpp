@@ -158,9 +158,11 @@ int32_t NyClientRelease(NyClient* client) noexcept {
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
+    const std::shared_ptr<NyClient> share = client->weak_from_this().lock();
     StopWatcher(*client);
-    if (!client->isReleased.load()) {
+    if (share != nullptr && !client->isReleased.load()) {
         ChangeClient(*client, ClientChange::Release);
+        WaitForChangesOf(*client);
     }
     return NY_OK;
 }
@@ -198,6 +200,7 @@ int32_t NyClientRegisterNotifications(NyClient* client, NyClientNotification cal
         client->notificationUserData = userData;
         client->notification = callback;
         NotifierStart(created);
+        WaitForChangesOf(*client);
     } else {
         NotifierDestroy(created);
     }
@@ -215,6 +218,7 @@ int32_t NyClientUnregisterNotifications(NyClient* client) noexcept {
     NyClientLog(client, SeverityProgress, nyClientModule, "unregistering for ny client notifications.");
     StopWatcher(*client);
     ChangeClient(*client, ClientChange::Unregister);
+    WaitForChangesOf(*client);
     return NY_OK;
 }
 

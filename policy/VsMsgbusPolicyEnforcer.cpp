@@ -40,6 +40,8 @@ bool Enforce(ny_client_t* client, const WideText& productId) {
 
 VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient) : AgentService(agentClient), policy_notification_handler(agentClient) {}
 
+VsMsgbusPolicyEnforcer::~VsMsgbusPolicyEnforcer() = default;
+
 int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) {
     policy_notification_handler* const handler = this;
     return agent::ny_policy_register_notification_callback(Client(), productId.c_str(), notificationMask,

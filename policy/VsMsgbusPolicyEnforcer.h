@@ -9,6 +9,7 @@
 class VsMsgbusPolicyEnforcer : public AgentService, public corvane::ny::policies::policy_notification_handler {
 public:
     explicit VsMsgbusPolicyEnforcer(ny_client_t* agentClient);
+    ~VsMsgbusPolicyEnforcer() override;
 
     // Has the product's enforcer enforce, if it has one. NY_OK, also without one; the code of an agent exception that
     // the module let out; NY_UNEXPECTED for anything else that it let out. The notification's uri selects nothing: a

@@ -24,6 +24,8 @@ int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_pro
 
 VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient) : AgentService(agentClient), property_provider(agentClient) {}
 
+VsMsgbusPropertyProvider::~VsMsgbusPropertyProvider() = default;
+
 int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId) {
     property_provider* const provider = this;
     return agent::ny_property_register_provider_callback(Client(), productId.c_str(), ProvideProperties, provider);

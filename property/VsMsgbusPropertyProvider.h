@@ -9,6 +9,7 @@
 class VsMsgbusPropertyProvider : public AgentService, public corvane::ny::property_provider {
 public:
     explicit VsMsgbusPropertyProvider(ny_client_t* agentClient);
+    ~VsMsgbusPropertyProvider() override;
 
     // Asks the product's collector, if it has one. NY_OK, also without one; the code of an agent exception that the
     // module let out; NY_UNEXPECTED for anything else that it let out.

@@ -68,6 +68,8 @@ void Report(ny_client_t* client, ny_task_t* task, int32_t status) {
 
 VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient) : AgentService(agentClient), task_handler(agentClient) {}
 
+VsMsgbusTaskExecutor::~VsMsgbusTaskExecutor() = default;
+
 int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
     task_handler* const handler = this;
     return agent::ny_scheduler_register_task_callbacks(Client(), productId.c_str(), nullptr, &taskCallbacks, handler);

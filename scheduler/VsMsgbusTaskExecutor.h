@@ -12,6 +12,7 @@
 class VsMsgbusTaskExecutor : public AgentService, public corvane::ny::scheduler::task_handler {
 public:
     explicit VsMsgbusTaskExecutor(ny_client_t* agentClient);
+    ~VsMsgbusTaskExecutor() override;
 
     // Reports: 4 and 3 for these answers of the module, 3 for a failure, else 2.
     int32_t on_execute(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,

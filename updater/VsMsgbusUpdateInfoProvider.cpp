@@ -89,6 +89,8 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
 
 VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient) : AgentService(agentClient), updater_handler(agentClient) {}
 
+VsMsgbusUpdateInfoProvider::~VsMsgbusUpdateInfoProvider() = default;
+
 int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& productId) {
     updater_handler* const handler = this;
     return agent::ny_updater_register_callbacks(Client(), productId.c_str(), &updaterCallbacks, handler);

@@ -13,6 +13,7 @@
 class VsMsgbusUpdateInfoProvider : public AgentService, public corvane::ny::updater::updater_handler {
 public:
     explicit VsMsgbusUpdateInfoProvider(ny_client_t* agentClient);
+    ~VsMsgbusUpdateInfoProvider() override;
 
     int32_t update_notify(ny_client_t* agentClient, const std::string& productId, const std::string& second,
                           const std::string& third, uint32_t number, const std::string& fourth,

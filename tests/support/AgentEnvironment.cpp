@@ -51,6 +51,16 @@ bool IsLoaded(const char* library) {
     return ::GetModuleHandleA(library) != nullptr;
 }
 
+// The system tells nobody that a library was unloaded, nor the agent that a handle was given back.
+bool WaitUntil(bool (*isMet)()) {
+    constexpr std::chrono::milliseconds patience{5};
+    constexpr size_t never = SIZE_MAX;
+    for (int i = 0; i < soon / patience && !isMet(); ++i) {
+        ny_sim_wait_calls("ny_client_handler_release", never, static_cast<uint32_t>(patience.count()));
+    }
+    return isMet();
+}
+
 bool HasNothingOfTheAgent() {
     constexpr const char* libraries[] = {"ny_client.dll", "ny_variant.dll", "ny_msgbus.dll", "ny_logger.dll"};
     return ny_sim_live_handles(NY_SIM_ANY) == 0 &&
@@ -60,17 +70,11 @@ bool HasNothingOfTheAgent() {
 }  // namespace
 
 bool AgentIsLetGo() {
-    constexpr std::chrono::milliseconds patience{5};
-    constexpr size_t never = SIZE_MAX;
-    for (int i = 0; i < soon / patience && !HasNothingOfTheAgent(); ++i) {
-        // The system tells nobody that a library was unloaded.
-        ny_sim_wait_calls("ny_client_handler_release", never, static_cast<uint32_t>(patience.count()));
-    }
-    return HasNothingOfTheAgent();
+    return WaitUntil(HasNothingOfTheAgent);
 }
 
 void AgentTest::TearDown() {
-    AgentIsLetGo();
+    WaitUntil([] { return ny_sim_live_handles(NY_SIM_ANY) == 0; });
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
     EXPECT_EQ(ny_sim_started_clients(), 0U);
     EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();

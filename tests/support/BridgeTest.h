@@ -51,6 +51,7 @@ inline bool WatcherCalls(const char* function, size_t count = 1) {
 class BridgeTest : public AgentTest {
 protected:
     void TearDown() override {
+        AgentIsLetGo();
         AgentTest::TearDown();
         for (const char* library : {"ny_client.dll", "ny_variant.dll", "ny_msgbus.dll", "ny_logger.dll"}) {
             EXPECT_EQ(::GetModuleHandleA(library), nullptr) << library;
