@@ -16,12 +16,12 @@ namespace {
 
 // Look-ups by view: finding what is admitted allocates nothing.
 struct NameView {
-    const void* data;
+    AgentCallData data;
     std::string_view product;
 };
 
 struct Name {
-    const void* data;
+    AgentCallData data;
     std::string product;
 };
 
@@ -37,7 +37,7 @@ struct Hash {
     template <class AnyName>
     size_t operator()(const AnyName& name) const noexcept {
         const NameView view = View(name);
-        return std::hash<std::string_view>{}(view.product) ^ std::hash<const void*>{}(view.data);
+        return std::hash<std::string_view>{}(view.product) ^ std::hash<const void*>{}(view.data.address);
     }
 };
 
@@ -45,7 +45,9 @@ struct Equal {
     using is_transparent = void;
     template <class AnyName, class OtherName>
     bool operator()(const AnyName& name, const OtherName& other) const noexcept {
-        return View(name).data == View(other).data && View(name).product == View(other).product;
+        const NameView one = View(name);
+        const NameView two = View(other);
+        return one.data.address == two.data.address && one.data.type == two.data.type && one.product == two.product;
     }
 };
 
@@ -124,7 +126,7 @@ DWORD WINAPI RunWork(void* parameter) {
 
 }  // namespace
 
-void AdmitAgentCalls(const void* data, std::string_view product, std::shared_ptr<void> called, const void* group) {
+void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called, const void* group) {
     AgentCallTable& table = Table();
     Name name{data, std::string(product)};
     Entry entry{std::move(called), group, true};
@@ -132,7 +134,7 @@ void AdmitAgentCalls(const void* data, std::string_view product, std::shared_ptr
     std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
 }
 
-void EndAgentCalls(const void* data, std::string_view product) noexcept {
+void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
     std::shared_ptr<void> ended;
     const std::lock_guard guard(table.lock);
@@ -157,14 +159,14 @@ void ForgetAgentCalls(const void* group) noexcept {
     } while (forgotten);
 }
 
-std::shared_ptr<void> FindAgentCalls(const void* data, std::string_view product) noexcept {
+std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
     const std::lock_guard guard(table.lock);
     const Entry* const entry = table.Find({data, product});
     return entry != nullptr ? entry->called : nullptr;
 }
 
-AgentCall::AgentCall(const void* data, std::string_view product) noexcept : threadId(::GetCurrentThreadId()) {
+AgentCall::AgentCall(const AgentCallData& data, std::string_view product) noexcept : threadId(::GetCurrentThreadId()) {
     Table().Begin(*this, {data, product});
 }
 

@@ -10,25 +10,40 @@
 #include <memory>
 #include <string_view>
 
+// What the agent is given, and of which type it is: an address can be given again for something else.
+struct AgentCallData {
+    const void* address;
+    const void* type;
+};
+
+// Its address stands for the type.
+template <class Called>
+inline constexpr char agentCallType = 0;
+
+template <class Called>
+AgentCallData CallData(const void* address) noexcept {
+    return {address, &agentCallType<Called>};
+}
+
 // From now on the agent may call with this data for this product. An empty one stands for every product that was never
 // admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten together.
 // Takes the place of what was admitted under the same name. Raises std::bad_alloc.
-void AdmitAgentCalls(const void* data, std::string_view product, std::shared_ptr<void> called, const void* group);
+void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called, const void* group);
 
 // From now on a call with this data for this product comes too late. Those that are inside go on. The name is kept until
 // its group is forgotten, so that it is not taken for any other product.
-void EndAgentCalls(const void* data, std::string_view product) noexcept;
+void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
 // From now on every call with the data of this group comes too late.
 void ForgetAgentCalls(const void* group) noexcept;
 
 // What is admitted under that name, or null.
-std::shared_ptr<void> FindAgentCalls(const void* data, std::string_view product) noexcept;
+std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
 // A call of the agent's, on its thread: from construction to destruction. Costs no allocation.
 class AgentCall {
 public:
-    AgentCall(const void* data, std::string_view product) noexcept;
+    AgentCall(const AgentCallData& data, std::string_view product) noexcept;
     ~AgentCall();
     AgentCall(const AgentCall&) = delete;
     AgentCall& operator=(const AgentCall&) = delete;

@@ -30,7 +30,7 @@ protected:
     virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
     virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
     // What the agent is given to call back with.
-    virtual const void* CallbackData() const noexcept = 0;
+    virtual AgentCallData CallbackData() const noexcept = 0;
 
 private:
     int32_t Register(const std::string& productId) final;
@@ -62,7 +62,7 @@ int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept
     if (productId == nullptr) {
         return NY_UNEXPECTED;
     }
-    const AgentCall agentCall(userData, productId);
+    const AgentCall agentCall(CallData<Handler>(userData), productId);
     if (!agentCall) {
         return NY_UNEXPECTED;
     }

@@ -14,6 +14,7 @@ Mutex lock;  // held for a look and a note, guards the following and what is pen
 NyClient* first = nullptr;
 NyClient* last = nullptr;
 DWORD changingThread = 0;  // 0: none
+bool isChangedByWatcher = false;
 const NyClient* changingClient = nullptr;
 Condition changed;
 
@@ -72,8 +73,8 @@ void Make(NyClient& client, const PendingChanges& changes) noexcept {
 
 }  // namespace
 
-void ChangeClient(NyClient& client, ClientChange change, uint32_t state) noexcept {
-    std::shared_ptr<void> share = FindAgentCalls(&client, {});
+void ChangeClient(NyClient& client, ClientChange change, uint32_t state, bool isWatcher) noexcept {
+    std::shared_ptr<void> share = FindAgentCalls(CallData<NyClient>(&client), {});
     {
         const std::lock_guard guard(lock);
         Note(client.pending, change, state);
@@ -82,6 +83,7 @@ void ChangeClient(NyClient& client, ClientChange change, uint32_t state) noexcep
             return;
         }
         changingThread = ::GetCurrentThreadId();
+        isChangedByWatcher = isWatcher;
     }
     for (;;) {
         PendingChanges changes;
@@ -98,12 +100,12 @@ void WaitForChangesOf(const NyClient& client) noexcept {
         return;
     }
     const std::lock_guard guard(lock);
-    if (changingThread != ::GetCurrentThreadId()) {
+    if (isChangedByWatcher && changingThread != ::GetCurrentThreadId()) {
         changed.WaitFor(lock, callWaitLimit, [&] { return !client.pending.isQueued && changingClient != &client; });
     }
 }
 
 bool IsChangingClients(DWORD threadId) noexcept {
     const std::lock_guard guard(lock);
-    return changingThread == threadId;
+    return threadId != 0 && changingThread == threadId;
 }

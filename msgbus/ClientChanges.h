@@ -32,11 +32,13 @@ struct PendingChanges {
 };
 
 // Makes the change, or leaves it to the thread that is at one. `state` goes with a start.
-void ChangeClient(NyClient& client, ClientChange change, uint32_t state = 1) noexcept;
+// `isWatcher` says that the calling thread is the client's watcher.
+void ChangeClient(NyClient& client, ClientChange change, uint32_t state = 1, bool isWatcher = false) noexcept;
 
 // Returns when nothing is left to be done for the client: for a thread that promises it to a module. Waits at most 15
-// seconds; not at all on the thread that is making a change, nor inside a call of the agent's, which a change may be
-// waiting for. The caller shares the client.
+// seconds for a change that a watcher is making: of an instance that has ended. It does not wait inside a call of the
+// agent's, which that change may be waiting for, nor for a module's thread that is entering or leaving. The caller shares
+// the client.
 void WaitForChangesOf(const NyClient& client) noexcept;
 
 // Whether that thread is making a change.

@@ -115,7 +115,7 @@ void StopWatcher(NyClient& client) noexcept {
     if (notifier == nullptr) {
         return;
     }
-    NotifierStop(notifier);
+    client.isWatcherLate = NotifierStop(notifier) != NY_OK;
     NyClientNotifier* current = notifier;
     {
         const std::lock_guard guard(client.lock);
@@ -127,6 +127,19 @@ void StopWatcher(NyClient& client) noexcept {
     NotifierDestroy(notifier);
 }
 
+void WaitUnlessLate(const NyClient& client) noexcept {
+    if (!client.isWatcherLate.load()) {
+        WaitForChangesOf(client);
+    }
+}
+
+// Whether the calling thread is the client's watcher.
+bool IsWatcher(NyClient& client) noexcept {
+    const std::lock_guard guard(client.lock);
+    const NyClientNotifier* const notifier = client.notifier.load();
+    return notifier != nullptr && notifier->threadId.load() == ::GetCurrentThreadId();
+}
+
 }  // namespace
 
 int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noexcept {
@@ -136,7 +149,7 @@ int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noex
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
         const auto client = std::make_shared<NyClient>();
         client->productId = productId;
-        AdmitAgentCalls(client.get(), {}, client, client.get());
+        AdmitAgentCalls(CallData<NyClient>(client.get()), {}, client, client.get());
         const int32_t result = LoadDispatcher(*client);
         if (result == NY_OK) {
             record->client = client.get();
@@ -148,7 +161,7 @@ int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noex
 }
 
 void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner) {
-    AdmitAgentCalls(&client, {}, owner, &client);
+    AdmitAgentCalls(CallData<NyClient>(&client), {}, owner, &client);
     client.owner = owner;
     client.hasOwner = true;
     GiveLogCallback(client);
@@ -162,7 +175,7 @@ int32_t NyClientRelease(NyClient* client) noexcept {
     StopWatcher(*client);
     if (share != nullptr && !client->isReleased.load()) {
         ChangeClient(*client, ClientChange::Release);
-        WaitForChangesOf(*client);
+        WaitUnlessLate(*client);
     }
     return NY_OK;
 }
@@ -218,7 +231,7 @@ int32_t NyClientUnregisterNotifications(NyClient* client) noexcept {
     NyClientLog(client, SeverityProgress, nyClientModule, "unregistering for ny client notifications.");
     StopWatcher(*client);
     ChangeClient(*client, ClientChange::Unregister);
-    WaitForChangesOf(*client);
+    WaitUnlessLate(*client);
     return NY_OK;
 }
 
@@ -266,7 +279,8 @@ int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* /*userData*/
     if (client == nullptr || client->isReleased.load()) {
         return NY_OK;
     }
-    ChangeClient(*client, state != NyClientStateStopped ? ClientChange::Start : ClientChange::Stop, state);
+    ChangeClient(*client, state != NyClientStateStopped ? ClientChange::Start : ClientChange::Stop, state,
+                 IsWatcher(*client));
     return NY_OK;
 }
 

@@ -49,6 +49,7 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
     std::weak_ptr<void> owner;  // of the context and of what its callbacks lead to, see NyClientOwnedBy
     bool hasOwner = false;
     std::atomic<bool> isReleased = false;
+    std::atomic<bool> isWatcherLate = false;  // it did not end in time: it was waited for already
     PendingChanges pending;
 
     Mutex lock;  // guards the following, and taking a share of the notifier

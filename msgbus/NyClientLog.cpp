@@ -47,7 +47,7 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const AgentCall call(client, {});
+    const AgentCall call(CallData<NyClient>(client), {});
     if (!call) {
         return NY_UNEXPECTED;
     }

@@ -41,7 +41,7 @@ DWORD WINAPI RunThread(void* parameter) {
 }
 
 bool CreateWatchingThread(NyClientNotifier& notifier) noexcept {
-    notifier.clientShare = FindAgentCalls(notifier.client, {});
+    notifier.clientShare = FindAgentCalls(CallData<NyClient>(notifier.client), {});
     // Before the thread exists: it may end, and say so, before CreateThread returns.
     notifier.running = 1;
     notifier.thread = ::CreateThread(nullptr, 0, RunThread, NotifierShare(&notifier), 0, nullptr);

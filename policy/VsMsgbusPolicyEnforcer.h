@@ -19,5 +19,7 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    const void* CallbackData() const noexcept override { return static_cast<const corvane::ny::policies::policy_notification_handler*>(this); }
+    AgentCallData CallbackData() const noexcept override {
+        return CallData<corvane::ny::policies::policy_notification_handler>(static_cast<const corvane::ny::policies::policy_notification_handler*>(this));
+    }
 };

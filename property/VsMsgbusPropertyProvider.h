@@ -18,5 +18,7 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    const void* CallbackData() const noexcept override { return static_cast<const corvane::ny::property_provider*>(this); }
+    AgentCallData CallbackData() const noexcept override {
+        return CallData<corvane::ny::property_provider>(static_cast<const corvane::ny::property_provider*>(this));
+    }
 };

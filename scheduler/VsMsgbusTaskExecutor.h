@@ -32,5 +32,7 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    const void* CallbackData() const noexcept override { return static_cast<const corvane::ny::scheduler::task_handler*>(this); }
+    AgentCallData CallbackData() const noexcept override {
+        return CallData<corvane::ny::scheduler::task_handler>(static_cast<const corvane::ny::scheduler::task_handler*>(this));
+    }
 };

@@ -28,5 +28,7 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    const void* CallbackData() const noexcept override { return static_cast<const corvane::ny::updater::updater_handler*>(this); }
+    AgentCallData CallbackData() const noexcept override {
+        return CallData<corvane::ny::updater::updater_handler>(static_cast<const corvane::ny::updater::updater_handler*>(this));
+    }
 };
