@@ -126,7 +126,8 @@ DWORD WINAPI RunWork(void* parameter) {
 
 }  // namespace
 
-void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called, const void* group) {
+void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
+                     const void* group) {
     AgentCallTable& table = Table();
     Name name{data, std::string(product)};
     Entry entry{std::move(called), group, true};

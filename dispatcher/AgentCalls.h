@@ -26,12 +26,13 @@ AgentCallData CallData(const void* address) noexcept {
 }
 
 // From now on the agent may call with this data for this product. An empty one stands for every product that was never
-// admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten together.
-// Takes the place of what was admitted under the same name. Raises std::bad_alloc.
-void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called, const void* group);
+// admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten
+// together. Takes the place of what was admitted under the same name. Raises std::bad_alloc.
+void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
+                     const void* group);
 
-// From now on a call with this data for this product comes too late. Those that are inside go on. The name is kept until
-// its group is forgotten, so that it is not taken for any other product.
+// From now on a call with this data for this product comes too late. Those that are inside go on. The name is kept
+// until its group is forgotten, so that it is not taken for any other product.
 void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
 // From now on every call with the data of this group comes too late.
@@ -65,7 +66,7 @@ private:
     std::shared_ptr<void> called;
 };
 
-// Runs `work(argument)`: at once, or on a thread of its own when the calling thread is inside a call of the agent's. For
-// what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns into.
-// Without a thread to be had it is not done.
+// Runs `work(argument)`: at once, or on a thread of its own when the calling thread is inside a call of the agent's.
+// For what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns
+// into. Without a thread to be had it is not done.
 void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept;

@@ -30,9 +30,9 @@ struct LogTarget {
     int32_t Deliver(uint32_t severity, const char* module, const char* message) const;
 };
 
-// The dispatcher's lines of one operation, written under its lock and delivered after the lock was left: a sink may wait
-// for another thread that needs the lock. Lines that the target does not take are not formatted: a load writes two lines
-// for each of up to 66 names, which costs more than to look the names up. A line that finds no memory is lost.
+// The dispatcher's lines of one operation, written under its lock and delivered after the lock was left: a sink may
+// wait for another thread that needs the lock. Lines that the target does not take are not formatted: a load writes two
+// lines for each of up to 66 names, which costs more than to look the names up. A line that finds no memory is lost.
 class DispatcherLog {
 public:
     void SetTarget(LogTarget lineTarget) noexcept;

@@ -105,8 +105,8 @@ public:
         return result;
     }
 
-    // The agent's function itself, which the caller may call while it is inside the libraries; `table` is its group's. A
-    // function that answers NY_FUNCTION_MISSING when the library does not export it, or when the table is null.
+    // The agent's function itself, which the caller may call while it is inside the libraries; `table` is its group's.
+    // A function that answers NY_FUNCTION_MISSING when the library does not export it, or when the table is null.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static): the entry points are objects
     Function In(void* const* table) const noexcept {
         const Function address = FindIn(table);

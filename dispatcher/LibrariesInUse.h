@@ -23,7 +23,8 @@ inline std::atomic<uint64_t> libraryClosings = 0;
 inline constexpr uint64_t noClosings = UINT64_MAX;  // never the number
 
 // A library file of the agent's in memory, with the tables resolved from it. Shared by the dispatcher, until it closes
-// the library, and by the LibrariesInUse that were there meanwhile: the system unloads it when the last of them lets go.
+// the library, and by the LibrariesInUse that were there meanwhile: the system unloads it when the last of them lets
+// go.
 struct LoadedLibrary {
     LoadedLibrary() = default;
     ~LoadedLibrary() { ny_dl_close(&module); }
@@ -43,7 +44,8 @@ struct LoadedLibrary {
 // calls it, a call of the agent's, a client) shares it for that long: no library is unloaded under it, its handles go
 // back to the library that made them, and functions that it has looked up may be called.
 //
-// A thread of the agent's that is the last to let go leaves the unloading to a thread of ours: it returns into the library.
+// A thread of the agent's that is the last to let go leaves the unloading to a thread of ours: it returns into the
+// library.
 class LibrariesInUse {
 public:
     // Those of the process's dispatcher; null when there is none. Raises std::bad_alloc.

@@ -4,8 +4,8 @@
 
 #include "msgbus/AgentUse.h"
 
-// What everything that answers the agent knows of it: the client that it was registered with, and that client's session,
-// which it keeps for as long as it is there. None of the bridge's for a client that is not open.
+// What everything that answers the agent knows of it: the client that it was registered with, and that client's
+// session, which it keeps for as long as it is there. None of the bridge's for a client that is not open.
 class AgentHandler {
 public:
     explicit AgentHandler(ny_client_t* agentClient) : client(agentClient), session(ShareSession(agentClient)) {}

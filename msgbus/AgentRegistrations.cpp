@@ -51,7 +51,7 @@ void AgentRegistrations::Close() {
         }
     }
     int32_t failure = NY_OK;
-    for (Products::iterator product = TakeNextToTry(); product != products.end(); product = TakeNextToTry()) {
+    for (auto product = TakeNextToTry(); product != products.end(); product = TakeNextToTry()) {
         const int32_t result = Settle(product, false);
         failure = failure == NY_OK ? result : failure;
     }

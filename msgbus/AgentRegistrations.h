@@ -8,9 +8,9 @@
 
 // The product ids that one service object has registered with the agent; what all service objects share of registering.
 //
-// The lock is not held while the agent is called: the agent may call back, and a callback that enters or leaves the bridge
-// comes here. So one thread at a time is in the agent for a product. A thread that wants something else for that product
-// meanwhile only says so; the one in the agent sees it when it is back, and does it.
+// The lock is not held while the agent is called: the agent may call back, and a callback that enters or leaves the
+// bridge comes here. So one thread at a time is in the agent for a product. A thread that wants something else for that
+// product meanwhile only says so; the one in the agent sees it when it is back, and does it.
 class AgentRegistrations {
 public:
     // Makes the agent calls. Both answer the agent's code.

@@ -55,8 +55,8 @@ int32_t UnregisterTurningAway(Table& table, const std::string& productId, Unregi
 }
 
 // The body of every plain function that the agent calls: `call(handler)` of the handler that was registered as
-// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered with
-// that handler, or not any more, and when anything escapes.
+// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
+// with that handler, or not any more, and when anything escapes.
 template <class Handler, class Call>
 int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
     if (productId == nullptr) {

@@ -33,7 +33,7 @@ void DeleteSession(void* session) noexcept {
 
 std::shared_ptr<AgentSession> AgentSession::Make() {
     const auto end = [](AgentSession* ended) { RunOutsideAgentCalls(DeleteSession, ended); };
-    const SessionPointer made(new AgentSession, end);
+    SessionPointer made(new AgentSession, end);
     made->libraries = LibrariesInUse::Share();
     return made;
 }

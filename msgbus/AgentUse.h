@@ -7,9 +7,9 @@
 #include "base/CallGate.h"
 #include "dispatcher/LibrariesInUse.h"
 
-// One client of the agent's, from before its creation to its release: what everybody shares who is inside the agent. The
-// last one out releases the client, through the function of the libraries that made it, and lets go of them; outside of any
-// call of the agent's, which may wait there until its calls are out.
+// One client of the agent's, from before its creation to its release: what everybody shares who is inside the agent.
+// The last one out releases the client, through the function of the libraries that made it, and lets go of them;
+// outside of any call of the agent's, which may wait there until its calls are out.
 class AgentSession {
 public:
     // With the libraries that are open now, without a client yet. Raises std::bad_alloc.
@@ -39,9 +39,9 @@ private:
 // From now on uses are of this session, whose client was started.
 void OpenAgent(std::shared_ptr<AgentSession> session) noexcept;
 
-// No use of this client begins any more. Waits until those on other threads have ended, at most 15 seconds, so that they
-// end with the agent that they began with; not at all inside a call of the agent's. Does nothing for a client that is not
-// open.
+// No use of this client begins any more. Waits until those on other threads have ended, at most 15 seconds, so that
+// they end with the agent that they began with; not at all inside a call of the agent's. Does nothing for a client that
+// is not open.
 void CloseAgent(const ny_client_t* client) noexcept;
 
 // The session that is open, if it is this client's; else null.

@@ -1,8 +1,8 @@
 // Changes of agent clients: their start, their stop and their end.
 //
-// One change at a time runs in the process. It reaches far: the agent is called and calls back, log sinks are written to,
-// and modules enter and leave from there. So a thread that asks for a change while one runs, be it another thread or the
-// same one deeper in its stack, waits for nothing: the thread that is at it makes that change next.
+// One change at a time runs in the process. It reaches far: the agent is called and calls back, log sinks are written
+// to, and modules enter and leave from there. So a thread that asks for a change while one runs, be it another thread
+// or the same one deeper in its stack, waits for nothing: the thread that is at it makes that change next.
 #pragma once
 
 #include <windows.h>
@@ -37,8 +37,8 @@ void ChangeClient(NyClient& client, ClientChange change, uint32_t state = 1, boo
 
 // Returns when nothing is left to be done for the client: for a thread that promises it to a module. Waits at most 15
 // seconds for a change that a watcher is making: of an instance that has ended. It does not wait inside a call of the
-// agent's, which that change may be waiting for, nor for a module's thread that is entering or leaving. The caller shares
-// the client.
+// agent's, which that change may be waiting for, nor for a module's thread that is entering or leaving. The caller
+// shares the client.
 void WaitForChangesOf(const NyClient& client) noexcept;
 
 // Whether that thread is making a change.

@@ -109,7 +109,8 @@ NyClientNotifier* ShareNotifier(NyClient& client) noexcept {
     return notifier != nullptr ? NotifierShare(notifier) : nullptr;
 }
 
-// Ends the watcher. It may still be busy for a while when it does not end in time; its last act is then to let go of itself.
+// Ends the watcher. It may still be busy for a while when it does not end in time; its last act is then to let go of
+// itself.
 void StopWatcher(NyClient& client) noexcept {
     NyClientNotifier* const notifier = ShareNotifier(client);
     if (notifier == nullptr) {

@@ -78,8 +78,8 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
 // watcher exists; the code of the watcher's creation.
 int32_t NyClientRegisterNotifications(NyClient* client, NyClientNotification callback, void* userData) noexcept;
 
-// Stops the watcher, lets go of it, and tells the callback of the stop when it was told of a start: at once, or when the
-// change of a client that is under way has ended. NY_INVALID_ARGUMENT for null, else NY_OK, also without a watcher.
+// Stops the watcher, lets go of it, and tells the callback of the stop when it was told of a start: at once, or when
+// the change of a client that is under way has ended. NY_INVALID_ARGUMENT for null, else NY_OK, also without a watcher.
 int32_t NyClientUnregisterNotifications(NyClient* client) noexcept;
 
 // Creates and starts the agent's client handler. NY_OK, also when it is started already; the first failing call's code.
@@ -87,8 +87,8 @@ int32_t NyClientStart(NyClient* client) noexcept;
 // Stops the client handler; not started is no failure.
 int32_t NyClientStop(NyClient* client) noexcept;
 
-// The state handler: passes a state that is new on to the callback; after a stop lets go of handler and libraries. At once,
-// or when the change of a client that is under way has ended.
+// The state handler: passes a state that is new on to the callback; after a stop lets go of handler and libraries. At
+// once, or when the change of a client that is under way has ended.
 int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) noexcept;
 
 // Formats one line, cut at 2,047 characters, and hands it to the log callback if there is one, else to the agent's

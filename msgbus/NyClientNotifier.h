@@ -43,13 +43,14 @@ NyClientNotifier* NotifierShare(NyClientNotifier* notifier) noexcept;
 int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept;
 
 // Looks for the agent once, on the calling thread, then starts the watching thread, unless the notifier was stopped
-// meanwhile. NY_OK when it runs, also when it ran already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when there is no thread.
+// meanwhile. NY_OK when it runs, also when it ran already; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when there is no
+// thread.
 int32_t NotifierStart(NyClientNotifier* notifier) noexcept;
 
-// Asks the thread to end and waits for it, at most 15 seconds; not at all on that thread itself, nor inside a call of the
-// agent's while the thread is at a change of a client, which may be waiting for that call. From now on the client is told
-// nothing that was not begun. NY_OK when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when it
-// still runs.
+// Asks the thread to end and waits for it, at most 15 seconds; not at all on that thread itself, nor inside a call of
+// the agent's while the thread is at a change of a client, which may be waiting for that call. From now on the client
+// is told nothing that was not begun. NY_OK when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED
+// when it still runs.
 int32_t NotifierStop(NyClientNotifier* notifier) noexcept;
 
 // Looks for the agent: reports state 1 when it is installed. Always NY_OK.

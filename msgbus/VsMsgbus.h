@@ -44,8 +44,9 @@ public:
     // Takes no product any more, if there is none now. Whether that is so, the first time.
     bool EndWithoutProducts();
 
-    // Attaches the product to every service of the mask that exists, as long as it is entered: what leaves meanwhile, from
-    // inside a callback or on another thread, is not left behind. Raises the agent exception when the agent refuses.
+    // Attaches the product to every service of the mask that exists, as long as it is entered: what leaves meanwhile,
+    // from inside a callback or on another thread, is not left behind. Raises the agent exception when the agent
+    // refuses.
     void AttachEntered(const std::string& productId, uint32_t serviceMask);
     // The same for any product.
     void AttachProduct(const std::string& productId, uint32_t serviceMask);
@@ -58,8 +59,8 @@ public:
 
     void RegisterForNotifications() noexcept;
     void UnregisterForNotifications() noexcept;
-    // Ends the watcher, the services and the client: now, or after the change of a client that is under way. The instance
-    // is destroyed when nobody is inside any more.
+    // Ends the watcher, the services and the client: now, or after the change of a client that is under way. The
+    // instance is destroyed when nobody is inside any more.
     void End() noexcept;
 
     // corvane::ny::notification_handler: type 1 starts, type 0 stops, others do nothing.
@@ -78,8 +79,8 @@ private:
     void CreateServices();
     void AttachEnteredProducts();
     void AttachProductToIo(int32_t kind, const std::string& productId);
-    // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product, when
-    // the last one has left already, nobody is told of a refusal.
+    // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product,
+    // when the last one has left already, nobody is told of a refusal.
     void ReleaseAllIos(const std::string* productId);
     static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
 
@@ -94,8 +95,8 @@ private:
     std::atomic<uint8_t> started = 0;
 };
 
-// The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a look
-// whether there is one, or which; the second for using it.
+// The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a
+// look whether there is one, or which; the second for using it.
 VsMsgbus* CurrentBridge() noexcept;
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept;
 // Makes `created` the process-wide instance unless there is one; returns the one there is.

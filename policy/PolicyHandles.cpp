@@ -10,6 +10,7 @@ ReleaseFunction<ny_policy_bag_t> FindRelease(const ny_policy_bag_t* /*kind*/, co
     return agent::ny_policy_bag_release.Find(inUse);
 }
 
-ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterator_t* /*kind*/, const LibrariesInUse* inUse) noexcept {
+ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterator_t* /*kind*/,
+                                                      const LibrariesInUse* inUse) noexcept {
     return agent::ny_policy_bag_iterator_release.Find(inUse);
 }

@@ -5,7 +5,8 @@
 // The handles of the policy group, as those of values/AgentHandle.h.
 ReleaseFunction<ny_policy_uri_t> FindRelease(const ny_policy_uri_t* kind, const LibrariesInUse* inUse) noexcept;
 ReleaseFunction<ny_policy_bag_t> FindRelease(const ny_policy_bag_t* kind, const LibrariesInUse* inUse) noexcept;
-ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterator_t* kind, const LibrariesInUse* inUse) noexcept;
+ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterator_t* kind,
+                                                      const LibrariesInUse* inUse) noexcept;
 
 using PolicyUriOwner = AgentHandle<ny_policy_uri_t>;
 using PolicyBagOwner = AgentHandle<ny_policy_bag_t>;

@@ -29,7 +29,8 @@ bool PolicyUris::Next(ny_policy_uri_t*& uri) {
 
 PolicySections::PolicySections(const PolicyFunctions& policyFunctions, ny_policy_bag_t* bag, ny_policy_uri_t* uri)
     : next(policyFunctions(agent::ny_policy_bag_section_iterator_get_next)) {
-    Check(policyFunctions(agent::ny_policy_bag_get_section_iterator)(bag, uri, iterator.Out(policyFunctions.Libraries())));
+    Check(policyFunctions(agent::ny_policy_bag_get_section_iterator)(bag, uri,
+                                                                     iterator.Out(policyFunctions.Libraries())));
 }
 
 bool PolicySections::Next(const char*& section) {
@@ -39,7 +40,8 @@ bool PolicySections::Next(const char*& section) {
 PolicySettings::PolicySettings(const PolicyFunctions& policyFunctions, ny_policy_bag_t* bag, ny_policy_uri_t* uri,
                                const char* section)
     : next(policyFunctions(agent::ny_policy_bag_setting_iterator_get_next)) {
-    Check(policyFunctions(agent::ny_policy_bag_get_setting_iterator)(bag, uri, section, iterator.Out(policyFunctions.Libraries())));
+    Check(policyFunctions(agent::ny_policy_bag_get_setting_iterator)(bag, uri, section,
+                                                                     iterator.Out(policyFunctions.Libraries())));
 }
 
 bool PolicySettings::Next(const char*& name, ny_variant_t*& value) {

@@ -38,7 +38,8 @@ bool Enforce(ny_client_t* client, const WideText& productId) {
 
 }  // namespace
 
-VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient) : AgentService(agentClient), policy_notification_handler(agentClient) {}
+VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient)
+    : AgentService(agentClient), policy_notification_handler(agentClient) {}
 
 VsMsgbusPolicyEnforcer::~VsMsgbusPolicyEnforcer() = default;
 

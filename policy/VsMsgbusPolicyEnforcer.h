@@ -20,6 +20,7 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
     AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::policies::policy_notification_handler>(static_cast<const corvane::ny::policies::policy_notification_handler*>(this));
+        return CallData<corvane::ny::policies::policy_notification_handler>(
+            static_cast<const corvane::ny::policies::policy_notification_handler*>(this));
     }
 };

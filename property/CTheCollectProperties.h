@@ -20,7 +20,8 @@ public:
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
 
     // Has the module set its properties into `bag`, through the libraries that the bag comes from. For one thread at a
-    // time. `wasRemoved()` tells whether the module took the collector back meanwhile: it is then not asked for its level.
+    // time. `wasRemoved()` tells whether the module took the collector back meanwhile: it is then not asked for its
+    // level.
     template <class WasRemoved>
     void Collect(ny_property_bag_t* agentBag, const LibrariesInUse* inUse, WasRemoved&& wasRemoved) {
         LookUpFunctions(inUse);

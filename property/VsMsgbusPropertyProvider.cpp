@@ -22,7 +22,8 @@ int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_pro
 
 }  // namespace
 
-VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient) : AgentService(agentClient), property_provider(agentClient) {}
+VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient)
+    : AgentService(agentClient), property_provider(agentClient) {}
 
 VsMsgbusPropertyProvider::~VsMsgbusPropertyProvider() = default;
 

@@ -35,7 +35,8 @@ std::string TaskName(ny_task_t* task) {
     return ReadText(task, &ny_task_methods_t::get_name);
 }
 
-VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name, const LibrariesInUse* inUse) {
+VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name,
+                         const LibrariesInUse* inUse) {
     VariantOwner value;
     CallAccessor(task, &ny_task_methods_t::get_setting, section.c_str(), name.c_str(), value.Out(inUse));
     return value;

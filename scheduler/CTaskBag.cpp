@@ -82,9 +82,7 @@ bool CTaskBag::ReadSetting(const wchar_t* section, const wchar_t* name, Read&& r
         return false;
     }
     return RunOrDropCode(
-        false, [&] { 
-            return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name), libraries).Get());
-        },
+        false, [&] { return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name), libraries).Get()); },
         [&](CUniStream& text) { text << L"Failed to get the value for setting name " << name; });
 }
 

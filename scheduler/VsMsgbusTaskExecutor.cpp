@@ -66,7 +66,8 @@ void Report(ny_client_t* client, ny_task_t* task, int32_t status) {
 
 }  // namespace
 
-VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient) : AgentService(agentClient), task_handler(agentClient) {}
+VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient)
+    : AgentService(agentClient), task_handler(agentClient) {}
 
 VsMsgbusTaskExecutor::~VsMsgbusTaskExecutor() = default;
 
@@ -97,12 +98,14 @@ int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::st
 
 int32_t VsMsgbusTaskExecutor::on_stop(ny_client_t* /*agentClient*/, const std::string& productId,
                                       const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task ", Libraries()), &INYTaskEnforcer::StopTask);
+    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task ", Libraries()),
+                          &INYTaskEnforcer::StopTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_remove(ny_client_t* /*agentClient*/, const std::string& productId,
                                         const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task ", Libraries()), &INYTaskEnforcer::RemoveTask);
+    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task ", Libraries()),
+                          &INYTaskEnforcer::RemoveTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const std::string& productId,

@@ -33,6 +33,7 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
     AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::scheduler::task_handler>(static_cast<const corvane::ny::scheduler::task_handler*>(this));
+        return CallData<corvane::ny::scheduler::task_handler>(
+            static_cast<const corvane::ny::scheduler::task_handler*>(this));
     }
 };

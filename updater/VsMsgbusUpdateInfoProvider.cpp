@@ -87,7 +87,8 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
 
 }  // namespace
 
-VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient) : AgentService(agentClient), updater_handler(agentClient) {}
+VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient)
+    : AgentService(agentClient), updater_handler(agentClient) {}
 
 VsMsgbusUpdateInfoProvider::~VsMsgbusUpdateInfoProvider() = default;
 

@@ -29,6 +29,7 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
     AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::updater::updater_handler>(static_cast<const corvane::ny::updater::updater_handler*>(this));
+        return CallData<corvane::ny::updater::updater_handler>(
+            static_cast<const corvane::ny::updater::updater_handler*>(this));
     }
 };

@@ -23,8 +23,7 @@ public:
     AgentHandle() noexcept = default;
     ~AgentHandle() { Reset(); }
 
-    AgentHandle(AgentHandle&& other) noexcept
-        : handle(std::exchange(other.handle, nullptr)), release(other.release) {}
+    AgentHandle(AgentHandle&& other) noexcept : handle(std::exchange(other.handle, nullptr)), release(other.release) {}
     AgentHandle& operator=(AgentHandle&& other) noexcept {
         if (this != &other) {
             Reset();
@@ -46,8 +45,8 @@ public:
     }
 
     // Empties the owner and gives the place where an agent call puts its owned result, which goes back to the libraries
-    // given, or to those that are open now. Raises the agent exception with NY_FUNCTION_MISSING when such a result could
-    // not be released: the library lacks the function for it, cannot be loaded, or was closed.
+    // given, or to those that are open now. Raises the agent exception with NY_FUNCTION_MISSING when such a result
+    // could not be released: the library lacks the function for it, cannot be loaded, or was closed.
     Handle** Out(const LibrariesInUse* inUse = nullptr) {
         Reset();
         release = FindRelease(static_cast<const Handle*>(nullptr), inUse);

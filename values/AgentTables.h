@@ -5,9 +5,9 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentHandle.h"
 
-// The agent's functions for tables and arrays, looked up once. Used by a thread that is inside the agent's libraries. Each
-// raises corvane::ny::utils::exception with the first code that the agent answers other than NY_OK, NY_FUNCTION_MISSING
-// included, after releasing what it holds.
+// The agent's functions for tables and arrays, looked up once. Used by a thread that is inside the agent's libraries.
+// Each raises corvane::ny::utils::exception with the first code that the agent answers other than NY_OK,
+// NY_FUNCTION_MISSING included, after releasing what it holds.
 class AgentTables {
 public:
     // Loads their library when it is not open: of the libraries given, when there are any.

@@ -22,14 +22,15 @@ INTO_CALLER inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) n
     void* const* const madeVariants = agent::ny_variant_release.FindIn(variants) != nullptr ? variants : nullptr;
     functions.narrow = {
         agent::ny_variant_create_from_string.In(madeVariants),
-        agent::ny_variant_get_string_buffer.In(agent::ny_buffer_release.FindIn(buffers) != nullptr ? variants : nullptr),
+        agent::ny_variant_get_string_buffer.In(agent::ny_buffer_release.FindIn(buffers) != nullptr ? variants
+                                                                                                   : nullptr),
         agent::ny_buffer_get_string.In(buffers),
         agent::ny_buffer_release.In(buffers),
     };
     functions.wide = {
         agent::ny_variant_create_from_wstring.In(madeVariants),
         agent::ny_variant_get_wstring_buffer.In(agent::ny_wbuffer_release.FindIn(buffers) != nullptr ? variants
-                                                                                                      : nullptr),
+                                                                                                     : nullptr),
         agent::ny_wbuffer_get_string.In(buffers),
         agent::ny_wbuffer_release.In(buffers),
     };

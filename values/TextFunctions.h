@@ -24,8 +24,8 @@ struct FunctionsForText {
 // ten, and there may be a million settings. Used by a thread that is inside the agent's libraries, see LibrariesInUse:
 // what they made goes back through them at any time.
 struct TextFunctions {
-    // Whether they are those of the agent that runs now: false once a library of the agent's was closed, and when theirs
-    // was not loaded.
+    // Whether they are those of the agent that runs now: false once a library of the agent's was closed, and when
+    // theirs was not loaded.
     INTO_CALLER bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
 
     // Raises the agent exception with NY_FUNCTION_MISSING when they are not.

@@ -1,5 +1,5 @@
-// No wake-up is lost between a thread's look at what it waits for and its sleep. Natively alone: a program for Windows does not
-// import what takes a slim lock by name.
+// No wake-up is lost between a thread's look at what it waits for and its sleep. Natively alone: a program for Windows
+// does not import what takes a slim lock by name.
 #include <gmock/gmock.h>
 
 #include <atomic>

@@ -64,11 +64,11 @@ TEST_F(VsMsgbusStopping, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
     Stop();
     EXPECT_THAT(sink.log.Lines(), ElementsAre(std::string("3: ") + released +
                                               "[256]Failed to release VsMsgbus io [2048] due to exception: [77]"));
-    EXPECT_THAT(ios.Lines(), ElementsAre("256 unregisters PRODUCT1000", "256 unregisters all", "256 destroyed",
-                                         "2048 unregisters PRODUCT1000", "2048 unregisters all",
-                                         "4096 unregisters PRODUCT1000", "4096 unregisters all", "4096 destroyed",
-                                         "8192 unregisters PRODUCT1000", "8192 unregisters all", "8192 destroyed",
-                                         "2048 destroyed"));
+    EXPECT_THAT(ios.Lines(),
+                ElementsAre("256 unregisters PRODUCT1000", "256 unregisters all", "256 destroyed",
+                            "2048 unregisters PRODUCT1000", "2048 unregisters all", "4096 unregisters PRODUCT1000",
+                            "4096 unregisters all", "4096 destroyed", "8192 unregisters PRODUCT1000",
+                            "8192 unregisters all", "8192 destroyed", "2048 destroyed"));
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }

@@ -63,8 +63,7 @@ bool WaitUntil(bool (*isMet)()) {
 
 bool HasNothingOfTheAgent() {
     constexpr const char* libraries[] = {"ny_client.dll", "ny_variant.dll", "ny_msgbus.dll", "ny_logger.dll"};
-    return ny_sim_live_handles(NY_SIM_ANY) == 0 &&
-           std::none_of(std::begin(libraries), std::end(libraries), IsLoaded);
+    return ny_sim_live_handles(NY_SIM_ANY) == 0 && std::none_of(std::begin(libraries), std::end(libraries), IsLoaded);
 }
 
 }  // namespace

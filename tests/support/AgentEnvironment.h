@@ -41,8 +41,8 @@ protected:
     AgentEnvironment environment;
 };
 
-// Waits until the bridge has let go of the agent: no client and no handle is left, and its libraries are unloaded. After
-// an Exit inside a callback that comes a moment after the callback has returned, on a thread of the bridge's own.
+// Waits until the bridge has let go of the agent: no client and no handle is left, and its libraries are unloaded.
+// After an Exit inside a callback that comes a moment after the callback has returned, on a thread of the bridge's own.
 bool AgentIsLetGo();
 
 // Waits until `count` calls of the agent's function have returned since the last ny_sim_reset or ny_sim_clear_calls.

@@ -65,10 +65,14 @@ const Converter converters[] = {
     {"TableFromVariant",
      [](const Inputs& inputs) { AgentTables().FromVariant(inputs.tableVariant.Get()); },
      {"ny_variant_get_table"}},
-    {"TableValue", [](const Inputs& inputs) { AgentTables().Value(inputs.table.Get(), L"key"); }, {"ny_table_get_wvalue"}},
+    {"TableValue",
+     [](const Inputs& inputs) { AgentTables().Value(inputs.table.Get(), L"key"); },
+     {"ny_table_get_wvalue"}},
     {"TableKeys", [](const Inputs& inputs) { AgentTables().Keys(inputs.table.Get()); }, {"ny_table_get_keys"}},
     {"ArraySize", [](const Inputs& inputs) { AgentTables().Size(inputs.keys.Get()); }, {"ny_array_size"}},
-    {"ArrayElement", [](const Inputs& inputs) { AgentTables().Element(inputs.keys.Get(), 0); }, {"ny_array_get_element_at"}},
+    {"ArrayElement",
+     [](const Inputs& inputs) { AgentTables().Element(inputs.keys.Get(), 0); },
+     {"ny_array_get_element_at"}},
 };
 
 class ConverterFailures : public ValuesTest, public testing::WithParamInterface<Converter> {

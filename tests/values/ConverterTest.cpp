@@ -99,7 +99,8 @@ TEST_F(Converters, ReadATablesValueByItsWideKey) {
 
 TEST_F(Converters, ListATablesKeys) {
     const TableOwner table = AgentTables().FromVariant(FromJson(R"({"one": "1", "two": "2"})").Get());
-    EXPECT_THAT(CallsOf([&] { AgentTables().Keys(table.Get()); }), ElementsAre("ny_table_get_keys", "ny_array_release"));
+    EXPECT_THAT(CallsOf([&] { AgentTables().Keys(table.Get()); }),
+                ElementsAre("ny_table_get_keys", "ny_array_release"));
     const ArrayOwner keys = AgentTables().Keys(table.Get());
     EXPECT_THAT(CallsOf([&] { AgentTables().Size(keys.Get()); }), ElementsAre("ny_array_size"));
     ASSERT_EQ(AgentTables().Size(keys.Get()), 2U);
