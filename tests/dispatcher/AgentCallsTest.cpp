@@ -1,0 +1,133 @@
+// What the agent may call: found before it is believed, and shared by the calls that are under way.
+#include "dispatcher/AgentCalls.h"
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+
+#include "support/Event.h"
+
+namespace {
+
+struct Called {};
+struct OtherKind {};
+
+class AdmittedCalls : public testing::Test {
+protected:
+    ~AdmittedCalls() override { ForgetAgentCalls(this); }
+
+    void Admit(std::string_view product) { AdmitAgentCalls(data, product, called, this); }
+    bool IsServed(std::string_view product) const { return static_cast<bool>(AgentCall(data, product)); }
+
+    std::shared_ptr<int> called = std::make_shared<int>(0);
+    const AgentCallData data = CallData<Called>(this);
+};
+
+TEST_F(AdmittedCalls, WithWhatWasNeverGivenComeToNobody) {
+    EXPECT_FALSE(IsServed("PRODUCT1000"));
+    EXPECT_FALSE(IsServed(""));
+    EXPECT_FALSE(AgentCall(CallData<Called>(nullptr), "PRODUCT1000"));
+    EXPECT_EQ(FindAgentCalls(data, "PRODUCT1000"), nullptr);
+}
+
+TEST_F(AdmittedCalls, ShareWhatTheyCallUntilTheyReturn) {
+    Admit("PRODUCT1000");
+    EXPECT_EQ(called.use_count(), 2);
+    {
+        const AgentCall call(data, "PRODUCT1000");
+        ASSERT_TRUE(call);
+        EXPECT_EQ(called.use_count(), 3);
+        EndAgentCalls(data, "PRODUCT1000");
+        EXPECT_EQ(called.use_count(), 2);
+        EXPECT_FALSE(IsServed("PRODUCT1000")) << "this one comes too late";
+    }
+    EXPECT_EQ(called.use_count(), 1);
+}
+
+TEST_F(AdmittedCalls, ForAProductThatWasNeverNamedAreThoseForAnyProduct) {
+    Admit("");
+    Admit("PRODUCT1000");
+    EXPECT_TRUE(IsServed("product1000"));
+    EXPECT_TRUE(IsServed(""));
+    EndAgentCalls(data, "PRODUCT1000");
+    EXPECT_FALSE(IsServed("PRODUCT1000")) << "it was known, and has left";
+    EXPECT_TRUE(IsServed("product1000"));
+    Admit("PRODUCT1000");
+    EXPECT_TRUE(IsServed("PRODUCT1000")) << "it came back";
+    EndAgentCalls(data, "");
+    EXPECT_FALSE(IsServed("product1000"));
+    EXPECT_TRUE(IsServed("PRODUCT1000"));
+}
+
+// An address is given again, for something else.
+TEST_F(AdmittedCalls, WithTheSameAddressAsAnotherTypeAreNotTakenForIt) {
+    Admit("PRODUCT1000");
+    EXPECT_FALSE(AgentCall(CallData<OtherKind>(this), "PRODUCT1000"));
+}
+
+TEST_F(AdmittedCalls, OfAGroupAreForgottenTogether) {
+    const int otherGroup = 0;
+    const AgentCallData others = CallData<Called>(&otherGroup);
+    AdmitAgentCalls(others, "PRODUCT1000", called, &otherGroup);
+    Admit("");
+    Admit("PRODUCT1000");
+    EndAgentCalls(data, "PRODUCT1000");
+    ForgetAgentCalls(this);
+    EXPECT_FALSE(IsServed(""));
+    EXPECT_TRUE(AgentCall(others, "PRODUCT1000"));
+    ForgetAgentCalls(&otherGroup);
+    EXPECT_EQ(called.use_count(), 1);
+}
+
+TEST_F(AdmittedCalls, AreKnownOnTheirThreadAlone) {
+    EXPECT_FALSE(AgentCall::IsUnderWay());
+    const AgentCall late(data, "PRODUCT1000");
+    EXPECT_TRUE(AgentCall::IsUnderWay()) << "also one that found nothing";
+    {
+        const AgentCall inner(data, "PRODUCT1000");
+        EXPECT_TRUE(AgentCall::IsUnderWay());
+    }
+    EXPECT_TRUE(AgentCall::IsUnderWay());
+    std::thread([] { EXPECT_FALSE(AgentCall::IsUnderWay()); }).join();
+}
+
+TEST_F(AdmittedCalls, ThatAreTheLastOnesOutKnowThatTheyStillAre) {
+    bool wasUnderWay = false;
+    called.reset();
+    AdmitAgentCalls(data, "", std::shared_ptr<void>(nullptr, [&](void*) { wasUnderWay = AgentCall::IsUnderWay(); }),
+                    this);
+    {
+        const AgentCall call(data, "");
+        EndAgentCalls(data, "");
+        EXPECT_FALSE(wasUnderWay);
+    }
+    EXPECT_TRUE(wasUnderWay);
+}
+
+class OutsideAgentCalls : public AdmittedCalls {
+protected:
+    static void Work(void* test) {
+        auto& self = *static_cast<OutsideAgentCalls*>(test);
+        self.worker = ::GetCurrentThreadId();
+        self.isDone.Set();
+    }
+
+    std::atomic<DWORD> worker = 0;
+    Event isDone;
+};
+
+TEST_F(OutsideAgentCalls, IsAtOnceOnAThreadThatIsOutside) {
+    RunOutsideAgentCalls(Work, this);
+    EXPECT_TRUE(isDone.IsSet());
+    EXPECT_EQ(worker.load(), ::GetCurrentThreadId());
+}
+
+TEST_F(OutsideAgentCalls, IsOnAThreadOfItsOwnForOneThatIsInside) {
+    const AgentCall call(data, "");
+    RunOutsideAgentCalls(Work, this);
+    EXPECT_TRUE(isDone.Wait());
+    EXPECT_NE(worker.load(), ::GetCurrentThreadId());
+}
+
+}  // namespace
