@@ -5,8 +5,8 @@
 #include <map>
 #include <string_view>
 
-#include "flows/LackingExport.h"
 #include "support/AnsweredCalls.h"
+#include "support/LackingExport.h"
 
 namespace {
 

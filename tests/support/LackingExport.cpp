@@ -1,4 +1,4 @@
-#include "flows/LackingExport.h"
+#include "support/LackingExport.h"
 
 #include <fstream>
 #include <stdexcept>
