@@ -68,7 +68,7 @@ void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
     if (told == nullptr) {
         return;
     }
-    const CallGate::Call call(told->gate);
+    const CallGate::Call call(told->gate, CallGate::Admission::OneThreadAtATime);
     if (call) {
         told->listener->OnLogEvent(event);
     }

@@ -20,12 +20,24 @@ private:
 
 }  // namespace
 
+// The client stays until the product is as it is wanted, also when a stop begins meanwhile: that stop then ends what it
+// finds registered, and leaves the product to the thread that is at it.
+void AgentService::RegisterProduct(const std::string& productId) {
+    const ClientStays stays(session.get());
+    if (stays) {
+        registrations.Add(productId);
+    }
+}
+
+void AgentService::UnregisterProduct(const std::string& productId) {
+    const ClientStays stays(session.get());
+    if (stays) {
+        registrations.Remove(productId);
+    }
+}
+
 int32_t AgentService::Register(const std::string& productId) {
-    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
-        const ClientStays stays(session.get());
-        if (!stays) {
-            return NY_FUNCTION_MISSING;
-        }
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] {
         // Before: the agent may call from inside.
         AdmitAgentCalls(CallbackData(), {}, weak_from_this().lock(), client);
         AdmitAgentCalls(CallbackData(), productId, weak_from_this().lock(), client);
@@ -38,11 +50,7 @@ int32_t AgentService::Register(const std::string& productId) {
 }
 
 int32_t AgentService::Unregister(const std::string& productId) {
-    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
-        const ClientStays stays(session.get());
-        if (!stays) {
-            return NY_FUNCTION_MISSING;
-        }
+    return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] {
         const int32_t result = UnregisterFromAgent(productId);
         if (result == NY_OK) {
             EndAgentCalls(CallbackData(), productId);

@@ -18,8 +18,9 @@
 // until its registration has ended, or until the agent's client is let go of: see EndCallsOfClient.
 class AgentService : public VsMsgbusIo, private AgentRegistrations::Agent {
 public:
-    void RegisterProduct(const std::string& productId) final { registrations.Add(productId); }
-    void UnregisterProduct(const std::string& productId) final { registrations.Remove(productId); }
+    // Both do nothing once the client is being stopped: the stop unregisters what is left.
+    void RegisterProduct(const std::string& productId) final;
+    void UnregisterProduct(const std::string& productId) final;
     void UnregisterAll() final;
 
 protected:

@@ -22,16 +22,16 @@ namespace {
 
 constexpr int failureLevel = 5;
 
-std::string NarrowId(const wchar_t* wide) {
-    return WithMemory([&] { return NarrowFromWide(wide); });
+std::string NarrowId(const wchar_t* wide, const LibrariesInUse* inUse) {
+    return WithMemory([&] { return NarrowFromWide(wide, inUse); });
 }
 
-std::string NarrowAccount(const wchar_t* domain, const wchar_t* user) {
+std::string NarrowAccount(const wchar_t* domain, const wchar_t* user, const LibrariesInUse* inUse) {
     return WithMemory([&] {
         std::wstring joined(domain != nullptr ? domain : L"");
         joined += L'\\';
         joined += user != nullptr ? user : L"";
-        return NarrowFromWide(joined);
+        return NarrowFromWide(joined, inUse);
     });
 }
 
@@ -99,9 +99,9 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
         const TextFunctions texts = LookUpTextFunctions(session->Libraries());
         PolicyBagOwner bag;
         PolicyQuery query(policies);
-        query.SetProduct(NarrowId(wantedId).c_str());
+        query.SetProduct(NarrowId(wantedId, session->Libraries()).c_str());
         if (account != nullptr) {
-            query.SetUser(NarrowAccount(account->domain, account->user).c_str());
+            query.SetUser(NarrowAccount(account->domain, account->user, session->Libraries()).c_str());
         }
         bag = query.Fetch(client);
         PolicyWalk(policies, texts, *callbacks,

@@ -51,7 +51,7 @@ int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
         if (!use || wideId.size() > longestId) {
             return 0;
         }
-        const std::string narrowId = NarrowFromWide(wideId);
+        const std::string narrowId = NarrowFromWide(wideId, use.Libraries());
         return agent::ny_policy_enforce.In(use.Libraries())(use.Client(), narrowId.c_str()) == NY_OK ? 1 : 0;
     });
 }

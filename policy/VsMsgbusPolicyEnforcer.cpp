@@ -45,13 +45,13 @@ VsMsgbusPolicyEnforcer::~VsMsgbusPolicyEnforcer() = default;
 
 int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) {
     policy_notification_handler* const handler = this;
-    return agent::ny_policy_register_notification_callback(Client(), productId.c_str(), notificationMask,
-                                                           NotifyOfPolicies, handler);
+    return agent::ny_policy_register_notification_callback.In(Libraries())(Client(), productId.c_str(),
+                                                                           notificationMask, NotifyOfPolicies, handler);
 }
 
 int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId) {
     return UnregisterTurningAway(EnforcerTable(), productId, [&] {
-        return agent::ny_policy_unregister_notification_callback(Client(), productId.c_str());
+        return agent::ny_policy_unregister_notification_callback.In(Libraries())(Client(), productId.c_str());
     });
 }
 
@@ -63,7 +63,7 @@ int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const 
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_UNEXPECTED),
         [&]() -> int32_t {
-            const WideText wideId(productId);
+            const WideText wideId(productId, Libraries());
             if (Enforce(agentClient, wideId)) {
                 DropText(
                     [&](CUniStream& text) { text << L"Policy collection completed for product id " << wideId.View(); });

@@ -29,12 +29,13 @@ VsMsgbusPropertyProvider::~VsMsgbusPropertyProvider() = default;
 
 int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId) {
     property_provider* const provider = this;
-    return agent::ny_property_register_provider_callback(Client(), productId.c_str(), ProvideProperties, provider);
+    return agent::ny_property_register_provider_callback.In(Libraries())(Client(), productId.c_str(), ProvideProperties,
+                                                                         provider);
 }
 
 int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& productId) {
     return UnregisterTurningAway(CollectorTable(), productId, [&] {
-        return agent::ny_property_unregister_provider_callback(Client(), productId.c_str());
+        return agent::ny_property_unregister_provider_callback.In(Libraries())(Client(), productId.c_str());
     });
 }
 
@@ -46,7 +47,7 @@ int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const st
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_UNEXPECTED),
         [&]() -> int32_t {
-            const WideText wideId(productId);
+            const WideText wideId(productId, Libraries());
             CollectorTable().With(wideId.View(), [&](CTheCollectProperties& collector, auto&& wasRemoved) {
                 collector.Collect(bag, Libraries(), wasRemoved);
             });

@@ -63,7 +63,7 @@ int32_t CTaskBag::IterateSettings(ISettingVisitor* visitor, const wchar_t* secti
 void CTaskBag::ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const {
     const TextFunctions texts = LookUpTextFunctions(libraries);
     const AgentTables tables(libraries);
-    const VariantOwner settings = TaskSection(task, NarrowFromWide(section), libraries);
+    const VariantOwner settings = TaskSection(task, NarrowFromWide(section, libraries), libraries);
     const TableOwner table = tables.FromVariant(settings.Get());
     const ArrayOwner keys = tables.Keys(table.Get());
     const size_t size = tables.Size(keys.Get());
@@ -82,7 +82,12 @@ bool CTaskBag::ReadSetting(const wchar_t* section, const wchar_t* name, Read&& r
         return false;
     }
     return RunOrDropCode(
-        false, [&] { return read(TaskSetting(task, NarrowFromWide(section), NarrowFromWide(name), libraries).Get()); },
+        false,
+        [&] {
+            return read(
+                TaskSetting(task, NarrowFromWide(section, libraries), NarrowFromWide(name, libraries), libraries)
+                    .Get());
+        },
         [&](CUniStream& text) { text << L"Failed to get the value for setting name " << name; });
 }
 
@@ -91,8 +96,8 @@ bool CTaskBag::GetBoolean(const wchar_t* section, const wchar_t* name, bool* val
         return false;
     }
     *value = false;
-    *value =
-        ReadSetting(section, name, [](ny_variant_t* setting) { return IsBooleanText(NarrowFromVariant(setting)); });
+    *value = ReadSetting(
+        section, name, [this](ny_variant_t* setting) { return IsBooleanText(NarrowFromVariant(setting, libraries)); });
     return *value;
 }
 
@@ -102,7 +107,7 @@ bool CTaskBag::GetText(const wchar_t* section, const wchar_t* name, lpc_buffer* 
     }
     value->Release();
     return ReadSetting(section, name,
-                       [&](ny_variant_t* setting) { return StoreText(*value, WideFromVariant(setting)); });
+                       [&](ny_variant_t* setting) { return StoreText(*value, WideFromVariant(setting, libraries)); });
 }
 
 bool CTaskBag::GetInteger(const wchar_t* section, const wchar_t* name, int32_t* value) noexcept {
@@ -111,7 +116,7 @@ bool CTaskBag::GetInteger(const wchar_t* section, const wchar_t* name, int32_t* 
     }
     *value = 0;
     return ReadSetting(section, name, [&](ny_variant_t* setting) {
-        *value = NumberOfText(NarrowFromVariant(setting));
+        *value = NumberOfText(NarrowFromVariant(setting, libraries));
         return true;
     });
 }
@@ -122,6 +127,6 @@ bool CTaskBag::GetTaskName(lpc_buffer* name) noexcept {
     }
     name->Release();
     return RunOrDropCode(
-        false, [&] { return StoreText(*name, WideFromNarrow(TaskName(task))); },
+        false, [&] { return StoreText(*name, WideFromNarrow(TaskName(task), libraries)); },
         [](CUniStream& text) { text << L"Failed to get the task name "; });
 }

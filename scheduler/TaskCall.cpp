@@ -12,7 +12,11 @@ using VsKit::CUniStream;
 
 TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead,
                    const LibrariesInUse* inUse)
-    : productId(product), taskId(TaskId(agentTask)), task(agentTask), failure(failureHead), libraries(inUse) {}
+    : productId(product, inUse),
+      taskId(TaskId(agentTask), inUse),
+      task(agentTask),
+      failure(failureHead),
+      libraries(inUse) {}
 
 TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
     const Outcome failed{true, std::nullopt};

@@ -73,11 +73,12 @@ VsMsgbusTaskExecutor::~VsMsgbusTaskExecutor() = default;
 
 int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
     task_handler* const handler = this;
-    return agent::ny_scheduler_register_task_callbacks(Client(), productId.c_str(), nullptr, &taskCallbacks, handler);
+    return agent::ny_scheduler_register_task_callbacks.In(Libraries())(Client(), productId.c_str(), nullptr,
+                                                                       &taskCallbacks, handler);
 }
 
 int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) {
-    return agent::ny_scheduler_unregister_task_callbacks(Client(), productId.c_str(), nullptr);
+    return agent::ny_scheduler_unregister_task_callbacks.In(Libraries())(Client(), productId.c_str(), nullptr);
 }
 
 int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::string& productId,

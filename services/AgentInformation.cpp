@@ -29,7 +29,7 @@ std::string ReadText(const char* key) {
     }
     VariantOwner variant;
     Check(agent::ny_info_get.In(agentUse.Libraries())(agentUse.Client(), key, variant.Out(agentUse.Libraries())));
-    return NarrowFromVariant(LookUpTextFunctions(agentUse.Libraries()), variant.Get());
+    return NarrowFromVariant(variant.Get(), agentUse.Libraries());
 }
 
 }  // namespace

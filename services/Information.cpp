@@ -26,7 +26,7 @@ bool StoreWidened(const std::string& text, lpc_buffer& out) {
     if (!agentUse) {
         throw exception(NY_FUNCTION_MISSING);
     }
-    return StoreText(out, WideText(text).View());
+    return StoreText(out, WideText(text, agentUse.Libraries()).View());
 }
 
 void LogReading(const char* key, const KeyReading& reading) {

@@ -68,7 +68,8 @@ constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInf
 // Runs `use(record)` with the product's callback, if it has one. What fails on the way is told to nobody but who
 // listens to dropped texts; a failure that has no code of its own goes as NY_UNEXPECTED there.
 template <class Use>
-int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& use) noexcept {
+int32_t RunForProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
+                      Use&& use) noexcept {
     const auto drop = [&](int32_t code) -> int32_t {
         DropText([&](CUniStream& text) {
             text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
@@ -78,7 +79,7 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, Use&& u
     return GuardedBy<exception>(
         static_cast<int32_t>(NY_OK),
         [&]() -> int32_t {
-            UpdateNotifyTable().With(WideText(productId).View(),
+            UpdateNotifyTable().With(WideText(productId, libraries).View(),
                                      [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
             return NY_OK;
         },
@@ -94,12 +95,14 @@ VsMsgbusUpdateInfoProvider::~VsMsgbusUpdateInfoProvider() = default;
 
 int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& productId) {
     updater_handler* const handler = this;
-    return agent::ny_updater_register_callbacks(Client(), productId.c_str(), &updaterCallbacks, handler);
+    return agent::ny_updater_register_callbacks.In(Libraries())(Client(), productId.c_str(), &updaterCallbacks,
+                                                                handler);
 }
 
 int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& productId) {
-    return UnregisterTurningAway(UpdateNotifyTable(), productId,
-                                 [&] { return agent::ny_updater_unregister_callbacks(Client(), productId.c_str()); });
+    return UnregisterTurningAway(UpdateNotifyTable(), productId, [&] {
+        return agent::ny_updater_unregister_callbacks.In(Libraries())(Client(), productId.c_str());
+    });
 }
 
 // The operations touch nothing of this object once the module was called: a module that leaves the bridge from inside
@@ -108,10 +111,10 @@ int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& produ
 int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,
                                                   const std::string& second, const std::string& third, uint32_t number,
                                                   const std::string& fourth, int32_t& result) {
-    return RunForProduct(L"update notify", productId, [&](const CTheUpdateNotify& record) {
-        const WideText wideSecond(second);
-        const WideText wideFourth(fourth);
-        const WideText wideThird(third);
+    return RunForProduct(L"update notify", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+        const WideText wideSecond(second, Libraries());
+        const WideText wideFourth(fourth, Libraries());
+        const WideText wideThird(third, Libraries());
         result = record.RunUpdateNotify(wideSecond.Get(), wideFourth.Get(), wideThird.Get(), number);
     });
 }
@@ -119,10 +122,10 @@ int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, 
 int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t* value, int32_t& result) {
-    return RunForProduct(L"set product info", productId, [&](const CTheUpdateNotify& record) {
-        const WideText wideSecond(second);
-        const WideText wideKey(key);
-        const std::wstring wideValue = WideFromVariant(LookUpTextFunctions(Libraries()), value);
+    return RunForProduct(L"set product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+        const WideText wideSecond(second, Libraries());
+        const WideText wideKey(key, Libraries());
+        const std::wstring wideValue = WideFromVariant(value, Libraries());
         result = record.RunSetProductInfo(wideSecond.Get(), wideKey.Get(), wideValue.c_str());
     });
 }
@@ -130,13 +133,13 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
 int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t** out, int32_t& result) {
-    return RunForProduct(L"get product info", productId, [&](const CTheUpdateNotify& record) {
-        const WideText wideSecond(second);
-        const WideText wideKey(key);
+    return RunForProduct(L"get product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+        const WideText wideSecond(second, Libraries());
+        const WideText wideKey(key, Libraries());
         std::wstring value;
         const int32_t answer = record.RunGetProductInfo(wideSecond.Get(), wideKey.Get(), value);
         if (out != nullptr) {
-            const std::string narrow = NarrowFromWide(value);
+            const std::string narrow = NarrowFromWide(value, Libraries());
             ny_variant_t* created = nullptr;
             Check(agent::ny_variant_create_from_string.In(Libraries())(narrow.data(), narrow.size(), &created));
             *out = created;

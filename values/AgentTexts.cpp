@@ -12,10 +12,10 @@ INTO_CALLER inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) n
     TextFunctions functions{};
     // First: what is closed from now on makes the others stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);
-    void* const* const variants = TableOf(variantGroup);
+    void* const* const variants = TableOf(variantGroup, inUse);
     // A library that cannot be loaded is not asked for twice: each time the dispatcher says so in the log.
-    void* const* const buffers = variants != nullptr ? TableOf(bufferGroup) : nullptr;
-    if (buffers == nullptr || (inUse != nullptr && !inUse->AreCurrent())) [[unlikely]] {
+    void* const* const buffers = variants != nullptr ? TableOf(bufferGroup, inUse) : nullptr;
+    if (buffers == nullptr) [[unlikely]] {
         functions.closings = noClosings;
     }
     // What could not be given back is not asked for.
@@ -44,30 +44,30 @@ TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse) noexcept {
     return LookUp(inUse);
 }
 
-std::string NarrowFromVariant(ny_variant_t* variant) {
-    return NarrowFromVariant(LookUp(), variant);
+std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
+    return NarrowFromVariant(LookUp(inUse), variant);
 }
 
 std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
     return std::string(BorrowedNarrow(functions, variant).View());
 }
 
-std::wstring WideFromVariant(ny_variant_t* variant) {
-    return WideFromVariant(LookUp(), variant);
+std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
+    return WideFromVariant(LookUp(inUse), variant);
 }
 
 std::wstring WideFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
     return std::wstring(BorrowedWide(functions, variant).View());
 }
 
-std::wstring WideFromNarrow(const char* text, size_t length) {
-    const TextFunctions functions = LookUp();
+std::wstring WideFromNarrow(const char* text, size_t length, const LibrariesInUse* inUse) {
+    const TextFunctions functions = LookUp(inUse);
     const TextVariant variant(functions, std::string_view(text, length));
     return std::wstring(BorrowedWide(functions, variant.Get()).View());
 }
 
-std::string NarrowFromWide(const wchar_t* text, size_t length) {
-    const TextFunctions functions = LookUp();
+std::string NarrowFromWide(const wchar_t* text, size_t length, const LibrariesInUse* inUse) {
+    const TextFunctions functions = LookUp(inUse);
     const TextVariant variant(functions, std::wstring_view(text, length));
     return std::string(BorrowedNarrow(functions, variant.Get()).View());
 }

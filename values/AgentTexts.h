@@ -1,6 +1,7 @@
 // The agent's texts as standard strings. Each raises corvane::ny::utils::exception with the first code that the agent
 // answers other than NY_OK, NY_FUNCTION_MISSING included, after releasing what it holds; and std::bad_alloc when there
-// is no memory, or when the agent names a length that no memory holds.
+// is no memory, or when the agent names a length that no memory holds. They go through the libraries given, which the
+// caller is inside of, or through those that are open.
 #pragma once
 
 #include <cstddef>
@@ -11,19 +12,19 @@
 #include "values/TextFunctions.h"
 
 // A variant's text, with its exact length: zeros in it are kept.
-std::string NarrowFromVariant(ny_variant_t* variant);
-std::wstring WideFromVariant(ny_variant_t* variant);
+std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
+std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
 // The same through functions that the caller has looked up.
 std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant);
 std::wstring WideFromVariant(const TextFunctions& functions, ny_variant_t* variant);
 
 // UTF-8 to UTF-16 and back, the agent's way: through a variant. A view stays in registers until here: as a parameter of
 // a function that is called it is memory on Windows.
-std::wstring WideFromNarrow(const char* text, size_t length);
-std::string NarrowFromWide(const wchar_t* text, size_t length);
-inline std::wstring WideFromNarrow(std::string_view text) {
-    return WideFromNarrow(text.data(), text.size());
+std::wstring WideFromNarrow(const char* text, size_t length, const LibrariesInUse* inUse);
+std::string NarrowFromWide(const wchar_t* text, size_t length, const LibrariesInUse* inUse);
+inline std::wstring WideFromNarrow(std::string_view text, const LibrariesInUse* inUse = nullptr) {
+    return WideFromNarrow(text.data(), text.size(), inUse);
 }
-inline std::string NarrowFromWide(std::wstring_view text) {
-    return NarrowFromWide(text.data(), text.size());
+inline std::string NarrowFromWide(std::wstring_view text, const LibrariesInUse* inUse = nullptr) {
+    return NarrowFromWide(text.data(), text.size(), inUse);
 }

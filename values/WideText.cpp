@@ -4,8 +4,8 @@
 
 #include "values/BorrowedText.h"
 
-WideText::WideText(std::string_view narrow) {
-    Assign(LookUpTextFunctions(), narrow);
+WideText::WideText(std::string_view narrow, const LibrariesInUse* inUse) {
+    Assign(LookUpTextFunctions(inUse), narrow);
 }
 
 void WideText::Assign(const TextFunctions& functions, std::string_view narrow) {

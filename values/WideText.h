@@ -13,7 +13,7 @@ public:
     // No text: null.
     WideText() = default;
     // Raises what Assign does.
-    explicit WideText(std::string_view narrow);
+    explicit WideText(std::string_view narrow, const LibrariesInUse* inUse = nullptr);
     WideText(const WideText&) = delete;
     WideText& operator=(const WideText&) = delete;
 
