@@ -75,6 +75,10 @@ void Make(NyClient& client, const PendingChanges& changes) noexcept {
 
 void ChangeClient(NyClient& client, ClientChange change, uint32_t state, bool isWatcher) noexcept {
     std::shared_ptr<void> share = FindAgentCalls(CallData<NyClient>(&client), {});
+    if (share == nullptr) {
+        // It was released meanwhile: nobody would keep it until its turn comes.
+        return;
+    }
     {
         const std::lock_guard guard(lock);
         Note(client.pending, change, state);

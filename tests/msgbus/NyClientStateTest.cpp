@@ -66,6 +66,20 @@ TEST_F(NyClientStates, StoppedTwiceIsToldOnce) {
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
+// As by a watcher that saw the client before it was released, and ends before the change of the other one does.
+TEST_F(NyClientStates, NothingIsLeftToBeDoneForAReleasedClient) {
+    static std::shared_ptr<NyClient> released;
+    released = MakeClient("PRODUCT2000")->shared_from_this();
+    ASSERT_EQ(NyClientRelease(released.get()), NY_OK);
+    onNotification = [](NyClient*, uint32_t) {
+        ChangeClient(*released, ClientChange::Start);
+        released.reset();
+    };
+    NotifyState(NyClientStateStarted);
+    EXPECT_EQ(released, nullptr);
+    EXPECT_EQ(client->notified.load(), 1U);
+}
+
 TEST_F(NyClientStates, StoppedForgetsTheLogger) {
     ny_logger_t* logger = nullptr;
     ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
