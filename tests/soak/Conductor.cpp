@@ -1,6 +1,6 @@
 #include "soak/Conductor.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 
@@ -9,6 +9,7 @@
 #include "soak/ExportCalls.h"
 #include "soak/FollowReport.h"
 #include "soak/KeepingSink.h"
+#include "support/AgentEnvironment.h"
 #include "support/LineLog.h"
 #include "support/Text.h"
 
@@ -133,11 +134,10 @@ void Conductor::LeaveOne(const std::string& id) {
 }
 
 // Whoever is at the door may have a bridge of his own at this moment.
-void Conductor::ExpectNoClient() const {
+void Conductor::ExpectNoClient() {
     const std::lock_guard guard(Door());
-    EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
+    WaitUntilAgentIsLetGo();
     EXPECT_EQ(ny_sim_started_clients(), 0U);
-    EXPECT_FALSE(AgentOfTheSoak::IsLoaded());
 }
 
 void Conductor::Set(size_t product, Service service) {
@@ -190,13 +190,18 @@ std::vector<std::string> Conductor::Missing() const {
         missing.insert(missing.end(), attachments.begin(), attachments.end());
         return missing;
     }
+    return LeftOfTheAgent();
+}
+
+std::vector<std::string> Conductor::LeftOfTheAgent() {
+    std::vector<std::string> left;
     if (const size_t clients = ny_sim_live_handles(NY_SIM_CLIENT)) {
-        missing.push_back("the agent's clients that are alive: " + std::to_string(clients));
+        left.push_back("the agent's clients that are alive: " + std::to_string(clients));
     }
     if (AgentOfTheSoak::IsLoaded()) {
-        missing.emplace_back("the agent's libraries are loaded");
+        left.emplace_back("the agent's libraries are loaded");
     }
-    return missing;
+    return left;
 }
 
 std::vector<std::string> Conductor::MissingAttachments() const {
@@ -291,6 +296,11 @@ void Conductor::LoseAgent() {
     agent.DeleteFiles();
 }
 
+void Conductor::WaitUntilAgentIsLetGo() {
+    WaitUntil([] { return LeftOfTheAgent().empty(); });
+    EXPECT_THAT(LeftOfTheAgent(), testing::IsEmpty());
+}
+
 void Conductor::EndTrouble() {
     const std::bitset<productCount> before = entered;
     LeaveAll();
@@ -298,6 +308,7 @@ void Conductor::EndTrouble() {
         // With nobody at the door nobody is in, and the agent has nobody to call.
         const std::lock_guard guard(Door());
         EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
+        WaitUntilAgentIsLetGo();
         left.Check();
         EXPECT_EQ(ny_sim_misuse_count(), 0U) << ny_sim_last_misuse();
         Trouble::End();

@@ -62,11 +62,16 @@ private:
     // What the agent's state asks for and the bridge has not done.
     std::vector<std::string> Missing() const;
     std::vector<std::string> MissingAttachments() const;
+    // What there is only while somebody is inside the agent.
+    static std::vector<std::string> LeftOfTheAgent();
+    // The last one inside lets go of it: a caller of exports that is on its way out, or a thread of the bridge's after
+    // a late call. Either may do so when the last Exit has returned.
+    static void WaitUntilAgentIsLetGo();
     std::string ReportOn(const std::vector<std::string>& missing) const;
     void LeaveAll();
     void EnterAgain(const std::bitset<productCount>& before);
     void ExpectAttached(size_t product) const;
-    void ExpectNoClient() const;
+    static void ExpectNoClient();
 
     // What is known about a product that is in: what it is attached for whenever the agent starts, what it is attached
     // for now, and what it may be attached for because it entered again while the agent changed.

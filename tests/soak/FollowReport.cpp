@@ -53,12 +53,24 @@ std::vector<std::string> Answers(const std::vector<ny_sim_call_t>& calls, size_t
     return answers;
 }
 
+// The watcher may be writing it. A report that is torn then says as much as none.
+__attribute__((no_sanitize("thread"))) std::string CopyVersion(const AgentVersion& version) {
+    std::string copy;
+    for (const volatile char& character : version) {
+        if (character == '\0') {
+            break;
+        }
+        copy += character;
+    }
+    return copy;
+}
+
 }  // namespace
 
 std::string StateOfTheBridge() {
     const NyClient& client = *GetMsgbusClient()->client;
     const NyClientNotifier* const watcher = client.notifier.load();
-    const std::string saw = watcher == nullptr ? "there is none" : "last saw \"" + std::string(watcher->version) + "\"";
+    const std::string saw = watcher == nullptr ? "there is none" : "last saw \"" + CopyVersion(watcher->version) + "\"";
     const bool isRunning = watcher != nullptr && watcher->running.load() != 0;
     return "the watcher: " + saw + ", " + (isRunning ? "runs" : "does not run") + ", told " +
            (client.notified.load() == NyClientStateStarted ? "start" : "stop") + "; the agent's client is " +

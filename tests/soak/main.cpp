@@ -1,5 +1,5 @@
-// soak [--operations N] [--seed N] [--hostile | --hostility KIND...]: random life cycles of modules and agent, under
-// the load of many threads.
+// soak [--operations N] [--seed N] [--tame | --hostility KIND...]: random life cycles of modules and agent, under the
+// load of many threads.
 #include <gtest/gtest.h>
 
 #include <CLI/CLI.hpp>
@@ -42,14 +42,18 @@ int main(int argc, char** argv) {
     app.add_option("--operations", options.operations, "How many operations, 300 when it is not said")
         ->check(CLI::PositiveNumber);
     app.add_option("--seed", options.seed, "What all chance follows from; a new one when it is not said");
-    bool isHostile = false;
-    std::vector<std::string> kinds;
-    app.add_flag("--hostile", isHostile, "The agent does not keep to its contract now and then, in every way there is");
+    bool isTame = false;
+    std::vector<std::string> kinds = namesOfKinds;
+    CLI::Option* const tame = app.add_flag("--tame", isTame, "The agent always keeps to its contract");
     app.add_option("--hostility", kinds,
-                   "The same, in some ways: errors, late calls, calls inside register, lost files")
-        ->check(CLI::IsMember(namesOfKinds));
+                   "How it breaks its contract now and then, every way when it is not said: errors, late calls, calls "
+                   "inside register, lost files")
+        ->check(CLI::IsMember(namesOfKinds))
+        ->excludes(tame);
     CLI11_PARSE(app, argc, argv);
-    SwitchOn(isHostile ? namesOfKinds : kinds);
+    if (!isTame) {
+        SwitchOn(kinds);
+    }
     std::cout << "seed " << options.seed << ", " << options.operations << " operations" << std::endl;
     return RUN_ALL_TESTS();
 }

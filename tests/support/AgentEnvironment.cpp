@@ -45,20 +45,19 @@ void AgentEnvironment::RemoveAgent() {
     installer.Remove();
 }
 
-namespace {
-
-bool IsLoaded(const char* library) {
-    return ::GetModuleHandleA(library) != nullptr;
-}
-
-// The system tells nobody that a library was unloaded, nor the agent that a handle was given back.
-bool WaitUntil(bool (*isMet)()) {
+bool WaitUntil(const std::function<bool()>& isMet) {
     constexpr std::chrono::milliseconds patience{5};
     constexpr size_t never = SIZE_MAX;
     for (int i = 0; i < soon / patience && !isMet(); ++i) {
         ny_sim_wait_calls("ny_client_handler_release", never, static_cast<uint32_t>(patience.count()));
     }
     return isMet();
+}
+
+namespace {
+
+bool IsLoaded(const char* library) {
+    return ::GetModuleHandleA(library) != nullptr;
 }
 
 bool HasNothingOfTheAgent() {

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <string>
 
 #include "AgentInstaller.h"
@@ -40,6 +41,10 @@ protected:
 
     AgentEnvironment environment;
 };
+
+// Waits for what nobody tells: neither the system that a library was unloaded, nor the agent that a handle was given
+// back or that a registration has ended. Whether it came.
+bool WaitUntil(const std::function<bool()>& isMet);
 
 // Waits until the bridge has let go of the agent: no client and no handle is left, and its libraries are unloaded.
 // After an Exit inside a callback that comes a moment after the callback has returned, on a thread of the bridge's own.
