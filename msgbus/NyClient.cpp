@@ -186,8 +186,11 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    client->logCallback = callback;
-    client->logUserData = userData;
+    {
+        const std::lock_guard guard(client->lock);
+        client->logCallback = callback;
+        client->logUserData = userData;
+    }
     client->leastSevereLog = leastSevere;
     GiveLogCallback(*client);
     return NY_OK;

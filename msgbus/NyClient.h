@@ -39,7 +39,7 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
     std::atomic<uint32_t> notified = 0;  // the state last reported to the point product
     std::atomic<NyClientNotification> notification = nullptr;
     std::atomic<void*> notificationUserData = nullptr;
-    LogLineSink logCallback = nullptr;  // set before anybody else knows the context
+    LogLineSink logCallback = nullptr;  // set under the lock, before anybody but a late call knows the context
     void* logUserData = nullptr;
     LogSeverity leastSevereLog = SeverityDetail;        // of the dispatcher's lines
     std::atomic<NyClientNotifier*> notifier = nullptr;  // null when not registered

@@ -10,21 +10,26 @@
 
 namespace {
 
-int32_t Deliver(NyClient& client, uint32_t severity, const char* module, const char* message) noexcept {
-    if (client.logCallback != nullptr) {
-        return client.logCallback(severity, module, message, client.logUserData);
-    }
-    if (client.logger != nullptr) {
-        // The text is an argument: percent signs in it are printed, not interpreted.
-        return agent::ny_log(client.logger, severity, module, "", 0, "", "%s", message);
-    }
-    return NY_OK;
+// Who takes a client's lines.
+struct LineTaker {
+    LogLineSink callback;
+    void* userData;
+    ny_logger_t* logger;
+};
+
+LineTaker TakerOf(const NyClient& client) noexcept {
+    return {client.logCallback, client.logUserData, client.logCallback == nullptr ? client.logger : nullptr};
 }
 
-// The thread returns into the agent's library.
-std::shared_ptr<AgentSession> ShareSessionOf(NyClient& client) noexcept {
-    const std::lock_guard guard(client.lock);
-    return client.session;
+int32_t Deliver(const LineTaker& taker, uint32_t severity, const char* module, const char* message) noexcept {
+    if (taker.callback != nullptr) {
+        return taker.callback(severity, module, message, taker.userData);
+    }
+    if (taker.logger != nullptr) {
+        // The text is an argument: percent signs in it are printed, not interpreted.
+        return agent::ny_log(taker.logger, severity, module, "", 0, "", "%s", message);
+    }
+    return NY_OK;
 }
 
 }  // namespace
@@ -39,7 +44,7 @@ int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, con
     std::vsnprintf(line, sizeof line, format, arguments);
     va_end(arguments);
     line[sizeof line - 1] = '\0';
-    return Deliver(*client, severity, module, line);
+    return Deliver(TakerOf(*client), severity, module, line);
 }
 
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
@@ -51,6 +56,14 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     if (!call) {
         return NY_UNEXPECTED;
     }
-    const std::shared_ptr<AgentSession> session = ShareSessionOf(*client);
-    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return Deliver(*client, severity, module, message); });
+    LineTaker taker{};
+    // The thread returns into the agent's library.
+    std::shared_ptr<AgentSession> session;
+    {
+        // A late call may come to a new client at an old one's address, which is not yet told who takes its lines.
+        const std::lock_guard guard(client->lock);
+        taker = TakerOf(*client);
+        session = client->session;
+    }
+    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return Deliver(taker, severity, module, message); });
 }
