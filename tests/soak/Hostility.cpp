@@ -138,7 +138,8 @@ void Hostility::AnswerErrors() {
     }
 }
 
-// Several at once. A product that is out has nothing that could be called, unless the agent refused to let go of it.
+// Several at once. A product that is out has nothing that could be called, unless the agent refused to let go of it, or
+// was not asked to because it changed: the registration then ends with the agent's client.
 void Hostility::CallLate() {
     const std::vector<std::string> ids = AllProductIds();
     std::list<std::pair<LateCall, bool>> calls;
@@ -149,7 +150,8 @@ void Hostility::CallLate() {
         const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
         if (remembered != 0) {
             ++lateCalls;
-            const bool isOut = conductor.IsOut(id) && !current.errors && callback != NY_SIM_CALL_LOG;
+            const bool isOut =
+                conductor.IsOut(id) && conductor.IsSettled() && !current.errors && callback != NY_SIM_CALL_LOG;
             calls.emplace_back(std::piecewise_construct, std::forward_as_tuple(callback, id, choice % remembered),
                                std::forward_as_tuple(isOut));
         }
