@@ -62,8 +62,7 @@ void EnterAndLeave(const std::string& productId, uint32_t mask) {
 
 // A client that the watcher is stopping is not asked to unregister any more: the registration ends with the client.
 bool StaysRegistered(const std::string& productId, const Trouble::Absence& noTrouble) {
-    return !WaitUntil(
-        [&] { return ny_sim_has_property_provider(productId.c_str()) == 0 || !noTrouble.Lasts(); });
+    return !WaitUntil([&] { return ny_sim_has_property_provider(productId.c_str()) == 0 || !noTrouble.Lasts(); });
 }
 
 void EncryptAndDecrypt(uint32_t size) {
