@@ -25,15 +25,11 @@ private:
 void AgentService::RegisterProduct(const std::string& productId) {
     const ClientStays stays(session.get());
     if (stays) {
-        // Also when the agent has not let go of an earlier registration, which then counts again.
-        AdmitAgentCalls(CallbackData(), productId, weak_from_this().lock(), client);
         registrations.Add(productId);
     }
 }
 
 void AgentService::UnregisterProduct(const std::string& productId) {
-    // Whatever the agent answers, and also when it is not asked any more: from now on it calls too late.
-    EndAgentCalls(CallbackData(), productId);
     const ClientStays stays(session.get());
     if (stays) {
         registrations.Remove(productId);
