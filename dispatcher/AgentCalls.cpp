@@ -2,11 +2,11 @@
 
 #include <algorithm>
 #include <functional>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <unordered_map>
 #include <utility>
-#include <vector>
 
 #include "base/Boundary.h"
 #include "base/Mutex.h"
@@ -65,7 +65,7 @@ struct AgentCallTable {
     std::unordered_map<Name, Entry, Hash, Equal> entries;
     AgentCall* underWay = nullptr;
 
-    // What a call with that data for that product finds, null when it comes too late.
+    // The entry that serves a call with this data for this product; null when the call comes too late.
     const Entry* Find(const NameView& name) const noexcept {
         auto found = entries.find(name);
         if (found == entries.end() && !name.product.empty()) {

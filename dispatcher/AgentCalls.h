@@ -1,4 +1,4 @@
-// What the agent may call, and the calls that it is making.
+// The table of the functions that the agent may call, and the list of the calls that it is making.
 //
 // The agent is given a pointer with each function that it may call, its callback data. It may use that pointer late:
 // after what it was registered for has ended, or while it ends. So the pointer is only a name here. It is looked up
@@ -10,7 +10,7 @@
 #include <memory>
 #include <string_view>
 
-// What the agent is given, and of which type it is: an address can be given again for something else.
+// Callback data as the agent is given it, with its type: an address can be given again for an object of another type.
 struct AgentCallData {
     const void* address;
     const void* type;
@@ -38,7 +38,7 @@ void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept
 // From now on every call with the data of this group comes too late.
 void ForgetAgentCalls(const void* group) noexcept;
 
-// What is admitted under that name, or null.
+// The object that calls with this data for this product share; null when they come too late.
 std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
 // A call of the agent's, on its thread: from construction to destruction. Costs no allocation.

@@ -42,7 +42,8 @@ DispatcherLog::Lines Deinitialise(Dispatcher& dispatcher) noexcept {
     return dispatcher.log.Take();
 }
 
-// What the last holder's release leaves to be done with no lock held: the lines, and the dispatcher's memory.
+// The lines and the memory of a dispatcher that its last holder released. The caller delivers and frees them with no
+// lock held.
 struct Released {
     std::shared_ptr<Dispatcher> dispatcher;
     DispatcherLog::Lines lines;

@@ -40,7 +40,7 @@ public:
     // Keeps a line.
     [[gnu::format(printf, 3, 4)]] void Write(LogSeverity severity, const char* format, ...) const noexcept;
 
-    // What was written since the last time.
+    // The lines that were written since the last Take.
     class Lines {
     public:
         // Delivers them in their order, under the module name "dispatcher". To be called with no lock held.

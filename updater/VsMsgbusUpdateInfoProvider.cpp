@@ -105,9 +105,6 @@ int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& produ
     });
 }
 
-// The operations touch nothing of this object once the module was called: a module that leaves the bridge from inside
-// its callback has it destroyed.
-
 int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,
                                                   const std::string& second, const std::string& third, uint32_t number,
                                                   const std::string& fourth, int32_t& result) {
