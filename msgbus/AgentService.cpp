@@ -63,7 +63,3 @@ void AgentService::UnregisterAll() {
     EndAgentCalls(CallbackData(), {});
     registrations.Close();
 }
-
-void EndCallsOfClient(const ny_client_t* client) noexcept {
-    ForgetAgentCalls(client);
-}

@@ -15,7 +15,7 @@
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
 //
 // The agent may call for a product from before it is registered, because it may do so from inside its own registering,
-// until its registration has ended, or until the agent's client is let go of: see EndCallsOfClient.
+// until its registration has ended, or until the agent's client is let go of, which forgets all calls of that client.
 class AgentService : public VsMsgbusIo, private AgentRegistrations::Agent {
 public:
     // Both do nothing once the client is being stopped: the stop unregisters what is left.
@@ -41,9 +41,6 @@ private:
     const std::shared_ptr<AgentSession> session;
     AgentRegistrations registrations{*this};
 };
-
-// From now on every call of the agent's for products that are registered with this client comes too late.
-void EndCallsOfClient(const ny_client_t* client) noexcept;
 
 // What `unregister()` answers, which ends a product's registration with the agent. The agent waits there for the
 // product's callbacks on other threads: a module that leaves from inside its own callback must not have them wait for

@@ -8,7 +8,6 @@
 #include "dispatcher/Dispatcher.h"
 #include "dispatcher/groups/ClientHandlerGroup.h"
 #include "dispatcher/groups/MsgbusGroup.h"
-#include "msgbus/AgentService.h"
 #include "msgbus/AgentUse.h"
 #include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusClientRecord.h"
@@ -39,7 +38,7 @@ std::shared_ptr<AgentSession> ExchangeSession(NyClient& client, std::shared_ptr<
 void ReleaseHandler(NyClient& client) noexcept {
     if (ny_client_t* const handler = client.clientHandler.exchange(nullptr)) {
         CloseAgent(handler);
-        EndCallsOfClient(handler);
+        ForgetAgentCalls(handler);
     }
     ExchangeSession(client, nullptr);
 }
