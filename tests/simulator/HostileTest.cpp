@@ -4,6 +4,7 @@
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentRequest.h"
+#include "support/AllCallbacks.h"
 #include "support/Event.h"
 
 namespace {
@@ -132,18 +133,6 @@ protected:
     ny_client_t* client = nullptr;
     Product module;
 };
-
-constexpr ny_sim_callback allCallbacks[] = {NY_SIM_CALL_PROPERTIES,
-                                            NY_SIM_CALL_POLICY,
-                                            NY_SIM_CALL_TASK_EXECUTE,
-                                            NY_SIM_CALL_TASK_STOP,
-                                            NY_SIM_CALL_TASK_REMOVE,
-                                            NY_SIM_CALL_TASK_UPDATE_STATUS,
-                                            NY_SIM_CALL_UPDATE_NOTIFY,
-                                            NY_SIM_CALL_SET_PRODUCT_INFO,
-                                            NY_SIM_CALL_GET_PRODUCT_INFO,
-                                            NY_SIM_CALL_UPDATE_EVENT,
-                                            NY_SIM_CALL_LOG};
 
 const auto linesOfAllCallbacks = ElementsAre(
     "properties of PRODUCT1000", "policy of PRODUCT1000", "task e hostile scan of PRODUCT1000",

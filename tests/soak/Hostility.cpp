@@ -13,6 +13,7 @@
 #include "simulator/core/FunctionName.h"
 #include "soak/Agent.h"
 #include "soak/Trouble.h"
+#include "support/AllCallbacks.h"
 #include "support/LineLog.h"
 
 namespace {
@@ -23,18 +24,6 @@ constexpr unsigned troubledTime = 15;
 
 // One of the agent's own, a negative one, and those that the bridge answers itself.
 constexpr int32_t codes[] = {77, -5, NY_INVALID_ARGUMENT, NY_UNEXPECTED, NY_OUT_OF_MEMORY, NY_FUNCTION_MISSING};
-
-constexpr ny_sim_callback callbacks[] = {NY_SIM_CALL_PROPERTIES,
-                                         NY_SIM_CALL_POLICY,
-                                         NY_SIM_CALL_TASK_EXECUTE,
-                                         NY_SIM_CALL_TASK_STOP,
-                                         NY_SIM_CALL_TASK_REMOVE,
-                                         NY_SIM_CALL_TASK_UPDATE_STATUS,
-                                         NY_SIM_CALL_UPDATE_NOTIFY,
-                                         NY_SIM_CALL_SET_PRODUCT_INFO,
-                                         NY_SIM_CALL_GET_PRODUCT_INFO,
-                                         NY_SIM_CALL_UPDATE_EVENT,
-                                         NY_SIM_CALL_LOG};
 
 constexpr ny_sim_register_call registerCalls[] = {NY_SIM_NO_CALL, NY_SIM_ON_SAME_THREAD, NY_SIM_ON_OTHER_THREAD};
 
@@ -100,7 +89,7 @@ void Hostility::End() {
         return;
     }
     ny_sim_clear_faults();
-    for (const ny_sim_callback callback : callbacks) {
+    for (const ny_sim_callback callback : allCallbacks) {
         ny_sim_call_in_register(callback, NY_SIM_NO_CALL);
     }
     ny_sim_set_one_lock(0);
@@ -144,7 +133,7 @@ void Hostility::CallLate() {
     const std::vector<std::string> ids = AllProductIds();
     std::list<std::pair<LateCall, bool>> calls;
     for (unsigned count = random.Below(4); count > 0; --count) {
-        const ny_sim_callback callback = AnyOf(callbacks);
+        const ny_sim_callback callback = AnyOf(allCallbacks);
         const std::string& id = ids[random.Below(static_cast<uint32_t>(ids.size()))];
         const uint32_t choice = random.Below(1000);
         const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
@@ -162,7 +151,7 @@ void Hostility::CallLate() {
 }
 
 void Hostility::CallInsideRegister() {
-    const ny_sim_callback callback = AnyOf(callbacks);
+    const ny_sim_callback callback = AnyOf(allCallbacks);
     EXPECT_EQ(ny_sim_call_in_register(callback, AnyOf(registerCalls)), NY_OK);
 }
 
