@@ -10,15 +10,14 @@ struct CallGate::Waiter {
     Condition answered{};
 };
 
-CallGate::Call::Call(CallGate& gateOfCall, Admission admission) : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
+CallGate::Call::Call(CallGate& gateOfCall, Admission admission, Patience patience)
+    : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
     const std::lock_guard guard(gate.mutex);
     if (gate.isClosed) {
         return;
     }
     if (admission == Admission::OneThreadAtATime && gate.HasCallOfOther(threadId)) {
-        if (gate.turnedAway == 0) {
-            gate.WaitForTurn(*this);
-        }
+        gate.WaitForTurn(*this, patience);
         return;
     }
     gate.LetIn(*this);
@@ -40,22 +39,6 @@ CallGate::Call::~Call() {
     }
 }
 
-CallGate::TurnAwayOthers::TurnAwayOthers(CallGate& gateToGuard) : gate(gateToGuard) {
-    const std::lock_guard guard(gate.mutex);
-    if (gate.HasCallOf(::GetCurrentThreadId())) {
-        isInside = true;
-        ++gate.turnedAway;
-        gate.TurnWaitersAway();
-    }
-}
-
-CallGate::TurnAwayOthers::~TurnAwayOthers() {
-    if (isInside) {
-        const std::lock_guard guard(gate.mutex);
-        --gate.turnedAway;
-    }
-}
-
 void CallGate::Close() {
     const std::lock_guard guard(mutex);
     isClosed = true;
@@ -67,9 +50,9 @@ bool CallGate::IsClosed() const {
     return isClosed;
 }
 
-bool CallGate::IsInside() const {
+bool CallGate::IsInside(DWORD threadId) const {
     const std::lock_guard guard(mutex);
-    return HasCallOf(::GetCurrentThreadId());
+    return HasCallOf(threadId);
 }
 
 bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
@@ -99,14 +82,41 @@ bool CallGate::HasCallOfOther(DWORD threadId) const noexcept {
     return false;
 }
 
-void CallGate::WaitForTurn(Call& call) {
+void CallGate::WaitForTurn(Call& call, Patience patience) {
     Waiter self{call};
     Waiter** link = &waiters;
     while (*link != nullptr) {
         link = &(*link)->next;
     }
     *link = &self;
-    self.answered.Wait(mutex, [&self] { return !self.isWaiting; });
+    if (patience == nullptr) {
+        self.answered.Wait(mutex, [&self] { return !self.isWaiting; });
+    } else if (!WaitPatiently(self, patience)) {
+        Withdraw(self);
+    }
+}
+
+bool CallGate::WaitPatiently(Waiter& waiter, Patience patience) {
+    DWORD threadInside = calls->threadId;
+    std::chrono::milliseconds waited{0};
+    while (!waiter.answered.WaitFor(mutex, patienceInterval, [&waiter] { return !waiter.isWaiting; })) {
+        const std::chrono::milliseconds limit = patience(calls->threadId);
+        const bool begins = limit == withoutLimit || calls->threadId != threadInside;
+        waited = begins ? std::chrono::milliseconds{0} : waited + patienceInterval;
+        threadInside = calls->threadId;
+        if (waited >= limit) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CallGate::Withdraw(Waiter& waiter) noexcept {
+    Waiter** link = &waiters;
+    while (*link != &waiter) {
+        link = &(*link)->next;
+    }
+    *link = waiter.next;
 }
 
 void CallGate::LetIn(Call& call) noexcept {

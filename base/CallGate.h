@@ -14,16 +14,22 @@ inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 class CallGate {
 public:
     // Whether a call waits until no other thread is inside. The thread inside may call again. Turns come in the order
-    // of arrival, and for each turn one thread wakes. A turn is waited for without limit on purpose: only one thread at
-    // a time is to be in a record of a module's, however long the module's call takes. Close and TurnAwayOthers end
-    // that wait.
+    // of arrival, and for each turn one thread wakes.
     enum class Admission { Together, OneThreadAtATime };
 
+    // How long a call waits for its turn while the thread inside does what it is doing now. It is asked again and again,
+    // with the gate's lock held.
+    using Patience = std::chrono::milliseconds (*)(DWORD threadInside) noexcept;
+    static constexpr std::chrono::milliseconds withoutLimit = std::chrono::milliseconds::max();
+    // The time between two such questions.
+    static constexpr std::chrono::milliseconds patienceInterval{50};
+
     // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in, and a call that
-    // waits for its turn is let in no more once the gate is closed or the others are turned away.
+    // waits for its turn is let in no more once the gate is closed or its patience is over.
     class Call {
     public:
-        explicit Call(CallGate& gate, Admission admission = Admission::Together);
+        // Without `patience` the call waits for its turn as long as that takes.
+        explicit Call(CallGate& gate, Admission admission = Admission::Together, Patience patience = nullptr);
         ~Call();
         Call(const Call&) = delete;
         Call& operator=(const Call&) = delete;
@@ -39,20 +45,6 @@ public:
         bool isInside = false;
     };
 
-    // While it lives, calls that would have to wait for the calling thread to come out are not let in: for a thread
-    // inside that is about to wait for them in turn. Does nothing for a thread that is not inside.
-    class TurnAwayOthers {
-    public:
-        explicit TurnAwayOthers(CallGate& gate);
-        ~TurnAwayOthers();
-        TurnAwayOthers(const TurnAwayOthers&) = delete;
-        TurnAwayOthers& operator=(const TurnAwayOthers&) = delete;
-
-    private:
-        CallGate& gate;
-        bool isInside = false;
-    };
-
     CallGate() = default;
     CallGate(const CallGate&) = delete;
     CallGate& operator=(const CallGate&) = delete;
@@ -60,8 +52,8 @@ public:
     // No call enters any more; those inside go on.
     void Close();
     bool IsClosed() const;
-    // Whether the calling thread is.
-    bool IsInside() const;
+    // Whether the thread is.
+    bool IsInside(DWORD threadId = ::GetCurrentThreadId()) const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is
     // inside itself: waiting there for others could be waiting for itself. False when others are still inside.
@@ -74,7 +66,10 @@ private:
     bool HasCallOfOther(DWORD threadId) const noexcept;
 
     // To be called with the mutex locked, like those that follow. Leaves the call outside when its wait is ended.
-    void WaitForTurn(Call& call);
+    void WaitForTurn(Call& call, Patience patience);
+    // Whether the waiter was let in or turned away before its patience was over.
+    bool WaitPatiently(Waiter& waiter, Patience patience);
+    void Withdraw(Waiter& waiter) noexcept;
     void LetIn(Call& call) noexcept;
     // Lets in who waited longest of those that no other thread inside keeps waiting.
     void GiveTurn() noexcept;
@@ -85,6 +80,5 @@ private:
     Condition emptied;
     Call* calls = nullptr;
     Waiter* waiters = nullptr;  // in the order of arrival; while there are any, somebody is inside
-    unsigned turnedAway = 0;    // by so many threads
     bool isClosed = false;
 };

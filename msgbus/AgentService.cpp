@@ -38,6 +38,7 @@ void AgentService::UnregisterProduct(const std::string& productId) {
 
 int32_t AgentService::Register(const std::string& productId) {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] {
+        const LongAgentCall longCall;
         // Before: the agent may call from inside.
         AdmitAgentCalls(CallbackData(), {}, weak_from_this().lock(), client);
         AdmitAgentCalls(CallbackData(), productId, weak_from_this().lock(), client);
@@ -51,6 +52,7 @@ int32_t AgentService::Register(const std::string& productId) {
 
 int32_t AgentService::Unregister(const std::string& productId) {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] {
+        const LongAgentCall longCall;
         const int32_t result = UnregisterFromAgent(productId);
         if (result == NY_OK) {
             EndAgentCalls(CallbackData(), productId);

@@ -2,14 +2,12 @@
 
 #include <cstdint>
 #include <string>
-#include <utility>
 
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/AgentRegistrations.h"
 #include "msgbus/AgentUse.h"
 #include "msgbus/VsMsgbusIo.h"
-#include "values/CUniStream.h"
 
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
@@ -41,16 +39,6 @@ private:
     const std::shared_ptr<AgentSession> session;
     AgentRegistrations registrations{*this};
 };
-
-// What `unregister()` answers, which ends a product's registration with the agent. The agent waits there for the
-// product's callbacks on other threads: a module that leaves from inside its own callback must not have them wait for
-// that callback, so those that wait for their turn with the module's record in `table` are turned away meanwhile.
-template <class Table, class Unregister>
-int32_t UnregisterTurningAway(Table& table, const std::string& productId, Unregister&& unregister) {
-    VsKit::CUniStream wideId;
-    wideId << productId;
-    return table.TurningOthersAway(wideId.Text(), std::forward<Unregister>(unregister));
-}
 
 // The body of every plain function that the agent calls: `call(handler)` of the handler that was registered as
 // `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered

@@ -25,6 +25,11 @@ SessionPointer TakeSession(const ny_client_t* client) noexcept {
     return *current != nullptr && (*current)->Client() == client ? std::exchange(*current, nullptr) : nullptr;
 }
 
+CallGate& LongAgentCalls() noexcept {
+    static UntilUnloaded<CallGate> gate;
+    return gate.Get();
+}
+
 void DeleteSession(void* session) noexcept {
     delete static_cast<AgentSession*>(session);
 }
@@ -40,7 +45,10 @@ std::shared_ptr<AgentSession> AgentSession::Make() {
 
 AgentSession::~AgentSession() {
     if (release != nullptr) {
-        Guarded([this] { release(client); });
+        Guarded([this] {
+            const LongAgentCall longCall;
+            release(client);
+        });
     }
 }
 
@@ -68,6 +76,18 @@ void CloseAgent(const ny_client_t* client) noexcept {
 std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept {
     SessionPointer session = CurrentSession();
     return session != nullptr && session->Client() == client ? session : nullptr;
+}
+
+LongAgentCall::LongAgentCall() : call(LongAgentCalls()) {}
+
+std::chrono::milliseconds PatienceWith(DWORD threadInside) noexcept {
+    constexpr std::chrono::milliseconds moment = 2 * CallGate::patienceInterval;
+    if (LongAgentCalls().IsInside(threadInside)) {
+        return moment;
+    }
+    const std::lock_guard guard(currentLock);
+    const bool isUsingAgent = *current != nullptr && (*current)->Gate().IsInside(threadInside);
+    return isUsingAgent ? callWaitLimit : CallGate::withoutLimit;
 }
 
 AgentUse::AgentUse() noexcept : session(CurrentSession()) {

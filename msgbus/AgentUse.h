@@ -1,5 +1,6 @@
 #pragma once
 
+#include <chrono>
 #include <memory>
 #include <optional>
 
@@ -46,6 +47,21 @@ void CloseAgent(const ny_client_t* client) noexcept;
 
 // The session that is open, if it is this client's; else null.
 std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept;
+
+// A call of the agent's that may last until callbacks of the agent's on other threads are out: to register, to
+// unregister, and to start, stop or release a client. While it lives, the calling thread is inside such a call.
+class LongAgentCall {
+public:
+    LongAgentCall();
+
+private:
+    CallGate::Call call;
+};
+
+// How long a callback waits for its turn with a module's record while `threadInside` is inside that record. As long as
+// the module takes; but the agent may be waiting for that callback when the thread inside is inside the agent: a moment
+// in a long call, 15 seconds in a module's use of the agent.
+std::chrono::milliseconds PatienceWith(DWORD threadInside) noexcept;
 
 // A use of the agent by a module's thread: while it lives, the agent's client is not released, nor its libraries
 // unloaded, under it. What every export that calls the agent holds, for that call alone and never while a module is

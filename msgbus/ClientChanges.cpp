@@ -6,6 +6,7 @@
 #include "base/CallGate.h"
 #include "base/Mutex.h"
 #include "dispatcher/AgentCalls.h"
+#include "msgbus/AgentUse.h"
 #include "msgbus/NyClient.h"
 
 namespace {
@@ -57,6 +58,7 @@ NyClient* TakeNext(PendingChanges& taken) noexcept {
 }
 
 void Make(NyClient& client, const PendingChanges& changes) noexcept {
+    const LongAgentCall longCall;
     if (changes.mustStop) {
         NyClientMakeStop(client);
     }

@@ -11,6 +11,7 @@
 
 #include "base/CallGate.h"
 #include "base/OwnerLock.h"
+#include "msgbus/AgentUse.h"
 
 // What becomes of a record for an id that has one. Left alive means that it is never freed, which some services'
 // contract asks for.
@@ -58,31 +59,20 @@ public:
     }
 
     // Calls `use(record, wasRemoved)` for the id's record; `wasRemoved()` tells, within that call, whether the module
-    // has taken its registration back. False when the id has no record, or has none any more when its turn comes.
+    // has taken its registration back. False when the id has no record, has none any more when its turn comes, or when
+    // the thread that is inside the record keeps waiting in the agent.
     template <class Use>
     bool With(std::wstring_view productId, Use&& use) {
         const EntryPointer entry = Find(productId);
         if (entry == nullptr) {
             return false;
         }
-        const CallGate::Call call(entry->gate, admission);
+        const CallGate::Call call(entry->gate, admission, PatienceWith);
         if (!call) {
             return false;
         }
         use(entry->record, [&entry] { return entry->gate.IsClosed(); });
         return true;
-    }
-
-    // Runs `body`. When the calling thread is inside the id's record, calls that wait for it to come out are turned
-    // away for that time, because `body` may wait for them.
-    template <class Body>
-    auto TurningOthersAway(std::wstring_view productId, Body&& body) {
-        const EntryPointer entry = Find(productId);
-        if (entry == nullptr) {
-            return body();
-        }
-        const CallGate::TurnAwayOthers others(entry->gate);
-        return body();
     }
 
 private:

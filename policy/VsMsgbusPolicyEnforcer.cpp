@@ -50,9 +50,7 @@ int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) 
 }
 
 int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId) {
-    return UnregisterTurningAway(EnforcerTable(), productId, [&] {
-        return agent::ny_policy_unregister_notification_callback.In(Libraries())(Client(), productId.c_str());
-    });
+    return agent::ny_policy_unregister_notification_callback.In(Libraries())(Client(), productId.c_str());
 }
 
 int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const std::string& productId,

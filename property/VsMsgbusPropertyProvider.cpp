@@ -34,9 +34,7 @@ int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId
 }
 
 int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& productId) {
-    return UnregisterTurningAway(CollectorTable(), productId, [&] {
-        return agent::ny_property_unregister_provider_callback.In(Libraries())(Client(), productId.c_str());
-    });
+    return agent::ny_property_unregister_provider_callback.In(Libraries())(Client(), productId.c_str());
 }
 
 int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const std::string& productId,

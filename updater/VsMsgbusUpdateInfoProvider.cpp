@@ -100,9 +100,7 @@ int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& product
 }
 
 int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& productId) {
-    return UnregisterTurningAway(UpdateNotifyTable(), productId, [&] {
-        return agent::ny_updater_unregister_callbacks.In(Libraries())(Client(), productId.c_str());
-    });
+    return agent::ny_updater_unregister_callbacks.In(Libraries())(Client(), productId.c_str());
 }
 
 int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,

@@ -65,6 +65,15 @@ size_t ny_sim_remembered_count(ny_sim_callback callback, const char* productId) 
     return count;
 }
 
+size_t ny_sim_unregistered_count(ny_sim_callback callback, const char* productId) {
+    size_t count = 0;
+    Guarded("ny_sim_unregistered_count", [&] {
+        Require(productId != nullptr);
+        count = TheAgent().hostility.remembered.CountUnregistered(callback, productId);
+    });
+    return count;
+}
+
 int32_t ny_sim_call_late(ny_sim_callback callback, const char* productId, size_t index, ny_sim_late_call_t** out) {
     return Guarded("ny_sim_call_late", [&] {
         Require(productId != nullptr && out != nullptr);

@@ -122,6 +122,10 @@ std::string ProductOf(const AnyRegistration& registration) {
     return key.substr(0, key.find('\0'));
 }
 
+bool IsUnregistered(const AnyRegistration& registration) {
+    return std::visit([](const auto& pointer) { return pointer->isUnregistered->load(); }, registration);
+}
+
 AnyRegistration CopyOf(const AnyRegistration& registration) {
     return std::visit(
         [](const auto& pointer) -> AnyRegistration {
@@ -130,7 +134,9 @@ AnyRegistration CopyOf(const AnyRegistration& registration) {
                 callbacks.accessors = lastingAccessors;
             }
             using Copy = typename std::remove_cvref_t<decltype(pointer)>::element_type;
-            return std::make_shared<Copy>(pointer->productId, callbacks);
+            auto copy = std::make_shared<Copy>(pointer->productId, callbacks);
+            copy->isUnregistered = pointer->isUnregistered;
+            return copy;
         },
         registration);
 }

@@ -24,6 +24,9 @@ bool IsOf(ny_sim_callback callback, const AnyRegistration& registration);
 // The product that registered.
 std::string ProductOf(const AnyRegistration& registration);
 
+// Whether unregister has ended the registration, or the one that it is a copy of.
+bool IsUnregistered(const AnyRegistration& registration);
+
 // A registration with the same functions and data as the other, and a life of its own. What it needs of the agent's
 // libraries is replaced by what does not go with them.
 AnyRegistration CopyOf(const AnyRegistration& registration);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <algorithm>
+#include <atomic>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -22,6 +23,8 @@ struct Registration {
     const std::string productId;
     const Callbacks callbacks;
     CallbackGate gate;
+    // Once unregister has ended it; shared by its copies.
+    std::shared_ptr<std::atomic<bool>> isUnregistered = std::make_shared<std::atomic<bool>>(false);
 };
 
 template <class Callbacks>
@@ -55,6 +58,7 @@ public:
         }
         registration->gate.Close();
         registration->gate.WaitForOthers();
+        *registration->isUnregistered = true;
     }
 
     // Ends all of them as Remove does, and takes no more.

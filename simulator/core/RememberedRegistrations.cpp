@@ -29,6 +29,14 @@ size_t RememberedRegistrations::Count(ny_sim_callback callback, std::string_view
     return Find(callback, productId).size();
 }
 
+size_t RememberedRegistrations::CountUnregistered(ny_sim_callback callback, std::string_view productId) const {
+    const std::vector<Remembered> found = Find(callback, productId);
+    const auto count = std::count_if(found.begin(), found.end(), [](const Remembered& remembered) {
+        return IsUnregistered(remembered.registration);
+    });
+    return static_cast<size_t>(count);
+}
+
 std::function<int32_t()> RememberedRegistrations::MakeCall(ny_sim_callback callback, std::string_view productId,
                                                            size_t index) const {
     const std::vector<Remembered> found = Find(callback, productId);

@@ -19,9 +19,10 @@ public:
     // Notes the registration, if switched on.
     void Note(const Client& client, const AnyRegistration& registration);
 
-    // Both take the registrations of the product that have such a callback, the oldest first. Throw Failure for an
-    // unknown callback, Make also when there are not so many.
+    // These take the registrations of the product that have such a callback, the oldest first. Throw Failure for an
+    // unknown callback, MakeCall also when there are not so many.
     size_t Count(ny_sim_callback callback, std::string_view productId) const;
+    size_t CountUnregistered(ny_sim_callback callback, std::string_view productId) const;
     std::function<int32_t()> MakeCall(ny_sim_callback callback, std::string_view productId, size_t index) const;
 
 private:

@@ -55,6 +55,8 @@ void ny_sim_set_remember(int32_t on);
 // The remembered registrations of the product for the service of that callback, the oldest first. For the log the
 // product is the client's.
 size_t ny_sim_remembered_count(ny_sim_callback callback, const char* productId);
+// How many of them unregister has ended, rather than the end of the client, or nothing yet.
+size_t ny_sim_unregistered_count(ny_sim_callback callback, const char* productId);
 
 typedef struct ny_sim_late_call ny_sim_late_call_t;
 

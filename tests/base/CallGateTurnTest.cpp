@@ -20,9 +20,9 @@ constexpr std::chrono::milliseconds moment{30};
 // A call of a thread of its own that may have to wait for its turn.
 class WaitingCall {
 public:
-    explicit WaitingCall(CallGate& gate)
-        : thread([this, &gate] {
-              const CallGate::Call call(gate, CallGate::Admission::OneThreadAtATime);
+    explicit WaitingCall(CallGate& gate, CallGate::Patience patience = nullptr)
+        : thread([this, &gate, patience] {
+              const CallGate::Call call(gate, CallGate::Admission::OneThreadAtATime, patience);
               isInside = static_cast<bool>(call);
               answered.Set();
               leave.Wait();
@@ -79,37 +79,58 @@ TEST(GateTurn, DoesNotComeOnceTheGateIsClosed) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-TEST(GateTurn, DoesNotComeWhileTheThreadInsideTurnsOthersAway) {
-    CallGate gate;
-    std::optional<CallGate::Call> own(std::in_place, gate);
-    const WaitingCall early(gate);
-    EXPECT_FALSE(early.IsAnswered(moment));
-    {
-        const CallGate::TurnAwayOthers turnAway(gate);
-        EXPECT_TRUE(early.IsAnswered());
-        EXPECT_FALSE(early.IsInside());
-        const WaitingCall late(gate);
-        EXPECT_TRUE(late.IsAnswered());
-        EXPECT_FALSE(late.IsInside());
-    }
-    const WaitingCall afterwards(gate);
-    EXPECT_FALSE(afterwards.IsAnswered(moment));
-    own.reset();
-    EXPECT_TRUE(afterwards.IsAnswered());
-    EXPECT_TRUE(afterwards.IsInside());
+// What the gate's patience answers: the same for every thread inside.
+std::atomic<std::chrono::milliseconds> patience = CallGate::withoutLimit;
+std::atomic<DWORD> threadAskedFor = 0;
+
+std::chrono::milliseconds Patience(DWORD threadInside) noexcept {
+    threadAskedFor = threadInside;
+    return patience;
 }
 
-TEST(GateTurn, IsNotTurnedAwayByAThreadThatIsOutside) {
+TEST(GateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     CallGate gate;
-    const CallGate::TurnAwayOthers turnAway(gate);
-    std::optional<WaitingCall> first(std::in_place, gate);
-    ASSERT_TRUE(first->IsAnswered());
-    EXPECT_TRUE(first->IsInside());
-    const WaitingCall second(gate);
-    EXPECT_FALSE(second.IsAnswered(moment));
-    first.reset();
-    EXPECT_TRUE(second.IsAnswered());
-    EXPECT_TRUE(second.IsInside());
+    const CallGate::Call own(gate);
+    patience = CallGate::withoutLimit;
+    const WaitingCall waiting(gate, Patience);
+    EXPECT_FALSE(waiting.IsAnswered(4 * CallGate::patienceInterval));
+    EXPECT_EQ(threadAskedFor, ::GetCurrentThreadId());
+    patience = 2 * CallGate::patienceInterval;
+    EXPECT_TRUE(waiting.IsAnswered());
+    EXPECT_FALSE(waiting.IsInside());
+}
+
+TEST(GateTurn, ComesToWhoIsPatientAfterTheOthersHaveGoneAway) {
+    CallGate gate;
+    std::optional<CallGate::Call> own(std::in_place, gate);
+    CountedSleeps sleeps;
+    std::optional<WaitingCall> before(std::in_place, gate);
+    EXPECT_TRUE(sleeps.WaitFor(1));
+    patience = std::chrono::milliseconds(0);
+    {
+        const WaitingCall impatient(gate, Patience);
+        EXPECT_TRUE(impatient.IsAnswered());
+        EXPECT_FALSE(impatient.IsInside());
+    }
+    const WaitingCall after(gate);
+    EXPECT_FALSE(after.IsAnswered(moment));
+    own.reset();
+    EXPECT_TRUE(before->IsAnswered());
+    EXPECT_TRUE(before->IsInside());
+    before.reset();
+    EXPECT_TRUE(after.IsAnswered());
+    EXPECT_TRUE(after.IsInside());
+}
+
+TEST(GateTurn, ComesToWhoIsPatientEnough) {
+    CallGate gate;
+    std::optional<CallGate::Call> own(std::in_place, gate);
+    patience = callWaitLimit;
+    const WaitingCall waiting(gate, Patience);
+    EXPECT_FALSE(waiting.IsAnswered(4 * CallGate::patienceInterval));
+    own.reset();
+    EXPECT_TRUE(waiting.IsAnswered());
+    EXPECT_TRUE(waiting.IsInside());
 }
 
 // So many threads come to the gate one after the other while the test is inside.

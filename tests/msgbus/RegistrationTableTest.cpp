@@ -204,17 +204,13 @@ TEST_F(Table, RemovalKeepsOutACallThatWaitsForItsTurn) {
     EXPECT_THAT(log.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(Table, TurnsAwayWhoWaitsForAThreadThatAsksForIt) {
+TEST_F(Table, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
         StartWaiting();
-        EXPECT_EQ(table.TurningOthersAway(L"P",
-                                          [&] {
-                                              EXPECT_TRUE(isOut.Wait());
-                                              EXPECT_EQ(NameOf(L"P"), "first") << "the thread inside is welcome";
-                                              return 7;
-                                          }),
-                  7);
+        const LongAgentCall longCall;
+        EXPECT_TRUE(isOut.Wait());
+        EXPECT_EQ(NameOf(L"P"), "first") << "the thread inside is welcome";
     });
     waiting.join();
     EXPECT_FALSE(isCalled);
@@ -225,8 +221,10 @@ TEST_F(Table, TurnsNobodyAwayForAThreadOutside) {
     Set(L"P", "first");
     Enter();
     StartWaiting();
-    EXPECT_TRUE(table.TurningOthersAway(L"P", [&] { return !isOut.Wait(std::chrono::milliseconds(50)); }));
-    EXPECT_TRUE(table.TurningOthersAway(L"unknown", [] { return true; }));
+    {
+        const LongAgentCall longCall;
+        EXPECT_FALSE(isOut.Wait(6 * CallGate::patienceInterval));
+    }
     Leave();
     waiting.join();
     EXPECT_TRUE(isCalled);

@@ -269,6 +269,20 @@ TEST_F(HostileAgent, RemembersOnlyWhileItIsToldToAndForgetsAtReset) {
     EXPECT_EQ(CallLate(NY_SIM_CALL_PROPERTIES), NY_SIM_NOT_REGISTERED);
 }
 
+TEST_F(HostileAgent, TellsHowManyRememberedRegistrationsUnregisterHasEnded) {
+    ny_sim_set_remember(1);
+    ASSERT_EQ(RegisterProvider(), NY_OK);
+    EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_PROPERTIES, product), 0U);
+    ASSERT_EQ(UnregisterProvider(), NY_OK);
+    EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_PROPERTIES, product), 1U);
+    ASSERT_EQ(RegisterProvider(), NY_OK);
+    ReleaseClient();
+    EXPECT_EQ(ny_sim_remembered_count(NY_SIM_CALL_PROPERTIES, product), 2U);
+    EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_PROPERTIES, product), 1U);
+    EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_PROPERTIES, nullptr), 0U);
+    EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_POLICY, product), 0U);
+}
+
 TEST_F(HostileAgent, IsNotWaitedForInALateCall) {
     ny_sim_set_remember(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);

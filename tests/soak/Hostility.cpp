@@ -127,8 +127,8 @@ void Hostility::AnswerErrors() {
     }
 }
 
-// Several at once. A product that is out has nothing that could be called, unless the agent refused to let go of it, or
-// was not asked to because it changed: the registration then ends with the agent's client.
+// Several at once. A product that is out has nothing that could be called once the agent has unregistered it. An agent
+// that refused to, or that could not be asked because it had changed, may call until its client is let go of.
 void Hostility::CallLate() {
     const std::vector<std::string> ids = AllProductIds();
     std::list<std::pair<LateCall, bool>> calls;
@@ -139,14 +139,15 @@ void Hostility::CallLate() {
         const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
         if (remembered != 0) {
             ++lateCalls;
-            const bool isOut =
-                conductor.IsOut(id) && conductor.IsSettled() && !current.errors && callback != NY_SIM_CALL_LOG;
+            const bool isUnregistered =
+                conductor.IsOut(id) && ny_sim_unregistered_count(callback, id.c_str()) == remembered;
+            refusals += isUnregistered ? 1 : 0;
             calls.emplace_back(std::piecewise_construct, std::forward_as_tuple(callback, id, choice % remembered),
-                               std::forward_as_tuple(isOut));
+                               std::forward_as_tuple(isUnregistered));
         }
     }
-    for (const auto& [call, isOut] : calls) {
-        call.ExpectAnswer(isOut);
+    for (const auto& [call, isUnregistered] : calls) {
+        call.ExpectAnswer(isUnregistered);
     }
 }
 
@@ -157,7 +158,7 @@ void Hostility::CallInsideRegister() {
 
 std::string Hostility::Summary() const {
     return std::to_string(troubles) + " times of trouble: " + std::to_string(faults) + " faults, " +
-           std::to_string(lateCalls) + " late calls, " + std::to_string(ny_sim_register_call_count()) +
+           std::to_string(lateCalls) + " late calls (" + std::to_string(refusals) + " to be refused), " + std::to_string(ny_sim_register_call_count()) +
            " calls inside register, " + std::to_string(losses) + " losses of all files, " +
            std::to_string(conductor.Left().Of(NY_SIM_ANY)) + " handles not taken back";
 }

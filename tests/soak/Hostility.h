@@ -45,5 +45,6 @@ private:
     size_t troubles = 0;
     size_t faults = 0;
     size_t lateCalls = 0;
+    size_t refusals = 0;  // of those, that had to come
     size_t losses = 0;
 };
