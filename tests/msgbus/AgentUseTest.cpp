@@ -63,6 +63,23 @@ TEST_F(AgentUses, NeedAStartedClient) {
     EXPECT_EQ(use.Client(), client->clientHandler.load());
 }
 
+// That thread may be what the agent waits for.
+TEST_F(AgentUses, LimitThePatienceWithAThreadThatIsInsideAModule) {
+    const DWORD self = ::GetCurrentThreadId();
+    EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);
+    Start();
+    EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);
+    {
+        const AgentUse use;
+        EXPECT_EQ(PatienceWith(self), callWaitLimit);
+        EXPECT_EQ(PatienceWith(self + 1), CallGate::withoutLimit);
+        const LongAgentCall longCall;
+        EXPECT_EQ(PatienceWith(self), 2 * CallGate::patienceInterval);
+        EXPECT_EQ(PatienceWith(self + 1), CallGate::withoutLimit);
+    }
+    EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);
+}
+
 TEST_F(AgentUses, AreOverWithTheClient) {
     Start();
     LoseAgent();
