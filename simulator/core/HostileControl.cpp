@@ -23,6 +23,21 @@ struct LateCall {
 
 using namespace simulator;
 
+namespace {
+
+// 0 for what is not a product or a callback.
+size_t Count(const char* function, size_t (RememberedRegistrations::*count)(ny_sim_callback, std::string_view) const,
+             ny_sim_callback callback, const char* productId) {
+    size_t counted = 0;
+    Guarded(function, [&] {
+        Require(productId != nullptr);
+        counted = (TheAgent().hostility.remembered.*count)(callback, productId);
+    });
+    return counted;
+}
+
+}  // namespace
+
 struct ny_sim_late_call {
     std::shared_ptr<LateCall> call;
     uint32_t threadId = 0;
@@ -57,21 +72,11 @@ void ny_sim_set_remember(int32_t on) {
 }
 
 size_t ny_sim_remembered_count(ny_sim_callback callback, const char* productId) {
-    size_t count = 0;
-    Guarded("ny_sim_remembered_count", [&] {
-        Require(productId != nullptr);
-        count = TheAgent().hostility.remembered.Count(callback, productId);
-    });
-    return count;
+    return Count("ny_sim_remembered_count", &RememberedRegistrations::Count, callback, productId);
 }
 
 size_t ny_sim_unregistered_count(ny_sim_callback callback, const char* productId) {
-    size_t count = 0;
-    Guarded("ny_sim_unregistered_count", [&] {
-        Require(productId != nullptr);
-        count = TheAgent().hostility.remembered.CountUnregistered(callback, productId);
-    });
-    return count;
+    return Count("ny_sim_unregistered_count", &RememberedRegistrations::CountUnregistered, callback, productId);
 }
 
 int32_t ny_sim_call_late(ny_sim_callback callback, const char* productId, size_t index, ny_sim_late_call_t** out) {
