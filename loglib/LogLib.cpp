@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/Boundary.h"
+#include "base/ModuleCall.h"
 #include "loglib/DefaultLogManager.h"
 #include "loglib/Utf8.h"
 
@@ -38,13 +39,11 @@ void LogEvent::operator()(const wchar_t* component, const wchar_t* text) const {
     }
     Guarded([&] {
         const std::wstring own = component == nullptr ? WideOrNull(ownComponent) : std::wstring();
-        target->Write({
-            file != nullptr ? file : "<null>",
-            line,
-            level,
-            component != nullptr ? component : own.c_str(),
+        const LogRecord record{
+            file != nullptr ? file : "<null>",  line, level, component != nullptr ? component : own.c_str(),
             text != nullptr ? text : L"<null>",
-        });
+        };
+        ModulePointer(target).Call(&LogManager::Write, record);
     });
 }
 

@@ -7,6 +7,7 @@
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
+#include "values/ModuleInterface.h"
 
 class AgentSession;
 
@@ -15,7 +16,7 @@ class CPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag {
 public:
     // Borrows all it is given. A bag without a client, or with one that is no longer the bridge's, gives nothing and
     // asks the agent nothing.
-    CPolicyBag(ny_client_t* agentClient, int32_t modulesLogLevel, VsKitMsgbus::ILogSink* moduleSink,
+    CPolicyBag(ny_client_t* agentClient, int32_t modulesLogLevel, ModuleInterface<VsKitMsgbus::ILogSink> moduleSink,
                const wchar_t* product) noexcept
         : client(agentClient), logLevel(modulesLogLevel), sink(moduleSink), productId(product) {}
 
@@ -47,6 +48,6 @@ private:
     uintptr_t closed = 0;
     ny_client_t* const client;
     const int32_t logLevel;
-    VsKitMsgbus::ILogSink* const sink;
+    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
     const wchar_t* const productId;
 };

@@ -76,18 +76,18 @@ void CTheCollectProperties::LookUpFunctions(const LibrariesInUse* inUse) noexcep
 }
 
 bool CTheCollectProperties::IsTracing() const noexcept {
-    return sink != nullptr && logLevel.load(std::memory_order_relaxed) >= verboseLevel;
+    return sink && logLevel.load(std::memory_order_relaxed) >= verboseLevel;
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {
-    if (sink == nullptr) {
+    if (!sink) {
         return;
     }
     Guarded([&] {
         CUniStream text;
         text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
         if (!text.Text().empty()) {
-            sink->Write(failureLevel, text.Text().c_str());
+            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
         }
     });
 }
