@@ -81,21 +81,36 @@ void CPolicyBag::Dump(VsKitMsgbus::lpc_buffer* result) noexcept {
 
 std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
     std::string digests;
-    const std::shared_ptr<AgentSession> session = OpenSession();
-    if (session != nullptr && wantedId != nullptr) {
-        GuardedBy<exception>(
-            false,
-            [&] {
-                WithMemory([&] { AppendDigests(*session, wantedId, digests); });
-                return true;
-            },
-            [](const exception& failure) {
-                LogDigestFailure(failure.Code());
-                return false;
-            },
-            [] { return false; });
-    }
+    ReadDigests(wantedId, digests);
     return digests;
+}
+
+bool CPolicyBag::GetDigestText(const char* wantedId, VsKitMsgbus::lpc_buffer* digests) noexcept {
+    if (digests == nullptr) {
+        return false;
+    }
+    digests->Release();
+    std::string text;
+    const bool isWhole = ReadDigests(wantedId, text);
+    return StoreText(*digests, std::string_view(text)) && isWhole;
+}
+
+bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const noexcept {
+    const std::shared_ptr<AgentSession> session = OpenSession();
+    if (session == nullptr || wantedId == nullptr) {
+        return false;
+    }
+    return GuardedBy<exception>(
+        false,
+        [&] {
+            WithMemory([&] { AppendDigests(*session, wantedId, digests); });
+            return true;
+        },
+        [](const exception& failure) {
+            LogDigestFailure(failure.Code());
+            return false;
+        },
+        [] { return false; });
 }
 
 std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {

@@ -26,6 +26,7 @@ public:
     bool EnumeratePolicies(const wchar_t* wantedId, ICallbacks* callbacks) override;
     void Dump(VsKitMsgbus::lpc_buffer* result) noexcept override;
     std::string GetDigest(const char* wantedId) noexcept override;
+    bool GetDigestText(const char* wantedId, VsKitMsgbus::lpc_buffer* digests) noexcept override;
 
     // From now on the bag gives nothing.
     void Close() noexcept { closed = 1; }
@@ -43,6 +44,8 @@ private:
     // A null account stands for the machine.
     bool Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const;
     void LogFailure(const wchar_t* wantedId, int32_t code) const noexcept;
+    // Whether they are all there. A failure is logged.
+    bool ReadDigests(const char* wantedId, std::string& digests) const noexcept;
     void AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const;
 
     uintptr_t closed = 0;

@@ -127,6 +127,6 @@ bool CTaskBag::GetTaskName(lpc_buffer* name) noexcept {
     }
     name->Release();
     return RunOrDropCode(
-        false, [&] { return StoreText(*name, WideFromNarrow(TaskName(task), libraries)); },
+        false, [&] { return StoreText(*name, WideFromNarrow(::TaskName(task), libraries)); },
         [](CUniStream& text) { text << L"Failed to get the task name "; });
 }
