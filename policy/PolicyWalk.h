@@ -53,7 +53,7 @@ private:
     // True when the module wants more of this section.
     bool TellSetting(const char* name, ny_variant_t* variant);
 
-    [[no_unique_address]] const InsidePassage inside;
+    const InsidePassage inside;
     const PolicyFunctions& policies;
     const TextFunctions& functions;
     const ModuleInterface<ICallbacks> callbacks;
