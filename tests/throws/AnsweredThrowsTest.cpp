@@ -93,12 +93,12 @@ const Seen allSeen[] = {
           {"logged a text", "walked", "logged a format", "", "answer 0"}, {"logged a text", "walked", "", "answer 0"}),
 };
 
-struct Case {
+struct AnsweredCase {
     std::string file;
     const Seen* seen;
 };
 
-class AnsweredThrows : public ThrowsTest, public testing::WithParamInterface<Case> {
+class AnsweredThrows : public ThrowsTest, public testing::WithParamInterface<AnsweredCase> {
 protected:
     AnsweredThrows() : ThrowsTest(GetParam().file) {}
 
@@ -152,8 +152,8 @@ TEST_P(AnsweredThrows, AgentException) {
     Expect(Thrown::AgentException, GetParam().seen->withCode);
 }
 
-std::vector<Case> AllCases() {
-    std::vector<Case> cases;
+std::vector<AnsweredCase> AllAnsweredCases() {
+    std::vector<AnsweredCase> cases;
     for (const std::string& file : throwingModules) {
         for (const Seen& seen : allSeen) {
             cases.push_back({file, &seen});
@@ -162,7 +162,7 @@ std::vector<Case> AllCases() {
     return cases;
 }
 
-INSTANTIATE_TEST_SUITE_P(Module, AnsweredThrows, testing::ValuesIn(AllCases()),
+INSTANTIATE_TEST_SUITE_P(Module, AnsweredThrows, testing::ValuesIn(AllAnsweredCases()),
                          [](const auto& tested) { return AbiOf(tested.param.file) + "_" + tested.param.seen->name; });
 
 }  // namespace

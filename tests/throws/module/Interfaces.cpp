@@ -89,7 +89,7 @@ public:
             return;
         }
         Tell("walks");
-        CatchIf(true, run, &walk);
+        Catch(run, &walk);
         ThrowAt(Place::Nowhere, Thrown::Number, CurrentCatcher());
         run(&walk);
     }

@@ -1,6 +1,7 @@
 #include "Throwing.h"
 
 #include <atomic>
+#include <cstdlib>
 #include <stdexcept>
 #include <string>
 
@@ -83,6 +84,21 @@ public:
     ~OnTheWay() { Tell("passed the module's own function"); }
 };
 
+#if defined(_MSC_VER)
+// With the system's own handler, which only Microsoft's compiler has a word for.
+#pragma clang diagnostic push
+#pragma clang diagnostic ignored "-Wlanguage-extension-token"
+void CatchAccessViolation(void (*body)(void* argument), void* argument) {
+    constexpr unsigned long accessViolation = 0xC0000005;
+    __try {
+        body(argument);
+    } __except (_exception_code() == accessViolation ? 1 : 0) {
+        Tell("caught the access violation");
+    }
+}
+#pragma clang diagnostic pop
+#endif
+
 }  // namespace
 
 void ThrowIfAt(Place place) {
@@ -92,11 +108,13 @@ void ThrowIfAt(Place place) {
     }
 }
 
-void CatchIf(bool isCatcher, void (*body)(void* argument), void* argument) {
-    if (!isCatcher) {
-        body(argument);
+void Catch(void (*body)(void* argument), void* argument) {
+#if defined(_MSC_VER)
+    if (order.thrown == Thrown::AccessViolation) {
+        CatchAccessViolation(body, argument);
         return;
     }
+#endif
     try {
         body(argument);
     } catch (int caught) {

@@ -5,8 +5,8 @@
 // Throws when it was told to throw there.
 void ThrowIfAt(Place place);
 
-// Runs `body()` and tells what it throws, as "caught <what>", when the module is to catch it.
-void CatchIf(bool isCatcher, void (*body)(void* argument), void* argument);
+// Runs `body(argument)` and tells what it throws, as "caught <what>".
+void Catch(void (*body)(void* argument), void* argument);
 
 Catcher CurrentCatcher();
 bool IsAt(Place place);
