@@ -1,7 +1,7 @@
 #include "policy/PolicyWalk.h"
 
+#include <memory>
 #include <string_view>
-#include <type_traits>
 
 #include "base/IntoCaller.h"
 #include "dispatcher/groups/PolicyGroup.h"
@@ -21,19 +21,29 @@ INTO_CALLER inline const wchar_t* Shown(BorrowedWide& text) {
     return WithMemory([&] { return text.Get(); });
 }
 
-// What the agent lacks is no text.
-template <class Source>
-INTO_CALLER inline void Borrow(const TextFunctions& functions, Source* source, std::optional<BorrowedWide>& into) {
-    if (source == nullptr) {
-        into.emplace(functions);
-    } else if constexpr (std::is_same_v<Source, const char>) {
-        into.emplace(functions, std::string_view(source));
-    } else {
-        into.emplace(functions, source);
-    }
-}
+// Has `place` lead to an object on the stack while both live.
+template <class Object>
+class OnStack {
+public:
+    OnStack(Object*& placeOfObject, Object& object) noexcept : place(placeOfObject) { place = &object; }
+    ~OnStack() { place = nullptr; }
+    OnStack(const OnStack&) = delete;
+    OnStack& operator=(const OnStack&) = delete;
+
+private:
+    Object*& place;
+};
 
 }  // namespace
+
+// Whoever has passed the walk left what was on the stack.
+PolicyWalk::~PolicyWalk() {
+    for (BorrowedWide* const left : {settingValue, settingName}) {
+        if (left != nullptr) {
+            std::destroy_at(left);
+        }
+    }
+}
 
 void PolicyWalk::Widen(const char* text, WideText& into) {
     if (text == nullptr) {
@@ -53,7 +63,7 @@ void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
 // A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
 // gone.
 template <class Operation, class... Texts>
-bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
+INTO_CALLER inline bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
     const bool wantsMore = callbacks.Call(inside, operation, texts...);
     functions.RequireCurrent();
     return wantsMore;
@@ -110,21 +120,19 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     settings.emplace(policies, bag, uri, sectionName);
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
-    while (settings->Next(name, variant) && TellSetting(name, variant)) {
+    bool wantsMore = true;
+    while (wantsMore && settings->Next(name, variant)) {
+        // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
+        BorrowedWide nameText =
+            name != nullptr ? BorrowedWide(functions, std::string_view(name)) : BorrowedWide(functions);
+        const OnStack nameOnStack(settingName, nameText);
+        const wchar_t* const shownName = Shown(nameText);
+        if (withholdsSetting && nameText.View() == withheldSetting) {
+            continue;
+        }
+        BorrowedWide valueText = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
+        const OnStack valueOnStack(settingValue, valueText);
+        wantsMore = Tell(&ICallbacks::OnSetting, section.Get(), shownName, Shown(valueText));
     }
     settings.reset();
-}
-
-// Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
-bool PolicyWalk::TellSetting(const char* name, ny_variant_t* variant) {
-    Borrow(functions, name, settingName);
-    const wchar_t* const shownName = Shown(*settingName);
-    bool wantsMore = true;
-    if (!withholdsSetting || settingName->View() != withheldSetting) {
-        Borrow(functions, variant, settingValue);
-        wantsMore = Tell(&ICallbacks::OnSetting, section.Get(), shownName, Shown(*settingValue));
-        settingValue.reset();
-    }
-    settingName.reset();
-    return wantsMore;
 }

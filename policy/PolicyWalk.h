@@ -30,6 +30,9 @@ public:
           functions(textFunctions),
           callbacks(&moduleCallbacks),
           scope(walkedScope) {}
+    ~PolicyWalk();
+    PolicyWalk(const PolicyWalk&) = delete;
+    PolicyWalk& operator=(const PolicyWalk&) = delete;
 
     // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
     // Until it has returned the object holds handles of the agent's, then none.
@@ -50,8 +53,6 @@ private:
     void Read(const Getter& get, ny_policy_uri_t* uri, WideText& into);
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
-    // True when the module wants more of this section.
-    bool TellSetting(const char* name, ny_variant_t* variant);
 
     const InsidePassage inside;
     const PolicyFunctions& policies;
@@ -71,6 +72,7 @@ private:
     std::optional<PolicyUris> uris;
     std::optional<PolicySections> sections;
     std::optional<PolicySettings> settings;
-    std::optional<BorrowedWide> settingName;
-    std::optional<BorrowedWide> settingValue;
+    // Of one setting of a million these stand on the stack; null when there is none.
+    BorrowedWide* settingName = nullptr;
+    BorrowedWide* settingValue = nullptr;
 };
