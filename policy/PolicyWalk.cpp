@@ -2,7 +2,7 @@
 
 #include <string_view>
 
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
