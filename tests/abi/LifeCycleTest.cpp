@@ -76,7 +76,7 @@ TEST_F(AbiLifeCycle, LosesNothingWhenTheModuleIsLoadedAgainAndAgain) {
         EXPECT_TRUE(another.Withdraw("Properties", "ABI2000"));
         EXPECT_TRUE(AgentIsLetGo());
     };
-    constexpr uint64_t rounds = 50;
+    constexpr uint64_t rounds = 30;
     for (uint64_t round = 0; round < rounds; ++round) {
         live();
     }
