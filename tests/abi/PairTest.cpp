@@ -3,6 +3,8 @@
 #include <filesystem>
 
 #include "abi/AbiModuleTest.h"
+#include "library/ExpectedExports.h"
+#include "library/PeImage.h"
 #include "support/ModuleImports.h"
 
 namespace {
@@ -29,6 +31,15 @@ TEST(Pair, StandsTogether) {
     for (const char* library : {"abi_module.dll", "VsMsgbus.dll", "LogLib.dll"}) {
         EXPECT_TRUE(std::filesystem::equivalent(FolderOf(library), folder)) << library << ": " << FolderOf(library);
     }
+}
+
+// The members that are exported have a name of each compiler, and whatever it is that was compiled has both.
+TEST(Pair, HasABridgeAndALogWithTheContractsExportsAndNoOthers) {
+    const AbiModule module;
+    const PeImage bridge(::GetModuleHandleA("VsMsgbus.dll"));
+    EXPECT_THAT(bridge.ExportedNames(), testing::UnorderedElementsAreArray(expectedExports));
+    const PeImage log(::GetModuleHandleA("LogLib.dll"));
+    EXPECT_THAT(log.ExportedNames(), testing::UnorderedElementsAreArray(expectedLogExports));
 }
 
 }  // namespace
