@@ -11,7 +11,7 @@ if(NOT MSVC)
 elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
     target_compile_options(project_options INTERFACE /W4 /WX -Wpedantic ${warnings})
 else()
-    target_compile_options(project_options INTERFACE /W4 /permissive- /utf-8 /Zc:__cplusplus)
+    target_compile_options(project_options INTERFACE /W4 /permissive- /utf-8 /bigobj /Zc:__cplusplus)
 endif()
 target_compile_definitions(project_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
 if(MINGW)
@@ -23,11 +23,11 @@ elseif(NOT WIN32)
     include(cmake/Native.cmake)
 endif()
 
-# Optimises the target for building quickly rather than for running.
-function(build_quickly target)
-    if(NOT MSVC)
-        target_compile_options(${target} PRIVATE -O0)
-    endif()
+# Has the targets built quickly rather than run fast.
+function(build_quickly)
+    foreach(target IN LISTS ARGN)
+        target_compile_options(${target} PRIVATE $<IF:$<BOOL:${MSVC}>,/Od,-O0>)
+    endforeach()
 endfunction()
 
 # A library's file is named as on Windows: no "lib" before the name. Import libraries are named as their linker looks for

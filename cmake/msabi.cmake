@@ -1,6 +1,13 @@
-# Cross toolchain: 64-bit Windows, Microsoft's C++ ABI, compiled by clang with the command line of Microsoft's compiler.
-# The headers are libc++'s above mingw-w64's; what a program needs besides them stands in tests/microsoft_runtime. For
-# tests alone: this standard library is not Microsoft's.
+# 64-bit Windows, Microsoft's C++ ABI. On Windows Microsoft's own compiler, which could not be tried yet. Elsewhere a cross
+# toolchain, for tests alone: clang with the command line of Microsoft's compiler, libc++'s headers above mingw-w64's, and
+# for what a DLL needs besides them tests/microsoft_runtime.
+if(CMAKE_HOST_WIN32)
+    set(CMAKE_C_COMPILER cl)
+    set(CMAKE_CXX_COMPILER cl)
+    # Nothing but the system's own libraries is needed, as with mingw-w64.
+    set(CMAKE_MSVC_RUNTIME_LIBRARY "MultiThreaded$<$<CONFIG:Debug>:Debug>")
+    return()
+endif()
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR AMD64)
 

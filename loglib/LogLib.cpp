@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <string>
 
+#include "base/Attributes.h"
 #include "base/Boundary.h"
 #include "base/ModuleCall.h"
 #include "loglib/DefaultLogManager.h"
@@ -16,7 +17,7 @@ std::wstring WideOrNull(const char* text) {
 }
 
 // What cannot be formatted is given as it stands.
-[[gnu::format(printf, 1, 0)]] std::string Formatted(const char* format, va_list arguments) {
+LIKE_PRINTF(1, 0) std::string Formatted(const char* format, va_list arguments) {
     va_list again{};
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, again);

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string_view>
 
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
 #include "policy/WithMemory.h"

@@ -1,5 +1,6 @@
 #include "property/CTheCollectProperties.h"
 
+#include "base/Attributes.h"
 #include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
 #include "values/AgentException.h"
@@ -30,11 +31,11 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
 }
 
 // Apart from what is done for every property, whether it is traced or not.
-[[gnu::cold]] void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
+RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
     DropText([&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
 }
 
-[[gnu::cold]] void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
+RARELY_CALLED void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
     DropText([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
 }
 

@@ -7,6 +7,7 @@
 #include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
+#include "base/Attributes.h"
 #include "values/CUniStream.h"
 #include "values/ModuleInterface.h"
 #include "values/TextFunctions.h"
@@ -53,7 +54,7 @@ private:
     // Those of the last collection may still do.
     void LookUpFunctions(const LibrariesInUse* inUse) noexcept;
     bool IsTracing() const noexcept;
-    [[gnu::cold]] void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
+    RARELY_CALLED void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
 
     // Both are set before the bag is.
     std::optional<TextFunctions> functions;

@@ -1,4 +1,5 @@
 // operator new and delete.
+#include <malloc.h>
 #include <stdlib.h>
 
 #include <new>
@@ -41,4 +42,20 @@ void operator delete[](void* memory) noexcept {
 
 void operator delete[](void* memory, size_t /*size*/) noexcept {
     free(memory);
+}
+
+void* operator new(size_t size, std::align_val_t alignment) {
+    void* const memory = _aligned_malloc(size != 0 ? size : 1, static_cast<size_t>(alignment));
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void operator delete(void* memory, std::align_val_t /*alignment*/) noexcept {
+    _aligned_free(memory);
+}
+
+void operator delete(void* memory, size_t /*size*/, std::align_val_t /*alignment*/) noexcept {
+    _aligned_free(memory);
 }

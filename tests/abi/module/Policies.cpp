@@ -1,6 +1,6 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ public:
         return 0;
     }
     void Reserved() override { Told() << L"Reserved"; }
-    // All but GetDigest, whose std::string does not cross.
+    // All but GetDigest, which has a file of its own.
     void EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) override {
         Told() << L"EnforcePolicy " << productId;
         Callbacks callbacks;
@@ -53,10 +53,14 @@ constinit Enforcer enforcer;
 
 }  // namespace
 
-bool MicrosoftModuleOfferPolicies(const wchar_t* productId) {
+bool ModuleOfferPolicies(const wchar_t* productId) {
     return VsKitMsgbusSetEnforcePolicy(productId, &enforcer, nullptr);
 }
 
-bool MicrosoftModuleWithdrawPolicies(const wchar_t* productId) {
+bool ModuleWithdrawPolicies(const wchar_t* productId) {
     return VsKitMsgbusRemoveEnforcerPolicy(productId);
+}
+
+void ModuleEnforceLocally(const wchar_t* productId) {
+    Told() << L"VsKitEnforceLocalPolicy answers " << VsKitEnforceLocalPolicy(productId);
 }

@@ -1,19 +1,18 @@
-// Every slot of the task enforcer, its bag and its visitor, called across the two C++ ABIs.
-#include "VsMsgbus/TaskEnforcer.h"
-#include "package/msvc/MicrosoftModuleTest.h"
+// Every slot of the task enforcer, its bag and its visitor, called across the border.
+#include "abi/AbiModuleTest.h"
 #include "support/AgentTasks.h"
 
 namespace {
 
-class MicrosoftTasksTest : public MicrosoftModuleTest {
+class AbiTasks : public AbiModuleTest {
 protected:
-    MicrosoftTasksTest() : MicrosoftModuleTest("Tasks", VsMsgbusServiceTask) {
-        SetTasks(R"([{"id": "task", "product": "MICROSOFT1000", "name": "The task", "settings": {
+    AbiTasks() : AbiModuleTest("Tasks", VsMsgbusServiceTask) {
+        SetTasks(R"([{"id": "task", "product": "ABI1000", "name": "The task", "settings": {
             "Scan": {"Folder": "C:\\", "Depth": "12", "Deep": "FALSE"}, "Report": {}}}])");
     }
 };
 
-TEST_F(MicrosoftTasksTest, ReadsItsTaskWhenItExecutesIt) {
+TEST_F(AbiTasks, ReadsItsTaskWhenItExecutesIt) {
     EXPECT_EQ(AnswerOf("task"), NY_OK);
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{
                                      "ExecuteTask task", "CountEntries answers 2", "VisitSetting Scan Folder C:\\",
@@ -23,12 +22,12 @@ TEST_F(MicrosoftTasksTest, ReadsItsTaskWhenItExecutesIt) {
     EXPECT_EQ(TakeReports(), (std::vector<std::string>{"task 6", "task 4"}));
 }
 
-TEST_F(MicrosoftTasksTest, IsCalledForEveryOtherOperation) {
+TEST_F(AbiTasks, IsCalledForEveryOtherOperation) {
     for (const auto operation : {NY_SIM_TASK_STOP, NY_SIM_TASK_REMOVE, NY_SIM_TASK_UPDATE_STATUS}) {
         EXPECT_EQ(AnswerOf("task", operation), NY_OK);
     }
     wchar_t cookie[] = L"cookie";
-    VsKitMsgbusFreeTaskCookie(Wide(id).c_str(), cookie);
+    module.Call<decltype(ModuleFreeTaskCookie)>("ModuleFreeTaskCookie", Wide(id).c_str(), cookie);
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{"StopTask task", "RemoveTask task", "UpdateTaskStatus task",
                                                            "FreeCookie cookie"}));
     EXPECT_EQ(TakeReports(), std::vector<std::string>{"task 2"});

@@ -1,6 +1,6 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
 namespace {
 
@@ -56,14 +56,18 @@ public:
     void FreeCookie(void* cookie) override { Told() << L"FreeCookie " << static_cast<const wchar_t*>(cookie); }
 };
 
-constinit TaskEnforcer enforcer;
+constinit TaskEnforcer taskEnforcer;
 
 }  // namespace
 
-bool MicrosoftModuleOfferTasks(const wchar_t* productId) {
-    return VsKitMsgbusSetTaskEnforcer(productId, &enforcer, nullptr);
+bool ModuleOfferTasks(const wchar_t* productId) {
+    return VsKitMsgbusSetTaskEnforcer(productId, &taskEnforcer, nullptr);
 }
 
-bool MicrosoftModuleWithdrawTasks(const wchar_t* productId) {
+bool ModuleWithdrawTasks(const wchar_t* productId) {
     return VsKitMsgbusRemoveTaskEnforcer(productId);
+}
+
+void ModuleFreeTaskCookie(const wchar_t* productId, wchar_t* cookie) {
+    VsKitMsgbusFreeTaskCookie(productId, cookie);
 }

@@ -1,6 +1,6 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
 namespace {
 
@@ -14,14 +14,22 @@ VsMsgbus* bridge = nullptr;
 
 }  // namespace
 
-bool MicrosoftModuleEnter(const char* productId, uint32_t serviceMask) {
+const char* ModuleAbi() {
+#if defined(_MSC_VER)
+    return "microsoft";
+#else
+    return "gnu";
+#endif
+}
+
+bool ModuleEnter(const char* productId, uint32_t serviceMask) {
     return VsMsgbusEntry(productId, serviceMask, &sink, &bridge);
 }
 
-bool MicrosoftModuleExit(const char* productId) {
+bool ModuleExit(const char* productId) {
     return VsMsgbusExit(productId, bridge);
 }
 
-void MicrosoftModuleReleaseBuffer(VsKitMsgbus::lpc_buffer* buffer) {
+void ModuleReleaseBuffer(VsKitMsgbus::lpc_buffer* buffer) {
     buffer->Release();
 }

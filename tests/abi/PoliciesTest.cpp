@@ -1,20 +1,20 @@
-// Every slot of policy enforcement, called across the two C++ ABIs.
-#include "package/msvc/MicrosoftModuleTest.h"
+// Every slot of policy enforcement, called across the border.
+#include "abi/AbiModuleTest.h"
 #include "support/PolicyNotice.h"
 
 namespace {
 
-class MicrosoftPoliciesTest : public MicrosoftModuleTest {
+class AbiPolicies : public AbiModuleTest {
 protected:
-    MicrosoftPoliciesTest() : MicrosoftModuleTest("Policies", VsMsgbusServicePolicy) {}
+    AbiPolicies() : AbiModuleTest("Policies", VsMsgbusServicePolicy) {}
 };
 
-TEST_F(MicrosoftPoliciesTest, ReadsItsPolicies) {
+TEST_F(AbiPolicies, ReadsItsPolicies) {
     ASSERT_EQ(ny_sim_policies_from_json(R"([
-        {"softwareId": "MICROSOFT1000", "feature": "F", "category": "C", "type": "T", "name": "N",
+        {"softwareId": "ABI1000", "feature": "F", "category": "C", "type": "T", "name": "N",
          "settingsObject": {"name": "P", "intParameter": "1", "stringParameter": "a"},
          "sections": [{"name": "S", "settings": {"X": "1"}}]},
-        {"softwareId": "MICROSOFT1000", "user": "DOMAIN\\user", "feature": "OfUser"}])"),
+        {"softwareId": "ABI1000", "user": "DOMAIN\\user", "feature": "OfUser"}])"),
               NY_OK);
     EXPECT_EQ(PolicyNotice(id).Answer(), NY_OK);
     const std::string dump =
@@ -24,7 +24,7 @@ TEST_F(MicrosoftPoliciesTest, ReadsItsPolicies) {
         "             X=[1]\n";
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{
                                      "GetLogLevel",
-                                     "EnforcePolicy MICROSOFT1000",
+                                     "EnforcePolicy ABI1000",
                                      "OnContainer F C T N",
                                      "OnSettings P 1 a",
                                      "OnSection S <null>",
@@ -34,6 +34,13 @@ TEST_F(MicrosoftPoliciesTest, ReadsItsPolicies) {
                                      "EnumerateUserPolicies answers 1",
                                      "Dump gives " + std::to_string(dump.size()) + ": " + dump,
                                  }));
+}
+
+TEST_F(AbiPolicies, AreToldAgainWhenTheModuleAsks) {
+    module.Call<decltype(ModuleEnforceLocally)>("ModuleEnforceLocally", Wide(id).c_str());
+    EXPECT_TRUE(module.log.WaitFor("VsKitEnforceLocalPolicy answers 1"));
+    EXPECT_TRUE(module.log.WaitFor("EnforcePolicy ABI1000"));
+    EXPECT_TRUE(module.log.WaitFor("Dump gives 0: "));
 }
 
 }  // namespace

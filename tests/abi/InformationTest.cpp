@@ -1,16 +1,16 @@
 // Text that the bridge allocates, read and released across the two C++ ABIs.
-#include "package/msvc/MicrosoftModuleTest.h"
+#include "abi/AbiModuleTest.h"
 
 namespace {
 
-class MicrosoftInformationTest : public MicrosoftModuleTest {
+class AbiInformation : public AbiModuleTest {
 protected:
-    MicrosoftInformationTest() : MicrosoftModuleTest("Properties", VsMsgbusServiceProperty) {}
+    AbiInformation() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
 };
 
-TEST_F(MicrosoftInformationTest, ReadsInformation) {
+TEST_F(AbiInformation, ReadsInformation) {
     ASSERT_EQ(ny_sim_set_all_information(R"({"Version": "5.7.0.1", "AgentMode": "1"})"), NY_OK);
-    module.Call<decltype(MicrosoftModuleReadInformation)>("MicrosoftModuleReadInformation");
+    module.Call<decltype(ModuleReadInformation)>("ModuleReadInformation");
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{
                                      "VsKitMsgbusGetInformation answers 1: 5.7.0.1",
                                      "released, kind 0",

@@ -1,6 +1,6 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
 namespace {
 
@@ -28,10 +28,10 @@ constinit Callback callback;
 
 }  // namespace
 
-bool MicrosoftModuleOfferUpdates(const wchar_t* productId) {
+bool ModuleOfferUpdates(const wchar_t* productId) {
     return VsKitMsgbusSetUpdateNotify(productId, &callback, nullptr);
 }
 
-bool MicrosoftModuleWithdrawUpdates(const wchar_t* productId) {
+bool ModuleWithdrawUpdates(const wchar_t* productId) {
     return VsKitMsgbusRemoveUpdateNotify(productId);
 }

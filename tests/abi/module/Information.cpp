@@ -1,8 +1,8 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
-void MicrosoftModuleReadInformation() {
+void ModuleReadInformation() {
     VsKitMsgbus::lpc_buffer text;
     const int32_t found = VsKitMsgbusGetInformation(VsMsgbusInformationVersion, &text);
     Told() << L"VsKitMsgbusGetInformation answers " << found << L": " << static_cast<const wchar_t*>(text.data);
@@ -17,4 +17,8 @@ void MicrosoftModuleReadInformation() {
     unsigned int mode = 7;
     const int32_t hasMode = VsKitMsgbusManagedMode(&mode);
     Told() << L"VsKitMsgbusManagedMode answers " << hasMode << L": " << static_cast<int32_t>(mode);
+}
+
+void ModuleReadKey(const char* key, VsKitMsgbus::lpc_buffer* buffer) {
+    VsKitMsgbusGetInfoByKeyName(key, buffer);
 }

@@ -1,8 +1,10 @@
-#include "MicrosoftModule.h"
-#include "Told.h"
 #include "VsMsgbus.h"
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
 
 namespace {
+
+const char* exitsWhenAsked = nullptr;
 
 class Collector final : public VsKitMsgbus::INYCollectProperties {
 public:
@@ -10,6 +12,10 @@ public:
         Told() << L"CollectProperties " << (full ? L"true" : L"false");
         Told() << L"SetProperty answers " << set->SetProperty(L"General", L"Version", L"1.0");
         Told() << L"SetProperty answers " << set->SetProperty(L"General", L"Nothing", nullptr);
+        if (exitsWhenAsked != nullptr) {
+            Told() << L"VsMsgbusExit answers " << ModuleExit(exitsWhenAsked);
+            exitsWhenAsked = nullptr;
+        }
     }
     int32_t GetLogLevel() override {
         Told() << L"GetLogLevel";
@@ -21,10 +27,14 @@ constinit Collector collector;
 
 }  // namespace
 
-bool MicrosoftModuleOfferProperties(const wchar_t* productId) {
+bool ModuleOfferProperties(const wchar_t* productId) {
     return VsKitMsgbusSetCollectProperties(productId, &collector, nullptr);
 }
 
-bool MicrosoftModuleWithdrawProperties(const wchar_t* productId) {
+bool ModuleWithdrawProperties(const wchar_t* productId) {
     return VsKitMsgbusRemoveCollectProperties(productId);
+}
+
+void ModuleExitWhenAsked(const char* productId) {
+    exitsWhenAsked = productId;
 }
