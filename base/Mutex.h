@@ -14,6 +14,7 @@
 #include <cstdint>
 #include <type_traits>
 
+#include "base/Attributes.h"
 #include "base/HeldLocks.h"
 
 // Threads asleep. One that falls asleep is inside from before it looks whether it must until it sleeps; who wakes
@@ -78,7 +79,7 @@ private:
         return state.compare_exchange_strong(expected, State::Locked, std::memory_order_acquire,
                                              std::memory_order_relaxed);
     }
-    [[gnu::noinline]] void WaitForTurn() noexcept {
+    NEVER_INLINED void WaitForTurn() noexcept {
         // An owner has a mutex for less time than a thread takes to fall asleep and to wake.
         constexpr int turnsBeforeSleep = 100;
         for (int turn = 0; turn < turnsBeforeSleep; ++turn) {
@@ -96,7 +97,7 @@ private:
         others.Leave();
     }
     // Those of a few other mutexes wake with them, and look again.
-    [[gnu::noinline]] void WakeSleepers() const noexcept { SharedSleepers().WakeAll(); }
+    NEVER_INLINED void WakeSleepers() const noexcept { SharedSleepers().WakeAll(); }
 
     Sleepers& SharedSleepers() const noexcept {
         // They are never destroyed.

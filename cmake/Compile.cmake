@@ -1,24 +1,61 @@
 # How every target of this project is compiled and linked.
 
-# Link to this one: warnings are errors; for Windows, the C++ runtime is linked in.
+# Link to this one: warnings are errors; for Windows, the C++ runtime is linked in. Microsoft's own compiler could not be
+# tried yet: what it warns of is not known, and is no error.
 add_library(project_options INTERFACE)
-target_compile_options(project_options INTERFACE
-    -Wall -Wextra -Wpedantic -Werror
+set(warnings
     -Wcast-qual -Wconversion -Wsign-conversion -Wdouble-promotion -Wformat=2 -Wimplicit-fallthrough
     -Wnon-virtual-dtor -Wold-style-cast -Woverloaded-virtual -Wshadow -Wundef -Wunused)
-target_compile_definitions(project_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
-if(WIN32)
-    target_link_options(project_options INTERFACE -static)
+if(NOT MSVC)
+    target_compile_options(project_options INTERFACE -Wall -Wextra -Wpedantic -Werror ${warnings})
+elseif(CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
+    target_compile_options(project_options INTERFACE /W4 /WX -Wpedantic ${warnings})
 else()
+    target_compile_options(project_options INTERFACE /W4 /permissive- /utf-8 /bigobj /Zc:__cplusplus)
+endif()
+target_compile_definitions(project_options INTERFACE UNICODE _UNICODE WIN32_LEAN_AND_MEAN NOMINMAX _WIN32_WINNT=0x0601)
+if(MINGW)
+    target_link_options(project_options INTERFACE -static)
+elseif(MICROSOFT_RUNTIME_OF_OURS)
+    add_subdirectory(tests/microsoft_runtime)
+    target_link_libraries(project_options INTERFACE microsoft_runtime)
+elseif(NOT WIN32)
     include(cmake/Native.cmake)
 endif()
 
-# A library's file is named as on Windows: no "lib" before the name.
+# Has the targets built quickly rather than run fast.
+function(build_quickly)
+    foreach(target IN LISTS ARGN)
+        target_compile_options(${target} PRIVATE $<IF:$<BOOL:${MSVC}>,/Od,-O0>)
+    endforeach()
+endfunction()
+
+# A library's file is named as on Windows: no "lib" before the name. Import libraries are named as their linker looks for
+# them.
 function(set_dll_properties target)
-    set_target_properties(${target} PROPERTIES PREFIX "" IMPORT_PREFIX "lib")
+    set_target_properties(${target} PROPERTIES PREFIX "")
+    if(NOT MSVC)
+        set_target_properties(${target} PROPERTIES IMPORT_PREFIX "lib")
+    endif()
     if(NOT WIN32)
         set_native_dll_properties(${target})
     endif()
+endfunction()
+
+# Exports from a DLL what its .def file lists. That speaks of mingw-w64's compiler: a member function stands there under the
+# name which that compiler gives it, and is exported again as "the name that Microsoft's gives it". Microsoft's is told it
+# the other way round.
+function(add_exports target definitions)
+    if(MSVC)
+        file(REAL_PATH ${definitions} source BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
+        set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${source})
+        file(READ ${source} text)
+        string(REGEX REPLACE "(\n +)(_Z[A-Za-z0-9_]+)(\n +)(\"[^\"]+\") = _Z[A-Za-z0-9_]+" "\\1\\4\\3\\2 = \\4"
+            text "${text}")
+        set(definitions ${CMAKE_CURRENT_BINARY_DIR}/${target}.def)
+        file(GENERATE OUTPUT ${definitions} CONTENT "${text}")
+    endif()
+    target_sources(${target} PRIVATE ${definitions})
 endfunction()
 
 # Gives a DLL the project's version, its own name and a description, as Windows shows them.
@@ -45,9 +82,9 @@ function(count_coverage target)
     endif()
 endfunction()
 
-# Has the C++ runtime in a Windows DLL go on where there is no memory: see the source.
+# Has the C++ runtime in a Windows DLL go on where there is no memory: see the source. Microsoft's needs none to throw.
 function(give_runtime_reserve target)
-    if(WIN32)
+    if(MINGW)
         target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/base/RuntimeReserve.cpp)
         target_link_options(${target} PRIVATE
             LINKER:--wrap=malloc LINKER:--wrap=calloc LINKER:--wrap=realloc LINKER:--wrap=free

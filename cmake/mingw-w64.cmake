@@ -1,4 +1,10 @@
-# Cross toolchain: 64-bit Windows with mingw-w64 (posix threads), programs run by Wine.
+# 64-bit Windows with mingw-w64 (posix threads). On Windows the g++ that is found in PATH; elsewhere a cross toolchain, whose
+# programs are run by Wine.
+if(CMAKE_HOST_WIN32)
+    set(CMAKE_C_COMPILER gcc)
+    set(CMAKE_CXX_COMPILER g++)
+    return()
+endif()
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 

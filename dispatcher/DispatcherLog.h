@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "base/Attributes.h"
+
 // Severities of the bridge's own printf-style lines.
 enum LogSeverity : uint32_t {
     SeverityFailure = 2,
@@ -38,7 +40,7 @@ public:
     void SetTarget(LogTarget lineTarget) noexcept;
 
     // Keeps a line.
-    [[gnu::format(printf, 3, 4)]] void Write(LogSeverity severity, const char* format, ...) const noexcept;
+    LIKE_PRINTF(3, 4) void Write(LogSeverity severity, const char* format, ...) const noexcept;
 
     // The lines that were written since the last Take.
     class Lines {

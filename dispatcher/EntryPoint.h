@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "agent/ny_agent.h"
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/LibraryEntry.h"
 
 // The agent's software id, the product of every group.
@@ -33,7 +33,7 @@ void LoadGroup(Group& group) noexcept;
 void UnloadLibrary(const Group& group) noexcept;
 
 // Loads the group. Its table then, null when it could not be loaded.
-[[gnu::cold]] void** LoadedTable(Group& group) noexcept;
+RARELY_CALLED void** LoadedTable(Group& group) noexcept;
 
 // The group's table, after loading it if it was not; null when it cannot be.
 INTO_CALLER inline void** TableOf(Group& group) noexcept {
@@ -51,19 +51,35 @@ inline void* const* TableOf(Group& group, const LibrariesInUse* inUse) noexcept 
 
 namespace entrypoint {
 
+// The name of a function in what a compiler says of it: alone, behind its namespace or "&", or as Microsoft's does,
+// which gives the whole declaration.
+constexpr std::string_view NameIn(std::string_view declaration) {
+    size_t end = declaration.find_last_not_of(' ') + 1;
+    if (end != 0 && declaration[end - 1] == ')') {
+        // The parameters may have brackets of their own.
+        int depth = 0;
+        do {
+            --end;
+            depth += declaration[end] == ')' ? 1 : 0;
+            depth -= declaration[end] == '(' ? 1 : 0;
+        } while (depth != 0 && end != 0);
+    }
+    const size_t before = declaration.find_last_of(" &:<*", end - 1);
+    return declaration.substr(before + 1, end - before - 1);
+}
+
 // The name of a function of the agent's as its prototype spells it.
 template <auto function>
 consteval std::string_view NameOf() {
 #if defined(__clang__) || defined(__GNUC__)
     const std::string_view text = __PRETTY_FUNCTION__;
-    const size_t end = text.find_first_of(";]", text.rfind("function = "));
+    const size_t begin = text.rfind("function = ");
+    return NameIn(text.substr(begin, text.find_first_of(";]", begin) - begin));
 #else
     const std::string_view text = __FUNCSIG__;
-    const size_t end = text.rfind(">(");
+    const size_t begin = text.find("NameOf<");
+    return NameIn(text.substr(begin, text.rfind(">(") - begin));
 #endif
-    const size_t last = text.find_last_not_of(' ', end - 1);
-    const size_t before = text.find_last_of(" &:<*", last);
-    return text.substr(before + 1, last - before);
 }
 
 // Its place in a name table. A name that the table lacks does not compile.

@@ -55,7 +55,7 @@ LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* new
         }
         replaced->gate.Close();
         replaced->gate.WaitForOthers();
-        return replaced->listener;
+        return replaced->listener.HandBack();
     });
 }
 
@@ -70,6 +70,6 @@ void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
     }
     const CallGate::Call call(told->gate, CallGate::Admission::OneThreadAtATime);
     if (call) {
-        told->listener->OnLogEvent(event);
+        told->listener.Call(&LogUtils::LogListener::OnLogEvent, event);
     }
 }

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "base/CallGate.h"
+#include "base/ModuleCall.h"
 #include "base/Mutex.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
@@ -22,7 +23,7 @@ private:
     struct Listening {
         explicit Listening(LogUtils::LogListener* logListener) noexcept : listener(logListener) {}
 
-        LogUtils::LogListener* const listener;
+        const ModulePointer<LogUtils::LogListener> listener;
         CallGate gate;
     };
 

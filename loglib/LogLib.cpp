@@ -4,7 +4,9 @@
 #include <cstdio>
 #include <string>
 
+#include "base/Attributes.h"
 #include "base/Boundary.h"
+#include "base/ModuleCall.h"
 #include "loglib/DefaultLogManager.h"
 #include "loglib/Utf8.h"
 
@@ -15,7 +17,7 @@ std::wstring WideOrNull(const char* text) {
 }
 
 // What cannot be formatted is given as it stands.
-[[gnu::format(printf, 1, 0)]] std::string Formatted(const char* format, va_list arguments) {
+LIKE_PRINTF(1, 0) std::string Formatted(const char* format, va_list arguments) {
     va_list again{};
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, again);
@@ -38,13 +40,11 @@ void LogEvent::operator()(const wchar_t* component, const wchar_t* text) const {
     }
     Guarded([&] {
         const std::wstring own = component == nullptr ? WideOrNull(ownComponent) : std::wstring();
-        target->Write({
-            file != nullptr ? file : "<null>",
-            line,
-            level,
-            component != nullptr ? component : own.c_str(),
+        const LogRecord record{
+            file != nullptr ? file : "<null>",  line, level, component != nullptr ? component : own.c_str(),
             text != nullptr ? text : L"<null>",
-        });
+        };
+        ModulePointer(target).Call(&LogManager::Write, record);
     });
 }
 

@@ -95,7 +95,11 @@ public:
     void operator()(const wchar_t* component, const wchar_t* text) const;
 
     /// The same with a text that printf makes of the format and what follows.
-    [[gnu::format(printf, 3, 4)]] void operator()(const wchar_t* component, const char* format, ...) const;
+    void operator()(const wchar_t* component, const char* format, ...) const
+#if defined(__GNUC__) || defined(__clang__)
+        __attribute__((format(printf, 3, 4)))
+#endif
+        ;
 
 private:
     const char* file;

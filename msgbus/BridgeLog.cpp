@@ -8,13 +8,14 @@
 #include "base/CallGate.h"
 #include "base/Mutex.h"
 #include "base/UntilUnloaded.h"
+#include "values/ModuleInterface.h"
 
 namespace {
 
 struct SinkInUse {
     explicit SinkInUse(VsKitMsgbus::ILogSink* logSink) : sink(logSink) {}
 
-    VsKitMsgbus::ILogSink* const sink;
+    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
     CallGate gate;
 };
 
@@ -51,10 +52,10 @@ void ClearLogSink() noexcept {
     });
 }
 
-VsKitMsgbus::ILogSink* CurrentLogSink() noexcept {
-    return Guarded<VsKitMsgbus::ILogSink*>(nullptr, [] {
+const VsKitMsgbus::ILogSink* CurrentLogSink() noexcept {
+    return Guarded<const VsKitMsgbus::ILogSink*>(nullptr, [] {
         const auto sink = CopySink();
-        return sink != nullptr ? sink->sink : nullptr;
+        return sink != nullptr ? sink->sink.Address() : nullptr;
     });
 }
 
@@ -66,7 +67,7 @@ void WriteBridgeLog(const VsKit::CUniStream& text) noexcept {
         }
         const CallGate::Call call(sink->gate);
         if (call) {
-            sink->sink->Write(bridgeLogLevel, text.Text().c_str());
+            sink->sink.Call(&VsKitMsgbus::ILogSink::Write, bridgeLogLevel, text.Text().c_str());
         }
     });
 }

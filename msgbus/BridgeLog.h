@@ -13,7 +13,8 @@ bool OfferLogSink(VsKitMsgbus::ILogSink* sink);
 // Takes the sink away and waits, at most 15 seconds, until no Write of it runs on another thread.
 void ClearLogSink() noexcept;
 
-VsKitMsgbus::ILogSink* CurrentLogSink() noexcept;
+// Null when there is none.
+const VsKitMsgbus::ILogSink* CurrentLogSink() noexcept;
 
 // Writes a text that is not empty to the sink if there is one, at bridgeLogLevel. What the sink throws is dropped.
 void WriteBridgeLog(const VsKit::CUniStream& text) noexcept;

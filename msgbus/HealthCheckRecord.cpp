@@ -32,7 +32,7 @@ void ForgetClientForHealthCheck(const VsMsgbusClientRecord* clientRecord) {
 void KeepHealthCheckCallback(const std::string& name, VsKitHealthCheckCallback callback) {
     const std::lock_guard guard(recordLock);
     if (*keptRecord != nullptr) {
-        (*keptRecord)->callbacks[name] = callback;
+        (*keptRecord)->callbacks.insert_or_assign(name, callback);
     }
 }
 

@@ -10,6 +10,7 @@
 #include <string>
 
 #include "agent/ny_agent.h"
+#include "base/Attributes.h"
 #include "base/Mutex.h"
 #include "dispatcher/DispatcherLog.h"
 #include "msgbus/ClientChanges.h"
@@ -93,8 +94,8 @@ int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) no
 
 // Formats one line, cut at 2,047 characters, and hands it to the log callback if there is one, else to the agent's
 // logger if there is one. Returns what that returned, NY_OK for a line that nobody takes.
-[[gnu::format(printf, 4, 5)]] int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module,
-                                                  const char* format, ...) noexcept;
+LIKE_PRINTF(4, 5)
+int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, const char* format, ...) noexcept;
 
 // What the agent is given as its client's log callback, with the context as user data. NY_UNEXPECTED for a line that
 // comes when the context is gone.

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <utility>
 
+#include "base/Attributes.h"
 #include "base/CallGate.h"
 #include "base/OwnerLock.h"
 #include "msgbus/AgentUse.h"
@@ -19,7 +20,7 @@ enum class DuplicateRecord { Dropped, LeftAlive };
 
 // Loses the record for good. A function of its own, because leak reports are told by its name that this is meant.
 template <class Entry>
-[[gnu::noinline]] void LeaveDuplicateRecordAlive(std::shared_ptr<Entry> entry) noexcept {
+NEVER_INLINED void LeaveDuplicateRecordAlive(std::shared_ptr<Entry> entry) noexcept {
     static_cast<void>(new (std::nothrow) std::shared_ptr<Entry>(std::move(entry)));
 }
 

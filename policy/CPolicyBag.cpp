@@ -1,6 +1,7 @@
 #include "policy/CPolicyBag.h"
 
 #include <new>
+#include <optional>
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
@@ -35,6 +36,22 @@ std::string NarrowAccount(const wchar_t* domain, const wchar_t* user, const Libr
     });
 }
 
+// All that a walk holds of the agent's.
+struct OpenWalk {
+    OpenWalk(InsidePassage inside, const LibrariesInUse* libraries, CPolicyBag::ICallbacks& callbacks,
+             PolicyWalk::Scope scope)
+        : policies(libraries),
+          texts(LookUpTextFunctions(libraries)),
+          query(policies),
+          walk(inside, policies, texts, callbacks, scope) {}
+
+    const PolicyFunctions policies;
+    const TextFunctions texts;
+    PolicyBagOwner bag;
+    PolicyQuery query;
+    PolicyWalk walk;
+};
+
 }  // namespace
 
 bool CPolicyBag::EnumerateUserPolicies(const wchar_t* wantedId, ICallbacks* callbacks, const wchar_t* user,
@@ -64,21 +81,36 @@ void CPolicyBag::Dump(VsKitMsgbus::lpc_buffer* result) noexcept {
 
 std::string CPolicyBag::GetDigest(const char* wantedId) noexcept {
     std::string digests;
-    const std::shared_ptr<AgentSession> session = OpenSession();
-    if (session != nullptr && wantedId != nullptr) {
-        GuardedBy<exception>(
-            false,
-            [&] {
-                WithMemory([&] { AppendDigests(*session, wantedId, digests); });
-                return true;
-            },
-            [](const exception& failure) {
-                LogDigestFailure(failure.Code());
-                return false;
-            },
-            [] { return false; });
-    }
+    ReadDigests(wantedId, digests);
     return digests;
+}
+
+bool CPolicyBag::GetDigestText(const char* wantedId, VsKitMsgbus::lpc_buffer* digests) noexcept {
+    if (digests == nullptr) {
+        return false;
+    }
+    digests->Release();
+    std::string text;
+    const bool isWhole = ReadDigests(wantedId, text);
+    return StoreText(*digests, std::string_view(text)) && isWhole;
+}
+
+bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const noexcept {
+    const std::shared_ptr<AgentSession> session = OpenSession();
+    if (session == nullptr || wantedId == nullptr) {
+        return false;
+    }
+    return GuardedBy<exception>(
+        false,
+        [&] {
+            WithMemory([&] { AppendDigests(*session, wantedId, digests); });
+            return true;
+        },
+        [](const exception& failure) {
+            LogDigestFailure(failure.Code());
+            return false;
+        },
+        [] { return false; });
 }
 
 std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {
@@ -90,23 +122,28 @@ std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {
 }
 
 bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const {
-    const std::shared_ptr<AgentSession> session = OpenSession();
+    std::shared_ptr<AgentSession> session = OpenSession();
     if (session == nullptr || wantedId == nullptr || callbacks == nullptr) {
         return false;
     }
     try {
-        const PolicyFunctions policies(session->Libraries());
-        const TextFunctions texts = LookUpTextFunctions(session->Libraries());
-        PolicyBagOwner bag;
-        PolicyQuery query(policies);
-        query.SetProduct(NarrowId(wantedId, session->Libraries()).c_str());
-        if (account != nullptr) {
-            query.SetUser(NarrowAccount(account->domain, account->user, session->Libraries()).c_str());
-        }
-        bag = query.Fetch(client);
-        PolicyWalk(policies, texts, *callbacks,
-                   account != nullptr ? PolicyWalk::Scope::User : PolicyWalk::Scope::Machine)
-            .Run(bag.Get());
+        std::optional<OpenWalk> open;
+        PassThrough<exception>(
+            [&](InsidePassage inside) {
+                const LibrariesInUse* const libraries = session->Libraries();
+                open.emplace(inside, libraries, *callbacks,
+                             account != nullptr ? PolicyWalk::Scope::User : PolicyWalk::Scope::Machine);
+                open->query.SetProduct(NarrowId(wantedId, libraries).c_str());
+                if (account != nullptr) {
+                    open->query.SetUser(NarrowAccount(account->domain, account->user, libraries).c_str());
+                }
+                open->bag = open->query.Fetch(client);
+                open->walk.Run(open->bag.Get());
+            },
+            [&] {
+                open.reset();
+                session.reset();
+            });
         return true;
     } catch (const exception& failure) {
         LogFailure(wantedId, failure.Code());
@@ -115,14 +152,14 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
 }
 
 void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcept {
-    if (sink == nullptr) {
+    if (!sink) {
         return;
     }
     Guarded([&] {
         CUniStream text;
         text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
         if (!text.Text().empty()) {
-            sink->Write(failureLevel, text.Text().c_str());
+            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
         }
     });
 }

@@ -7,6 +7,7 @@
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
+#include "values/ModuleInterface.h"
 
 class AgentSession;
 
@@ -15,7 +16,7 @@ class CPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag {
 public:
     // Borrows all it is given. A bag without a client, or with one that is no longer the bridge's, gives nothing and
     // asks the agent nothing.
-    CPolicyBag(ny_client_t* agentClient, int32_t modulesLogLevel, VsKitMsgbus::ILogSink* moduleSink,
+    CPolicyBag(ny_client_t* agentClient, int32_t modulesLogLevel, ModuleInterface<VsKitMsgbus::ILogSink> moduleSink,
                const wchar_t* product) noexcept
         : client(agentClient), logLevel(modulesLogLevel), sink(moduleSink), productId(product) {}
 
@@ -25,6 +26,7 @@ public:
     bool EnumeratePolicies(const wchar_t* wantedId, ICallbacks* callbacks) override;
     void Dump(VsKitMsgbus::lpc_buffer* result) noexcept override;
     std::string GetDigest(const char* wantedId) noexcept override;
+    bool GetDigestText(const char* wantedId, VsKitMsgbus::lpc_buffer* digests) noexcept override;
 
     // From now on the bag gives nothing.
     void Close() noexcept { closed = 1; }
@@ -42,11 +44,13 @@ private:
     // A null account stands for the machine.
     bool Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const;
     void LogFailure(const wchar_t* wantedId, int32_t code) const noexcept;
+    // Whether they are all there. A failure is logged.
+    bool ReadDigests(const char* wantedId, std::string& digests) const noexcept;
     void AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const;
 
     uintptr_t closed = 0;
     ny_client_t* const client;
     const int32_t logLevel;
-    VsKitMsgbus::ILogSink* const sink;
+    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
     const wchar_t* const productId;
 };

@@ -3,6 +3,7 @@
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
 #include "policy/CPolicyBag.h"
+#include "values/ModuleInterface.h"
 
 // A module's registered enforcer.
 class CTheEnforcePolicy {
@@ -14,13 +15,13 @@ public:
     // `wasRemoved()` tells whether the module took the enforcer back meanwhile: it is then not called any more.
     template <class WasRemoved>
     void Enforce(ny_client_t* client, const wchar_t* productId, WasRemoved&& wasRemoved) {
-        CPolicyBag bag(client, enforcer->GetLogLevel(), sink, productId);
+        CPolicyBag bag(client, enforcer.Call(&VsKitMsgbus::INYEnforcePolicy::GetLogLevel), sink, productId);
         if (!wasRemoved()) {
-            enforcer->EnforcePolicy(productId, &bag);
+            enforcer.Call(&VsKitMsgbus::INYEnforcePolicy::EnforcePolicy, productId, &bag);
         }
     }
 
 private:
-    VsKitMsgbus::INYEnforcePolicy* const enforcer;
-    VsKitMsgbus::ILogSink* const sink;
+    const ModuleInterface<VsKitMsgbus::INYEnforcePolicy> enforcer;
+    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
 };

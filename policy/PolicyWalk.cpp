@@ -1,13 +1,12 @@
 #include "policy/PolicyWalk.h"
 
+#include <memory>
 #include <string_view>
 
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "policy/PolicyIterators.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
 #include "policy/WithMemory.h"
-#include "values/BorrowedText.h"
 
 using corvane::ny::utils::Check;
 
@@ -22,7 +21,29 @@ INTO_CALLER inline const wchar_t* Shown(BorrowedWide& text) {
     return WithMemory([&] { return text.Get(); });
 }
 
+// Has `place` lead to an object on the stack while both live.
+template <class Object>
+class OnStack {
+public:
+    OnStack(Object*& placeOfObject, Object& object) noexcept : place(placeOfObject) { place = &object; }
+    ~OnStack() { place = nullptr; }
+    OnStack(const OnStack&) = delete;
+    OnStack& operator=(const OnStack&) = delete;
+
+private:
+    Object*& place;
+};
+
 }  // namespace
+
+// Whoever has passed the walk left what was on the stack.
+PolicyWalk::~PolicyWalk() {
+    for (BorrowedWide* const left : {settingValue, settingName}) {
+        if (left != nullptr) {
+            std::destroy_at(left);
+        }
+    }
+}
 
 void PolicyWalk::Widen(const char* text, WideText& into) {
     if (text == nullptr) {
@@ -41,15 +62,17 @@ void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
 
 // A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
 // gone.
-bool PolicyWalk::Answered(bool wantsMore) const {
+template <class Operation, class... Texts>
+INTO_CALLER inline bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
+    const bool wantsMore = callbacks.Call(inside, operation, texts...);
     functions.RequireCurrent();
     return wantsMore;
 }
 
 void PolicyWalk::Run(ny_policy_bag_t* bag) {
-    PolicyUris uris(policies, bag);
+    uris.emplace(policies, bag);
     ny_policy_uri_t* uri = nullptr;
-    while (uris.Next(uri)) {
+    while (uris->Next(uri)) {
         if (!TellContainer(uri)) {
             continue;
         }
@@ -58,6 +81,7 @@ void PolicyWalk::Run(ny_policy_bag_t* bag) {
         }
         WalkSections(bag, uri);
     }
+    uris.reset();
 }
 
 bool PolicyWalk::TellContainer(ny_policy_uri_t* uri) {
@@ -67,45 +91,48 @@ bool PolicyWalk::TellContainer(ny_policy_uri_t* uri) {
     Read(agent::ny_policy_uri_get_name, uri, policyName);
     withholdsSetting =
         scope == Scope::Machine && category.Get() != nullptr && std::wstring_view(category.Get()) == categoryOfWithheld;
-    return Answered(callbacks.OnContainer(feature.Get(), category.Get(), type.Get(), policyName.Get()));
+    return Tell(&ICallbacks::OnContainer, feature.Get(), category.Get(), type.Get(), policyName.Get());
 }
 
 bool PolicyWalk::TellSettingsObject(ny_policy_uri_t* uri) {
     Read(agent::ny_policy_uri_get_pso_name, uri, settingsObject);
     Read(agent::ny_policy_uri_get_pso_param_int, uri, intParameter);
     Read(agent::ny_policy_uri_get_pso_param_str, uri, stringParameter);
-    return Answered(callbacks.OnSettings(settingsObject.Get(), intParameter.Get(), stringParameter.Get()));
+    return Tell(&ICallbacks::OnSettings, settingsObject.Get(), intParameter.Get(), stringParameter.Get());
 }
 
 void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
-    PolicySections sections(policies, bag, uri);
+    sections.emplace(policies, bag, uri);
     const char* name = nullptr;
-    while (sections.Next(name)) {
+    while (sections->Next(name)) {
         if (!TellSettingsObject(uri)) {
             continue;
         }
         Widen(name, section);
-        if (Answered(callbacks.OnSection(section.Get(), nullptr))) {
+        if (Tell(&ICallbacks::OnSection, section.Get(), nullptr)) {
             WalkSettings(bag, uri, name);
         }
     }
+    sections.reset();
 }
 
 void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName) {
-    PolicySettings settings(policies, bag, uri, sectionName);
+    settings.emplace(policies, bag, uri, sectionName);
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
-    while (settings.Next(name, variant)) {
+    bool wantsMore = true;
+    while (wantsMore && settings->Next(name, variant)) {
         // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
-        BorrowedWide settingName =
+        BorrowedWide nameText =
             name != nullptr ? BorrowedWide(functions, std::string_view(name)) : BorrowedWide(functions);
-        const wchar_t* const shownName = Shown(settingName);
-        if (withholdsSetting && settingName.View() == withheldSetting) {
+        const OnStack nameOnStack(settingName, nameText);
+        const wchar_t* const shownName = Shown(nameText);
+        if (withholdsSetting && nameText.View() == withheldSetting) {
             continue;
         }
-        BorrowedWide value = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
-        if (!Answered(callbacks.OnSetting(section.Get(), shownName, Shown(value)))) {
-            return;
-        }
+        BorrowedWide valueText = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
+        const OnStack valueOnStack(settingValue, valueText);
+        wantsMore = Tell(&ICallbacks::OnSetting, section.Get(), shownName, Shown(valueText));
     }
+    settings.reset();
 }

@@ -1,12 +1,20 @@
 #pragma once
 
+#include <optional>
+
 #include "VsMsgbus/EnforcePolicy.h"
 #include "policy/PolicyFunctions.h"
+#include "policy/PolicyIterators.h"
+#include "values/BorrowedText.h"
+#include "values/ModuleInterface.h"
 #include "values/WideText.h"
 
 // One walk over a bag of policies: tells a module's callbacks of each item, in the agent's order.
 //
 // A walk keeps no copy of what it tells: its memory grows with the longest text, not with the number of items.
+//
+// What a callback throws passes the walk, and no destructor of its functions runs then when another compiler made the
+// module: all that is held during a callback is held by the object.
 class PolicyWalk {
 public:
     using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;
@@ -15,17 +23,25 @@ public:
     enum class Scope { Machine, User };
 
     // Both kinds of functions are those of the libraries that the bag comes from.
-    PolicyWalk(const PolicyFunctions& policyFunctions, const TextFunctions& textFunctions, ICallbacks& moduleCallbacks,
-               Scope walkedScope) noexcept
-        : policies(policyFunctions), functions(textFunctions), callbacks(moduleCallbacks), scope(walkedScope) {}
+    PolicyWalk(InsidePassage passage, const PolicyFunctions& policyFunctions, const TextFunctions& textFunctions,
+               ICallbacks& moduleCallbacks, Scope walkedScope) noexcept
+        : inside(passage),
+          policies(policyFunctions),
+          functions(textFunctions),
+          callbacks(&moduleCallbacks),
+          scope(walkedScope) {}
+    ~PolicyWalk();
+    PolicyWalk(const PolicyWalk&) = delete;
+    PolicyWalk& operator=(const PolicyWalk&) = delete;
 
     // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
-    // Either way nothing of the agent's is held any more.
+    // Until it has returned the object holds handles of the agent's, then none.
     void Run(ny_policy_bag_t* bag);
 
 private:
     // The module's answer. Raises the agent exception with NY_FUNCTION_MISSING when the agent went under its callback.
-    bool Answered(bool wantsMore) const;
+    template <class Operation, class... Texts>
+    bool Tell(Operation operation, const Texts&... texts) const;
     // True when the module wants more of this item.
     bool TellContainer(ny_policy_uri_t* uri);
     bool TellSettingsObject(ny_policy_uri_t* uri);
@@ -38,9 +54,10 @@ private:
     void WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri);
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
 
+    const InsidePassage inside;
     const PolicyFunctions& policies;
     const TextFunctions& functions;
-    ICallbacks& callbacks;
+    const ModuleInterface<ICallbacks> callbacks;
     const Scope scope;
     WideText feature;
     WideText category;
@@ -51,4 +68,11 @@ private:
     WideText stringParameter;
     WideText section;
     bool withholdsSetting = false;  // in this policy
+    // In the order in which they are taken.
+    std::optional<PolicyUris> uris;
+    std::optional<PolicySections> sections;
+    std::optional<PolicySettings> settings;
+    // Of one setting of a million these stand on the stack; null when there is none.
+    BorrowedWide* settingName = nullptr;
+    BorrowedWide* settingValue = nullptr;
 };

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "base/Boundary.h"
+#include "base/ModuleCall.h"
 #include "loglib/LogLib.h"
 #include "policy/PolicyKey.h"
 
@@ -60,12 +61,16 @@ constexpr PolicyName registryNames[] = {
     },
 };
 
-LogUtils::LogEvent MakeEvent(int32_t line, int32_t severity) {
-    return {__FILE__, line, severity, "NySpb", getLogManager(), 2, false};
+// Has `write(event)` log an event. The host's log is called nowhere else; one of its own may throw, which is dropped.
+template <class Write>
+void LogToHost(int32_t line, int32_t severity, const Write& write) noexcept {
+    Guarded([&] {
+        CallModule([&] { write(LogUtils::LogEvent(__FILE__, line, severity, "NySpb", getLogManager(), 2, false)); });
+    });
 }
 
-void Log(const LogStatement& statement, int32_t severity) {
-    MakeEvent(statement.line, severity)(L"NySpb", statement.text);
+void Log(const LogStatement& statement, int32_t severity) noexcept {
+    LogToHost(statement.line, severity, [&](const LogUtils::LogEvent& event) { event(L"NySpb", statement.text); });
 }
 
 }  // namespace
@@ -84,11 +89,10 @@ void StorePolicyName(const wchar_t* category, const wchar_t* name) noexcept {
         return;
     }
     const bool isWritten = key.WriteText(found->value, name) == ERROR_SUCCESS;
-    // A host's own log may throw.
-    Guarded(
-        [&] { Log(isWritten ? found->onSuccess : found->onFailure, isWritten ? successSeverity : failureSeverity); });
+    Log(isWritten ? found->onSuccess : found->onFailure, isWritten ? successSeverity : failureSeverity);
 }
 
 void LogDigestFailure(int32_t code) noexcept {
-    Guarded([=] { MakeEvent(__LINE__, successSeverity)(L"NySpb", "Error %d getting digest", code); });
+    LogToHost(__LINE__, successSeverity,
+              [=](const LogUtils::LogEvent& event) { event(L"NySpb", "Error %d getting digest", code); });
 }

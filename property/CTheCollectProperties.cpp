@@ -1,5 +1,6 @@
 #include "property/CTheCollectProperties.h"
 
+#include "base/Attributes.h"
 #include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
 #include "values/AgentException.h"
@@ -30,11 +31,11 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
 }
 
 // Apart from what is done for every property, whether it is traced or not.
-[[gnu::cold]] void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
+RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
     DropText([&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
 }
 
-[[gnu::cold]] void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
+RARELY_CALLED void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
     DropText([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
 }
 
@@ -76,18 +77,18 @@ void CTheCollectProperties::LookUpFunctions(const LibrariesInUse* inUse) noexcep
 }
 
 bool CTheCollectProperties::IsTracing() const noexcept {
-    return sink != nullptr && logLevel.load(std::memory_order_relaxed) >= verboseLevel;
+    return sink && logLevel.load(std::memory_order_relaxed) >= verboseLevel;
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {
-    if (sink == nullptr) {
+    if (!sink) {
         return;
     }
     Guarded([&] {
         CUniStream text;
         text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
         if (!text.Text().empty()) {
-            sink->Write(failureLevel, text.Text().c_str());
+            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
         }
     });
 }

@@ -7,7 +7,9 @@
 #include "VsMsgbus/CollectProperties.h"
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
+#include "base/Attributes.h"
 #include "values/CUniStream.h"
+#include "values/ModuleInterface.h"
 #include "values/TextFunctions.h"
 
 // A module's registered collector, and the setter that the module is handed during a collection.
@@ -26,9 +28,9 @@ public:
     void Collect(ny_property_bag_t* agentBag, const LibrariesInUse* inUse, WasRemoved&& wasRemoved) {
         LookUpFunctions(inUse);
         const BagInUse bagInUse(*this, agentBag);
-        collector->CollectProperties(true, this);
+        collector.Call(&VsKitMsgbus::INYCollectProperties::CollectProperties, true, this);
         if (!wasRemoved()) {
-            logLevel.store(collector->GetLogLevel(), std::memory_order_relaxed);
+            logLevel.store(collector.Call(&VsKitMsgbus::INYCollectProperties::GetLogLevel), std::memory_order_relaxed);
         }
     }
 
@@ -52,13 +54,13 @@ private:
     // Those of the last collection may still do.
     void LookUpFunctions(const LibrariesInUse* inUse) noexcept;
     bool IsTracing() const noexcept;
-    [[gnu::cold]] void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
+    RARELY_CALLED void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;
 
     // Both are set before the bag is.
     std::optional<TextFunctions> functions;
     int32_t (*addProperty)(ny_property_bag_t* bag, const char* path, const char* name, ny_variant_t* value) = nullptr;
     std::atomic<int32_t> logLevel = 0;
-    VsKitMsgbus::ILogSink* const sink;
+    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection
-    VsKitMsgbus::INYCollectProperties* const collector;
+    const ModuleInterface<VsKitMsgbus::INYCollectProperties> collector;
 };

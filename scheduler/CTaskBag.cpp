@@ -54,13 +54,13 @@ int32_t CTaskBag::IterateSettings(ISettingVisitor* visitor, const wchar_t* secti
     return RunOrDropCode<int32_t>(
         0,
         [&] {
-            ShowSettings(*visitor, section);
+            ShowSettings(visitor, section);
             return 1;
         },
         [](CUniStream& text) { text << L"Failed to iterate the task bag "; });
 }
 
-void CTaskBag::ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const {
+void CTaskBag::ShowSettings(ModuleInterface<ISettingVisitor> visitor, const wchar_t* section) const {
     const TextFunctions texts = LookUpTextFunctions(libraries);
     const AgentTables tables(libraries);
     const VariantOwner settings = TaskSection(task, NarrowFromWide(section, libraries), libraries);
@@ -70,7 +70,7 @@ void CTaskBag::ShowSettings(ISettingVisitor& visitor, const wchar_t* section) co
     for (size_t index = 0; index < size; ++index) {
         const std::wstring key = WideFromVariant(texts, tables.Element(keys.Get(), index).Get());
         const std::wstring value = WideFromVariant(texts, tables.Value(table.Get(), key.c_str()).Get());
-        visitor.VisitSetting(section, key.c_str(), value.c_str());
+        visitor.Call(&ISettingVisitor::VisitSetting, section, key.c_str(), value.c_str());
         // A module may leave the bridge there: the task is then of a client that is gone.
         texts.RequireCurrent();
     }
@@ -127,6 +127,6 @@ bool CTaskBag::GetTaskName(lpc_buffer* name) noexcept {
     }
     name->Release();
     return RunOrDropCode(
-        false, [&] { return StoreText(*name, WideFromNarrow(TaskName(task), libraries)); },
+        false, [&] { return StoreText(*name, WideFromNarrow(::TaskName(task), libraries)); },
         [](CUniStream& text) { text << L"Failed to get the task name "; });
 }

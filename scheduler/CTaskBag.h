@@ -3,6 +3,7 @@
 #include "VsMsgbus/TaskEnforcer.h"
 #include "agent/ny_agent.h"
 #include "dispatcher/LibrariesInUse.h"
+#include "values/ModuleInterface.h"
 
 // What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
 // in values/DroppedText.h.
@@ -24,7 +25,7 @@ public:
 
 private:
     // Raises the agent exception.
-    void ShowSettings(ISettingVisitor& visitor, const wchar_t* section) const;
+    void ShowSettings(ModuleInterface<ISettingVisitor> visitor, const wchar_t* section) const;
 
     // `read(variant)` of the setting's value; false, and the text dropped, when the agent does not give it.
     template <class Read>

@@ -40,7 +40,7 @@ std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     std::optional<int32_t> answer;
     TaskEnforcerTable().With(productId.View(), [&](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
         CTaskBag bag(task, record.context, libraries);
-        answer = (record.enforcer->*operation)(taskId.Get(), &bag);
+        answer = record.enforcer.Call(operation, taskId.Get(), &bag);
     });
     return answer;
 }

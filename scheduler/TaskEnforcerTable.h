@@ -2,6 +2,7 @@
 
 #include "VsMsgbus/TaskEnforcer.h"
 #include "msgbus/RegistrationTable.h"
+#include "values/ModuleInterface.h"
 
 // A module's registered enforcer.
 struct TaskEnforcerRecord {
@@ -9,7 +10,7 @@ struct TaskEnforcerRecord {
         : context(moduleContext), enforcer(moduleEnforcer) {}
 
     void* const context;
-    VsKitMsgbus::INYTaskEnforcer* const enforcer;
+    const ModuleInterface<VsKitMsgbus::INYTaskEnforcer> enforcer;
 };
 
 // Calls of one enforcer run side by side, because a task is stopped while it is executed.

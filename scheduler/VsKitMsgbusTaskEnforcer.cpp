@@ -55,7 +55,7 @@ void VsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept 
     Guarded([&] {
         if (productId != nullptr) {
             TaskEnforcerTable().With(productId, [cookie](const TaskEnforcerRecord& record, auto&& /*wasRemoved*/) {
-                record.enforcer->FreeCookie(cookie);
+                record.enforcer.Call(&VsKitMsgbus::INYTaskEnforcer::FreeCookie, cookie);
             });
         }
     });

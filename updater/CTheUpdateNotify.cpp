@@ -6,9 +6,10 @@
 
 using VsKit::cp_wchar;
 using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
+using VsKitMsgbus::INYUpdateNotifyCallback;
 
 int32_t CTheUpdateNotify::RunUpdateNotify(cp_wchar second, cp_wchar fourth, cp_wchar third, uint32_t number) const {
-    return callback->UpdateNotify(second, fourth, third, &number);
+    return callback.Call(&INYUpdateNotifyCallback::UpdateNotify, second, fourth, third, &number);
 }
 
 etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, cp_wchar key,
@@ -36,7 +37,7 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 
     value.clear();
     SetCb set(value);
-    const etag_PRODUCT_RETURN_VALUE result = callback->GetProductInfo(second, key, &set);
+    const etag_PRODUCT_RETURN_VALUE result = callback.Call(&INYUpdateNotifyCallback::GetProductInfo, second, key, &set);
     if (set.IsLost()) {
         throw std::bad_alloc();
     }
@@ -44,5 +45,5 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 }
 
 int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) const {
-    return callback->SetProductInfo(second, key, value);
+    return callback.Call(&INYUpdateNotifyCallback::SetProductInfo, second, key, value);
 }

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "VsMsgbus/UpdateNotify.h"
+#include "values/ModuleInterface.h"
 
 // A module's registered update callback. Its operations are for one thread at a time and let out what the module
 // throws.
@@ -26,7 +27,7 @@ public:
     int32_t RunSetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key, VsKit::cp_wchar value) const;
 
     // The registration as the module made it. Nothing reads the last three.
-    VsKitMsgbus::INYUpdateNotifyCallback* const callback;
+    const ModuleInterface<VsKitMsgbus::INYUpdateNotifyCallback> callback;
     void* const reserved = nullptr;
     void* const context;
     void* const further = nullptr;

@@ -1,6 +1,6 @@
 #include "values/AgentTexts.h"
 
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/BorrowedText.h"

@@ -12,7 +12,7 @@
 #include <utility>
 #include <vector>
 
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "values/AgentException.h"
 #include "values/TextFunctions.h"
 
@@ -130,7 +130,7 @@ private:
     }
 
     // For a text that may go on behind its length. One that ends before it stays as it is.
-    [[gnu::cold, gnu::noinline]] void EndAtLength() {
+    RARELY_CALLED NEVER_INLINED void EndAtLength() {
         RequireMemory();
         const bool endsBefore = std::char_traits<Character>::find(text, length, Character()) != nullptr;
         if (endsBefore || text[length] == Character()) {

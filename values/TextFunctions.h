@@ -5,7 +5,7 @@
 #include <type_traits>
 
 #include "agent/ny_agent.h"
-#include "base/IntoCaller.h"
+#include "base/Attributes.h"
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 

@@ -3,6 +3,7 @@
 #include <array>
 #include <mutex>
 
+#include "base/Attributes.h"
 #include "bench/floor/AgentPointers.h"
 #include "bench/harness/Stage.h"
 #include "bench/inner/CallsGroup.h"
@@ -74,7 +75,7 @@ struct DelayLoaded {
 };
 
 template <class Call, class... Arguments>
-[[gnu::noinline]] void CallOften(size_t count, const Call& call, Arguments... arguments) {
+NEVER_INLINED void CallOften(size_t count, const Call& call, Arguments... arguments) {
     int32_t failures = 0;
     for (size_t i = 0; i < count; ++i) {
         failures |= call(arguments...);

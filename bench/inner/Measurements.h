@@ -9,6 +9,7 @@ void MeasureFirstCalls(Session& session);
 void MeasureLazyCalls(Session& session);
 void MeasureConversions(Session& session);
 void MeasureLookUps(Session& session);
+void MeasureModuleCalls(Session& session);
 void MeasureNotifications(Session& session);
 
 }  // namespace bench

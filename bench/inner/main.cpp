@@ -8,5 +8,6 @@ int main(int argc, char** argv) {
                        {"lazy call", MeasureLazyCalls},
                        {"conversion", MeasureConversions},
                        {"look-up", MeasureLookUps},
+                       {"module call", MeasureModuleCalls},
                        {"notification", MeasureNotifications}});
 }

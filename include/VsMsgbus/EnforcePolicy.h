@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <string>
 
-namespace VsKitMsgbus {
+#include "VsMsgbus/LpcBuffer.h"
 
-struct lpc_buffer;
+namespace VsKitMsgbus {
 
 /// What a module implements to enforce policies. The module owns it and keeps it alive until
 /// VsKitMsgbusRemoveEnforcerPolicy has returned. The order of the slots is the contract.
@@ -67,9 +67,36 @@ public:
         /// Slot 4: The digests of the product's policy objects, one behind the other; `productId` is UTF-8. After an
         /// error of the agent's, those before it; empty for null and when there is no agent client.
         ///
-        /// A std::string cannot cross from one C++ library to another: only a module that is built with the toolchain
-        /// and the C++ library of the bridge may call this.
+        /// A std::string cannot cross from one C++ library to another: only a module that has the C++ library of the
+        /// bridge may call this, which is mingw-w64's g++ with its own. For every other the call does not compile. A
+        /// bridge that was built with another library is told of by VSMSGBUS_SAME_CPP_LIBRARY, which whoever compiles
+        /// the module defines.
+#if defined(VSMSGBUS_SAME_CPP_LIBRARY) || (defined(__GLIBCXX__) && _GLIBCXX_USE_CXX11_ABI)
         virtual std::string GetDigest(const char* productId) = 0;
+#else
+        template <class Text>
+        auto GetDigest(Text productId) {
+            static_assert(sizeof(Text) == 0,
+                          "GetDigest returns a std::string of another C++ library: call GetDigestText or Digest");
+            return productId;
+        }
+        /// The place of slot 4. Not to be called.
+        virtual void ReservedForGetDigest() = 0;
+#endif
+
+        /// Slot 5: What GetDigest gives, as narrow text in `digests`: what that holds is freed first. The caller frees
+        /// the text with digests->Release(). When memory runs out for the text, digests is left empty.
+        ///
+        /// @returns true when all digests are there, also when there is none. False, with those before the error, after
+        /// one of the agent's or for want of memory; false as well for null and when there is no agent client.
+        virtual bool GetDigestText(const char* productId, lpc_buffer* digests) = 0;
+
+        /// What GetDigestText gives, in a string of the module's own C++ library.
+        std::string Digest(const char* productId) {
+            lpc_buffer digests;
+            GetDigestText(productId, &digests);
+            return TakeNarrowText(digests);
+        }
 
     protected:
         ~IPolicyBag() = default;

@@ -2,7 +2,9 @@
 /// Text that the bridge returns.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <string>
 
 namespace VsKitMsgbus {
 
@@ -24,5 +26,34 @@ struct lpc_buffer {
     /// again. Exported, because the text belongs to the bridge's heap and not to the module's.
     void Release() noexcept;
 };
+
+static_assert(sizeof(lpc_buffer) == 24 && offsetof(lpc_buffer, kind) == 0 && offsetof(lpc_buffer, length) == 8 &&
+                  offsetof(lpc_buffer, data) == 16,
+              "the layout that the bridge fills in");
+
+/// What TakeWideText and TakeNarrowText have in common.
+template <class Character>
+std::basic_string<Character> TakeText(lpc_buffer& buffer, uint32_t kind) {
+    /// Frees the text also when there is no memory for the string.
+    struct Taken {
+        lpc_buffer& buffer;  ///< of the caller's
+        ~Taken() { buffer.Release(); }
+    } const taken{buffer};
+    if (buffer.kind != kind || buffer.data == nullptr) {
+        return std::basic_string<Character>();
+    }
+    return std::basic_string<Character>(static_cast<const Character*>(buffer.data), static_cast<size_t>(buffer.length));
+}
+
+/// The buffer's wide text in a string of the module's own C++ library; the buffer is empty afterwards. An empty string
+/// when there is no wide text in it.
+inline std::wstring TakeWideText(lpc_buffer& buffer) {
+    return TakeText<wchar_t>(buffer, lpc_buffer::WideText);
+}
+
+/// The same for narrow text.
+inline std::string TakeNarrowText(lpc_buffer& buffer) {
+    return TakeText<char>(buffer, lpc_buffer::NarrowText);
+}
 
 }  // namespace VsKitMsgbus

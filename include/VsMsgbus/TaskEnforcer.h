@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 
 #include "VsMsgbus/LpcBuffer.h"
 
@@ -48,8 +49,9 @@ public:
     /// throws.
     ///
     /// Texts are given out as an lpc_buffer and not as std::wstring, because the memory and the layout of a standard
-    /// string belong to the C++ library of one side. Give a buffer that is empty or was filled before: what it holds is
-    /// freed first. The text comes as WideText with its whole length, zeros in it included; free it with Release.
+    /// string belong to the C++ library of one side; Text and TaskName make a std::wstring of them on the module's.
+    /// Give a buffer that is empty or was filled before: what it holds is freed first. The text comes as WideText with
+    /// its whole length, zeros in it included; free it with Release.
     ///
     /// Slots 2 to 4 read one setting. Each first sets `value` to false, 0 or empty. False, with that value, when an
     /// argument is null or the section empty (the agent is then not asked), and when the agent does not give the
@@ -97,6 +99,21 @@ public:
         /// Slot 5: The task's name, empty when the task has none. False, with `name` empty, when `name` is null or the
         /// agent does not give it.
         virtual bool GetTaskName(lpc_buffer* name) = 0;
+
+        /// The setting's text as GetText gives it, in a string of the module's own C++ library; empty when GetText
+        /// answers false.
+        std::wstring Text(const wchar_t* section, const wchar_t* name) {
+            lpc_buffer text;
+            GetText(section, name, &text);
+            return TakeWideText(text);
+        }
+
+        /// The task's name as GetTaskName gives it, in a string of the module's own C++ library.
+        std::wstring TaskName() {
+            lpc_buffer name;
+            GetTaskName(&name);
+            return TakeWideText(name);
+        }
 
     protected:
         ~ITaskBag() = default;

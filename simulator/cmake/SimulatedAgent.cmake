@@ -39,7 +39,7 @@ function(add_simulated_agent build)
         set(target ${library}_${build})
         if(AGENT_EMPTY)
             add_library(${target} SHARED ${SIMULATED_AGENT_DIR}/Empty.cpp)
-            if(WIN32)
+            if(NOT MSVC AND WIN32)
                 # Without a list of exports the linker would take every global symbol.
                 target_link_options(${target} PRIVATE -Wl,--exclude-all-symbols)
             endif()

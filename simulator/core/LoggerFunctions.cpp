@@ -4,13 +4,14 @@
 
 #include "Logger.h"
 #include "Simulate.h"
+#include "base/Attributes.h"
 #include "ny_core.h"
 
 using namespace simulator;
 
 namespace {
 
-[[gnu::format(printf, 1, 0)]] std::string Format(const char* format, va_list arguments) {
+LIKE_PRINTF(1, 0) std::string Format(const char* format, va_list arguments) {
     va_list again{};
     va_copy(again, arguments);
     const int length = std::vsnprintf(nullptr, 0, format, arguments);
@@ -30,9 +31,9 @@ std::string OrEmpty(const char* text) {
 
 }  // namespace
 
-[[gnu::format(printf, 7, 0)]] int32_t ny_core_log_v(ny_logger_t* logger, uint32_t severity, const char* module,
-                                                    const char* file, uint32_t line, const char* function,
-                                                    const char* format, va_list arguments) {
+LIKE_PRINTF(7, 0)
+int32_t ny_core_log_v(ny_logger_t* logger, uint32_t severity, const char* module, const char* file, uint32_t line,
+                      const char* function, const char* format, va_list arguments) {
     return Simulate("ny_log_v", [&] {
         const auto target = TheAgent().handles.Get(logger);
         Require(format != nullptr);

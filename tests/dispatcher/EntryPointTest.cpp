@@ -202,4 +202,13 @@ TEST_F(EntryPoints, FillTheVersionOfAGroupThatHasOne) {
     EXPECT_EQ(msgbusGroup.version, 0U);
 }
 
+// The last three are what Microsoft's own compiler may say, which could not be tried.
+TEST(EntryPointName, IsFoundInWhatACompilerSaysOfTheFunction) {
+    for (const char* text : {"function = ny_info_get", "function = &ny_info_get", "NameOf<ny_info_get",
+                             "NameOf<int __cdecl ny_info_get(void)",
+                             "NameOf<int __cdecl ny_info_get(struct ny_x *,int (__cdecl *)(void *))"}) {
+        EXPECT_EQ(entrypoint::NameIn(text), "ny_info_get") << text;
+    }
+}
+
 }  // namespace

@@ -28,13 +28,13 @@ void SecondCheck() {
 class HealthChecks : public AgentTest {
 protected:
     // The callback kept under that name; null when there is none.
-    static VsKitHealthCheckCallback Find(const std::string& name) {
+    static ModulePointer<void()> Find(const std::string& name) {
         const auto record = CopyHealthCheckRecord();
         if (record == nullptr) {
             return nullptr;
         }
         const auto found = record->callbacks.find(name);
-        return found != record->callbacks.end() ? found->second : nullptr;
+        return found != record->callbacks.end() ? found->second : ModulePointer<void()>(nullptr);
     }
     static size_t Count() {
         const auto record = CopyHealthCheckRecord();
@@ -125,7 +125,7 @@ void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sin
     const auto record = CopyHealthCheckRecord();
     ASSERT_NE(record, nullptr);
     EXPECT_EQ(record->productId, productId);
-    EXPECT_EQ(record->logSink, sink);
+    EXPECT_EQ(record->logSink.Address(), sink);
     EXPECT_EQ(record->clientRecord, client);
 }
 
