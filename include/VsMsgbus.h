@@ -28,12 +28,18 @@
 ///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds.
 ///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and where there
 ///     is a destructor it is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A
-///     module derives from an interface directly, and overrides what is there. What a callback throws is caught there.
-///  8. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
+///     module derives from an interface directly, and overrides what is there.
+///  8. What a callback throws is caught by the bridge, answered as the callback's comment says, and destroyed, whether
+///     mingw-w64's or Microsoft's compiler built the module; what a walk's callback throws may also be caught by the
+///     module around the walk, which then holds nothing any more. With Microsoft's runtime, what was thrown on by a
+///     bare `throw;` to the bridge may not be destroyed. Only C++ exceptions are caught: an access violation or the like
+///     goes on to whom it belongs, and what the bridge holds for the call stays held.
+///  9. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
 ///     structures. Classes of a C++ library do not cross: a std::string that is returned by value is another thing in
-///     another library. An operation that does so by contract says so, and is only for modules that are built with the
-///     bridge's own compiler and C++ library.
-///  9. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there.
+///     another library. One operation does so by contract, IPolicyBag::GetDigest: where the module does not have the
+///     bridge's library, it does not compile, and GetDigestText takes its place. Members that are not virtual and give
+///     a std::string make it in the module.
+///  10. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there.
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"

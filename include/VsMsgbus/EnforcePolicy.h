@@ -43,8 +43,8 @@ public:
             ~ICallbacks() = default;
         };
 
-        /// Slot 1: Tells `callbacks` of the policies that the agent holds for the user account `domain\user` of the
-        /// product. Either text may be empty; null is taken as empty. Answers as EnumeratePolicies does.
+        /// Slot 1: Tells `callbacks` of the policies that the agent holds for the user account `user` of `domain` of
+        /// the product. Either text may be empty; null is taken as empty. Answers as EnumeratePolicies does.
         virtual bool EnumerateUserPolicies(const wchar_t* productId, ICallbacks* callbacks, const wchar_t* user,
                                            const wchar_t* domain) = 0;
 
@@ -54,8 +54,8 @@ public:
         ///
         /// @returns true when all policies were told, also when there is none. False when productId or callbacks is
         /// null, when there is no agent client, or when the agent answered an error: what was told until then stays
-        /// told, and the registration's sink gets, at level 5, "Failed to iterate the policy bag for product id <id>,
-        /// exception <code>".
+        /// told, and the registration's sink gets, at level 5, "Failed to iterate the policy bag for product id ID,
+        /// exception CODE".
         virtual bool EnumeratePolicies(const wchar_t* productId, ICallbacks* callbacks) = 0;
 
         /// Slot 3: Frees what `result` holds and writes into it, as wide text, one line for each item that

@@ -37,7 +37,7 @@ extern "C" {
 /// Reads one value as wide text. Any thread, at any time. `out` is emptied first in every case (the text that it held
 /// is freed) and must have been empty or filled by the bridge before.
 ///
-/// A failure of the agent's is logged as "Failed to get the agent info, excpetion:[<code>]", like all lines about
+/// A failure of the agent's is logged as "Failed to get the agent info, excpetion:[CODE]", like all lines about
 /// information at level 3 of the process's log sink, as every line of the bridge: they tell of failures, so no severity
 /// hides them.
 ///
@@ -49,8 +49,8 @@ int32_t VsKitMsgbusGetInformation(unsigned int index, VsKitMsgbus::lpc_buffer* o
 /// first, except when key is null.
 ///
 /// A value that was found and cannot be read as text comes empty and is logged as "Failed to get ny info,
-/// excpetion:[<code>]"; one that cannot be given back to the agent is logged as "Unable to release ny variant for <key>
-/// excpetion: <code>".
+/// excpetion:[CODE]"; one that cannot be given back to the agent is logged as "Unable to release ny variant for KEY
+/// excpetion: CODE".
 ///
 /// @returns 0 when `out` holds the value. -1 when key or out is null, the bridge is not entered, or memory ran out. The
 /// agent's code when it does not know the key, 705 when it is not there; neither is logged.

@@ -31,18 +31,21 @@ static_assert(sizeof(lpc_buffer) == 24 && offsetof(lpc_buffer, kind) == 0 && off
                   offsetof(lpc_buffer, data) == 16,
               "the layout that the bridge fills in");
 
+/// Frees a buffer's text at its own end.
+struct ReleasedAtEnd {
+    lpc_buffer& buffer;  ///< the caller's
+    ~ReleasedAtEnd() { buffer.Release(); }
+};
+
 /// What TakeWideText and TakeNarrowText have in common.
 template <class Character>
 std::basic_string<Character> TakeText(lpc_buffer& buffer, uint32_t kind) {
-    /// Frees the text also when there is no memory for the string.
-    struct Taken {
-        lpc_buffer& buffer;  ///< of the caller's
-        ~Taken() { buffer.Release(); }
-    } const taken{buffer};
+    // Also when there is no memory for the string.
+    const ReleasedAtEnd released{buffer};
     if (buffer.kind != kind || buffer.data == nullptr) {
         return std::basic_string<Character>();
     }
-    return std::basic_string<Character>(static_cast<const Character*>(buffer.data), static_cast<size_t>(buffer.length));
+    return std::basic_string<Character>(static_cast<const Character*>(buffer.data), buffer.length);
 }
 
 /// The buffer's wide text in a string of the module's own C++ library; the buffer is empty afterwards. An empty string

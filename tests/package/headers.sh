@@ -9,6 +9,7 @@ if [ "$1" = --public ]; then
     shift
 fi
 package=$(realpath "$1/installed")
+layouts=$(realpath "$(dirname "${BASH_SOURCE[0]}")/Layout.cpp")
 shift 2
 # What stands in the calling folder is not to be found.
 cd /
@@ -26,6 +27,10 @@ for header in "${headers[@]}"; do
     }
 done
 [ "$failed" -eq 0 ] || Fail "compiled with: $*"
+
+# The layouts are those of the contract.
+"$@" -Wall -Wextra -Wpedantic -Werror -fsyntax-only -I"$package" -I"$package/include" "$layouts" ||
+    Fail "another layout, compiled with: $*"
 
 # What is there without VsMsgbus.h is there with it.
 while read -r header; do

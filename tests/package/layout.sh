@@ -4,14 +4,17 @@
 # destructor takes one slot there and two here: so there are no overloads, and a destructor is the last slot.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 folder="$1" microsoft="$2"
+expected=$(dirname "${BASH_SOURCE[0]}")/slots.txt
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 targets=(x86_64-w64-windows-gnu x86_64-pc-windows-msvc)
 
-# Compile TARGET ARGUMENT...: reads the source from its input.
+# Compile TARGET ARGUMENT...: reads the source from its input. That of mingw-w64 has the bridge's C++ library.
 Compile() {
+    local library=()
+    [ "$1" != "${targets[0]}" ] || library=(-DVSMSGBUS_SAME_CPP_LIBRARY)
     clang++-14 --target="$1" -ffreestanding -nostdinc++ -nostdlibinc -isystem "$microsoft" \
-        -I"$folder/installed/include" -std=c++20 -fno-rtti -x c++ - "${@:2}"
+        -I"$folder/installed/include" -std=c++20 -fno-rtti "${library[@]}" -x c++ - "${@:2}"
 }
 
 # Every installed header of the bridge.
@@ -30,7 +33,8 @@ Records() {
 }
 
 # Slots TARGET: the slots of each interface, as "interface: number | function". A destructor is left out, because how
-# many slots it takes differs: what comes behind it would differ in its number.
+# many slots it takes differs: what comes behind it would differ in its number. The slot that not every module may call
+# has two names.
 Slots() {
     {
         Headers
@@ -39,7 +43,9 @@ Slots() {
     } | Compile "$1" -S -emit-llvm -o /dev/null -Xclang -fdump-vtable-layouts |
         awk '/^VF?Table indices for / {name = $4; sub(/^./, "", name); sub(/.$/, "", name); next}
             /^$/ || /^[^ ]/ {name = ""}
-            name != "" && name !~ /^Use[0-9]+$/ && !/::~/ {print name ": " $0}' | sort
+            name != "" && name !~ /^Use[0-9]+$/ && !/::~/ {print name ": " $0}' |
+        sed -E 's/[^|]*IPolicyBag::(GetDigest|ReservedForGetDigest)\([^)]*\)/ IPolicyBag::GetDigest or its place/' |
+        sed -E 's/ +\|/ |/; s/: +/: /' | sort
 }
 
 for target in "${targets[@]}"; do
@@ -50,10 +56,10 @@ interfaces=$(cut -d ' ' -f 1 "$work/${targets[0]}.slots" | sort -u | wc -l)
 [ "$interfaces" -ge 3 ] || Fail "only $interfaces interfaces were found"
 diff "$work/${targets[0]}.slots" "$work/${targets[1]}.slots" || Fail "slots differ"
 diff "$work/${targets[0]}.records" "$work/${targets[1]}.records" || Fail "structures differ"
+diff "$expected" "$work/${targets[0]}.slots" || Fail "the order of the slots is the contract: it is in $expected"
 
-# A class of a C++ library is another one in another library. One operation returns such a thing by contract, and says
-# so.
-if grep 'std::' "$work/${targets[0]}.slots" | grep -v 'IPolicyBag::GetDigest('; then
+# A class of a C++ library is another one in another library.
+if grep 'std::' "$work/${targets[0]}.slots"; then
     Fail "these cannot cross"
 fi
 echo "the slots of $interfaces interfaces are the same"

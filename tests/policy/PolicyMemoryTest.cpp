@@ -131,6 +131,20 @@ TEST_F(PolicyMemory, ThatRunsOutInADigestEndsIt) {
     EXPECT_GT(Failures([&] { return bag.GetDigest(narrowId).size() == lengthOfTexts; }), 0U);
 }
 
+TEST_F(PolicyMemory, ThatRunsOutInADigestsTextLeavesNoOlderOne) {
+    CPolicyBag bag = Bag();
+    EXPECT_GT(Failures([&] {
+                  VsKitMsgbus::lpc_buffer buffer;
+                  EXPECT_TRUE(VsKitMsgbus::StoreText(buffer, std::wstring_view(L"before")));
+                  const bool isWhole = bag.GetDigestText(narrowId, &buffer);
+                  EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::NarrowText);
+                  EXPECT_EQ(buffer.length, isWhole ? lengthOfTexts : 0);
+                  buffer.Release();
+                  return isWhole;
+              }),
+              0U);
+}
+
 TEST_F(PolicyMemory, ThatRunsOutForARegistrationIsAnsweredWithFalse) {
     Enforcer enforcer;
     EXPECT_GT(Failures([&] { return VsKitMsgbusSetEnforcePolicy(wideId, &enforcer, nullptr); }), 1U);

@@ -2,6 +2,7 @@
 // the process.
 #include <gmock/gmock.h>
 
+#include "abi/Pair.h"
 #include "throws/ThrowsTest.h"
 
 namespace {
@@ -9,44 +10,32 @@ namespace {
 constexpr int accessViolation = static_cast<int>(STATUS_ACCESS_VIOLATION);
 
 struct Violation {
-    std::string file;
     Place place;
     const char* name;
 };
 
-class AccessViolations : public ThrowsTest, public testing::WithParamInterface<Violation> {
-protected:
-    AccessViolations() : ThrowsTest(GetParam().file) {}
-};
+class AccessViolations : public ThrowsTest, public testing::WithParamInterface<Violation> {};
 
 TEST_P(AccessViolations, EndTheProcess) {
     module.ThrowFrom(GetParam().place, Thrown::AccessViolation);
     EXPECT_EXIT(Ask(GetParam().place), testing::ExitedWithCode(accessViolation), "");
 }
 
-std::vector<Violation> AllViolations() {
-    std::vector<Violation> violations;
-    for (const std::string& file : throwingModules) {
-        violations.push_back({file, Place::CollectProperties, "CollectProperties"});
-        violations.push_back({file, Place::OnSetting, "OnSetting"});
-        violations.push_back({file, Place::VisitSetting, "VisitSetting"});
-        violations.push_back({file, Place::FreeCookie, "FreeCookie"});
-        violations.push_back({file, Place::WriteOfBridge, "WriteOfBridge"});
-        violations.push_back({file, Place::OnLogEvent, "OnLogEvent"});
-    }
-    return violations;
-}
-
-INSTANTIATE_TEST_SUITE_P(Module, AccessViolations, testing::ValuesIn(AllViolations()),
-                         [](const auto& tested) { return AbiOf(tested.param.file) + "_" + tested.param.name; });
-
-// Microsoft's compiler has a word for such handlers, g++ has not.
-class CaughtAccessViolation : public ThrowsTest {
-protected:
-    CaughtAccessViolation() : ThrowsTest(throwingModules.back()) {}
+constexpr Violation allViolations[] = {
+    {Place::CollectProperties, "CollectProperties"}, {Place::OnSetting, "OnSetting"},
+    {Place::VisitSetting, "VisitSetting"},           {Place::FreeCookie, "FreeCookie"},
+    {Place::WriteOfBridge, "WriteOfBridge"},         {Place::OnLogEvent, "OnLogEvent"},
 };
 
+INSTANTIATE_TEST_SUITE_P(Place, AccessViolations, testing::ValuesIn(allViolations),
+                         [](const auto& tested) { return tested.param.name; });
+
+class CaughtAccessViolation : public ThrowsTest {};
+
 TEST_F(CaughtAccessViolation, IsTheModulesThatWalksAndTheWalkHoldsNothing) {
+    if (ThisPair().module == "gnu") {
+        GTEST_SKIP() << "g++ has no word for such handlers";
+    }
     module.ThrowFrom(Place::OnSetting, Thrown::AccessViolation, Catcher::ModuleAroundWalk);
     const std::vector<std::string> lines = Ask(Place::OnSetting);
     ASSERT_EQ(lines.size(), 5U) << testing::PrintToString(lines);

@@ -15,12 +15,13 @@ inline size_t HandlesInUse() {
     return ny_sim_live_handles(NY_SIM_ANY) - ny_sim_live_handles(NY_SIM_CLIENT);
 }
 
-// A module that throws, loaded from its file, which says what compiled it.
+// The module that throws, loaded from the current folder, with the bridge that stands beside it there; natively with
+// the program's.
 class LoadedThrowingModule {
 public:
-    explicit LoadedThrowingModule(const char* file) : library(::LoadLibraryA(file)) {
+    LoadedThrowingModule() : library(Load("throwing_module.dll")) {
         if (library == nullptr) {
-            throw std::runtime_error(std::string("cannot load ") + file);
+            throw std::runtime_error("cannot load the module");
         }
         offered = Find<decltype(GetThrowingModule)>("GetThrowingModule")();
         throwAt = Find<decltype(ThrowAt)>("ThrowAt");
@@ -49,6 +50,16 @@ public:
     LineLog log;
 
 private:
+    static HMODULE Load(const char* file) {
+#ifdef _WIN32
+        char path[MAX_PATH] = {};
+        ::GetFullPathNameA(file, MAX_PATH, path, nullptr);
+        return ::LoadLibraryExA(path, nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+#else
+        return ::LoadLibraryA(file);
+#endif
+    }
+
     template <class Function>
     Function* Find(const char* name) const {
         auto* const function = reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));

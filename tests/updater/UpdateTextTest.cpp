@@ -112,7 +112,7 @@ protected:
 
 TEST_F(UpdateRecord, KeepsWhatTheModuleRegistered) {
     const CTheUpdateNotify record(&callback, this);
-    EXPECT_EQ(record.callback, &callback);
+    EXPECT_EQ(record.callback.Address(), &callback);
     EXPECT_EQ(record.reserved, nullptr);
     EXPECT_EQ(record.context, this);
     EXPECT_EQ(record.further, nullptr);

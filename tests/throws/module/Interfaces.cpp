@@ -196,9 +196,37 @@ Sink sinkOfBridge(Place::WriteOfBridge);
 Sink sinkOfRegistrations(Place::WriteOfRegistration);
 Listener listener;
 
-constexpr ThrowingModule offered = {&collector,           &enforcer, &taskEnforcer, &updates,     &sinkOfBridge,
-                                    &sinkOfRegistrations, &listener, CheckHealth,   HostsManager, LogWide,
-                                    LogFormatted};
+bool SetEnforcer(const wchar_t* wideId, bool isSet) {
+    return isSet ? VsKitMsgbusSetEnforcePolicy(wideId, &enforcer, &sinkOfRegistrations)
+                 : VsKitMsgbusRemoveEnforcerPolicy(wideId);
+}
+
+VsMsgbus* bridge = nullptr;
+
+bool Enter(const char* id, const wchar_t* wideId) {
+    constexpr uint32_t allServices = ~0U;
+    return VsKitMsgbusSetCollectProperties(wideId, &collector, &sinkOfRegistrations) && SetEnforcer(wideId, true) &&
+           VsKitMsgbusSetTaskEnforcer(wideId, &taskEnforcer, nullptr) &&
+           VsKitMsgbusSetUpdateNotify(wideId, &updates, nullptr) &&
+           VsMsgbusEntry(id, allServices, &sinkOfBridge, &bridge);
+}
+
+bool Leave(const char* id, const wchar_t* wideId) {
+    const bool hasLeft = VsMsgbusExit(id, bridge);
+    return VsKitMsgbusRemoveCollectProperties(wideId) && SetEnforcer(wideId, false) &&
+           VsKitMsgbusRemoveTaskEnforcer(wideId) && VsKitMsgbusRemoveUpdateNotify(wideId) && hasLeft;
+}
+
+void FreeCookie(const wchar_t* wideId) {
+    VsKitMsgbusFreeTaskCookie(wideId, nullptr);
+}
+
+void Listen(bool isListening) {
+    getLogManager()->SetListener(isListening ? &listener : nullptr);
+}
+
+constexpr ThrowingModule offered = {Enter,       Leave,        SetEnforcer, FreeCookie,  Listen,
+                                    CheckHealth, HostsManager, LogWide,     LogFormatted};
 
 }  // namespace
 

@@ -51,15 +51,16 @@ enum class Thrown : int32_t {
 // Who catches it.
 enum class Catcher : int32_t { Bridge, ModuleAroundWalk, ModuleAroundUserWalk };
 
-// What the module has, to be registered by the test; all of it lives as long as the module.
+// What the module does with the bridge that it is linked with. Which product it is for says every id.
 struct ThrowingModule {
-    VsKitMsgbus::INYCollectProperties* collector;
-    VsKitMsgbus::INYEnforcePolicy* enforcer;
-    VsKitMsgbus::INYTaskEnforcer* taskEnforcer;
-    VsKitMsgbus::INYUpdateNotifyCallback* updates;
-    VsKitMsgbus::ILogSink* sinkOfBridge;
-    VsKitMsgbus::ILogSink* sinkOfRegistrations;
-    LogUtils::LogListener* listener;
+    // Registers all that it has and enters for all services; and the way back.
+    bool (*enter)(const char* id, const wchar_t* wideId);
+    bool (*leave)(const char* id, const wchar_t* wideId);
+    // Registers the enforcer alone, or takes it back.
+    bool (*setEnforcer)(const wchar_t* wideId, bool isSet);
+    void (*freeCookie)(const wchar_t* wideId);
+    // Listens to the host's log, or does not any more.
+    void (*listen)(bool isListening);
     VsKitHealthCheckCallback healthCheck;
     // A host's log: stand for what LogLib.dll exports.
     LogUtils::LogManager* (*getLogManager)();
