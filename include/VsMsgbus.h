@@ -32,8 +32,8 @@
 ///  8. What a callback throws is caught by the bridge, answered as the callback's comment says, and destroyed, whether
 ///     mingw-w64's or Microsoft's compiler built the module; what a walk's callback throws may also be caught by the
 ///     module around the walk, which then holds nothing any more. With Microsoft's runtime, what was thrown on by a
-///     bare `throw;` to the bridge may not be destroyed. Only C++ exceptions are caught: an access violation or the like
-///     goes on to whom it belongs, and what the bridge holds for the call stays held.
+///     bare `throw;` to the bridge may not be destroyed. Only C++ exceptions are caught: an access violation or the
+///     like goes on to whom it belongs, and what the bridge holds for the call stays held.
 ///  9. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
 ///     structures. Classes of a C++ library do not cross: a std::string that is returned by value is another thing in
 ///     another library. One operation does so by contract, IPolicyBag::GetDigest: where the module does not have the

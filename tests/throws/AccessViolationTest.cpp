@@ -36,6 +36,9 @@ TEST_F(CaughtAccessViolation, IsTheModulesThatWalksAndTheWalkHoldsNothing) {
     if (ThisPair().module == "gnu") {
         GTEST_SKIP() << "g++ has no word for such handlers";
     }
+    if (ThisPair().bridge == "microsoft") {
+        GTEST_SKIP() << "that bridge is not shipped, and has its destructors run for C++ exceptions alone";
+    }
     module.ThrowFrom(Place::OnSetting, Thrown::AccessViolation, Catcher::ModuleAroundWalk);
     const std::vector<std::string> lines = Ask(Place::OnSetting);
     ASSERT_EQ(lines.size(), 5U) << testing::PrintToString(lines);

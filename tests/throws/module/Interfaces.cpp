@@ -1,5 +1,7 @@
 // What the module is called through: each operation throws when it was told to.
 #include "Throwing.h"
+#include "VsMsgbus.h"
+#include "loglib/LogLib.h"
 
 namespace {
 

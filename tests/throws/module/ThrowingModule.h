@@ -5,8 +5,12 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "VsMsgbus.h"
-#include "loglib/LogLib.h"
+#include "VsMsgbus/HealthCheck.h"
+
+namespace LogUtils {
+class LogEvent;
+class LogManager;
+}  // namespace LogUtils
 
 // Where the bridge calls a module.
 enum class Place : int32_t {
