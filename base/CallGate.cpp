@@ -2,6 +2,13 @@
 
 #include <mutex>
 
+namespace {
+
+// Who waits behind the first looks now and then whether it is the first now.
+constexpr std::chrono::milliseconds intervalBehindTheFirst{1000};
+
+}  // namespace
+
 // A call that waits for its turn, on its own thread's stack. Each sleeps by itself, so that no other wakes with it.
 struct CallGate::Waiter {
     Call& call;
@@ -92,31 +99,30 @@ void CallGate::WaitForTurn(Call& call, Patience patience) {
     if (patience == nullptr) {
         self.answered.Wait(mutex, [&self] { return !self.isWaiting; });
     } else if (!WaitPatiently(self, patience)) {
-        Withdraw(self);
+        TurnWaitersAway();
     }
 }
 
 bool CallGate::WaitPatiently(Waiter& waiter, Patience patience) {
-    DWORD threadInside = calls->threadId;
+    DWORD threadInside = 0;
     std::chrono::milliseconds waited{0};
-    while (!waiter.answered.WaitFor(mutex, patienceInterval, [&waiter] { return !waiter.isWaiting; })) {
+    for (;;) {
+        const bool isFirst = waiters == &waiter;
+        const auto interval = isFirst ? patienceInterval : intervalBehindTheFirst;
+        if (waiter.answered.WaitFor(mutex, interval, [&waiter] { return !waiter.isWaiting; })) {
+            return true;
+        }
+        if (!isFirst) {
+            continue;
+        }
         const std::chrono::milliseconds limit = patience(calls->threadId);
-        const bool begins = limit == withoutLimit || calls->threadId != threadInside;
-        waited = begins ? std::chrono::milliseconds{0} : waited + patienceInterval;
+        const bool goesOn = limit != withoutLimit && calls->threadId == threadInside;
+        waited = goesOn ? waited + interval : std::chrono::milliseconds{0};
         threadInside = calls->threadId;
-        if (waited >= limit) {
+        if (goesOn && waited >= limit) {
             return false;
         }
     }
-    return true;
-}
-
-void CallGate::Withdraw(Waiter& waiter) noexcept {
-    Waiter** link = &waiters;
-    while (*link != &waiter) {
-        link = &(*link)->next;
-    }
-    *link = waiter.next;
 }
 
 void CallGate::LetIn(Call& call) noexcept {

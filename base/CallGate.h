@@ -17,8 +17,8 @@ public:
     // of arrival, and for each turn one thread wakes.
     enum class Admission { Together, OneThreadAtATime };
 
-    // How long a call waits for its turn while the thread inside does what it is doing now. It is asked again and again,
-    // with the gate's lock held.
+    // How long calls wait for their turn while the thread inside does what it is doing now. It is asked again and again,
+    // with the gate's lock held, for as long as calls wait.
     using Patience = std::chrono::milliseconds (*)(DWORD threadInside) noexcept;
     static constexpr std::chrono::milliseconds withoutLimit = std::chrono::milliseconds::max();
     // The time between two such questions.
@@ -67,9 +67,8 @@ private:
 
     // To be called with the mutex locked, like those that follow. Leaves the call outside when its wait is ended.
     void WaitForTurn(Call& call, Patience patience);
-    // Whether the waiter was let in or turned away before its patience was over.
+    // The first who waits asks for all of them. False when its patience is over.
     bool WaitPatiently(Waiter& waiter, Patience patience);
-    void Withdraw(Waiter& waiter) noexcept;
     void LetIn(Call& call) noexcept;
     // Lets in who waited longest of those that no other thread inside keeps waiting.
     void GiveTurn() noexcept;

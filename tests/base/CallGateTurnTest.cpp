@@ -100,26 +100,38 @@ TEST(GateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-TEST(GateTurn, ComesToWhoIsPatientAfterTheOthersHaveGoneAway) {
+TEST(GateTurn, IsGivenUpByAllWhoWaitAtOnce) {
+    CallGate gate;
+    const CallGate::Call own(gate);
+    patience = CallGate::withoutLimit;
+    CountedSleeps sleeps;
+    const WaitingCall first(gate, Patience);
+    ASSERT_TRUE(sleeps.WaitFor(1));
+    const WaitingCall second(gate, Patience);
+    EXPECT_FALSE(second.IsAnswered(moment));
+    patience = CallGate::patienceInterval;
+    EXPECT_TRUE(first.IsAnswered());
+    EXPECT_TRUE(second.IsAnswered());
+    EXPECT_FALSE(first.IsInside());
+    EXPECT_FALSE(second.IsInside());
+}
+
+// The first one asks whether there is a reason to give up.
+TEST(GateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
+    patience = CallGate::withoutLimit;
     CountedSleeps sleeps;
-    std::optional<WaitingCall> before(std::in_place, gate);
-    EXPECT_TRUE(sleeps.WaitFor(1));
-    patience = std::chrono::milliseconds(0);
-    {
-        const WaitingCall impatient(gate, Patience);
-        EXPECT_TRUE(impatient.IsAnswered());
-        EXPECT_FALSE(impatient.IsInside());
-    }
-    const WaitingCall after(gate);
-    EXPECT_FALSE(after.IsAnswered(moment));
+    WaitingCall first(gate, Patience);
+    ASSERT_TRUE(sleeps.WaitFor(1));
+    const WaitingCall second(gate, Patience);
+    EXPECT_FALSE(second.IsAnswered(moment));
     own.reset();
-    EXPECT_TRUE(before->IsAnswered());
-    EXPECT_TRUE(before->IsInside());
-    before.reset();
-    EXPECT_TRUE(after.IsAnswered());
-    EXPECT_TRUE(after.IsInside());
+    EXPECT_TRUE(first.IsAnswered());
+    EXPECT_TRUE(first.IsInside());
+    patience = CallGate::patienceInterval;
+    EXPECT_TRUE(second.IsAnswered());
+    EXPECT_FALSE(second.IsInside());
 }
 
 TEST(GateTurn, ComesToWhoIsPatientEnough) {
