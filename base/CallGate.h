@@ -17,8 +17,8 @@ public:
     // of arrival, and for each turn one thread wakes.
     enum class Admission { Together, OneThreadAtATime };
 
-    // How long calls wait for their turn while the thread inside does what it is doing now. It is asked again and again,
-    // with the gate's lock held, for as long as calls wait.
+    // How long calls wait for their turn while the thread inside does what it is doing now. It is asked again and
+    // again, with the gate's lock held, for as long as calls wait.
     using Patience = std::chrono::milliseconds (*)(DWORD threadInside) noexcept;
     static constexpr std::chrono::milliseconds withoutLimit = std::chrono::milliseconds::max();
     // The time between two such questions.

@@ -39,9 +39,7 @@ protected:
         HoldPolicies(R"([{"softwareId": "PRODUCT1000", "settingsObject": {"digest": "first"}},
                          {"softwareId": "PRODUCT1000", "settingsObject": {"digest": "second"}}])");
     }
-    static void FailSecond() {
-        ASSERT_EQ(ny_sim_fail_call("ny_policy_uri_get_pso_digest", 2, 77, NY_SIM_ONCE), NY_OK);
-    }
+    static void FailSecond() { ASSERT_EQ(ny_sim_fail_call("ny_policy_uri_get_pso_digest", 2, 77, NY_SIM_ONCE), NY_OK); }
 };
 
 TEST_F(DigestText, IsThatOfTheString) {

@@ -158,7 +158,7 @@ void Hostility::CallInsideRegister() {
 
 std::string Hostility::Summary() const {
     return std::to_string(troubles) + " times of trouble: " + std::to_string(faults) + " faults, " +
-           std::to_string(lateCalls) + " late calls (" + std::to_string(refusals) + " to be refused), " + std::to_string(ny_sim_register_call_count()) +
-           " calls inside register, " + std::to_string(losses) + " losses of all files, " +
-           std::to_string(conductor.Left().Of(NY_SIM_ANY)) + " handles not taken back";
+           std::to_string(lateCalls) + " late calls (" + std::to_string(refusals) + " to be refused), " +
+           std::to_string(ny_sim_register_call_count()) + " calls inside register, " + std::to_string(losses) +
+           " losses of all files, " + std::to_string(conductor.Left().Of(NY_SIM_ANY)) + " handles not taken back";
 }
