@@ -6,7 +6,6 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <utility>
 
 #include "base/Boundary.h"
@@ -33,10 +32,6 @@ NameView View(const NameView& name) noexcept {
     return name;
 }
 
-NameView WithoutAddress(const NameView& name) noexcept {
-    return {{nullptr, name.data.type}, name.product};
-}
-
 struct Hash {
     using is_transparent = void;
     template <class AnyName>
@@ -59,6 +54,7 @@ struct Equal {
 struct Entry {
     std::shared_ptr<void> called;
     const void* group = nullptr;
+    bool isAdmitted = false;  // else it has ended: a name that was known is not taken for any other one
 };
 
 }  // namespace
@@ -67,24 +63,15 @@ struct Entry {
 struct AgentCallTable {
     Mutex lock;
     std::unordered_map<Name, Entry, Hash, Equal> entries;
-    // The products that were ever admitted by their own name, without an address: few, and kept for good.
-    std::unordered_set<Name, Hash, Equal> known;
     AgentCall* underWay = nullptr;
-
-    using Ended = decltype(entries)::node_type;
-
-    // The entry, out of the table; an empty one when it was not found.
-    Ended Take(decltype(entries)::const_iterator found) noexcept {
-        return found != entries.end() ? entries.extract(found) : Ended();
-    }
 
     // The entry that serves a call with this data for this product; null when the call comes too late.
     const Entry* Find(const NameView& name) const noexcept {
         auto found = entries.find(name);
-        if (found == entries.end() && !name.product.empty() && !known.contains(WithoutAddress(name))) {
+        if (found == entries.end() && !name.product.empty()) {
             found = entries.find(NameView{name.data, {}});
         }
-        return found != entries.end() ? &found->second : nullptr;
+        return found != entries.end() && found->second.isAdmitted ? &found->second : nullptr;
     }
 
     void Begin(AgentCall& call, const NameView& name) noexcept {
@@ -143,28 +130,33 @@ void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::s
                      const void* group) {
     AgentCallTable& table = Table();
     Name name{data, std::string(product)};
-    Name knownName{{nullptr, data.type}, name.product};
-    Entry entry{std::move(called), group};
+    Entry entry{std::move(called), group, true};
     const std::lock_guard guard(table.lock);
-    table.known.insert(std::move(knownName));
     std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
 }
 
 void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
-    AgentCallTable::Ended ended;
+    std::shared_ptr<void> ended;
     const std::lock_guard guard(table.lock);
-    ended = table.Take(table.entries.find(NameView{data, product}));
+    const auto found = table.entries.find(NameView{data, product});
+    if (found != table.entries.end()) {
+        found->second.isAdmitted = false;
+        ended.swap(found->second.called);
+    }
 }
 
 void ForgetAgentCalls(const void* group) noexcept {
     AgentCallTable& table = Table();
-    AgentCallTable::Ended forgotten;
+    decltype(table.entries)::node_type forgotten;
     do {
         forgotten = {};
         const std::lock_guard guard(table.lock);
-        forgotten = table.Take(std::find_if(table.entries.begin(), table.entries.end(),
-                                            [group](const auto& entry) { return entry.second.group == group; }));
+        const auto found = std::find_if(table.entries.begin(), table.entries.end(),
+                                        [group](const auto& entry) { return entry.second.group == group; });
+        if (found != table.entries.end()) {
+            forgotten = table.entries.extract(found);
+        }
     } while (forgotten);
 }
 

@@ -26,13 +26,13 @@ AgentCallData CallData(const void* address) noexcept {
 }
 
 // From now on the agent may call with this data for this product. An empty one stands for every product that was never
-// admitted by its own name, with whatever data of this type: the agent may name any, and an address that is given again
-// must not serve a product that has left. Each call shares `called`. `group` names what is forgotten
+// admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten
 // together. Takes the place of what was admitted under the same name. Raises std::bad_alloc.
 void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
                      const void* group);
 
-// From now on a call with this data for this product comes too late. Those that are inside go on.
+// From now on a call with this data for this product comes too late. Those that are inside go on. The name is kept
+// until its group is forgotten, so that it is not taken for any other product.
 void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
 // From now on every call with the data of this group comes too late.

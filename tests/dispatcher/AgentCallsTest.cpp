@@ -66,18 +66,6 @@ TEST_F(AdmittedCalls, WithTheSameAddressAsAnotherTypeAreNotTakenForIt) {
     EXPECT_FALSE(AgentCall(CallData<OtherKind>(this), "PRODUCT1000"));
 }
 
-// As an agent's client does that is started anew.
-TEST_F(AdmittedCalls, WithAnAddressThatIsGivenAgainDoNotServeAProductThatHasLeft) {
-    const int before = 0;
-    AdmitAgentCalls(data, "LEFT BEFORE", called, &before);
-    ForgetAgentCalls(&before);
-    Admit("");
-    EXPECT_FALSE(IsServed("LEFT BEFORE"));
-    EXPECT_TRUE(IsServed("NEVER SEEN"));
-    Admit("LEFT BEFORE");
-    EXPECT_TRUE(IsServed("LEFT BEFORE"));
-}
-
 TEST_F(AdmittedCalls, OfAGroupAreForgottenTogether) {
     const int otherGroup = 0;
     const AgentCallData others = CallData<Called>(&otherGroup);
