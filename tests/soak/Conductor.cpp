@@ -111,6 +111,7 @@ void Conductor::Leave(size_t product) {
     if (!entered[product]) {
         return;
     }
+    products[product].startsBeforeLeaving = startsOfTheAgent;
     LeaveOne(ProductId(product));
     entered.reset(product);
     for (const Service service : allServices) {
@@ -281,10 +282,10 @@ void Conductor::EnterAgain(const std::bitset<productCount>& before) {
     }
 }
 
-bool Conductor::IsOut(const std::string& id) const {
+bool Conductor::HasLeft(const std::string& id) const {
     for (size_t product = 0; product < productCount; ++product) {
         if (ProductId(product) == id) {
-            return !entered[product];
+            return !entered[product] && products[product].startsBeforeLeaving == startsOfTheAgent;
         }
     }
     return false;

@@ -36,8 +36,9 @@ public:
     void EndTrouble();
     // Those handles.
     const LeftHandles& Left() const { return left; }
-    // Whether it is a product of the plan's that is not in: nobody else enters with that id.
-    bool IsOut(const std::string& id) const;
+    // Whether it is a product of the plan's that has left the agent's client that there is now: nobody else enters with
+    // that id.
+    bool HasLeft(const std::string& id) const;
 
     // Whether the bridge has followed every change of the agent, as far as that was waited for.
     bool IsSettled() const { return pendingChanges == 0; }
@@ -79,6 +80,7 @@ private:
         uint32_t first = 0;
         uint32_t certain = 0;
         uint32_t possible = 0;
+        uint64_t startsBeforeLeaving = 0;  // of the agent, when it last left
     };
 
     AgentOfTheSoak& agent;
