@@ -129,7 +129,8 @@ void Hostility::AnswerErrors() {
 
 // Several at once. A product that is out has nothing that could be called once the agent has unregistered it. An agent
 // that refused to, or that could not be asked because it had changed, may call until its client is let go of. What a
-// later client registers may have the same callback data: nothing is certain any more once one was started.
+// later client registers may have the same callback data: nothing is certain any more once one was started, nor while
+// the agent changes.
 void Hostility::CallLate() {
     const std::vector<std::string> ids = AllProductIds();
     std::list<std::pair<LateCall, bool>> calls;
@@ -140,8 +141,8 @@ void Hostility::CallLate() {
         const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
         if (remembered != 0) {
             ++lateCalls;
-            const bool isUnregistered =
-                conductor.HasLeft(id) && ny_sim_unregistered_count(callback, id.c_str()) == remembered;
+            const bool isUnregistered = !current.lostFiles && conductor.IsSettled() && conductor.HasLeft(id) &&
+                                        ny_sim_unregistered_count(callback, id.c_str()) == remembered;
             refusals += isUnregistered ? 1 : 0;
             calls.emplace_back(std::piecewise_construct, std::forward_as_tuple(callback, id, choice % remembered),
                                std::forward_as_tuple(isUnregistered));
