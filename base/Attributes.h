@@ -1,7 +1,7 @@
 #pragma once
 
-// What a function is told to the compiler by, each in front of its declaration. Microsoft's compiler warns of what it
-// does not know, and so is told less.
+// Attributes of functions, to be written in front of the declaration. Microsoft's compiler warns of attributes that it
+// does not know: for it some of them are empty.
 
 #if defined(__GNUC__) || defined(__clang__)
 
@@ -21,9 +21,8 @@
 #define LIKE_PRINTF(text, arguments)
 #endif
 
-// Has a function compiled into each of its callers, however many there are, in a build that is optimised. For the few
-// lines that run for each of a million texts, and that the compiler would rather share. Other builds keep it one
-// function, to be stepped through and counted.
+// Forces inlining in optimised builds. For the few lines that run for each of a million texts, and that the compiler
+// would rather share. Other builds keep one function, which a debugger can step through and coverage can count.
 #if defined(__OPTIMIZE__)
 #define INTO_CALLER [[gnu::always_inline]]
 #else

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Who waits behind the first looks now and then whether it is the first now.
+// The time after which a waiter that is not the first looks whether it has become the first.
 constexpr std::chrono::milliseconds intervalBehindTheFirst{1000};
 
 }  // namespace

@@ -5,7 +5,8 @@
 #include <cstring>
 #include <utility>
 
-// What stands behind a throw, as that compiler's public ABI has it. Addresses are relative to the image; 0 is none.
+// Microsoft's compiler describes each type that it throws in the structures below: its public ABI. Addresses in them
+// are relative to the image; 0 is none.
 
 namespace {
 
@@ -118,7 +119,7 @@ RunInForeignFrame:
     .seh_endproc
 )");
 
-// What the two handlers have in common.
+// The bodies of the two handlers, which reach the frame's private members through this struct.
 struct ForeignFrame::Handlers {
     // Where the assembler has put it.
     static ForeignFrame& FrameAt(void* stack) noexcept {

@@ -18,7 +18,7 @@ public:
     // The code that it carries when it is the agent exception, or derived from it.
     std::optional<int32_t> AgentCode() const noexcept;
 
-    // What destroys the object; null when nothing must be done.
+    // The function that destroys the object; null when its type needs none.
     using Destructor = void (*)(void* object);
     Destructor FindDestructor() const noexcept;
     void* Object() const noexcept { return object; }
@@ -37,7 +37,7 @@ private:
 // A try block around code that calls a module. One run at a time.
 class ForeignFrame {
 public:
-    // What the system calls: see ForeignFrame.cpp.
+    // The bodies of the handlers that the system calls: see ForeignFrame.cpp.
     struct Handlers;
 
     ForeignFrame(const ForeignFrame&) = delete;
