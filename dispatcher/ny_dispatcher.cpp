@@ -39,62 +39,74 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
                            request.count, log));
 }
 
+// Whoever is inside the libraries keeps this one, too. False when there is no memory for that.
+bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept REQUIRES(dispatcher.lock) {
+    const std::shared_ptr<LibrariesInUse> users = dispatcher.users.lock();
+    return users == nullptr || Guarded(false, [&] {
+               users->Add(entry.library);
+               return true;
+           });
+}
+
 // From the member on; the product is one.
-int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) {
-    const DispatcherLog& log = dispatcher.log;
+int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) REQUIRES(dispatcher.lock) {
     Member* member = nullptr;
     int32_t result = CallSlot(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
-    if (Report(log, "ny_grouper_find_member for product", result) != NY_OK) {
+    if (Report(dispatcher.log, "ny_grouper_find_member for product", result) != NY_OK) {
         return result;
     }
-    result = CallSlot(*member, &MemberOperations::add_library, request.library, log);
-    if (Report(log, "ny_grouper_add_member library", result) != NY_OK) {
+    result = CallSlot(*member, &MemberOperations::add_library, request.library, dispatcher.log);
+    if (Report(dispatcher.log, "ny_grouper_add_member library", result) != NY_OK) {
         return result;
     }
     LibraryEntry* entry = nullptr;
     result = CallSlot(*member, &MemberOperations::find_library, request.library, &entry);
-    if (Report(log, "ny_grouper_find_member library", result) != NY_OK) {
+    if (Report(dispatcher.log, "ny_grouper_find_member library", result) != NY_OK) {
         return result;
     }
-    if (const auto users = dispatcher.users.lock()) {
-        users->Add(entry->library);
+    if (!KeepForUsers(dispatcher, *entry)) {
+        return NY_OUT_OF_MEMORY;
     }
-    result = LoadTable(*member, *entry, request, log);
+    result = LoadTable(*member, *entry, request, dispatcher.log);
     if (result == NY_OK && request.version != nullptr && *request.version == 0) {
-        dispatcher.question = {entry->FindGetVersion(request.group != nullptr ? request.group : "", log),
+        dispatcher.question = {entry->FindGetVersion(request.group != nullptr ? request.group : "", dispatcher.log),
                                entry->library, request.version};
     }
     return result;
 }
 
-int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) {
+int32_t Initialise(Grouper& grouper, const char* defaultPath) noexcept {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
         if (defaultPath != nullptr) {
-            dispatcher.grouper.defaultPath = defaultPath;
+            grouper.defaultPath = defaultPath;
         }
-        dispatcher.grouper.operations = &grouperOperations;
+        grouper.operations = &grouperOperations;
         return NY_OK;
     });
 }
 
-int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) {
+int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) REQUIRES(dispatcher.lock) {
+    return Initialise(dispatcher.grouper, defaultPath);
+}
+
+int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) REQUIRES(dispatcher->lock) {
     if (dispatcher == nullptr || request.product == nullptr || request.library == nullptr || request.names == nullptr ||
         request.table == nullptr || request.count == 0) {
         return NY_INVALID_ARGUMENT;
     }
-    const DispatcherLog& log = dispatcher->log;
-    log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
-              request.group != nullptr ? request.group : "(null)", request.product, request.library);
+    dispatcher->log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
+                          request.group != nullptr ? request.group : "(null)", request.product, request.library);
     int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::add_member, request.product);
-    if (Report(log, "ny_grouper_add_member", result) != NY_OK) {
+    if (Report(dispatcher->log, "ny_grouper_add_member", result) != NY_OK) {
         return result;
     }
-    result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return LoadFromMember(*dispatcher, request); });
-    log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
+    result = LoadFromMember(*dispatcher, request);
+    dispatcher->log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
     return result;
 }
 
-int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const char* library) {
+int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const char* library)
+    REQUIRES(dispatcher->lock) {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
@@ -106,7 +118,7 @@ int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const 
     return result == NY_OK ? CallSlot(*member, &MemberOperations::remove_library, library, dispatcher->log) : result;
 }
 
-void ny_dispatcher_deinit(Dispatcher& dispatcher) {
+void ny_dispatcher_deinit(Dispatcher& dispatcher) REQUIRES(dispatcher.lock) {
     const GrouperOperations* operations = dispatcher.grouper.operations;
     if (operations != nullptr && operations->release != nullptr) {
         operations->release(dispatcher.grouper, dispatcher.log);

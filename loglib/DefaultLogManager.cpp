@@ -4,7 +4,6 @@
 
 #include <chrono>
 #include <cstddef>
-#include <mutex>
 #include <new>
 #include <utility>
 
@@ -45,26 +44,18 @@ bool DefaultLogManager::SetFile(const wchar_t* path) noexcept {
 
 LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* newListener) noexcept {
     return Guarded<LogUtils::LogListener*>(nullptr, [&] {
-        auto replaced = newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr;
-        {
-            const std::lock_guard guard(listenerLock);
-            replaced.swap(listening);
-        }
+        const auto replaced =
+            listening.Exchange(newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr);
         if (replaced == nullptr) {
             return static_cast<LogUtils::LogListener*>(nullptr);
         }
-        replaced->gate.Close();
-        replaced->gate.WaitForOthers();
+        replaced->gate.CloseAndWait();
         return replaced->listener.HandBack();
     });
 }
 
 void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
-    std::shared_ptr<Listening> told;
-    {
-        const std::lock_guard guard(listenerLock);
-        told = listening;
-    }
+    const auto told = listening.Share();
     if (told == nullptr) {
         return;
     }

@@ -1,7 +1,6 @@
 #include "msgbus/AgentRegistrations.h"
 
 #include <algorithm>
-#include <mutex>
 
 #include "values/AgentException.h"
 
@@ -10,7 +9,7 @@ using corvane::ny::utils::Check;
 void AgentRegistrations::Add(const std::string& productId) {
     Products::iterator product;
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         if (isClosed) {
             return;
         }
@@ -27,7 +26,7 @@ void AgentRegistrations::Add(const std::string& productId) {
 void AgentRegistrations::Remove(const std::string& productId) {
     Products::iterator product;
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         product = products.find(productId);
         if (product == products.end()) {
             return;
@@ -43,7 +42,7 @@ void AgentRegistrations::Remove(const std::string& productId) {
 
 void AgentRegistrations::Close() {
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         isClosed = true;
         for (auto& [productId, product] : products) {
             product.isWanted = false;
@@ -51,23 +50,24 @@ void AgentRegistrations::Close() {
         }
     }
     int32_t failure = NY_OK;
-    for (auto product = TakeNextToTry(); product != products.end(); product = TakeNextToTry()) {
-        const int32_t result = Settle(product, false);
+    while (const auto product = TakeNextToTry()) {
+        const int32_t result = Settle(*product, false);
         failure = failure == NY_OK ? result : failure;
     }
     Check(failure);
 }
 
-AgentRegistrations::Products::iterator AgentRegistrations::TakeNextToTry() {
-    const std::lock_guard guard(lock);
+std::optional<AgentRegistrations::Products::iterator> AgentRegistrations::TakeNextToTry() {
+    const ScopedLock guard(lock);
     const auto found = std::find_if(products.begin(), products.end(), [](const auto& entry) {
         // The thread that is in the agent for a product ends its registration.
         return entry.second.mustBeTried && !entry.second.isBusy;
     });
-    if (found != products.end()) {
-        found->second.mustBeTried = false;
-        found->second.isBusy = true;
+    if (found == products.end()) {
+        return std::nullopt;
     }
+    found->second.mustBeTried = false;
+    found->second.isBusy = true;
     return found;
 }
 
@@ -77,7 +77,7 @@ int32_t AgentRegistrations::Settle(Products::iterator product, bool isAsked) {
     for (;;) {
         bool isWanted = false;
         {
-            const std::lock_guard guard(lock);
+            const ScopedLock guard(lock);
             isWanted = product->second.isWanted;
             if (isWanted == product->second.isRegistered) {
                 End(product);
@@ -86,7 +86,7 @@ int32_t AgentRegistrations::Settle(Products::iterator product, bool isAsked) {
         }
         const int32_t result = isWanted ? agent.Register(product->first) : agent.Unregister(product->first);
         answer = isWanted == isAsked ? result : answer;
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         if (result == NY_OK) {
             product->second.isRegistered = isWanted;
         } else if (product->second.isWanted == isWanted) {

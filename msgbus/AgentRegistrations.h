@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 
 #include "agent/ny_agent.h"
@@ -48,13 +49,13 @@ private:
     // For the thread that has made the product busy: calls the agent until the product is as it is wanted, or until the
     // agent refuses that. The code of the last call that registers, or that unregisters, as `isAsked` says.
     int32_t Settle(Products::iterator product, bool isAsked);
-    // Under the lock: the product is nobody's business any more.
-    void End(Products::iterator product);
-    // A product that Close has not tried yet, made busy; the end when there is none.
-    Products::iterator TakeNextToTry();
+    // No thread is in the agent for the product any more.
+    void End(Products::iterator product) REQUIRES(lock);
+    // A product that Close has not tried yet, made busy.
+    std::optional<Products::iterator> TakeNextToTry();
 
     Agent& agent;
     OwnerLock lock;
-    Products products;
-    bool isClosed = false;
+    Products products GUARDED_BY(lock);
+    bool isClosed GUARDED_BY(lock) = false;
 };

@@ -1,10 +1,9 @@
 #include "msgbus/AgentUse.h"
 
-#include <mutex>
 #include <utility>
 
 #include "base/Boundary.h"
-#include "base/Mutex.h"
+#include "base/SharedSlot.h"
 #include "base/UntilUnloaded.h"
 #include "dispatcher/AgentCalls.h"
 
@@ -12,18 +11,7 @@ namespace {
 
 using SessionPointer = std::shared_ptr<AgentSession>;
 
-Mutex currentLock;  // held for the copy or the exchange alone
-UntilUnloaded<SessionPointer> current;
-
-SessionPointer CurrentSession() noexcept {
-    const std::lock_guard guard(currentLock);
-    return *current;
-}
-
-SessionPointer TakeSession(const ny_client_t* client) noexcept {
-    const std::lock_guard guard(currentLock);
-    return *current != nullptr && (*current)->Client() == client ? std::exchange(*current, nullptr) : nullptr;
-}
+UntilUnloaded<SharedSlot<AgentSession>> current;
 
 CallGate& LongAgentCalls() noexcept {
     static UntilUnloaded<CallGate> gate;
@@ -58,13 +46,13 @@ void AgentSession::Own(ny_client_t* created, int32_t (*releaseFunction)(ny_clien
 }
 
 void OpenAgent(SessionPointer session) noexcept {
-    const std::lock_guard guard(currentLock);
-    (*current).swap(session);
+    (*current).Exchange(std::move(session));
 }
 
 void CloseAgent(const ny_client_t* client) noexcept {
     Guarded([&] {
-        if (const SessionPointer closed = TakeSession(client)) {
+        const auto isClients = [client](const AgentSession& session) { return session.Client() == client; };
+        if (const SessionPointer closed = (*current).TakeIf(isClients)) {
             closed->Gate().Close();
             if (!AgentCall::IsUnderWay()) {
                 closed->Gate().WaitForOthers();
@@ -74,7 +62,7 @@ void CloseAgent(const ny_client_t* client) noexcept {
 }
 
 std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept {
-    SessionPointer session = CurrentSession();
+    SessionPointer session = (*current).Share();
     return session != nullptr && session->Client() == client ? session : nullptr;
 }
 
@@ -85,12 +73,12 @@ std::chrono::milliseconds PatienceWith(DWORD threadInside) noexcept {
     if (LongAgentCalls().IsInside(threadInside)) {
         return moment;
     }
-    const std::lock_guard guard(currentLock);
-    const bool isUsingAgent = *current != nullptr && (*current)->Gate().IsInside(threadInside);
+    const auto isInside = [threadInside](AgentSession& session) { return session.Gate().IsInside(threadInside); };
+    const bool isUsingAgent = (*current).Satisfies(isInside);
     return isUsingAgent ? callWaitLimit : CallGate::withoutLimit;
 }
 
-AgentUse::AgentUse() noexcept : session(CurrentSession()) {
+AgentUse::AgentUse() noexcept : session((*current).Share()) {
     if (session != nullptr) {
         call.emplace(session->Gate());
     }

@@ -1,6 +1,5 @@
 #include "msgbus/ClientChanges.h"
 
-#include <mutex>
 #include <utility>
 
 #include "base/CallGate.h"
@@ -11,12 +10,12 @@
 
 namespace {
 
-Mutex lock;  // held for a look and a note, guards the following and what is pending for any client
-NyClient* first = nullptr;
-NyClient* last = nullptr;
-DWORD changingThread = 0;  // 0: none
-bool isChangedByWatcher = false;
-const NyClient* changingClient = nullptr;
+Mutex lock;  // also of what is pending for any client
+NyClient* first GUARDED_BY(lock) = nullptr;
+NyClient* last GUARDED_BY(lock) = nullptr;
+DWORD changingThread GUARDED_BY(lock) = 0;  // 0: none
+bool isChangedByWatcher GUARDED_BY(lock) = false;
+const NyClient* changingClient GUARDED_BY(lock) = nullptr;
 Condition changed;
 
 void Note(PendingChanges& pending, ClientChange change, uint32_t state) noexcept {
@@ -31,7 +30,7 @@ void Note(PendingChanges& pending, ClientChange change, uint32_t state) noexcept
     }
 }
 
-void Append(NyClient& client, std::shared_ptr<void>& share) noexcept {
+void Append(NyClient& client, std::shared_ptr<void>& share) noexcept REQUIRES(lock) {
     if (client.pending.isQueued) {
         return;
     }
@@ -43,7 +42,7 @@ void Append(NyClient& client, std::shared_ptr<void>& share) noexcept {
 
 // The next client with what is to be done for it; null, and no thread is at it any more, when there is none.
 NyClient* TakeNext(PendingChanges& taken) noexcept {
-    const std::lock_guard guard(lock);
+    const ScopedLock guard(lock);
     NyClient* const client = first;
     changingClient = client;
     changed.NotifyAll();
@@ -82,7 +81,7 @@ void ChangeClient(NyClient& client, ClientChange change, uint32_t state, bool is
         return;
     }
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         Note(client.pending, change, state);
         Append(client, share);
         if (changingThread != 0) {
@@ -105,13 +104,16 @@ void WaitForChangesOf(const NyClient& client) noexcept {
     if (AgentCall::IsUnderWay()) {
         return;
     }
-    const std::lock_guard guard(lock);
-    if (isChangedByWatcher && changingThread != ::GetCurrentThreadId()) {
-        changed.WaitFor(lock, callWaitLimit, [&] { return !client.pending.isQueued && changingClient != &client; });
+    const ScopedLock guard(lock);
+    if (!isChangedByWatcher || changingThread == ::GetCurrentThreadId()) {
+        return;
+    }
+    const auto end = Condition::Clock::now() + callWaitLimit;
+    while ((client.pending.isQueued || changingClient == &client) && changed.WaitUntil(lock, end)) {
     }
 }
 
 bool IsChangingClients(DWORD threadId) noexcept {
-    const std::lock_guard guard(lock);
+    const ScopedLock guard(lock);
     return threadId != 0 && changingThread == threadId;
 }

@@ -1,19 +1,17 @@
 #include "msgbus/HealthCheckRecord.h"
 
-#include <mutex>
-
 #include "base/Mutex.h"
 #include "base/UntilUnloaded.h"
 
 namespace {
 
 Mutex recordLock;
-UntilUnloaded<std::unique_ptr<HealthCheckRecord>> keptRecord;
+UntilUnloaded<std::unique_ptr<HealthCheckRecord>> keptRecord GUARDED_BY(recordLock);
 
 }  // namespace
 
 void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink, VsMsgbusClientRecord* clientRecord) {
-    const std::lock_guard guard(recordLock);
+    const ScopedLock guard(recordLock);
     if (*keptRecord == nullptr) {
         *keptRecord = std::make_unique<HealthCheckRecord>();
     }
@@ -23,20 +21,20 @@ void RecordForHealthCheck(const char* productId, VsKitMsgbus::ILogSink* logSink,
 }
 
 void ForgetClientForHealthCheck(const VsMsgbusClientRecord* clientRecord) {
-    const std::lock_guard guard(recordLock);
+    const ScopedLock guard(recordLock);
     if (*keptRecord != nullptr && (*keptRecord)->clientRecord == clientRecord) {
         (*keptRecord)->clientRecord = nullptr;
     }
 }
 
 void KeepHealthCheckCallback(const std::string& name, VsKitHealthCheckCallback callback) {
-    const std::lock_guard guard(recordLock);
+    const ScopedLock guard(recordLock);
     if (*keptRecord != nullptr) {
         (*keptRecord)->callbacks.insert_or_assign(name, callback);
     }
 }
 
 std::unique_ptr<HealthCheckRecord> CopyHealthCheckRecord() {
-    const std::lock_guard guard(recordLock);
+    const ScopedLock guard(recordLock);
     return *keptRecord != nullptr ? std::make_unique<HealthCheckRecord>(**keptRecord) : nullptr;
 }

@@ -1,7 +1,6 @@
 #include "msgbus/NyClient.h"
 
 #include <memory>
-#include <mutex>
 
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
@@ -29,7 +28,7 @@ int32_t LoadDispatcher(NyClient& client) noexcept {
 }
 
 std::shared_ptr<AgentSession> ExchangeSession(NyClient& client, std::shared_ptr<AgentSession> session) noexcept {
-    const std::lock_guard guard(client.lock);
+    const ScopedLock guard(client.lock);
     client.session.swap(session);
     return session;
 }
@@ -103,7 +102,7 @@ int32_t StartHandler(NyClient& client) noexcept {
 
 // A share of the client's notifier, null when it has none. To be given back with NotifierDestroy.
 NyClientNotifier* ShareNotifier(NyClient& client) noexcept {
-    const std::lock_guard guard(client.lock);
+    const ScopedLock guard(client.lock);
     NyClientNotifier* const notifier = client.notifier.load();
     return notifier != nullptr ? NotifierShare(notifier) : nullptr;
 }
@@ -118,7 +117,7 @@ void StopWatcher(NyClient& client) noexcept {
     client.isWatcherLate = NotifierStop(notifier) != NY_OK;
     NyClientNotifier* current = notifier;
     {
-        const std::lock_guard guard(client.lock);
+        const ScopedLock guard(client.lock);
         if (!client.notifier.compare_exchange_strong(current, nullptr)) {
             current = nullptr;
         }
@@ -135,7 +134,7 @@ void WaitUnlessLate(const NyClient& client) noexcept {
 
 // Whether the calling thread is the client's watcher.
 bool IsWatcher(NyClient& client) noexcept {
-    const std::lock_guard guard(client.lock);
+    const ScopedLock guard(client.lock);
     const NyClientNotifier* const notifier = client.notifier.load();
     return notifier != nullptr && notifier->threadId.load() == ::GetCurrentThreadId();
 }
@@ -186,7 +185,7 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
         return NY_INVALID_ARGUMENT;
     }
     {
-        const std::lock_guard guard(client->lock);
+        const ScopedLock guard(client->lock);
         client->logCallback = callback;
         client->logUserData = userData;
     }

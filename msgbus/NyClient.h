@@ -53,8 +53,8 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
     std::atomic<bool> isWatcherLate = false;  // it did not end in time: it was waited for already
     PendingChanges pending;
 
-    Mutex lock;  // guards the following, and taking a share of the notifier
-    std::shared_ptr<AgentSession> session;
+    Mutex lock;  // also for taking a share of the notifier
+    std::shared_ptr<AgentSession> session GUARDED_BY(lock);
 };
 
 // Creates a context for a product id, with the dispatcher loaded, and stores it in the record's first field.

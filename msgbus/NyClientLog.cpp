@@ -1,6 +1,5 @@
 #include <cstdarg>
 #include <cstdio>
-#include <mutex>
 
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
@@ -61,7 +60,7 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     std::shared_ptr<AgentSession> session;
     {
         // A late call may come to a new client at an old one's address, which is not yet told who takes its lines.
-        const std::lock_guard guard(client->lock);
+        const ScopedLock guard(client->lock);
         taker = TakerOf(*client);
         session = client->session;
     }

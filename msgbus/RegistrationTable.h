@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <string>
 #include <string_view>
@@ -40,7 +39,7 @@ public:
     void Set(const wchar_t* productId, Arguments&&... arguments) {
         auto entry = std::make_shared<Entry>(std::forward<Arguments>(arguments)...);
         std::wstring key(productId);
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         const bool isNew = entries.try_emplace(std::move(key), entry).second;
         if constexpr (duplicate == DuplicateRecord::LeftAlive) {
             if (!isNew) {
@@ -54,8 +53,7 @@ public:
     void Remove(std::wstring_view productId) {
         const EntryPointer removed = Take(productId);
         if (removed != nullptr) {
-            removed->gate.Close();
-            removed->gate.WaitForOthers();
+            removed->gate.CloseAndWait();
         }
     }
 
@@ -93,13 +91,13 @@ private:
     };
 
     EntryPointer Find(std::wstring_view productId) {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         const auto found = entries.find(productId);
         return found != entries.end() ? found->second : nullptr;
     }
 
     EntryPointer Take(std::wstring_view productId) {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         const auto found = entries.find(productId);
         if (found == entries.end()) {
             return nullptr;
@@ -110,5 +108,5 @@ private:
     }
 
     OwnerLock lock;
-    std::unordered_map<std::wstring, EntryPointer, Hash, std::equal_to<>> entries;
+    std::unordered_map<std::wstring, EntryPointer, Hash, std::equal_to<>> entries GUARDED_BY(lock);
 };

@@ -1,11 +1,10 @@
 #include "msgbus/VsMsgbus.h"
 
-#include <mutex>
 #include <string_view>
 #include <utility>
 
 #include "base/Boundary.h"
-#include "base/Mutex.h"
+#include "base/SharedSlot.h"
 #include "base/UntilUnloaded.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/BridgeLog.h"
@@ -19,9 +18,7 @@ using VsKit::CUniStream;
 
 namespace {
 
-std::atomic<VsMsgbus*> currentBridge = nullptr;
-Mutex bridgeLock;  // held for a copy or an exchange alone
-UntilUnloaded<std::shared_ptr<VsMsgbus>> sharedBridge;
+UntilUnloaded<SharedSlot<VsMsgbus>> bridgeOfProcess;
 
 // In the order in which Start creates the service objects, and in which a product is attached to them.
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
@@ -58,31 +55,20 @@ std::wstring WidenBytes(const char* text) {
 
 }  // namespace
 
-VsMsgbus* CurrentBridge() noexcept {
-    return currentBridge.load();
+const VsMsgbus* CurrentBridge() noexcept {
+    return (*bridgeOfProcess).Address();
 }
 
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept {
-    const std::lock_guard guard(bridgeLock);
-    return *sharedBridge;
+    return (*bridgeOfProcess).Share();
 }
 
 std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept {
-    const std::lock_guard guard(bridgeLock);
-    if (*sharedBridge == nullptr) {
-        *sharedBridge = created;
-        currentBridge = created.get();
-    }
-    return *sharedBridge;
+    return (*bridgeOfProcess).Offer(created) ? created : ShareBridge();
 }
 
 void WithdrawBridge(const VsMsgbus* instance) noexcept {
-    std::shared_ptr<VsMsgbus> withdrawn;
-    const std::lock_guard guard(bridgeLock);
-    if (sharedBridge.Get().get() == instance) {
-        withdrawn.swap(*sharedBridge);
-        currentBridge = nullptr;
-    }
+    (*bridgeOfProcess).TakeIf([instance](const VsMsgbus& bridge) { return &bridge == instance; });
 }
 
 VsMsgbusIoPointer ShareService(int32_t kind) {
@@ -122,7 +108,7 @@ void VsMsgbus::CreateClient(const char* productId) {
 }
 
 bool VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     if (!hasEnded) {
         products.try_emplace(productId, serviceMask);
     }
@@ -130,27 +116,27 @@ bool VsMsgbus::AddProduct(const std::string& productId, uint32_t serviceMask) {
 }
 
 bool VsMsgbus::EndWithoutProducts() {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     return products.empty() && !std::exchange(hasEnded, true);
 }
 
 void VsMsgbus::RemoveProduct(const std::string& productId) {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     products.erase(productId);
 }
 
 bool VsMsgbus::HasProducts() {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     return !products.empty();
 }
 
 bool VsMsgbus::HasProduct(std::string_view productId) {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     return products.contains(productId);
 }
 
 VsMsgbus::ProductTable VsMsgbus::CopyProducts() {
-    const std::lock_guard guard(productsLock);
+    const ScopedLock guard(productsLock);
     return products;
 }
 

@@ -89,15 +89,15 @@ private:
     std::shared_ptr<NyClient> client;
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
     Mutex productsLock;  // held for the insertion, removal or copy alone
-    ProductTable products;
-    bool hasEnded = false;
+    ProductTable products GUARDED_BY(productsLock);
+    bool hasEnded GUARDED_BY(productsLock) = false;
     CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;
 };
 
 // The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a
 // look whether there is one, or which; the second for using it.
-VsMsgbus* CurrentBridge() noexcept;
+const VsMsgbus* CurrentBridge() noexcept;
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept;
 // Makes `created` the process-wide instance unless there is one; returns the one there is.
 std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept;

@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <memory>
-#include <mutex>
 #include <string>
 
 #include "base/Boundary.h"
@@ -33,7 +32,7 @@ bool KeepThisLibrary() noexcept {
 // away beside the first, would lead nowhere.
 std::shared_ptr<VsMsgbus> ObtainBridge(const char* productId) {
     static Mutex creation;
-    const std::lock_guard guard(creation);
+    const ScopedLock guard(creation);
     if (std::shared_ptr<VsMsgbus> present = ShareBridge()) {
         return present;
     }

@@ -1,6 +1,5 @@
 #include "msgbus/VsMsgbusIoContainer.h"
 
-#include <mutex>
 #include <utility>
 
 #include "agent/ny_agent.h"
@@ -10,7 +9,7 @@ void VsMsgbusIoContainer::AddIo(int32_t kind, VsMsgbusIoPointer io) {
     if (FindIo(kind) != nullptr) {
         throw corvane::ny::utils::exception(NY_ALREADY_EXISTS);
     }
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     ios[kind] = std::move(io);
 }
 
@@ -19,17 +18,17 @@ VsMsgbusIo* VsMsgbusIoContainer::FindIo(int32_t kind) {
 }
 
 VsMsgbusIoPointer VsMsgbusIoContainer::ShareIo(int32_t kind) {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     const auto found = ios.find(kind);
     return found != ios.end() ? found->second : nullptr;
 }
 
 VsMsgbusIoMap VsMsgbusIoContainer::CopyIos() {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     return ios;
 }
 
 VsMsgbusIoMap VsMsgbusIoContainer::TakeIos() {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     return std::exchange(ios, {});
 }

@@ -36,5 +36,5 @@ public:
 
 private:
     Mutex mutex;
-    VsMsgbusIoMap ios;
+    VsMsgbusIoMap ios GUARDED_BY(mutex);
 };
