@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "base/UniqueHandle.h"
+
 // The longest message-bus version that is read, terminator included; what is longer does not count as a version.
 inline constexpr DWORD agentVersionSize = 19;
 using AgentVersion = char[agentVersionSize + 1];
@@ -12,11 +14,6 @@ public:
     // How messages name it.
     static constexpr char displayName[] = R"(Corvane\Agent\)";
 
-    AgentKey() = default;
-    ~AgentKey() { Close(); }
-    AgentKey(const AgentKey&) = delete;
-    AgentKey& operator=(const AgentKey&) = delete;
-
     // Each answers the system's error code, ERROR_SUCCESS when it went well.
     LSTATUS Open() noexcept;
     // Has `event` signalled, once, at the next change of a name or value in the key or below it.
@@ -25,8 +22,8 @@ public:
     LSTATUS ReadVersion(AgentVersion& version) const noexcept;
 
     bool IsOpen() const noexcept { return key != nullptr; }
-    void Close() noexcept;
+    void Close() noexcept { key.reset(); }
 
 private:
-    HKEY key = nullptr;
+    UniqueKey key;
 };

@@ -16,20 +16,6 @@ bool IsOwnThread(const NyClientNotifier& notifier) noexcept {
     return notifier.threadId.load() == ::GetCurrentThreadId();
 }
 
-void CloseAndClear(HANDLE& handle) noexcept {
-    if (handle != nullptr) {
-        ::CloseHandle(handle);
-        handle = nullptr;
-    }
-}
-
-void Free(NyClientNotifier* notifier) noexcept {
-    CloseAndClear(notifier->changeEvent);
-    CloseAndClear(notifier->stopEvent);
-    CloseAndClear(notifier->thread);
-    delete notifier;
-}
-
 DWORD WINAPI RunThread(void* parameter) {
     auto* const notifier = static_cast<NyClientNotifier*>(parameter);
     notifier->threadId = ::GetCurrentThreadId();
@@ -44,7 +30,7 @@ bool CreateWatchingThread(NyClientNotifier& notifier) noexcept {
     notifier.clientShare = FindAgentCalls(CallData<NyClient>(notifier.client), {});
     // Before the thread exists: it may end, and say so, before CreateThread returns.
     notifier.running = 1;
-    notifier.thread = ::CreateThread(nullptr, 0, RunThread, NotifierShare(&notifier), 0, nullptr);
+    notifier.thread.reset(::CreateThread(nullptr, 0, RunThread, NotifierShare(&notifier), 0, nullptr));
     if (notifier.thread != nullptr) {
         return true;
     }
@@ -67,18 +53,17 @@ int32_t NotifierCreate(NyClient* client, NyClientNotifier** out) noexcept {
     if (client == nullptr || out == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    auto* notifier = new (std::nothrow) NyClientNotifier;
+    std::unique_ptr<NyClientNotifier> notifier(new (std::nothrow) NyClientNotifier);
     if (notifier == nullptr) {
         return NY_OUT_OF_MEMORY;
     }
     notifier->client = client;
-    notifier->stopEvent = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    notifier->changeEvent = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    notifier->stopEvent.reset(::CreateEventA(nullptr, TRUE, FALSE, nullptr));
+    notifier->changeEvent.reset(::CreateEventA(nullptr, TRUE, FALSE, nullptr));
     if (notifier->stopEvent == nullptr || notifier->changeEvent == nullptr) {
-        Free(notifier);
         return NY_UNEXPECTED;
     }
-    *out = notifier;
+    *out = notifier.release();
     return NY_OK;
 }
 
@@ -89,7 +74,7 @@ NyClientNotifier* NotifierShare(NyClientNotifier* notifier) noexcept {
 
 int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept {
     if (notifier != nullptr && notifier->shares.fetch_sub(1) == 1) {
-        Free(notifier);
+        delete notifier;
     }
     return NY_OK;
 }
@@ -124,14 +109,14 @@ int32_t NotifierStop(NyClientNotifier* notifier) noexcept {
         return NY_OK;
     }
     // Either event ends the thread's wait.
-    if (::SetEvent(notifier->stopEvent) == FALSE) {
-        ::SetEvent(notifier->changeEvent);
+    if (::SetEvent(notifier->stopEvent.get()) == FALSE) {
+        ::SetEvent(notifier->changeEvent.get());
     }
-    const DWORD result = ::WaitForSingleObject(notifier->thread, StopTimeout(*notifier));
+    const DWORD result = ::WaitForSingleObject(notifier->thread.get(), StopTimeout(*notifier));
     if (result == WAIT_OBJECT_0) {
         NyClientLog(notifier->client, SeverityProgress, nyClientModule,
                     "ny client notifier thread stopped successfully.");
-        CloseAndClear(notifier->thread);
+        notifier->thread.reset();
         return NY_OK;
     }
     NyClientLog(notifier->client, SeverityFailure, nyClientModule,

@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 
+#include "base/UniqueHandle.h"
 #include "msgbus/AgentKey.h"
 
 struct NyClient;
@@ -17,9 +18,9 @@ inline constexpr uint32_t notifierWaitMilliseconds = 15000;
 
 struct NyClientNotifier {
     NyClient* client = nullptr;
-    HANDLE stopEvent = nullptr;    // manual reset; never reset, a stopped notifier is not started again
-    HANDLE changeEvent = nullptr;  // manual reset; signalled by the registry
-    HANDLE thread = nullptr;       // null when there is no thread
+    UniqueHandle stopEvent;    // manual reset; never reset, a stopped notifier is not started again
+    UniqueHandle changeEvent;  // manual reset; signalled by the registry
+    UniqueHandle thread;       // null when there is no thread
     std::atomic<uint8_t> running = 0;
     std::atomic<uint8_t> exitRequested = 0;
     uint32_t waitTimeout = notifierWaitMilliseconds;

@@ -29,7 +29,7 @@ void PauseForKey(NyClientNotifier& notifier, LSTATUS error) noexcept {
                 AgentKey::displayName, static_cast<long>(error));
     NyClientLog(notifier.client, SeverityDetail, nyClientModule, "pause for registry key to be re-established");
     notifier.waitTimeout = notifier.pauseTimeout;
-    if (::WaitForSingleObject(notifier.stopEvent, notifier.pauseTimeout) == WAIT_OBJECT_0) {
+    if (::WaitForSingleObject(notifier.stopEvent.get(), notifier.pauseTimeout) == WAIT_OBJECT_0) {
         notifier.exitRequested = 1;
         return;
     }
@@ -37,8 +37,8 @@ void PauseForKey(NyClientNotifier& notifier, LSTATUS error) noexcept {
 }
 
 bool Watch(NyClientNotifier& notifier, const AgentKey& key) noexcept {
-    ::ResetEvent(notifier.changeEvent);
-    const LSTATUS error = key.Watch(notifier.changeEvent);
+    ::ResetEvent(notifier.changeEvent.get());
+    const LSTATUS error = key.Watch(notifier.changeEvent.get());
     if (error != ERROR_SUCCESS) {
         NyClientLog(notifier.client, SeverityFailure, nyClientModule, "failed to setup registry %s monitor, error(%ld)",
                     AgentKey::displayName, static_cast<long>(error));
@@ -69,7 +69,7 @@ void FollowVersion(NyClientNotifier& notifier, const AgentKey& key) noexcept {
 
 // Waits for a change, the stop or the time-out. Whether the version is to be read.
 bool WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
-    const HANDLE events[] = {notifier.changeEvent, notifier.stopEvent};
+    const HANDLE events[] = {notifier.changeEvent.get(), notifier.stopEvent.get()};
     const DWORD result = ::WaitForMultipleObjects(2, events, FALSE, notifier.waitTimeout);
     if (result == WAIT_OBJECT_0) {
         return true;
@@ -94,8 +94,8 @@ bool WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
 // Asks for the next notification on a key whose last one has come, or may never come: Wine does not tell of a watched
 // key's deletion, and asking again finds it out.
 bool WatchOn(NyClientNotifier& notifier, const AgentKey& key) noexcept {
-    ::ResetEvent(notifier.changeEvent);
-    return key.Watch(notifier.changeEvent) == ERROR_SUCCESS;
+    ::ResetEvent(notifier.changeEvent.get());
+    return key.Watch(notifier.changeEvent.get()) == ERROR_SUCCESS;
 }
 
 }  // namespace

@@ -146,8 +146,8 @@ TEST_F(EntryText, OfAnExitWhoseWatcherIsBusyLeavesTheRestToIt) {
     NyClientNotifier& watcher = *instance->ClientRecord()->client->notifier.load();
     watcher.stopTimeout = 1;
     HANDLE thread = nullptr;
-    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread, ::GetCurrentProcess(), &thread, SYNCHRONIZE,
-                                  FALSE, 0));
+    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread.get(), ::GetCurrentProcess(), &thread,
+                                  SYNCHRONIZE, FALSE, 0));
     ny_sim_set_hook(
         "ny_client_handler_create",
         [](const char*, void* userData) {

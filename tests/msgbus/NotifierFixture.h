@@ -55,7 +55,7 @@ protected:
     }
     void WaitForThread() const {
         if (notifier->thread != nullptr) {
-            EXPECT_EQ(::WaitForSingleObject(notifier->thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+            EXPECT_EQ(::WaitForSingleObject(notifier->thread.get(), static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
         }
     }
 

@@ -12,7 +12,7 @@
 // Keeps the time-outs of one watcher's waits for a change. One at a time; outlives the watcher's thread.
 class Waits {
 public:
-    explicit Waits(const NyClientNotifier& notifier) : stopEvent(notifier.stopEvent) { current = this; }
+    explicit Waits(const NyClientNotifier& notifier) : stopEvent(notifier.stopEvent.get()) { current = this; }
 
     LineLog log;
     std::atomic<bool> isFailing = false;    // the next wait, once

@@ -119,7 +119,7 @@ TEST_F(VsMsgbusLife, TellsOfAWatcherThatDoesNotEndInTime) {
                 ElementsAre("3: NY log message, [ny_client] failed to stop ny client notifier thread."));
     EXPECT_FALSE(bridge->IsStarted());
     hold.mayGoOn.Set();
-    EXPECT_EQ(::WaitForSingleObject(notifier->thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+    EXPECT_EQ(::WaitForSingleObject(notifier->thread.get(), static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
     NotifierDestroy(notifier);
 }
 
