@@ -9,8 +9,8 @@
 
 #include "base/Boundary.h"
 #include "base/Mutex.h"
+#include "base/NoDestroyAtExit.h"
 #include "base/UniqueHandle.h"
-#include "base/UntilUnloaded.h"
 
 namespace {
 
@@ -109,7 +109,7 @@ struct AgentCallTable {
 namespace {
 
 AgentCallTable& Table() noexcept {
-    static UntilUnloaded<AgentCallTable> table;
+    static NoDestroyAtExit<AgentCallTable> table;
     return table.Get();
 }
 

@@ -7,7 +7,7 @@
 
 #include "agent/ny_agent.h"
 #include "base/Boundary.h"
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
 #include "dispatcher/AgentCalls.h"
 
 namespace {
@@ -16,7 +16,7 @@ namespace {
 // neither see a half-made dispatcher nor load tables that an earlier one is about to clear. Beside the dispatcher's own
 // lock it is the one lock under which code of the agent's runs, that of its libraries' loading and unloading.
 CriticalSection lifeLock;
-UntilUnloaded<std::shared_ptr<Dispatcher>> current GUARDED_BY(lifeLock);
+NoDestroyAtExit<std::shared_ptr<Dispatcher>> current GUARDED_BY(lifeLock);
 
 std::shared_ptr<Dispatcher> Current() noexcept {
     const ScopedLock guard(lifeLock);

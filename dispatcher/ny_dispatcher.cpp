@@ -9,7 +9,7 @@ namespace {
 
 // Calls slot `slot` of an object's operations: NY_INVALID_ARGUMENT without operations, NY_UNEXPECTED for an empty slot.
 template <class Object, class Slot, class... Arguments>
-int32_t CallSlot(Object& object, Slot slot, Arguments&&... arguments) {
+int32_t CallOperation(Object& object, Slot slot, Arguments&&... arguments) {
     if (object.operations == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
@@ -17,7 +17,7 @@ int32_t CallSlot(Object& object, Slot slot, Arguments&&... arguments) {
     return operation != nullptr ? operation(object, std::forward<Arguments>(arguments)...) : NY_UNEXPECTED;
 }
 
-int32_t Report(const DispatcherLog& log, const char* step, int32_t result) noexcept {
+int32_t LogFailedStep(const DispatcherLog& log, const char* step, int32_t result) noexcept {
     if (result != NY_OK) {
         log.Write(SeverityFailure, "%s failed <%d>", step, static_cast<int>(result));
     }
@@ -34,9 +34,9 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
     if (entry.references.load() > 1) {
         --entry.references;
     }
-    return Report(log, "ny_grouper_load_sym_table",
-                  CallSlot(member, &MemberOperations::load_sym_table, request.library, request.names, request.table,
-                           request.count, log));
+    return LogFailedStep(log, "ny_grouper_load_sym_table",
+                         CallOperation(member, &MemberOperations::load_sym_table, request.library, request.names,
+                                       request.table, request.count, log));
 }
 
 // Whoever is inside the libraries keeps this one, too. False when there is no memory for that.
@@ -51,17 +51,17 @@ bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept RE
 // From the member on; the product is one.
 int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) REQUIRES(dispatcher.lock) {
     Member* member = nullptr;
-    int32_t result = CallSlot(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
-    if (Report(dispatcher.log, "ny_grouper_find_member for product", result) != NY_OK) {
+    int32_t result = CallOperation(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_find_member for product", result) != NY_OK) {
         return result;
     }
-    result = CallSlot(*member, &MemberOperations::add_library, request.library, dispatcher.log);
-    if (Report(dispatcher.log, "ny_grouper_add_member library", result) != NY_OK) {
+    result = CallOperation(*member, &MemberOperations::add_library, request.library, dispatcher.log);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_add_member library", result) != NY_OK) {
         return result;
     }
     LibraryEntry* entry = nullptr;
-    result = CallSlot(*member, &MemberOperations::find_library, request.library, &entry);
-    if (Report(dispatcher.log, "ny_grouper_find_member library", result) != NY_OK) {
+    result = CallOperation(*member, &MemberOperations::find_library, request.library, &entry);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_find_member library", result) != NY_OK) {
         return result;
     }
     if (!KeepForUsers(dispatcher, *entry)) {
@@ -96,8 +96,8 @@ int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) R
     }
     dispatcher->log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
                           request.group != nullptr ? request.group : "(null)", request.product, request.library);
-    int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::add_member, request.product);
-    if (Report(dispatcher->log, "ny_grouper_add_member", result) != NY_OK) {
+    int32_t result = CallOperation(dispatcher->grouper, &GrouperOperations::add_member, request.product);
+    if (LogFailedStep(dispatcher->log, "ny_grouper_add_member", result) != NY_OK) {
         return result;
     }
     result = LoadFromMember(*dispatcher, request);
@@ -114,8 +114,9 @@ int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const 
         return NY_LIBRARY_UNLOAD;
     }
     Member* member = nullptr;
-    const int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::find_member, product, &member);
-    return result == NY_OK ? CallSlot(*member, &MemberOperations::remove_library, library, dispatcher->log) : result;
+    const int32_t result = CallOperation(dispatcher->grouper, &GrouperOperations::find_member, product, &member);
+    return result == NY_OK ? CallOperation(*member, &MemberOperations::remove_library, library, dispatcher->log)
+                           : result;
 }
 
 void ny_dispatcher_deinit(Dispatcher& dispatcher) REQUIRES(dispatcher.lock) {

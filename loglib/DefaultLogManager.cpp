@@ -8,23 +8,8 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/LastErrorKeeper.h"
 #include "loglib/LogLine.h"
-
-namespace {
-
-// Leaves the thread's last error as it was: who logs a failure may still have to ask for it.
-class KeptLastError {
-public:
-    KeptLastError() = default;
-    ~KeptLastError() { ::SetLastError(error); }
-    KeptLastError(const KeptLastError&) = delete;
-    KeptLastError& operator=(const KeptLastError&) = delete;
-
-private:
-    const DWORD error = ::GetLastError();
-};
-
-}  // namespace
 
 DefaultLogManager& DefaultLogManager::Instance() noexcept {
     alignas(DefaultLogManager) static std::byte place[sizeof(DefaultLogManager)];
@@ -33,7 +18,7 @@ DefaultLogManager& DefaultLogManager::Instance() noexcept {
 }
 
 void DefaultLogManager::Write(const LogUtils::LogRecord& event) noexcept {
-    const KeptLastError kept;
+    const LastErrorKeeper keeper;
     Guarded([&] { Tell(event); });
     Guarded([&] { destination.Write(LogLine(event, std::chrono::system_clock::now(), ::GetCurrentProcessId())); });
 }

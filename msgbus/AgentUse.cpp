@@ -3,18 +3,18 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/NoDestroyAtExit.h"
 #include "base/SharedSlot.h"
-#include "base/UntilUnloaded.h"
 #include "dispatcher/AgentCalls.h"
 
 namespace {
 
 using SessionPointer = std::shared_ptr<AgentSession>;
 
-UntilUnloaded<SharedSlot<AgentSession>> current;
+NoDestroyAtExit<SharedSlot<AgentSession>> current;
 
 CallGate& LongAgentCalls() noexcept {
-    static UntilUnloaded<CallGate> gate;
+    static NoDestroyAtExit<CallGate> gate;
     return gate.Get();
 }
 

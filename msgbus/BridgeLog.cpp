@@ -5,8 +5,8 @@
 
 #include "base/Boundary.h"
 #include "base/CallGate.h"
+#include "base/NoDestroyAtExit.h"
 #include "base/SharedSlot.h"
-#include "base/UntilUnloaded.h"
 #include "values/ModuleInterface.h"
 
 namespace {
@@ -18,7 +18,7 @@ struct SinkInUse {
     CallGate gate;
 };
 
-UntilUnloaded<SharedSlot<SinkInUse>> currentSink;
+NoDestroyAtExit<SharedSlot<SinkInUse>> currentSink;
 
 }  // namespace
 

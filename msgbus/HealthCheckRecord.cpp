@@ -1,12 +1,12 @@
 #include "msgbus/HealthCheckRecord.h"
 
 #include "base/Mutex.h"
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
 
 namespace {
 
 Mutex recordLock;
-UntilUnloaded<std::unique_ptr<HealthCheckRecord>> keptRecord GUARDED_BY(recordLock);
+NoDestroyAtExit<std::unique_ptr<HealthCheckRecord>> keptRecord GUARDED_BY(recordLock);
 
 }  // namespace
 

@@ -42,7 +42,7 @@ void ReleaseHandler(NyClient& client) noexcept {
     ExchangeSession(client, nullptr);
 }
 
-void LetGoOfAgent(NyClient& client) noexcept {
+void ReleaseHandlerAndDispatcher(NyClient& client) noexcept {
     ReleaseHandler(client);
     client.msgbus = nullptr;
     client.logger = nullptr;
@@ -308,7 +308,7 @@ void NyClientMakeStop(NyClient& client) noexcept {
         agent::ny_msgbus_disable_watcher(bus);
     }
     TellPointProduct(client, NyClientStateStopped);
-    LetGoOfAgent(client);
+    ReleaseHandlerAndDispatcher(client);
     client.notified = NyClientStateStopped;
 }
 
@@ -323,7 +323,7 @@ void NyClientMakeUnregister(NyClient& client) noexcept {
 
 void NyClientMakeRelease(NyClient& client) noexcept {
     if (!client.isReleased.exchange(true)) {
-        LetGoOfAgent(client);
+        ReleaseHandlerAndDispatcher(client);
         ForgetAgentCalls(&client);
     }
 }

@@ -93,7 +93,7 @@ bool WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
 
 // Asks for the next notification on a key whose last one has come, or may never come: Wine does not tell of a watched
 // key's deletion, and asking again finds it out.
-bool WatchOn(NyClientNotifier& notifier, const AgentKey& key) noexcept {
+bool RenewWatch(NyClientNotifier& notifier, const AgentKey& key) noexcept {
     ::ResetEvent(notifier.changeEvent.get());
     return key.Watch(notifier.changeEvent.get()) == ERROR_SUCCESS;
 }
@@ -147,7 +147,7 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
         if (!WaitForChange(notifier, key)) {
             continue;
         }
-        const bool isWatched = WatchOn(notifier, key);
+        const bool isWatched = RenewWatch(notifier, key);
         FollowVersion(notifier, key);
         if (!isWatched) {
             key.Close();

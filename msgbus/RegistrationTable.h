@@ -10,16 +10,17 @@
 
 #include "base/Attributes.h"
 #include "base/CallGate.h"
+#include "base/NoDestroyAtExit.h"
 #include "base/OwnerLock.h"
 #include "msgbus/AgentUse.h"
 
 // What becomes of a record for an id that has one. Left alive means that it is never freed, which some services'
 // contract asks for.
-enum class DuplicateRecord { Dropped, LeftAlive };
+enum class DuplicateRecord { Dropped, Leaked };
 
 // Loses the record for good. A function of its own, because leak reports are told by its name that this is meant.
 template <class Entry>
-NEVER_INLINED void LeaveDuplicateRecordAlive(std::shared_ptr<Entry> entry) noexcept {
+NEVER_INLINED void LeakDuplicateRecord(std::shared_ptr<Entry> entry) noexcept {
     static_cast<void>(new (std::nothrow) std::shared_ptr<Entry>(std::move(entry)));
 }
 
@@ -41,9 +42,9 @@ public:
         std::wstring key(productId);
         const ScopedLock guard(lock);
         const bool isNew = entries.try_emplace(std::move(key), entry).second;
-        if constexpr (duplicate == DuplicateRecord::LeftAlive) {
+        if constexpr (duplicate == DuplicateRecord::Leaked) {
             if (!isNew) {
-                LeaveDuplicateRecordAlive(std::move(entry));
+                LeakDuplicateRecord(std::move(entry));
             }
         }
     }
@@ -110,3 +111,10 @@ private:
     OwnerLock lock;
     std::unordered_map<std::wstring, EntryPointer, Hash, std::equal_to<>> entries GUARDED_BY(lock);
 };
+
+// The process's table of that kind.
+template <class Table>
+Table& TableOfProcess() {
+    static NoDestroyAtExit<Table> table;
+    return table.Get();
+}

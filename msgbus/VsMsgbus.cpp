@@ -4,21 +4,21 @@
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/NoDestroyAtExit.h"
 #include "base/SharedSlot.h"
-#include "base/UntilUnloaded.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/ServiceFactory.h"
 #include "values/AgentException.h"
 #include "values/CUniStream.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::utils::Check;
 using VsKit::CUniStream;
 
 namespace {
 
-UntilUnloaded<SharedSlot<VsMsgbus>> bridgeOfProcess;
+NoDestroyAtExit<SharedSlot<VsMsgbus>> bridgeOfProcess;
 
 // In the order in which Start creates the service objects, and in which a product is attached to them.
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
@@ -85,10 +85,10 @@ std::shared_ptr<VsMsgbus> VsMsgbus::Make(const char* productId) {
 }
 
 VsMsgbus::VsMsgbus(const char* productId) {
-    RunOrDropText([&] { CreateClient(productId); },
-                  [](CUniStream& text, const char* what) {
-                      text << L"VsMsgbus client creation failed, exception:[" << what << L"]";
-                  });
+    RunOrComposeUnlogged([&] { CreateClient(productId); },
+                         [](CUniStream& text, const char* what) {
+                             text << L"VsMsgbus client creation failed, exception:[" << what << L"]";
+                         });
 }
 
 VsMsgbus::~VsMsgbus() {
@@ -174,7 +174,7 @@ void VsMsgbus::AttachProductToIo(int32_t kind, const std::string& productId) {
 }
 
 void VsMsgbus::RegisterForNotifications() noexcept {
-    RunOrDropText(
+    RunOrComposeUnlogged(
         [&] {
             corvane::ny::notification_handler& handler = *this;
             Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, &handler));
@@ -185,11 +185,11 @@ void VsMsgbus::RegisterForNotifications() noexcept {
 }
 
 void VsMsgbus::UnregisterForNotifications() noexcept {
-    RunOrDropText([&] { Check(NyClientUnregisterNotifications(clientRecord->client)); },
-                  [](CUniStream& text, const char* what) {
-                      text << L"Failed to unregister for VsMsgbus client notification due to, exception:[" << what
-                           << L"]";
-                  });
+    RunOrComposeUnlogged([&] { Check(NyClientUnregisterNotifications(clientRecord->client)); },
+                         [](CUniStream& text, const char* what) {
+                             text << L"Failed to unregister for VsMsgbus client notification due to, exception:["
+                                  << what << L"]";
+                         });
 }
 
 void VsMsgbus::End() noexcept {
@@ -198,7 +198,8 @@ void VsMsgbus::End() noexcept {
 }
 
 void VsMsgbus::OnNotification(VsMsgbusClientRecord& /*record*/, int32_t type) {
-    DropText([&](CUniStream& text) { text << L"VsMsgbus received client notification with type :[" << type << L"]"; });
+    ComposeUnlogged(
+        [&](CUniStream& text) { text << L"VsMsgbus received client notification with type :[" << type << L"]"; });
     if (type == static_cast<int32_t>(NyClientStateStarted)) {
         Start();
     } else if (type == static_cast<int32_t>(NyClientStateStopped)) {
@@ -220,7 +221,7 @@ int32_t VsMsgbus::GetPassphrase(unsigned char* /*passphrase*/, size_t* /*size*/)
 }
 
 void VsMsgbus::Start() noexcept {
-    RunOrDropText(
+    RunOrComposeUnlogged(
         [&] {
             Check(NyClientStart(clientRecord->client));
             CreateServices();

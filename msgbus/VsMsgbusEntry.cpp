@@ -11,7 +11,7 @@
 #include "msgbus/BridgeLog.h"
 #include "msgbus/HealthCheckRecord.h"
 #include "msgbus/VsMsgbus.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using VsKit::CUniStream;
 
@@ -74,8 +74,8 @@ void EndIfEmpty(VsMsgbus& bridge) {
 
 // The "%s" stays in the text, kept on purpose.
 template <class Body>
-bool RunForProduct(const wchar_t* verb, const char* productId, Body&& body) noexcept {
-    return RunOrDropText(body, [&](CUniStream& text, const char* /*what*/) {
+bool RunForProductId(const wchar_t* verb, const char* productId, Body&& body) noexcept {
+    return RunOrComposeUnlogged(body, [&](CUniStream& text, const char* /*what*/) {
         text << L"Failed to " << verb << L" msgbus for product id: %s [" << productId << L"]";
     });
 }
@@ -84,7 +84,7 @@ void Leave(VsMsgbus& bridge, const char* productId) {
     // First out of the table: a Start under way on the watcher's thread then does not attach it behind our back.
     const std::string product(productId);
     bridge.RemoveProduct(product);
-    RunForProduct(L"exit", productId, [&] { bridge.StopIosForProduct(product); });
+    RunForProductId(L"exit", productId, [&] { bridge.StopIosForProduct(product); });
     // What the watcher's thread has in hand at this moment may be this product.
     bridge.WaitForStartOrStop();
     EndIfEmpty(bridge);
@@ -95,7 +95,7 @@ bool EnterBridge(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogS
     if (bridge == nullptr) {
         return false;
     }
-    return RunForProduct(L"entry", productId, [&] {
+    return RunForProductId(L"entry", productId, [&] {
         *outInstance = bridge.get();
         Enter(*bridge, productId, serviceMask, logSink);
     });
@@ -137,7 +137,7 @@ bool VsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
     const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
     // An instance that is not the process's own was ended by an earlier Exit.
     if (bridge != nullptr && bridge.get() == instance && productId != nullptr) {
-        RunForProduct(L"exit", productId, [&] { Leave(*bridge, productId); });
+        RunForProductId(L"exit", productId, [&] { Leave(*bridge, productId); });
     }
     ClearLogSink();
     return true;

@@ -3,7 +3,7 @@
 #include "msgbus/BridgeLog.h"
 #include "msgbus/VsMsgbus.h"
 #include "values/AgentException.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::utils::Check;
 using corvane::ny::utils::exception;
@@ -17,7 +17,7 @@ void VsMsgbus::StopIosForProduct(const std::string& productId) {
         try {
             io->UnregisterProduct(productId);
         } catch (const exception& refusal) {
-            DropText([&, kindOfIo = kind](CUniStream& text) {
+            ComposeUnlogged([&, kindOfIo = kind](CUniStream& text) {
                 text << L"Failed to stop VsMsgbus io [" << kindOfIo << L"] due to exception: [" << refusal.Code()
                      << L"]";
             });

@@ -7,4 +7,6 @@
 using EnforcerRegistrations = RegistrationTable<CTheEnforcePolicy, CallGate::Admission::OneThreadAtATime>;
 
 // The enforcers of all modules of the process, by product id.
-EnforcerRegistrations& EnforcerTable();
+inline EnforcerRegistrations& EnforcerTable() {
+    return TableOfProcess<EnforcerRegistrations>();
+}

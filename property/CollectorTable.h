@@ -7,4 +7,6 @@
 using CollectorRegistrations = RegistrationTable<CTheCollectProperties, CallGate::Admission::OneThreadAtATime>;
 
 // The collectors of all modules of the process, by product id.
-CollectorRegistrations& CollectorTable();
+inline CollectorRegistrations& CollectorTable() {
+    return TableOfProcess<CollectorRegistrations>();
+}

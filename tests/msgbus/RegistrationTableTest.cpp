@@ -89,7 +89,7 @@ TEST_F(Table, NeverFreesTheSecondRegistrationWhereThatIsAskedFor) {
     // Outlives the record that is never freed.
     static LineLog keptLog;
     {
-        RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::LeftAlive> leaking;
+        RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::Leaked> leaking;
         leaking.Set(L"P", keptLog, "first");
         leaking.Set(L"P", keptLog, "second");
         EXPECT_TRUE(leaking.With(L"P", [](Record& record, auto&&) { EXPECT_EQ(record.Name(), "first"); }));

@@ -7,8 +7,8 @@
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "support/AgentCalls.h"
 #include "support/CapturingSink.h"
-#include "support/DroppedTexts.h"
 #include "support/Enforcer.h"
+#include "support/UnloggedTexts.h"
 
 namespace {
 
@@ -81,7 +81,7 @@ TEST_F(PolicyBag, OfAnotherClientGivesNothing) {
 
 // What is composed after a notification and goes to no log.
 TEST_F(PolicyBag, IsFollowedByATextThatIsDropped) {
-    const DroppedTexts dropped;
+    const UnloggedTexts dropped;
     VsMsgbusPolicyEnforcer service(Handler());
     Enforcer enforcer;
     EXPECT_EQ(service.on_notification(Handler(), "PRODUCT1000", nullptr), NY_OK);

@@ -1,5 +1,5 @@
 // Texts that are composed and go to no log.
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -18,51 +18,52 @@ using testing::IsEmpty;
 std::vector<std::wstring> heard;
 std::vector<std::wstring> heardBySecond;
 
-class DroppedText : public testing::Test {
+class UnloggedText : public testing::Test {
 protected:
     void SetUp() override {
         heard.clear();
         heardBySecond.clear();
-        before = SetDroppedTextListener([](const std::wstring& text) { heard.push_back(text); });
+        before = SetUnloggedTextListener([](const std::wstring& text) { heard.push_back(text); });
     }
-    void TearDown() override { SetDroppedTextListener(before); }
+    void TearDown() override { SetUnloggedTextListener(before); }
 
     // The code that the boundary answers for a body that throws `thrown`.
     template <class Thrown>
     static bool RunThrowing(const Thrown& thrown) {
-        return RunOrDropText([&] { throw thrown; },
-                             [](VsKit::CUniStream& text, const char* what) { text << L"failed [" << what << L"]"; });
+        return RunOrComposeUnlogged(
+            [&] { throw thrown; },
+            [](VsKit::CUniStream& text, const char* what) { text << L"failed [" << what << L"]"; });
     }
 
-    DroppedTextListener before = nullptr;
+    UnloggedTextListener before = nullptr;
 };
 
-TEST_F(DroppedText, ReachesTheListener) {
-    DropText([](VsKit::CUniStream& text) { text << L"one " << 1; });
-    DropText([](VsKit::CUniStream& text) { text << L"two"; });
+TEST_F(UnloggedText, ReachesTheListener) {
+    ComposeUnlogged([](VsKit::CUniStream& text) { text << L"one " << 1; });
+    ComposeUnlogged([](VsKit::CUniStream& text) { text << L"two"; });
     EXPECT_THAT(heard, ElementsAre(L"one 1", L"two"));
 }
 
-TEST_F(DroppedText, ReachesOneListenerAtATimeAndTellsWhichWasBefore) {
-    const DroppedTextListener first = GetDroppedTextListener();
-    EXPECT_EQ(SetDroppedTextListener([](const std::wstring& text) { heardBySecond.push_back(text); }), first);
-    DropText([](VsKit::CUniStream& text) { text << L"to the second"; });
+TEST_F(UnloggedText, ReachesOneListenerAtATimeAndTellsWhichWasBefore) {
+    const UnloggedTextListener first = GetUnloggedTextListener();
+    EXPECT_EQ(SetUnloggedTextListener([](const std::wstring& text) { heardBySecond.push_back(text); }), first);
+    ComposeUnlogged([](VsKit::CUniStream& text) { text << L"to the second"; });
     EXPECT_THAT(heard, IsEmpty());
     EXPECT_THAT(heardBySecond, ElementsAre(L"to the second"));
-    SetDroppedTextListener(first);
-    EXPECT_EQ(GetDroppedTextListener(), first);
+    SetUnloggedTextListener(first);
+    EXPECT_EQ(GetUnloggedTextListener(), first);
 }
 
-TEST_F(DroppedText, IsNotEvenComposedWithoutAListener) {
-    SetDroppedTextListener(nullptr);
+TEST_F(UnloggedText, IsNotEvenComposedWithoutAListener) {
+    SetUnloggedTextListener(nullptr);
     bool isComposed = false;
-    DropText([&](VsKit::CUniStream&) { isComposed = true; });
+    ComposeUnlogged([&](VsKit::CUniStream&) { isComposed = true; });
     EXPECT_FALSE(isComposed);
     EXPECT_FALSE(RunThrowing(1));
 }
 
-TEST_F(DroppedText, IsComposedForWhatABodyThrowsAndForNothingElse) {
-    EXPECT_TRUE(RunOrDropText([] {}, [](VsKit::CUniStream& text, const char*) { text << L"never"; }));
+TEST_F(UnloggedText, IsComposedForWhatABodyThrowsAndForNothingElse) {
+    EXPECT_TRUE(RunOrComposeUnlogged([] {}, [](VsKit::CUniStream& text, const char*) { text << L"never"; }));
     EXPECT_THAT(heard, IsEmpty());
     EXPECT_FALSE(RunThrowing(corvane::ny::utils::exception(705)));
     EXPECT_FALSE(RunThrowing(std::runtime_error("its own text")));

@@ -1,5 +1,5 @@
 // What becomes of static objects when the library goes, and when the process ends.
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
 
 #include <gtest/gtest.h>
 
@@ -17,7 +17,7 @@ protected:
     StaticObject() { CountsItsEnd::ended = 0; }
     ~StaticObject() override { isProcessEnding = false; }
 
-    std::optional<UntilUnloaded<CountsItsEnd>> object{std::in_place};
+    std::optional<NoDestroyAtExit<CountsItsEnd>> object{std::in_place};
 };
 
 TEST_F(StaticObject, IsDestroyedWithItsLibrary) {

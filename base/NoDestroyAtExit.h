@@ -8,16 +8,16 @@ inline bool isProcessEnding = false;
 // ends. The other threads were then ended wherever they were, and what one of them had locked stays locked: destroying
 // a condition variable, or freeing memory, could wait for it for ever.
 template <class Object>
-class UntilUnloaded {
+class NoDestroyAtExit {
 public:
-    constexpr UntilUnloaded() : object() {}
-    ~UntilUnloaded() {
+    constexpr NoDestroyAtExit() : object() {}
+    ~NoDestroyAtExit() {
         if (!isProcessEnding) {
             object.~Object();
         }
     }
-    UntilUnloaded(const UntilUnloaded&) = delete;
-    UntilUnloaded& operator=(const UntilUnloaded&) = delete;
+    NoDestroyAtExit(const NoDestroyAtExit&) = delete;
+    NoDestroyAtExit& operator=(const NoDestroyAtExit&) = delete;
 
     Object& Get() noexcept { return object; }
     Object& operator*() noexcept { return object; }

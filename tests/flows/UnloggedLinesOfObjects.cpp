@@ -2,7 +2,7 @@
 
 #include "flows/DroppedLines.h"
 #include "support/LineLog.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 namespace {
 
@@ -12,11 +12,11 @@ std::function<void(const std::string& text)> noteDropped;
 
 DroppedLines::DroppedLines(std::function<void(const std::string& text)> note) {
     noteDropped = std::move(note);
-    SetDroppedTextListener([](const std::wstring& text) { noteDropped(Narrow(text)); });
+    SetUnloggedTextListener([](const std::wstring& text) { noteDropped(Narrow(text)); });
 }
 
 DroppedLines::~DroppedLines() {
-    SetDroppedTextListener(nullptr);
+    SetUnloggedTextListener(nullptr);
     noteDropped = nullptr;
 }
 

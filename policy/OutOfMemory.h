@@ -9,7 +9,7 @@
 // Runs `body`; memory that runs out there is an agent exception with NY_OUT_OF_MEMORY. For work of the bridge's own
 // between calls of a module, whose exceptions stay as they are.
 template <class Body>
-auto WithMemory(Body&& body) {
+auto BadAllocAsAgentException(Body&& body) {
     try {
         return std::forward<Body>(body)();
     } catch (const std::bad_alloc&) {

@@ -3,4 +3,4 @@
 #include <cstdint>
 
 // What an export of the services answers where the agent gave no code of its own.
-constexpr int32_t failed = -1;
+constexpr int32_t serviceFailure = -1;
