@@ -5,7 +5,7 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyDump.h"
 #include "policy/OutOfMemory.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "policy/CTheEnforcePolicy.h"
 
 // Two notifications of one product are enforced one after the other.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "property/CTheCollectProperties.h"
 
 // Two collections of one product never overlap.

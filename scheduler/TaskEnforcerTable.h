@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VsMsgbus/TaskEnforcer.h"
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 
 // A module's registered enforcer.

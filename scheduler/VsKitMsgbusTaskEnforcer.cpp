@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
 

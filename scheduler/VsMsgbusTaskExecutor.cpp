@@ -1,7 +1,7 @@
 #include "scheduler/VsMsgbusTaskExecutor.h"
 
 #include "dispatcher/groups/SchedulerGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/TaskCall.h"
 #include "values/UnloggedText.h"

@@ -6,7 +6,7 @@
 #include "base/Boundary.h"
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/CryptoGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "services/ServiceFailure.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"

@@ -4,9 +4,9 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "msgbus/AgentUse.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/client/AgentUse.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "msgbus/lpc_buffer.h"
 #include "services/AgentInformation.h"
 #include "services/ServiceFailure.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "updater/CTheUpdateNotify.h"
 
 // Two calls into one module's callback never overlap. The record of a second registration for an id is not freed, kept

@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "msgbus/NyClient.h"
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/AgentEnvironment.h"
 #include "support/Event.h"
 

@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "msgbus/NyClientFixture.h"
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/SystemCalls.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

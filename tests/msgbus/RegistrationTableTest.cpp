@@ -1,5 +1,5 @@
 // The table of what modules registered: who wins, and what a removal waits for.
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 
 #include <gmock/gmock.h>
 

@@ -5,7 +5,7 @@
 #include <atomic>
 #include <string>
 
-#include "msgbus/NyClientNotifier.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/LineLog.h"
 #include "support/SystemFunction.h"
 

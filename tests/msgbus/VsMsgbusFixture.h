@@ -5,7 +5,7 @@
 
 #include "msgbus/BridgeLog.h"
 #include "msgbus/FakeIo.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "support/AgentEnvironment.h"
 #include "support/CapturingSink.h"
 #include "support/UnloggedTexts.h"

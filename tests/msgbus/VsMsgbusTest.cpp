@@ -1,12 +1,12 @@
 // The bridge instance's life and its callbacks, and the texts that are composed and dropped on the way.
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 
 #include <memory>
 #include <optional>
 
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusFixture.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

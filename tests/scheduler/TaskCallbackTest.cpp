@@ -1,8 +1,8 @@
 // The executor without a bridge around it: what the agent could give it that the simulated agent never gives, and
 // registrations that the agent refuses.
 #include "agent/ny_agent.h"
-#include "msgbus/AgentUse.h"
-#include "msgbus/ServiceFactory.h"
+#include "msgbus/client/AgentUse.h"
+#include "msgbus/instance/ServiceFactory.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"

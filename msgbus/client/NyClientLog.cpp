@@ -5,7 +5,7 @@
 #include "dispatcher/AgentCalls.h"
 #include "dispatcher/groups/LoggerGroup.h"
 #include "msgbus/AgentUse.h"
-#include "msgbus/NyClient.h"
+#include "msgbus/client/NyClient.h"
 
 namespace {
 

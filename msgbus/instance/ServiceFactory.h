@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "agent/ny_agent.h"
-#include "msgbus/VsMsgbusIoContainer.h"
+#include "msgbus/instance/VsMsgbusIoContainer.h"
 
 // The one place that knows the service classes, see library/ServiceFactory.cpp.
 

@@ -5,7 +5,7 @@
 #include <memory>
 
 #include "base/Mutex.h"
-#include "msgbus/VsMsgbusIo.h"
+#include "msgbus/registrations/VsMsgbusIo.h"
 
 using VsMsgbusIoPointer = std::shared_ptr<VsMsgbusIo>;
 using VsMsgbusIoMap = std::map<int32_t, VsMsgbusIoPointer>;

@@ -6,7 +6,7 @@
 #include "base/Mutex.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/AgentUse.h"
-#include "msgbus/NyClient.h"
+#include "msgbus/client/NyClient.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 // How the bridge instance lets go of its services.
 #include "base/Boundary.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"
 

@@ -6,8 +6,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/AgentRegistrations.h"
-#include "msgbus/AgentUse.h"
 #include "msgbus/VsMsgbusIo.h"
+#include "msgbus/client/AgentUse.h"
 
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.

@@ -8,7 +8,7 @@
 #include "dispatcher/AgentCalls.h"
 #include "dispatcher/DispatcherLog.h"
 #include "msgbus/ClientChanges.h"
-#include "msgbus/NyClient.h"
+#include "msgbus/client/NyClient.h"
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <memory>
 
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 
 // What everything that answers the agent knows of it: the client that it was registered with, and that client's
 // session, which it keeps for as long as it is there. None of the bridge's for a client that is not open.

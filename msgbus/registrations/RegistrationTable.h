@@ -12,7 +12,7 @@
 #include "base/CallGate.h"
 #include "base/NoDestroyAtExit.h"
 #include "base/OwnerLock.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 
 // What becomes of a record for an id that has one. Left alive means that it is never freed, which some services'
 // contract asks for.

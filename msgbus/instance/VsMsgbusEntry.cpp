@@ -10,7 +10,7 @@
 #include "base/Mutex.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/HealthCheckRecord.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "values/UnloggedText.h"
 
 using VsKit::CUniStream;

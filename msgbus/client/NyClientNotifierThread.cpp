@@ -1,7 +1,7 @@
 #include "agent/ny_agent.h"
 #include "dispatcher/DispatcherLog.h"
-#include "msgbus/NyClient.h"
-#include "msgbus/NyClientNotifier.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/NyClientNotifier.h"
 
 #include <cstring>
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "msgbus/AgentCallbacks.h"
-#include "msgbus/NyClient.h"
+#include "msgbus/client/NyClient.h"
 
 // The way from the bridge instance to its agent client. Releases the client when it owns it.
 struct VsMsgbusClientRecord {
