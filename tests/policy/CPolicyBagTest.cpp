@@ -32,6 +32,10 @@ protected:
         EXPECT_FALSE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
         EXPECT_FALSE(bag.EnumerateUserPolicies(L"PRODUCT1000", &callbacks, L"user", L"DOMAIN"));
         EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
+        VsKitMsgbus::lpc_buffer digests;
+        EXPECT_FALSE(bag.GetDigestText("PRODUCT1000", &digests));
+        EXPECT_EQ(VsKitMsgbus::TakeNarrowText(digests), "");
+        EXPECT_EQ(bag.Digest("PRODUCT1000"), "");
         VsKitMsgbus::lpc_buffer buffer{};
         bag.Dump(&buffer);
         EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
