@@ -1,4 +1,4 @@
-#include "msgbus/AgentKey.h"
+#include "msgbus/client/AgentKey.h"
 
 #include <cstring>
 

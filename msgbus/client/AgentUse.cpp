@@ -1,4 +1,4 @@
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 
 #include <utility>
 

@@ -1,11 +1,11 @@
-#include "msgbus/ClientChanges.h"
+#include "msgbus/client/ClientChanges.h"
 
 #include <utility>
 
 #include "base/CallGate.h"
 #include "base/Mutex.h"
 #include "dispatcher/AgentCalls.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "msgbus/client/NyClient.h"
 
 namespace {

@@ -1,4 +1,4 @@
-#include "msgbus/NyClient.h"
+#include "msgbus/client/NyClient.h"
 
 #include <memory>
 
@@ -7,9 +7,9 @@
 #include "dispatcher/Dispatcher.h"
 #include "dispatcher/groups/ClientHandlerGroup.h"
 #include "dispatcher/groups/MsgbusGroup.h"
-#include "msgbus/AgentUse.h"
-#include "msgbus/NyClientNotifier.h"
-#include "msgbus/VsMsgbusClientRecord.h"
+#include "msgbus/client/AgentUse.h"
+#include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/VsMsgbusClientRecord.h"
 
 namespace {
 

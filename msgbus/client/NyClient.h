@@ -13,7 +13,7 @@
 #include "base/Attributes.h"
 #include "base/Mutex.h"
 #include "dispatcher/DispatcherLog.h"
-#include "msgbus/ClientChanges.h"
+#include "msgbus/client/ClientChanges.h"
 
 class AgentSession;
 struct Dispatcher;

@@ -4,7 +4,7 @@
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
 #include "dispatcher/groups/LoggerGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "msgbus/client/NyClient.h"
 
 namespace {

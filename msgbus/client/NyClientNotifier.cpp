@@ -1,4 +1,4 @@
-#include "msgbus/NyClientNotifier.h"
+#include "msgbus/client/NyClientNotifier.h"
 
 #include <memory>
 #include <new>
@@ -7,7 +7,7 @@
 #include "agent/ny_agent.h"
 #include "dispatcher/AgentCalls.h"
 #include "dispatcher/DispatcherLog.h"
-#include "msgbus/ClientChanges.h"
+#include "msgbus/client/ClientChanges.h"
 #include "msgbus/client/NyClient.h"
 
 namespace {

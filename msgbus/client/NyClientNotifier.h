@@ -9,7 +9,7 @@
 #include <memory>
 
 #include "base/UniqueHandle.h"
-#include "msgbus/AgentKey.h"
+#include "msgbus/client/AgentKey.h"
 
 struct NyClient;
 

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "msgbus/AgentCallbacks.h"
+#include "msgbus/client/AgentCallbacks.h"
 #include "msgbus/client/NyClient.h"
 
 // The way from the bridge instance to its agent client. Releases the client when it owns it.

@@ -1,4 +1,4 @@
-#include "msgbus/HealthCheckRecord.h"
+#include "msgbus/instance/HealthCheckRecord.h"
 
 #include "base/Mutex.h"
 #include "base/NoDestroyAtExit.h"

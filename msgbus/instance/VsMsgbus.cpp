@@ -1,4 +1,4 @@
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 
 #include <string_view>
 #include <utility>
@@ -8,7 +8,7 @@
 #include "base/SharedSlot.h"
 #include "dispatcher/AgentCalls.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/ServiceFactory.h"
+#include "msgbus/instance/ServiceFactory.h"
 #include "values/AgentException.h"
 #include "values/CUniStream.h"
 #include "values/UnloggedText.h"

@@ -10,9 +10,9 @@
 
 #include "base/CallGate.h"
 #include "base/Mutex.h"
-#include "msgbus/VsMsgbusIoContainer.h"
 #include "msgbus/client/AgentCallbacks.h"
 #include "msgbus/client/VsMsgbusClientRecord.h"
+#include "msgbus/instance/VsMsgbusIoContainer.h"
 
 // The bridge instance: one per process, shared by all products in it. It owns the agent client, the service objects and
 // the table of entered products, and starts and stops the services as the agent comes and goes.

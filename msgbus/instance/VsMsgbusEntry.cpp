@@ -9,7 +9,7 @@
 #include "base/Boundary.h"
 #include "base/Mutex.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/HealthCheckRecord.h"
+#include "msgbus/instance/HealthCheckRecord.h"
 #include "msgbus/instance/VsMsgbus.h"
 #include "values/UnloggedText.h"
 

@@ -1,4 +1,4 @@
-#include "msgbus/VsMsgbusIoContainer.h"
+#include "msgbus/instance/VsMsgbusIoContainer.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "msgbus/AgentRegistrations.h"
+#include "msgbus/registrations/AgentRegistrations.h"
 
 #include <algorithm>
 

@@ -1,4 +1,4 @@
-#include "msgbus/AgentService.h"
+#include "msgbus/registrations/AgentService.h"
 
 #include <optional>
 

@@ -5,9 +5,9 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
-#include "msgbus/AgentRegistrations.h"
-#include "msgbus/VsMsgbusIo.h"
 #include "msgbus/client/AgentUse.h"
+#include "msgbus/registrations/AgentRegistrations.h"
+#include "msgbus/registrations/VsMsgbusIo.h"
 
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
