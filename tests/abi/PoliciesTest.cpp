@@ -4,12 +4,12 @@
 
 namespace {
 
-class AbiPolicies : public AbiModuleTest {
+class PoliciesTest : public AbiModuleTest {
 protected:
-    AbiPolicies() : AbiModuleTest("Policies", VsMsgbusServicePolicy) {}
+    PoliciesTest() : AbiModuleTest("Policies", VsMsgbusServicePolicy) {}
 };
 
-TEST_F(AbiPolicies, ReadsItsPolicies) {
+TEST_F(PoliciesTest, ReadsItsPolicies) {
     ASSERT_EQ(ny_sim_policies_from_json(R"([
         {"softwareId": "ABI1000", "feature": "F", "category": "C", "type": "T", "name": "N",
          "settingsObject": {"name": "P", "intParameter": "1", "stringParameter": "a"},
@@ -36,7 +36,7 @@ TEST_F(AbiPolicies, ReadsItsPolicies) {
                                  }));
 }
 
-TEST_F(AbiPolicies, AreToldAgainWhenTheModuleAsks) {
+TEST_F(PoliciesTest, AreToldAgainWhenTheModuleAsks) {
     module.Call<decltype(ModuleEnforceLocally)>("ModuleEnforceLocally", Wide(id).c_str());
     EXPECT_TRUE(module.log.WaitFor("VsKitEnforceLocalPolicy answers 1"));
     EXPECT_TRUE(module.log.WaitFor("EnforcePolicy ABI1000"));

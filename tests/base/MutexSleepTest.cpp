@@ -15,9 +15,9 @@ namespace {
 
 // A thread on its way to sleep is held up, and another one meets the condition meanwhile. No wake-up is lost as long as
 // the other one finds a lock in its way, and is let in only when the first one sleeps.
-class BetweenLockAndSleep : public testing::Test {
+class MutexSleep : public testing::Test {
 protected:
-    BetweenLockAndSleep() { current = this; }
+    MutexSleep() { current = this; }
 
     // The thread that waits is held up where `isHeldUp` says.
     void WaitWhileAnotherMeets() {
@@ -76,7 +76,7 @@ private:
         }
     }
 
-    static inline BetweenLockAndSleep* current = nullptr;
+    static inline MutexSleep* current = nullptr;
     Mutex mutex;
     Condition condition;
     bool isMet = false;
@@ -91,13 +91,13 @@ private:
     SystemFunction<decltype(::SleepConditionVariableSRW)> sleeping{&::SleepConditionVariableSRW, &Sleep};
 };
 
-TEST_F(BetweenLockAndSleep, TheMutexIsLetGoOfOnlyAmongTheSleepers) {
+TEST_F(MutexSleep, TheMutexIsLetGoOfOnlyAmongTheSleepers) {
     heldUpAt = Place::BeforeEnter;
     WaitWhileAnotherMeets();
     EXPECT_FALSE(wasThrough) << "it woke nobody, and nobody else will";
 }
 
-TEST_F(BetweenLockAndSleep, WhoWakesPassesThroughTheSleepersFirst) {
+TEST_F(MutexSleep, WhoWakesPassesThroughTheSleepersFirst) {
     heldUpAt = Place::BeforeSleep;
     WaitWhileAnotherMeets();
     EXPECT_FALSE(wasThrough) << "it woke nobody, and nobody else will";

@@ -16,7 +16,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-TEST(BridgeMutex, KeepsOthersOut) {
+TEST(Mutex, KeepsOthersOut) {
     Mutex mutex;
     int number = 0;
     const auto count = [&] {
@@ -32,7 +32,7 @@ TEST(BridgeMutex, KeepsOthersOut) {
 }
 
 // Longer than a thread waits before it sleeps: one that nobody wakes keeps this test from its end.
-TEST(BridgeMutex, WakesWhoSleepsForIt) {
+TEST(Mutex, WakesWhoSleepsForIt) {
     constexpr int turns = 200;
     constexpr int pauses = 2000;
     Mutex mutex;
@@ -57,7 +57,7 @@ TEST(BridgeMutex, WakesWhoSleepsForIt) {
     EXPECT_EQ(number, 4 * turns);
 }
 
-TEST(BridgeMutex, IsHandedFromOneSleeperToTheNext) {
+TEST(Mutex, IsHandedFromOneSleeperToTheNext) {
     Mutex mutex;
     LineLog order;
     std::vector<std::thread> others;
@@ -81,7 +81,7 @@ TEST(BridgeMutex, IsHandedFromOneSleeperToTheNext) {
 static_assert(sizeof(Mutex) == sizeof(uint32_t));
 
 // As the gate of a record is: by the last of its users, which may be let in before the one before has let go entirely.
-TEST(BridgeMutex, MayBeDestroyedByWhoeverIsLetInLast) {
+TEST(Mutex, MayBeDestroyedByWhoeverIsLetInLast) {
     struct Shared {
         Mutex mutex;
         int users = 3;
@@ -178,7 +178,7 @@ TEST_F(BridgeCondition, LetsOthersInWhenTheSystemDoesNotWait) {
     waiting.join();
 }
 
-TEST(BridgeMutex, KeepsOthersOutWhenTheSystemDoesNotLetThemSleep) {
+TEST(Mutex, KeepsOthersOutWhenTheSystemDoesNotLetThemSleep) {
     const SystemFunction<decltype(::SleepConditionVariableSRW)> sleeping(&::SleepConditionVariableSRW, &RefuseToSleep);
     Mutex mutex;
     bool isInside = false;

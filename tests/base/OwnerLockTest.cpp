@@ -11,7 +11,7 @@
 
 namespace {
 
-TEST(OwnedLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
+TEST(OwnerLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
     OwnerLock lock;
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
     {
@@ -21,7 +21,7 @@ TEST(OwnedLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
 }
 
-TEST(OwnedLock, NamesTheThreadInsideToOthers) {
+TEST(OwnerLock, NamesTheThreadInsideToOthers) {
     OwnerLock lock;
     Event inside;
     Event leave;
@@ -39,7 +39,7 @@ TEST(OwnedLock, NamesTheThreadInsideToOthers) {
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
 }
 
-TEST(OwnedLock, LetsOneThreadInAtATime) {
+TEST(OwnerLock, LetsOneThreadInAtATime) {
     OwnerLock lock;
     int counter = 0;
     int strangers = 0;

@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NotifierStopping : public NotifierFixture {
+class NotifierStopTest : public NotifierFixture {
 protected:
     // Leaves the watcher's thread inside the state handler.
     void StartAndHold() {
@@ -35,7 +35,7 @@ protected:
     }
 };
 
-TEST_F(NotifierStopping, IsPromptWhileTheKeyIsMissing) {
+TEST_F(NotifierStopTest, IsPromptWhileTheKeyIsMissing) {
     ASSERT_EQ(Start(), NY_OK);
     ASSERT_TRUE(lines.WaitFor(pausing));
     ASSERT_EQ(notifier->pauseTimeout, 15000U);
@@ -46,7 +46,7 @@ TEST_F(NotifierStopping, IsPromptWhileTheKeyIsMissing) {
                 ElementsAre(keyMissingAtCheck, threadStarted, keyMissing, pausing, threadExiting, threadStopped));
 }
 
-TEST_F(NotifierStopping, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
+TEST_F(NotifierStopTest, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
     StartAndHold();
     EXPECT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     EXPECT_THAT(lines.Take(), ElementsAre(threadNotStopped));
@@ -58,7 +58,7 @@ TEST_F(NotifierStopping, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
 }
 
-TEST_F(NotifierStopping, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
+TEST_F(NotifierStopTest, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     StartAndHold();
     ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     const HANDLE thread = ThreadHandle();
@@ -72,7 +72,7 @@ TEST_F(NotifierStopping, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, threadExiting));
 }
 
-TEST_F(NotifierStopping, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
+TEST_F(NotifierStopTest, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
     WriteVersion("5.7.0");
     StartAndWatch();
     std::chrono::steady_clock::duration duration{};
@@ -105,7 +105,7 @@ private:
     SystemFunction<decltype(::WaitForSingleObject)> function{&::WaitForSingleObject, &Wait};
 };
 
-TEST_F(NotifierStopping, SaysWhenTheWaitItselfFailed) {
+TEST_F(NotifierStopTest, SaysWhenTheWaitItselfFailed) {
     StartAndHold();
     {
         const WaitThatFails failing(notifier->thread);
@@ -134,7 +134,7 @@ private:
     SystemFunction<decltype(::WaitForSingleObject)> function{&::WaitForSingleObject, &Wait};
 };
 
-TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
+TEST_F(NotifierStopTest, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     WriteVersion("5.7.0");
     StartAndWatch();
     {
@@ -145,7 +145,7 @@ TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     EXPECT_NE(notifier->thread, nullptr);
 }
 
-TEST_F(NotifierStopping, HasNothingToDoForAThreadThatNeverWas) {
+TEST_F(NotifierStopTest, HasNothingToDoForAThreadThatNeverWas) {
     const NoThreads none;
     EXPECT_EQ(Start(), NY_UNEXPECTED);
     EXPECT_THAT(lines.Lines(), ElementsAre(keyMissingAtCheck, "2 ny_client: failed to start ny client notifier."));

@@ -27,7 +27,7 @@ public:
     DWORD threadId = 0;
 };
 
-class SimulatedClient : public SimulatorTest {
+class ClientTest : public SimulatorTest {
 protected:
     void SetUp() override {
         SimulatorTest::SetUp();
@@ -60,7 +60,7 @@ protected:
     Provider provider;
 };
 
-TEST_F(SimulatedClient, IsStartedAndStopped) {
+TEST_F(ClientTest, IsStartedAndStopped) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
     EXPECT_EQ(Call<&ny_client_handler_start>(client), NY_OK);
     EXPECT_EQ(ny_sim_started_clients(), 1U);
@@ -68,7 +68,7 @@ TEST_F(SimulatedClient, IsStartedAndStopped) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-TEST_F(SimulatedClient, LendsItsMessageBus) {
+TEST_F(ClientTest, LendsItsMessageBus) {
     ny_msgbus_t* bus = nullptr;
     ASSERT_EQ(Call<&ny_client_handler_get_msgbus>(client, &bus), NY_OK);
     EXPECT_EQ(Call<&ny_msgbus_disable_watcher>(bus), NY_OK);
@@ -81,7 +81,7 @@ TEST_F(SimulatedClient, LendsItsMessageBus) {
     ny_sim_reset();
 }
 
-TEST_F(SimulatedClient, IsToldTheAgentsLogLinesOnAnAgentThread) {
+TEST_F(ClientTest, IsToldTheAgentsLogLinesOnAnAgentThread) {
     struct Heard {
         Lines lines;
         DWORD threadId = 0;
@@ -102,7 +102,7 @@ TEST_F(SimulatedClient, IsToldTheAgentsLogLinesOnAnAgentThread) {
     EXPECT_EQ(ny_sim_emit_log(2, "module", nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(SimulatedClient, IsAskedForPropertiesOnAnAgentThread) {
+TEST_F(ClientTest, IsAskedForPropertiesOnAnAgentThread) {
     provider.answer = [&](ny_property_bag_t* bag) {
         for (const char* json : {"\"first\"", "\"second\""}) {
             ny_variant_t* const value = FromJson(json);
@@ -132,7 +132,7 @@ TEST_F(SimulatedClient, IsAskedForPropertiesOnAnAgentThread) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_PROPERTY_BAG), 0U);
 }
 
-TEST_F(SimulatedClient, TakesTextsForProperties) {
+TEST_F(ClientTest, TakesTextsForProperties) {
     provider.answer = [&](ny_property_bag_t* bag) {
         ny_variant_t* const table = FromJson("{}");
         EXPECT_EQ(Call<&ny_property_bag_add_property>(bag, "path", "name", table), NY_INVALID_ARGUMENT);
@@ -146,7 +146,7 @@ TEST_F(SimulatedClient, TakesTextsForProperties) {
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, IsRegisteredOncePerProduct) {
+TEST_F(ClientTest, IsRegisteredOncePerProduct) {
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
     EXPECT_EQ(Unregister(), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Register(), NY_OK);
@@ -160,7 +160,7 @@ TEST_F(SimulatedClient, IsRegisteredOncePerProduct) {
     EXPECT_EQ(request, nullptr);
 }
 
-TEST_F(SimulatedClient, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(ClientTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     Event inside;
     Event leave;
     provider.answer = [&](ny_property_bag_t*) {
@@ -189,7 +189,7 @@ TEST_F(SimulatedClient, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, MayBeUnregisteredFromItsOwnCallback) {
+TEST_F(ClientTest, MayBeUnregisteredFromItsOwnCallback) {
     provider.answer = [&](ny_property_bag_t*) { return Unregister(); };
     ASSERT_EQ(Register(), NY_OK);
     ny_sim_property_request_t* const request = Request();
@@ -199,7 +199,7 @@ TEST_F(SimulatedClient, MayBeUnregisteredFromItsOwnCallback) {
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, EndsItsRegistrationsWhenItIsReleased) {
+TEST_F(ClientTest, EndsItsRegistrationsWhenItIsReleased) {
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
     client = nullptr;

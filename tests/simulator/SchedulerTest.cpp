@@ -44,7 +44,7 @@ public:
     std::atomic<DWORD> threadId = 0;
 };
 
-class SimulatedScheduler : public SimulatorTest {
+class SchedulerTest : public SimulatorTest {
 protected:
     void SetUp() override {
         SimulatorTest::SetUp();
@@ -77,7 +77,7 @@ protected:
     Handler handler{"all"};
 };
 
-TEST_F(SimulatedScheduler, CallsTheOperationThatIsAskedForOnAnAgentThread) {
+TEST_F(SchedulerTest, CallsTheOperationThatIsAskedForOnAnAgentThread) {
     ASSERT_EQ(Register(handler), NY_OK);
     handler.answer = [] { return 77; };
     for (const auto operation :
@@ -93,7 +93,7 @@ TEST_F(SimulatedScheduler, CallsTheOperationThatIsAskedForOnAnAgentThread) {
                             "all remove PRODUCT1000 Scan scan", "all update_status PRODUCT1000 Scan scan"));
 }
 
-TEST_F(SimulatedScheduler, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
+TEST_F(SchedulerTest, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
     Handler ofScans("scans");
     ASSERT_EQ(Register(ofScans, "Scan"), NY_OK);
     EXPECT_EQ(AnswerOf("plain"), NY_SIM_NOT_REGISTERED);
@@ -105,7 +105,7 @@ TEST_F(SimulatedScheduler, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
     EXPECT_EQ(AnswerOf("other"), NY_SIM_NOT_REGISTERED);
 }
 
-TEST_F(SimulatedScheduler, RefusesUnknownTasksOperationsAndNonsense) {
+TEST_F(SchedulerTest, RefusesUnknownTasksOperationsAndNonsense) {
     ASSERT_EQ(Register(handler), NY_OK);
     ny_sim_task_request_t* request = nullptr;
     EXPECT_EQ(AnswerOf("nobody's"), NY_INVALID_ARGUMENT);
@@ -121,7 +121,7 @@ TEST_F(SimulatedScheduler, RefusesUnknownTasksOperationsAndNonsense) {
     EXPECT_THAT(handler.log.Lines(), IsEmpty());
 }
 
-TEST_F(SimulatedScheduler, RegistersOncePerProductAndType) {
+TEST_F(SchedulerTest, RegistersOncePerProductAndType) {
     EXPECT_EQ(Unregister(), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Register(handler), NY_OK);
     EXPECT_EQ(Register(handler), NY_ALREADY_EXISTS);
@@ -138,7 +138,7 @@ TEST_F(SimulatedScheduler, RegistersOncePerProductAndType) {
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 0);
 }
 
-TEST_F(SimulatedScheduler, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(SchedulerTest, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
     Event inside;
     Event leave;
     handler.answer = [&] {
@@ -158,7 +158,7 @@ TEST_F(SimulatedScheduler, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
     EXPECT_EQ(request.Answer(), NY_OK);
 }
 
-TEST_F(SimulatedScheduler, RunsRequestsSideBySide) {
+TEST_F(SchedulerTest, RunsRequestsSideBySide) {
     Event first;
     Event second;
     std::atomic<int> calls = 0;
@@ -175,7 +175,7 @@ TEST_F(SimulatedScheduler, RunsRequestsSideBySide) {
     EXPECT_EQ(other.Answer(), NY_OK);
 }
 
-TEST_F(SimulatedScheduler, KeepsReportsInTheirOrderWithTheirTime) {
+TEST_F(SchedulerTest, KeepsReportsInTheirOrderWithTheirTime) {
     ny_sim_task_report_t report{};
     EXPECT_EQ(ny_sim_last_task_report("scan", &report), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 2), NY_OK);
@@ -197,7 +197,7 @@ TEST_F(SimulatedScheduler, KeepsReportsInTheirOrderWithTheirTime) {
     EXPECT_EQ(ny_sim_task_report_count(), 0U);
 }
 
-TEST_F(SimulatedScheduler, LetsTheNextReportBeWaitedFor) {
+TEST_F(SchedulerTest, LetsTheNextReportBeWaitedFor) {
     EXPECT_EQ(ny_sim_wait_task_reports(0, 0), NY_OK);
     EXPECT_EQ(ny_sim_wait_task_reports(1, 0), NY_SIM_TIMEOUT);
     std::thread reporting([&] { EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 4), NY_OK); });
@@ -206,7 +206,7 @@ TEST_F(SimulatedScheduler, LetsTheNextReportBeWaitedFor) {
     EXPECT_THAT(TakeReports(), ElementsAre("scan 4"));
 }
 
-TEST_F(SimulatedScheduler, RefusesReportsOfDeadClients) {
+TEST_F(SchedulerTest, RefusesReportsOfDeadClients) {
     ny_client_t* const dead = client;
     Release();
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(dead, "scan", 4), NY_INVALID_ARGUMENT);
@@ -215,7 +215,7 @@ TEST_F(SimulatedScheduler, RefusesReportsOfDeadClients) {
     ny_sim_reset();
 }
 
-TEST_F(SimulatedScheduler, ForgetsTasksAndReportsAtAReset) {
+TEST_F(SchedulerTest, ForgetsTasksAndReportsAtAReset) {
     ASSERT_EQ(Register(handler), NY_OK);
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 4), NY_OK);
     ny_sim_reset();
@@ -223,7 +223,7 @@ TEST_F(SimulatedScheduler, ForgetsTasksAndReportsAtAReset) {
     EXPECT_THAT(TakeReports(), IsEmpty());
 }
 
-TEST_F(SimulatedScheduler, TakesNoTasksFromNonsenseAndKeepsThoseItHas) {
+TEST_F(SchedulerTest, TakesNoTasksFromNonsenseAndKeepsThoseItHas) {
     ASSERT_EQ(Register(handler), NY_OK);
     for (const char* json : {
              "",

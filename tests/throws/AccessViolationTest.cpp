@@ -14,9 +14,9 @@ struct Violation {
     const char* name;
 };
 
-class AccessViolations : public ThrowsTest, public testing::WithParamInterface<Violation> {};
+class AccessViolation : public ThrowsTest, public testing::WithParamInterface<Violation> {};
 
-TEST_P(AccessViolations, EndTheProcess) {
+TEST_P(AccessViolation, EndTheProcess) {
     module.ThrowFrom(GetParam().place, Thrown::AccessViolation);
     EXPECT_EXIT(Ask(GetParam().place), testing::ExitedWithCode(accessViolation), "");
 }
@@ -27,7 +27,7 @@ constexpr Violation allViolations[] = {
     {Place::WriteOfBridge, "WriteOfBridge"},         {Place::OnLogEvent, "OnLogEvent"},
 };
 
-INSTANTIATE_TEST_SUITE_P(Place, AccessViolations, testing::ValuesIn(allViolations),
+INSTANTIATE_TEST_SUITE_P(Place, AccessViolation, testing::ValuesIn(allViolations),
                          [](const auto& tested) { return tested.param.name; });
 
 class CaughtAccessViolation : public ThrowsTest {};

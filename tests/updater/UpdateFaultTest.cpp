@@ -61,9 +61,9 @@ TEST_F(CallsOfUpdates, AreThese) {
     EXPECT_THAT(RecordedCalls(EventCall()), IsEmpty());
 }
 
-class UpdateServiceFault : public UpdateTest {};
+class UpdateFault : public UpdateTest {};
 
-TEST_F(UpdateServiceFault, AtEntryIsToldAndRepairedByAnUpgrade) {
+TEST_F(UpdateFault, AtEntryIsToldAndRepairedByAnUpgrade) {
     const UpdateRegistration registration("PRODUCT2000", callback);
     for (const int32_t code : codes) {
         ASSERT_EQ(ny_sim_fail_call(registerUpdater, 1, code, NY_SIM_ONCE), NY_OK);
@@ -78,7 +78,7 @@ TEST_F(UpdateServiceFault, AtEntryIsToldAndRepairedByAnUpgrade) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(UpdateServiceFault, AtTheExitOfOneProductLeavesTheOthers) {
+TEST_F(UpdateFault, AtTheExitOfOneProductLeavesTheOthers) {
     const UpdateRegistration registration(productId, callback);
     for (const int32_t code : codes) {
         Product leaving("PRODUCT2000", nullptr, VsMsgbusServiceUpdate);
@@ -92,7 +92,7 @@ TEST_F(UpdateServiceFault, AtTheExitOfOneProductLeavesTheOthers) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(UpdateServiceFault, AtAnUpgradeIsToldToTheSinkAndRepaired) {
+TEST_F(UpdateFault, AtAnUpgradeIsToldToTheSinkAndRepaired) {
     const UpdateRegistration registration(productId, callback);
     ASSERT_EQ(ny_sim_fail_call(unregisterUpdater, 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
     UpgradeAgent("5.7.1");
@@ -100,7 +100,7 @@ TEST_F(UpdateServiceFault, AtAnUpgradeIsToldToTheSinkAndRepaired) {
     EXPECT_THAT(sink.log.Lines(), ElementsAre(NotReleasedLine(256, "77")));
 }
 
-TEST_F(UpdateServiceFault, AtTheLastExitLeavesTheAgentNothingDeadToCall) {
+TEST_F(UpdateFault, AtTheLastExitLeavesTheAgentNothingDeadToCall) {
     const UpdateRegistration registration(productId, callback);
     ASSERT_EQ(ny_sim_fail_call(unregisterUpdater, 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
     product.Exit();
@@ -112,7 +112,7 @@ TEST_F(UpdateServiceFault, AtTheLastExitLeavesTheAgentNothingDeadToCall) {
 }
 
 // An agent that neither unregisters a product nor releases its client may still call.
-TEST_F(UpdateServiceFault, ThatKeepsTheClientAliveCallsTooLate) {
+TEST_F(UpdateFault, ThatKeepsTheClientAliveCallsTooLate) {
     product.Exit();
     KeptHandles kept;
     Product keptProduct(productId, nullptr, VsMsgbusServiceUpdate);
