@@ -1,10 +1,7 @@
 // Clients, their log callbacks and the agent's property requests.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/SimulatorTest.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -27,20 +24,8 @@ public:
     DWORD threadId = 0;
 };
 
-class ClientTest : public SimulatorTest {
+class ClientTest : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-
-    void TearDown() override {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        }
-        SimulatorTest::TearDown();
-    }
-
     int32_t Register(const char* productId = "PRODUCT1000") {
         return Call<&ny_property_register_provider_callback>(client, productId, &Provider::Provide, &provider);
     }
@@ -56,7 +41,6 @@ protected:
 
     static constexpr uint32_t longEnough = static_cast<uint32_t>(soon.count());
 
-    ny_client_t* client = nullptr;
     Provider provider;
 };
 
@@ -74,8 +58,7 @@ TEST_F(ClientTest, LendsItsMessageBus) {
     EXPECT_EQ(Call<&ny_msgbus_disable_watcher>(bus), NY_OK);
     EXPECT_EQ(Call<&ny_client_handler_set_msgbus>(client, bus), NY_OK);
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(Call<&ny_msgbus_disable_watcher>(bus), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_misuse_count(), 1U);
     ny_sim_reset();
@@ -173,19 +156,8 @@ TEST_F(ClientTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     ASSERT_TRUE(inside.Wait());
     EXPECT_EQ(ny_sim_property_request_wait(request, 0, nullptr), NY_SIM_TIMEOUT);
     EXPECT_EQ(ny_sim_property_request_size(request), 0U);
-    Event begun;
-    std::atomic<bool> isUnregistered = false;
-    const AgentHook hook("ny_property_unregister_provider_callback", [&] { begun.Set(); });
-    std::thread unregistering([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    ASSERT_TRUE(begun.Wait());
-    EXPECT_EQ(ny_sim_wait_calls("ny_property_unregister_provider_callback", 1, 30), NY_SIM_TIMEOUT);
-    EXPECT_FALSE(isUnregistered);
-    leave.Set();
-    unregistering.join();
-    EXPECT_TRUE(isUnregistered);
+    ExpectToWaitForCallback(
+        "ny_property_unregister_provider_callback", [this] { return Unregister(); }, leave);
     ny_sim_property_request_release(request);
 }
 
@@ -201,8 +173,7 @@ TEST_F(ClientTest, MayBeUnregisteredFromItsOwnCallback) {
 
 TEST_F(ClientTest, EndsItsRegistrationsWhenItIsReleased) {
     ASSERT_EQ(Register(), NY_OK);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
 }
 

@@ -77,23 +77,11 @@ constexpr ny_task_callbacks_t taskCallbacks = {&Product::DoTask<'e'>, &Product::
 constexpr ny_updater_callbacks_t updaterCallbacks = {&Product::Notify, &Product::SetInfo, &Product::GetInfo,
                                                      &Product::TakeEvent};
 
-class Hostile : public SimulatorTest {
+class Hostile : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>(product, &client), NY_OK);
-    }
     void TearDown() override {
-        ReleaseClient();
-        SimulatorTest::TearDown();
+        SimulatedClientTest::TearDown();
         ny_sim_reset();
-    }
-
-    void ReleaseClient() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
     }
 
     int32_t RegisterProvider(const char* productId = product) {
@@ -130,7 +118,6 @@ protected:
         return answer;
     }
 
-    ny_client_t* client = nullptr;
     Product module;
 };
 

@@ -1,10 +1,7 @@
 // The simulated agent's notifications of policies.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/PolicyFixture.h"
-#include "support/Event.h"
 #include "support/PolicyNotice.h"
 
 namespace {
@@ -87,8 +84,7 @@ TEST_F(PolicyNotificationTest, KeepTheMaskOfTheRegistration) {
 
 TEST_F(PolicyNotificationTest, EndWithTheClient) {
     ASSERT_EQ(Register(), NY_OK);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(PolicyNotice("PRODUCT1000").Answer(), NY_SIM_NOT_REGISTERED);
 }
 
@@ -103,15 +99,9 @@ TEST_F(PolicyNotificationTest, AreWaitedForByTheEndOfTheRegistration) {
     ASSERT_EQ(Register(), NY_OK);
     const PolicyNotice notice("PRODUCT1000");
     ASSERT_TRUE(isInside.Wait());
-    std::atomic<bool> isUnregistered = false;
-    std::thread ending([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    EXPECT_FALSE(notice.IsAnsweredWithin(std::chrono::milliseconds(30)));
-    EXPECT_FALSE(isUnregistered);
-    mayLeave.Set();
-    ending.join();
+    EXPECT_FALSE(notice.IsAnsweredWithin(std::chrono::milliseconds(0)));
+    ExpectToWaitForCallback(
+        "ny_policy_unregister_notification_callback", [this] { return Unregister(); }, mayLeave);
     EXPECT_EQ(notice.Answer(), NY_OK);
 }
 

@@ -5,7 +5,6 @@
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentTasks.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -44,25 +43,17 @@ public:
     std::atomic<DWORD> threadId = 0;
 };
 
-class SchedulerTest : public SimulatorTest {
+class SchedulerTest : public SimulatedClientTest {
 protected:
     void SetUp() override {
-        SimulatorTest::SetUp();
+        SimulatedClientTest::SetUp();
         SetTasks(tasks);
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
     }
 
     void TearDown() override {
-        Release();
+        ReleaseClient();
         EXPECT_EQ(ny_sim_lent_tasks(), 0U);
-        SimulatorTest::TearDown();
-    }
-
-    void Release() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
+        SimulatedClientTest::TearDown();
     }
 
     int32_t Register(Handler& registered, const char* taskType = nullptr, const char* productId = "PRODUCT1000") {
@@ -73,7 +64,6 @@ protected:
         return Call<&ny_scheduler_unregister_task_callbacks>(client, productId, taskType);
     }
 
-    ny_client_t* client = nullptr;
     Handler handler{"all"};
 };
 
@@ -134,7 +124,7 @@ TEST_F(SchedulerTest, RegistersOncePerProductAndType) {
     EXPECT_EQ(Unregister(), NY_OK);
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", nullptr), 0);
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 1);
-    Release();
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 0);
 }
 
@@ -151,10 +141,8 @@ TEST_F(SchedulerTest, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
     ASSERT_TRUE(inside.Wait());
     EXPECT_FALSE(request.IsAnsweredWithin(std::chrono::milliseconds(0)));
     EXPECT_EQ(ny_sim_lent_tasks(), 1U);
-    std::thread unregistering([&] { EXPECT_EQ(Unregister(), NY_OK); });
-    EXPECT_EQ(ny_sim_wait_calls("ny_scheduler_unregister_task_callbacks", 1, 30), NY_SIM_TIMEOUT);
-    leave.Set();
-    unregistering.join();
+    ExpectToWaitForCallback(
+        "ny_scheduler_unregister_task_callbacks", [this] { return Unregister(); }, leave);
     EXPECT_EQ(request.Answer(), NY_OK);
 }
 
@@ -208,7 +196,7 @@ TEST_F(SchedulerTest, LetsTheNextReportBeWaitedFor) {
 
 TEST_F(SchedulerTest, RefusesReportsOfDeadClients) {
     ny_client_t* const dead = client;
-    Release();
+    ReleaseClient();
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(dead, "scan", 4), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_misuse_count(), 1U);
     EXPECT_THAT(TakeReports(), IsEmpty());

@@ -13,17 +13,8 @@ constexpr unsigned char hashOfAbc[] = {0xba, 0x78, 0x16, 0xbf, 0x8f, 0x01, 0xcf,
                                        0xde, 0x5d, 0xae, 0x22, 0x23, 0xb0, 0x03, 0x61, 0xa3, 0x96, 0x17,
                                        0x7a, 0x9c, 0xb4, 0x10, 0xff, 0x61, 0xf2, 0x00, 0x15, 0xad};
 
-class Services : public SimulatorTest {
+class Services : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-    void TearDown() override {
-        EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        SimulatorTest::TearDown();
-    }
-
     // The bytes that a crypto function gives in a buffer of `room` bytes at first, or its answer.
     template <auto function>
     std::string Run(const std::string& data, size_t room = 0) {
@@ -59,7 +50,6 @@ protected:
 
     const std::string notEncrypted = "answer " + std::to_string(NY_SIM_NOT_ENCRYPTED);
     const std::string unknownKey = "answer " + std::to_string(NY_SIM_UNKNOWN_KEY);
-    ny_client_t* client = nullptr;
 };
 
 TEST_F(Services, DecryptWhatTheyEncrypted) {

@@ -1,11 +1,8 @@
 // The updater of the simulated agent.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentUpdate.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -73,30 +70,14 @@ private:
 constexpr ny_updater_callbacks_t callbacks = {&Updater::Notify, &Updater::SetInfo, &Updater::GetInfo,
                                               &Updater::TakeEvent};
 
-class UpdaterTest : public SimulatorTest {
+class UpdaterTest : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-    void TearDown() override {
-        Release();
-        SimulatorTest::TearDown();
-    }
-
     int32_t Register(const ny_updater_callbacks_t* table = &callbacks) {
         return Call<&ny_updater_register_callbacks>(client, "PRODUCT1000", table, &updater);
     }
     int32_t Unregister() { return Call<&ny_updater_unregister_callbacks>(client, "PRODUCT1000"); }
-    void Release() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
-    }
 
     const std::string notCalled = "answer " + std::to_string(NY_SIM_NOT_REGISTERED);
-    ny_client_t* client = nullptr;
     Updater updater;
 };
 
@@ -231,24 +212,13 @@ TEST_F(UpdaterTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     const AgentUpdate update(NotifyCall());
     ASSERT_TRUE(inside.Wait());
     EXPECT_FALSE(update.IsAnsweredWithin(std::chrono::milliseconds(0)));
-    Event begun;
-    std::atomic<bool> isUnregistered = false;
-    const AgentHook hook("ny_updater_unregister_callbacks", [&] { begun.Set(); });
-    std::thread unregistering([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    ASSERT_TRUE(begun.Wait());
-    EXPECT_EQ(ny_sim_wait_calls("ny_updater_unregister_callbacks", 1, 30), NY_SIM_TIMEOUT);
-    EXPECT_FALSE(isUnregistered);
-    leave.Set();
-    unregistering.join();
-    EXPECT_TRUE(isUnregistered);
+    ExpectToWaitForCallback(
+        "ny_updater_unregister_callbacks", [this] { return Unregister(); }, leave);
 }
 
 TEST_F(UpdaterTest, EndsItsRegistrationsWithTheClient) {
     ASSERT_EQ(Register(), NY_OK);
-    Release();
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_updater("PRODUCT1000"), 0);
 }
 
