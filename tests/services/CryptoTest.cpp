@@ -254,7 +254,7 @@ TEST_F(Crypto, OnManyThreadsSucceedOrFailWhileTheAgentIsUpgraded) {
     EXPECT_GT(successes, 0);
 }
 
-class CryptoOutsideOfTheBridge : public AgentThereTest {};
+class CryptoOutsideOfTheBridge : public InstalledAgentTest {};
 
 TEST_F(CryptoOutsideOfTheBridge, FailsBeforeEntryAndAfterTheLastExit) {
     for (const CryptoFunction function : allFunctions) {
