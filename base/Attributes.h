@@ -24,7 +24,7 @@
 // Forces inlining in optimised builds. For the few lines that run for each of a million texts, and that the compiler
 // would rather share. Other builds keep one function, which a debugger can step through and coverage can count.
 #if defined(__OPTIMIZE__)
-#define INTO_CALLER [[gnu::always_inline]]
+#define ALWAYS_INLINE [[gnu::always_inline]]
 #else
-#define INTO_CALLER
+#define ALWAYS_INLINE
 #endif

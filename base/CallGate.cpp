@@ -1,7 +1,5 @@
 #include "base/CallGate.h"
 
-#include <mutex>
-
 namespace {
 
 // The time after which a waiter that is not the first looks whether it has become the first.
@@ -19,7 +17,7 @@ struct CallGate::Waiter {
 
 CallGate::Call::Call(CallGate& gateOfCall, Admission admission, Patience patience)
     : gate(gateOfCall), threadId(::GetCurrentThreadId()) {
-    const std::lock_guard guard(gate.mutex);
+    const ScopedLock guard(gate.mutex);
     if (gate.isClosed) {
         return;
     }
@@ -34,7 +32,7 @@ CallGate::Call::~Call() {
     if (!isInside) {
         return;
     }
-    const std::lock_guard guard(gate.mutex);
+    const ScopedLock guard(gate.mutex);
     Call** link = &gate.calls;
     while (*link != this) {
         link = &(*link)->next;
@@ -47,28 +45,39 @@ CallGate::Call::~Call() {
 }
 
 void CallGate::Close() {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     isClosed = true;
     TurnWaitersAway();
 }
 
 bool CallGate::IsClosed() const {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     return isClosed;
 }
 
 bool CallGate::IsInside(DWORD threadId) const {
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     return HasCallOf(threadId);
 }
 
 bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
     const DWORD self = ::GetCurrentThreadId();
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     if (HasCallOf(self)) {
         return !HasCallOfOther(self);
     }
-    return emptied.WaitFor(mutex, limit, [this] { return calls == nullptr; });
+    const auto end = Condition::Clock::now() + limit;
+    while (calls != nullptr) {
+        if (!emptied.WaitUntil(mutex, end)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+void CallGate::CloseAndWait() {
+    Close();
+    WaitForOthers();
 }
 
 bool CallGate::HasCallOf(DWORD threadId) const noexcept {
@@ -97,7 +106,9 @@ void CallGate::WaitForTurn(Call& call, Patience patience) {
     }
     *link = &self;
     if (patience == nullptr) {
-        self.answered.Wait(mutex, [&self] { return !self.isWaiting; });
+        while (self.isWaiting) {
+            self.answered.Wait(mutex);
+        }
     } else if (!WaitPatiently(self, patience)) {
         TurnWaitersAway();
     }
@@ -109,7 +120,10 @@ bool CallGate::WaitPatiently(Waiter& waiter, Patience patience) {
     for (;;) {
         const bool isFirst = waiters == &waiter;
         const auto interval = isFirst ? patienceInterval : intervalBehindTheFirst;
-        if (waiter.answered.WaitFor(mutex, interval, [&waiter] { return !waiter.isWaiting; })) {
+        const auto end = Condition::Clock::now() + interval;
+        while (waiter.isWaiting && waiter.answered.WaitUntil(mutex, end)) {
+        }
+        if (!waiter.isWaiting) {
             return true;
         }
         if (!isFirst) {
@@ -151,7 +165,6 @@ void CallGate::TurnWaitersAway() noexcept {
     }
 }
 
-// The waiter's thread goes on, and its node ends, when the mutex is unlocked.
 void CallGate::EndWait(Waiter& waiter) noexcept {
     waiter.isWaiting = false;
     waiter.answered.NotifyAll();

@@ -53,31 +53,35 @@ public:
     void Close();
     bool IsClosed() const;
     // Whether the thread is.
-    bool IsInside(DWORD threadId = ::GetCurrentThreadId()) const;
+    bool IsInside(DWORD threadId) const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is
     // inside itself: waiting there for others could be waiting for itself. False when others are still inside.
     bool WaitForOthers(std::chrono::milliseconds limit = callWaitLimit);
+    // Both, one after the other.
+    void CloseAndWait();
 
 private:
     struct Waiter;
 
-    bool HasCallOf(DWORD threadId) const noexcept;
-    bool HasCallOfOther(DWORD threadId) const noexcept;
+    bool HasCallOf(DWORD threadId) const noexcept REQUIRES(mutex);
+    bool HasCallOfOther(DWORD threadId) const noexcept REQUIRES(mutex);
 
-    // To be called with the mutex locked, like those that follow. Leaves the call outside when its wait is ended.
-    void WaitForTurn(Call& call, Patience patience);
-    // The first who waits asks for all of them. False when its patience is over.
-    bool WaitPatiently(Waiter& waiter, Patience patience);
-    void LetIn(Call& call) noexcept;
-    // Lets in who waited longest of those that no other thread inside keeps waiting.
-    void GiveTurn() noexcept;
-    void TurnWaitersAway() noexcept;
-    static void EndWait(Waiter& waiter) noexcept;
+    // Leaves the call outside when its wait is ended.
+    void WaitForTurn(Call& call, Patience patience) REQUIRES(mutex);
+    // The first waiter asks for all of them. False when its patience is over.
+    bool WaitPatiently(Waiter& waiter, Patience patience) REQUIRES(mutex);
+    void LetIn(Call& call) noexcept REQUIRES(mutex);
+    // Lets in the call that has waited longest of those that no call of another thread keeps waiting.
+    void GiveTurn() noexcept REQUIRES(mutex);
+    void TurnWaitersAway() noexcept REQUIRES(mutex);
+    // The waiter's thread goes on, and its node ends, when the mutex is unlocked.
+    void EndWait(Waiter& waiter) noexcept REQUIRES(mutex);
 
     mutable Mutex mutex;
     Condition emptied;
-    Call* calls = nullptr;
-    Waiter* waiters = nullptr;  // in the order of arrival; while there are any, somebody is inside
-    bool isClosed = false;
+    Call* calls GUARDED_BY(mutex) = nullptr;
+    // In the order of arrival. While there are any, a call is inside.
+    Waiter* waiters GUARDED_BY(mutex) = nullptr;
+    bool isClosed GUARDED_BY(mutex) = false;
 };

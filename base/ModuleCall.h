@@ -24,18 +24,31 @@ template <class Coded>
     throw ForeignException();
 }
 
-// Around one call.
-class CallFrame final : public ForeignFrame {
+// A frame that keeps the agent's code of the exception that it was last asked about.
+class CodeFrame : public ForeignFrame {
 public:
     std::optional<int32_t> Code() const noexcept { return code; }
 
-private:
-    bool Takes(const ForeignThrow& thrown) noexcept override {
+protected:
+    CodeFrame() noexcept = default;
+    ~CodeFrame() = default;
+
+    // Whether the exception carries one.
+    bool KeepCode(const ForeignThrow& thrown) noexcept {
         code = thrown.AgentCode();
-        return true;
+        return code.has_value();
     }
 
+private:
     std::optional<int32_t> code;
+};
+
+// Around one call.
+class CallFrame final : public CodeFrame {
+    bool Takes(const ForeignThrow& thrown) noexcept override {
+        KeepCode(thrown);
+        return true;
+    }
 };
 
 // What `call()` answers, which calls a module and does nothing else: it may hold nothing that needs a destructor. What
@@ -72,20 +85,15 @@ class InsidePassage {
 // destructors run, as everywhere but in the Windows build of g++, it is not called.
 template <class Coded, class Body, class Release>
 void PassThrough(const Body& body, const Release& release) {
-    class Passage final : public ForeignFrame {
+    class Passage final : public CodeFrame {
     public:
         explicit Passage(const Release& whatToRelease) noexcept : releaseHeld(whatToRelease) {}
-        std::optional<int32_t> Code() const noexcept { return code; }
 
     private:
-        bool Takes(const ForeignThrow& thrown) noexcept override {
-            code = thrown.AgentCode();
-            return code.has_value();
-        }
+        bool Takes(const ForeignThrow& thrown) noexcept override { return KeepCode(thrown); }
         void Leave() noexcept override { releaseHeld(); }
 
         const Release& releaseHeld;
-        std::optional<int32_t> code;
     };
     Passage passage(release);
     if (passage.Run([&] { body(InsidePassage()); })) {

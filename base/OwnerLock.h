@@ -5,43 +5,43 @@
 #include <atomic>
 
 #include "base/HeldLocks.h"
+#include "base/ScopedLock.h"
+#include "base/ThreadSafety.h"
 
-// A critical section; meets the standard's Lockable as far as std::lock_guard needs it. The owning thread may enter it
-// again.
-class CriticalSection {
+// A critical section. Its owner may lock it again.
+class CAPABILITY("mutex") CriticalSection {
 public:
     CriticalSection() noexcept { ::InitializeCriticalSectionAndSpinCount(&section, turnsBeforeSleep); }
     ~CriticalSection() { ::DeleteCriticalSection(&section); }
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
 
-    void lock() noexcept {
+    void Lock() noexcept ACQUIRE() {
         ::EnterCriticalSection(&section);
         NoteLockTaken();
     }
-    void unlock() noexcept {
+    void Unlock() noexcept RELEASE() {
         NoteLockLeft();
         ::LeaveCriticalSection(&section);
     }
 
 private:
-    // An owner has it for less time than a thread takes to fall asleep and to wake.
+    // Its owner holds it for less time than a thread takes to fall asleep and to wake.
     static constexpr DWORD turnsBeforeSleep = 1000;
 
     CRITICAL_SECTION section;
 };
 
 // A critical section paired with an owner-thread word: the id of the thread inside, 0 when it is free.
-class OwnerLock {
+class CAPABILITY("mutex") OwnerLock {
 public:
-    void lock() noexcept {
-        section.lock();
+    void Lock() noexcept ACQUIRE() {
+        section.Lock();
         ownerThreadId.store(::GetCurrentThreadId(), std::memory_order_relaxed);
     }
-
-    void unlock() noexcept {
+    void Unlock() noexcept RELEASE() {
         ownerThreadId.store(0, std::memory_order_relaxed);
-        section.unlock();
+        section.Unlock();
     }
 
     DWORD OwnerThreadId() const noexcept { return ownerThreadId.load(std::memory_order_relaxed); }

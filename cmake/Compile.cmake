@@ -27,6 +27,14 @@ elseif(NOT WIN32)
     include(cmake/Native.cmake)
 endif()
 
+# Has the compiler check what the target's code says of its locks: see base/ThreadSafety.h. Tests, which look into objects
+# that no other thread knows, are not checked.
+function(check_locks target)
+    if(NOT WIN32)
+        target_compile_options(${target} PRIVATE -Wthread-safety)
+    endif()
+endfunction()
+
 # Has the targets built quickly rather than run fast.
 function(build_quickly)
     foreach(target IN LISTS ARGN)

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <functional>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <unordered_map>
 #include <utility>
 
 #include "base/Boundary.h"
 #include "base/Mutex.h"
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
+#include "base/UniqueHandle.h"
 
 namespace {
 
@@ -62,11 +62,11 @@ struct Entry {
 // The lock is held for a look-up or a change alone. What was shared is let go after it was left.
 struct AgentCallTable {
     Mutex lock;
-    std::unordered_map<Name, Entry, Hash, Equal> entries;
-    AgentCall* underWay = nullptr;
+    std::unordered_map<Name, Entry, Hash, Equal> entries GUARDED_BY(lock);
+    AgentCall* underWay GUARDED_BY(lock) = nullptr;
 
     // The entry that serves a call with this data for this product; null when the call comes too late.
-    const Entry* Find(const NameView& name) const noexcept {
+    const Entry* Find(const NameView& name) const noexcept REQUIRES(lock) {
         auto found = entries.find(name);
         if (found == entries.end() && !name.product.empty()) {
             found = entries.find(NameView{name.data, {}});
@@ -75,7 +75,7 @@ struct AgentCallTable {
     }
 
     void Begin(AgentCall& call, const NameView& name) noexcept {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         if (const Entry* const entry = Find(name)) {
             call.isAdmitted = true;
             call.called = entry->called;
@@ -88,7 +88,7 @@ struct AgentCallTable {
     }
 
     void End(AgentCall& call) noexcept {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         (call.previous != nullptr ? call.previous->next : underWay) = call.next;
         if (call.next != nullptr) {
             call.next->previous = call.previous;
@@ -96,7 +96,7 @@ struct AgentCallTable {
     }
 
     bool HasCallOn(DWORD threadId) noexcept {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         for (const AgentCall* call = underWay; call != nullptr; call = call->next) {
             if (call->threadId == threadId) {
                 return true;
@@ -109,7 +109,7 @@ struct AgentCallTable {
 namespace {
 
 AgentCallTable& Table() noexcept {
-    static UntilUnloaded<AgentCallTable> table;
+    static NoDestroyAtExit<AgentCallTable> table;
     return table.Get();
 }
 
@@ -131,14 +131,14 @@ void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::s
     AgentCallTable& table = Table();
     Name name{data, std::string(product)};
     Entry entry{std::move(called), group, true};
-    const std::lock_guard guard(table.lock);
+    const ScopedLock guard(table.lock);
     std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
 }
 
 void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
     std::shared_ptr<void> ended;
-    const std::lock_guard guard(table.lock);
+    const ScopedLock guard(table.lock);
     const auto found = table.entries.find(NameView{data, product});
     if (found != table.entries.end()) {
         found->second.isAdmitted = false;
@@ -151,7 +151,7 @@ void ForgetAgentCalls(const void* group) noexcept {
     decltype(table.entries)::node_type forgotten;
     do {
         forgotten = {};
-        const std::lock_guard guard(table.lock);
+        const ScopedLock guard(table.lock);
         const auto found = std::find_if(table.entries.begin(), table.entries.end(),
                                         [group](const auto& entry) { return entry.second.group == group; });
         if (found != table.entries.end()) {
@@ -162,7 +162,7 @@ void ForgetAgentCalls(const void* group) noexcept {
 
 std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
-    const std::lock_guard guard(table.lock);
+    const ScopedLock guard(table.lock);
     const Entry* const entry = table.Find({data, product});
     return entry != nullptr ? entry->called : nullptr;
 }
@@ -188,9 +188,8 @@ void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept
     }
     Guarded([=] {
         auto started = std::make_unique<Work>(Work{work, argument});
-        if (const HANDLE thread = ::CreateThread(nullptr, 0, RunWork, started.get(), 0, nullptr)) {
+        if (const UniqueHandle thread{::CreateThread(nullptr, 0, RunWork, started.get(), 0, nullptr)}) {
             static_cast<void>(started.release());
-            ::CloseHandle(thread);
         }
     });
 }

@@ -2,13 +2,12 @@
 
 #include <algorithm>
 #include <memory>
-#include <mutex>
 #include <new>
 #include <utility>
 
 #include "agent/ny_agent.h"
 #include "base/Boundary.h"
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
 #include "dispatcher/AgentCalls.h"
 
 namespace {
@@ -17,15 +16,15 @@ namespace {
 // neither see a half-made dispatcher nor load tables that an earlier one is about to clear. Beside the dispatcher's own
 // lock it is the one lock under which code of the agent's runs, that of its libraries' loading and unloading.
 CriticalSection lifeLock;
-UntilUnloaded<std::shared_ptr<Dispatcher>> current;
+NoDestroyAtExit<std::shared_ptr<Dispatcher>> current GUARDED_BY(lifeLock);
 
 std::shared_ptr<Dispatcher> Current() noexcept {
-    const std::lock_guard guard(lifeLock);
+    const ScopedLock guard(lifeLock);
     return *current;
 }
 
 int32_t Initialise(Dispatcher& dispatcher, const char* defaultPath) noexcept {
-    const std::lock_guard guard(dispatcher.lock);
+    const ScopedLock guard(dispatcher.lock);
     const DispatcherOperations* operations = dispatcher.operations;
     if (operations == nullptr || operations->init == nullptr || operations->init(dispatcher, defaultPath) != NY_OK) {
         return NY_DISPATCHER_INIT;
@@ -34,7 +33,7 @@ int32_t Initialise(Dispatcher& dispatcher, const char* defaultPath) noexcept {
 }
 
 DispatcherLog::Lines Deinitialise(Dispatcher& dispatcher) noexcept {
-    const std::lock_guard guard(dispatcher.lock);
+    const ScopedLock guard(dispatcher.lock);
     dispatcher.isReleased = true;
     if (dispatcher.operations != nullptr && dispatcher.operations->deinit != nullptr) {
         dispatcher.operations->deinit(dispatcher);
@@ -51,7 +50,7 @@ struct Released {
 
 Released Release(Dispatcher* dispatcher) noexcept {
     Released released;
-    const std::lock_guard guard(lifeLock);
+    const ScopedLock guard(lifeLock);
     if (--dispatcher->references == 0) {
         released.dispatcher = std::exchange(*current, nullptr);
         released.lines = Deinitialise(*dispatcher);
@@ -60,7 +59,7 @@ Released Release(Dispatcher* dispatcher) noexcept {
 }
 
 // The entry that a question is about, null when it was closed meanwhile.
-LibraryEntry* EntryOf(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
+LibraryEntry* EntryOf(Dispatcher& dispatcher, const VersionQuestion& question) noexcept REQUIRES(dispatcher.lock) {
     for (const auto& member : dispatcher.grouper.members) {
         for (const auto& entry : member->libraries) {
             if (entry->library == question.library) {
@@ -78,7 +77,7 @@ void Ask(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
     }
     uint32_t version = 0;
     const bool isTold = Guarded(false, [&] { return question.ask(&version) == NY_OK; });
-    const std::lock_guard guard(dispatcher.lock);
+    const ScopedLock guard(dispatcher.lock);
     if (LibraryEntry* const entry = EntryOf(dispatcher, question)) {
         *question.version = version;
         entry->version = isTold ? question.version : entry->version;
@@ -97,7 +96,7 @@ int32_t RunLocked(int32_t whenFailed, Operate&& operate) noexcept {
     DispatcherLog::Lines lines;
     VersionQuestion question;
     {
-        const std::lock_guard guard(dispatcher->lock);
+        const ScopedLock guard(dispatcher->lock);
         if (!dispatcher->isReleased) {
             const DispatcherOperations* const operations = dispatcher->operations;
             result = operations != nullptr && operate(*operations, dispatcher.get()) == NY_OK ? NY_OK : whenFailed;
@@ -120,7 +119,7 @@ std::shared_ptr<LibrariesInUse> LibrariesInUse::Share() {
     const auto end = [](LibrariesInUse* ended) {
         RunOutsideAgentCalls([](void* inUse) { delete static_cast<LibrariesInUse*>(inUse); }, ended);
     };
-    const std::lock_guard guard(dispatcher->lock);
+    const ScopedLock guard(dispatcher->lock);
     std::shared_ptr<LibrariesInUse> shared = dispatcher->users.lock();
     if (shared == nullptr && !dispatcher->isReleased) {
         shared.reset(new LibrariesInUse, end);
@@ -146,7 +145,7 @@ int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot, const Dispa
         return NY_INVALID_ARGUMENT;
     }
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
-        const std::lock_guard guard(lifeLock);
+        const ScopedLock guard(lifeLock);
         if (*current == nullptr) {
             auto created = std::make_shared<Dispatcher>();
             created->operations = operations;
@@ -175,7 +174,7 @@ int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogTarget target) noexcept 
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    const std::lock_guard guard(dispatcher->lock);
+    const ScopedLock guard(dispatcher->lock);
     dispatcher->log.SetTarget(std::move(target));
     return NY_OK;
 }

@@ -43,13 +43,13 @@ struct VersionQuestion {
 struct Dispatcher {
     const DispatcherOperations* operations = nullptr;
     Dispatcher** context = nullptr;  // the slot of the holder that created it
-    CriticalSection lock;            // around every load and unload; guards what follows but the references
-    Grouper grouper;
-    uint32_t references = 0;  // one per holder
-    DispatcherLog log;
-    VersionQuestion question;
-    std::weak_ptr<LibrariesInUse> users;  // whoever is inside the libraries
-    bool isReleased = false;              // a load that comes too late does nothing
+    CriticalSection lock;            // around every load and unload
+    Grouper grouper GUARDED_BY(lock);
+    uint32_t references = 0;  // one per holder; guarded by the lock of the process's dispatcher
+    DispatcherLog log GUARDED_BY(lock);
+    VersionQuestion question GUARDED_BY(lock);
+    std::weak_ptr<LibrariesInUse> users GUARDED_BY(lock);  // whoever is inside the libraries
+    bool isReleased GUARDED_BY(lock) = false;              // a load that comes too late does nothing
 };
 
 // Makes the caller a holder of the process's dispatcher, creating it for the first one: stores it in `*slot`. A null

@@ -36,7 +36,7 @@ void UnloadLibrary(const Group& group) noexcept;
 RARELY_CALLED void** LoadedTable(Group& group) noexcept;
 
 // The group's table, after loading it if it was not; null when it cannot be.
-INTO_CALLER inline void** TableOf(Group& group) noexcept {
+ALWAYS_INLINE inline void** TableOf(Group& group) noexcept {
     void** const table = group.table.load(std::memory_order_acquire);
     return table != nullptr ? table : LoadedTable(group);
 }

@@ -6,6 +6,7 @@
 
 #include "agent/ny_agent.h"
 #include "base/Boundary.h"
+#include "base/UniqueHandle.h"
 
 namespace {
 
@@ -34,13 +35,12 @@ int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path)
     }
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
         const std::string keyName = std::string(applicationsKey) + product;
-        HKEY key = nullptr;
-        if (::RegOpenKeyExA(HKEY_LOCAL_MACHINE, keyName.c_str(), 0, KEY_READ | KEY_WOW64_32KEY, &key) !=
+        HKEY opened = nullptr;
+        if (::RegOpenKeyExA(HKEY_LOCAL_MACHINE, keyName.c_str(), 0, KEY_READ | KEY_WOW64_32KEY, &opened) !=
             ERROR_SUCCESS) {
             return NY_RUNTIME_PATH_MISSING;
         }
-        const auto result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return ReadPath(key, path); });
-        ::RegCloseKey(key);
-        return result;
+        const UniqueKey key(opened);
+        return ReadPath(key.get(), path);
     });
 }

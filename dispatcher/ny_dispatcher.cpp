@@ -9,7 +9,7 @@ namespace {
 
 // Calls slot `slot` of an object's operations: NY_INVALID_ARGUMENT without operations, NY_UNEXPECTED for an empty slot.
 template <class Object, class Slot, class... Arguments>
-int32_t CallSlot(Object& object, Slot slot, Arguments&&... arguments) {
+int32_t CallOperation(Object& object, Slot slot, Arguments&&... arguments) {
     if (object.operations == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
@@ -17,7 +17,7 @@ int32_t CallSlot(Object& object, Slot slot, Arguments&&... arguments) {
     return operation != nullptr ? operation(object, std::forward<Arguments>(arguments)...) : NY_UNEXPECTED;
 }
 
-int32_t Report(const DispatcherLog& log, const char* step, int32_t result) noexcept {
+int32_t LogFailedStep(const DispatcherLog& log, const char* step, int32_t result) noexcept {
     if (result != NY_OK) {
         log.Write(SeverityFailure, "%s failed <%d>", step, static_cast<int>(result));
     }
@@ -34,67 +34,79 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
     if (entry.references.load() > 1) {
         --entry.references;
     }
-    return Report(log, "ny_grouper_load_sym_table",
-                  CallSlot(member, &MemberOperations::load_sym_table, request.library, request.names, request.table,
-                           request.count, log));
+    return LogFailedStep(log, "ny_grouper_load_sym_table",
+                         CallOperation(member, &MemberOperations::load_sym_table, request.library, request.names,
+                                       request.table, request.count, log));
+}
+
+// Whoever is inside the libraries keeps this one, too. False when there is no memory for that.
+bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept REQUIRES(dispatcher.lock) {
+    const std::shared_ptr<LibrariesInUse> users = dispatcher.users.lock();
+    return users == nullptr || Guarded(false, [&] {
+               users->Add(entry.library);
+               return true;
+           });
 }
 
 // From the member on; the product is one.
-int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) {
-    const DispatcherLog& log = dispatcher.log;
+int32_t LoadFromMember(Dispatcher& dispatcher, const LoadRequest& request) REQUIRES(dispatcher.lock) {
     Member* member = nullptr;
-    int32_t result = CallSlot(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
-    if (Report(log, "ny_grouper_find_member for product", result) != NY_OK) {
+    int32_t result = CallOperation(dispatcher.grouper, &GrouperOperations::find_member, request.product, &member);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_find_member for product", result) != NY_OK) {
         return result;
     }
-    result = CallSlot(*member, &MemberOperations::add_library, request.library, log);
-    if (Report(log, "ny_grouper_add_member library", result) != NY_OK) {
+    result = CallOperation(*member, &MemberOperations::add_library, request.library, dispatcher.log);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_add_member library", result) != NY_OK) {
         return result;
     }
     LibraryEntry* entry = nullptr;
-    result = CallSlot(*member, &MemberOperations::find_library, request.library, &entry);
-    if (Report(log, "ny_grouper_find_member library", result) != NY_OK) {
+    result = CallOperation(*member, &MemberOperations::find_library, request.library, &entry);
+    if (LogFailedStep(dispatcher.log, "ny_grouper_find_member library", result) != NY_OK) {
         return result;
     }
-    if (const auto users = dispatcher.users.lock()) {
-        users->Add(entry->library);
+    if (!KeepForUsers(dispatcher, *entry)) {
+        return NY_OUT_OF_MEMORY;
     }
-    result = LoadTable(*member, *entry, request, log);
+    result = LoadTable(*member, *entry, request, dispatcher.log);
     if (result == NY_OK && request.version != nullptr && *request.version == 0) {
-        dispatcher.question = {entry->FindGetVersion(request.group != nullptr ? request.group : "", log),
+        dispatcher.question = {entry->FindGetVersion(request.group != nullptr ? request.group : "", dispatcher.log),
                                entry->library, request.version};
     }
     return result;
 }
 
-int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) {
+int32_t Initialise(Grouper& grouper, const char* defaultPath) noexcept {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
         if (defaultPath != nullptr) {
-            dispatcher.grouper.defaultPath = defaultPath;
+            grouper.defaultPath = defaultPath;
         }
-        dispatcher.grouper.operations = &grouperOperations;
+        grouper.operations = &grouperOperations;
         return NY_OK;
     });
 }
 
-int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) {
+int32_t ny_dispatcher_init(Dispatcher& dispatcher, const char* defaultPath) REQUIRES(dispatcher.lock) {
+    return Initialise(dispatcher.grouper, defaultPath);
+}
+
+int32_t ny_dispatcher_load(Dispatcher* dispatcher, const LoadRequest& request) REQUIRES(dispatcher->lock) {
     if (dispatcher == nullptr || request.product == nullptr || request.library == nullptr || request.names == nullptr ||
         request.table == nullptr || request.count == 0) {
         return NY_INVALID_ARGUMENT;
     }
-    const DispatcherLog& log = dispatcher->log;
-    log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
-              request.group != nullptr ? request.group : "(null)", request.product, request.library);
-    int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::add_member, request.product);
-    if (Report(log, "ny_grouper_add_member", result) != NY_OK) {
+    dispatcher->log.Write(SeverityProgress, "ny_dispatcher_load %p %s:%s:%s", static_cast<void*>(dispatcher),
+                          request.group != nullptr ? request.group : "(null)", request.product, request.library);
+    int32_t result = CallOperation(dispatcher->grouper, &GrouperOperations::add_member, request.product);
+    if (LogFailedStep(dispatcher->log, "ny_grouper_add_member", result) != NY_OK) {
         return result;
     }
-    result = Guarded<int32_t>(NY_OUT_OF_MEMORY, [&] { return LoadFromMember(*dispatcher, request); });
-    log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
+    result = LoadFromMember(*dispatcher, request);
+    dispatcher->log.Write(SeverityProgress, "ny_dispatcher_load returns <%d>", static_cast<int>(result));
     return result;
 }
 
-int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const char* library) {
+int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const char* library)
+    REQUIRES(dispatcher->lock) {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
@@ -102,11 +114,12 @@ int32_t ny_dispatcher_unload(Dispatcher* dispatcher, const char* product, const 
         return NY_LIBRARY_UNLOAD;
     }
     Member* member = nullptr;
-    const int32_t result = CallSlot(dispatcher->grouper, &GrouperOperations::find_member, product, &member);
-    return result == NY_OK ? CallSlot(*member, &MemberOperations::remove_library, library, dispatcher->log) : result;
+    const int32_t result = CallOperation(dispatcher->grouper, &GrouperOperations::find_member, product, &member);
+    return result == NY_OK ? CallOperation(*member, &MemberOperations::remove_library, library, dispatcher->log)
+                           : result;
 }
 
-void ny_dispatcher_deinit(Dispatcher& dispatcher) {
+void ny_dispatcher_deinit(Dispatcher& dispatcher) REQUIRES(dispatcher.lock) {
     const GrouperOperations* operations = dispatcher.grouper.operations;
     if (operations != nullptr && operations->release != nullptr) {
         operations->release(dispatcher.grouper, dispatcher.log);

@@ -1,7 +1,7 @@
 // The entry point of the DLL: it learns here whether it is unloaded or the process ends.
 #include <windows.h>
 
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID reserved);
 

@@ -1,4 +1,4 @@
-#include "msgbus/ServiceFactory.h"
+#include "msgbus/instance/ServiceFactory.h"
 
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "property/VsMsgbusPropertyProvider.h"

@@ -4,28 +4,12 @@
 
 #include <chrono>
 #include <cstddef>
-#include <mutex>
 #include <new>
 #include <utility>
 
 #include "base/Boundary.h"
+#include "base/LastErrorKeeper.h"
 #include "loglib/LogLine.h"
-
-namespace {
-
-// Leaves the thread's last error as it was: who logs a failure may still have to ask for it.
-class KeptLastError {
-public:
-    KeptLastError() = default;
-    ~KeptLastError() { ::SetLastError(error); }
-    KeptLastError(const KeptLastError&) = delete;
-    KeptLastError& operator=(const KeptLastError&) = delete;
-
-private:
-    const DWORD error = ::GetLastError();
-};
-
-}  // namespace
 
 DefaultLogManager& DefaultLogManager::Instance() noexcept {
     alignas(DefaultLogManager) static std::byte place[sizeof(DefaultLogManager)];
@@ -34,7 +18,7 @@ DefaultLogManager& DefaultLogManager::Instance() noexcept {
 }
 
 void DefaultLogManager::Write(const LogUtils::LogRecord& event) noexcept {
-    const KeptLastError kept;
+    const LastErrorKeeper keeper;
     Guarded([&] { Tell(event); });
     Guarded([&] { destination.Write(LogLine(event, std::chrono::system_clock::now(), ::GetCurrentProcessId())); });
 }
@@ -45,26 +29,18 @@ bool DefaultLogManager::SetFile(const wchar_t* path) noexcept {
 
 LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* newListener) noexcept {
     return Guarded<LogUtils::LogListener*>(nullptr, [&] {
-        auto replaced = newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr;
-        {
-            const std::lock_guard guard(listenerLock);
-            replaced.swap(listening);
-        }
+        const auto replaced =
+            listening.Exchange(newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr);
         if (replaced == nullptr) {
             return static_cast<LogUtils::LogListener*>(nullptr);
         }
-        replaced->gate.Close();
-        replaced->gate.WaitForOthers();
+        replaced->gate.CloseAndWait();
         return replaced->listener.HandBack();
     });
 }
 
 void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
-    std::shared_ptr<Listening> told;
-    {
-        const std::lock_guard guard(listenerLock);
-        told = listening;
-    }
+    const auto told = listening.Share();
     if (told == nullptr) {
         return;
     }

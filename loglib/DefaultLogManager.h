@@ -4,7 +4,7 @@
 
 #include "base/CallGate.h"
 #include "base/ModuleCall.h"
-#include "base/Mutex.h"
+#include "base/SharedSlot.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
 
@@ -30,6 +30,5 @@ private:
     void Tell(const LogUtils::LogRecord& event);
 
     LogDestination destination;
-    Mutex listenerLock;  // held for a copy or an exchange alone
-    std::shared_ptr<Listening> listening;
+    SharedSlot<Listening> listening;
 };

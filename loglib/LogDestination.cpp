@@ -4,9 +4,9 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <mutex>
 #include <string_view>
 
+#include "base/UniqueHandle.h"
 #include "loglib/ProcessRights.h"
 #include "loglib/Utf8.h"
 
@@ -26,15 +26,15 @@ std::wstring FileOfEnvironment() {
 
 // One write at the file's end, so that lines of several processes do not mix.
 bool Append(const std::wstring& path, std::string_view bytes) {
-    const HANDLE file =
+    const HANDLE opened =
         ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                       OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file == INVALID_HANDLE_VALUE) {
+    if (opened == INVALID_HANDLE_VALUE) {
         return false;
     }
+    const UniqueHandle file(opened);
     DWORD written = 0;
-    const BOOL isWritten = ::WriteFile(file, bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    ::CloseHandle(file);
+    const BOOL isWritten = ::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
     return isWritten && written == bytes.size();
 }
 
@@ -45,7 +45,7 @@ bool LogDestination::Choose(const wchar_t* path) {
     if (length >= pathCapacity) {
         return false;
     }
-    const std::lock_guard guard(mutex);
+    const ScopedLock guard(mutex);
     isChosen = path != nullptr;
     *std::copy_n(path, length, chosen.begin()) = L'\0';
     return true;
@@ -53,7 +53,7 @@ bool LogDestination::Choose(const wchar_t* path) {
 
 std::wstring LogDestination::File() const {
     {
-        const std::lock_guard guard(mutex);
+        const ScopedLock guard(mutex);
         if (isChosen) {
             return chosen.data();
         }
@@ -62,7 +62,7 @@ std::wstring LogDestination::File() const {
 }
 
 bool LogDestination::AppendAlone(const std::wstring& file, const std::string& line) const {
-    const std::lock_guard guard(writing);
+    const ScopedLock guard(writing);
     return Append(file, line);
 }
 

@@ -25,8 +25,8 @@ private:
     bool AppendAlone(const std::wstring& file, const std::string& line) const;
 
     mutable Mutex writing;
-    mutable Mutex mutex;  // of what follows
-    bool isChosen = false;
+    mutable Mutex mutex;
+    bool isChosen GUARDED_BY(mutex) = false;
     // Has no memory of its own, so that nothing of it is left to be freed.
-    std::array<wchar_t, pathCapacity> chosen{};
+    std::array<wchar_t, pathCapacity> chosen GUARDED_BY(mutex){};
 };

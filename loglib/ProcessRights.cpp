@@ -4,34 +4,23 @@
 
 #include <cstddef>
 
+#include "base/UniqueHandle.h"
+
 namespace {
 
 constexpr DWORD sessionOfServices = 0;
 
-class ProcessToken {
-public:
-    ProcessToken() noexcept {
-        if (!::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &handle)) {
-            handle = nullptr;
-        }
-    }
-    ~ProcessToken() {
-        if (handle != nullptr) {
-            ::CloseHandle(handle);
-        }
-    }
-    ProcessToken(const ProcessToken&) = delete;
-    ProcessToken& operator=(const ProcessToken&) = delete;
+// Null when the process must not look at it.
+UniqueHandle OpenToken() noexcept {
+    HANDLE token = nullptr;
+    return UniqueHandle(::OpenProcessToken(::GetCurrentProcess(), TOKEN_QUERY, &token) ? token : nullptr);
+}
 
-    template <class Information>
-    bool Read(TOKEN_INFORMATION_CLASS kind, Information& into) const noexcept {
-        DWORD length = 0;
-        return handle != nullptr && ::GetTokenInformation(handle, kind, &into, sizeof into, &length);
-    }
-
-private:
-    HANDLE handle = nullptr;
-};
+template <class Information>
+bool Read(const UniqueHandle& token, TOKEN_INFORMATION_CLASS kind, Information& into) noexcept {
+    DWORD length = 0;
+    return token != nullptr && ::GetTokenInformation(token.get(), kind, &into, sizeof into, &length);
+}
 
 // With room for the identifier that the label points to.
 struct IntegrityLabel {
@@ -48,12 +37,12 @@ DWORD LevelOf(const IntegrityLabel& integrity) noexcept {
 }  // namespace
 
 bool HasHigherRights() noexcept {
-    const ProcessToken token;
+    const UniqueHandle token = OpenToken();
     TOKEN_ELEVATION elevation{};
     DWORD session = sessionOfServices;
     IntegrityLabel integrity{};
-    if (!token.Read(TokenElevation, elevation) || !token.Read(TokenSessionId, session) ||
-        !token.Read(TokenIntegrityLevel, integrity)) {
+    if (!Read(token, TokenElevation, elevation) || !Read(token, TokenSessionId, session) ||
+        !Read(token, TokenIntegrityLevel, integrity)) {
         return true;
     }
     return elevation.TokenIsElevated != 0 || session == sessionOfServices ||

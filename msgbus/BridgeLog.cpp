@@ -1,13 +1,12 @@
 #include "msgbus/BridgeLog.h"
 
 #include <memory>
-#include <mutex>
 #include <utility>
 
 #include "base/Boundary.h"
 #include "base/CallGate.h"
-#include "base/Mutex.h"
-#include "base/UntilUnloaded.h"
+#include "base/NoDestroyAtExit.h"
+#include "base/SharedSlot.h"
 #include "values/ModuleInterface.h"
 
 namespace {
@@ -19,49 +18,33 @@ struct SinkInUse {
     CallGate gate;
 };
 
-Mutex sinkLock;
-UntilUnloaded<std::shared_ptr<SinkInUse>> currentSink;
-
-std::shared_ptr<SinkInUse> CopySink() {
-    const std::lock_guard guard(sinkLock);
-    return *currentSink;
-}
+NoDestroyAtExit<SharedSlot<SinkInUse>> currentSink;
 
 }  // namespace
 
 bool OfferLogSink(VsKitMsgbus::ILogSink* sink) {
-    const std::lock_guard guard(sinkLock);
-    if (sink == nullptr || *currentSink != nullptr) {
-        return false;
-    }
-    *currentSink = std::make_shared<SinkInUse>(sink);
-    return true;
+    return sink != nullptr && (*currentSink).Address() == nullptr &&
+           (*currentSink).Offer(std::make_shared<SinkInUse>(sink));
 }
 
 void ClearLogSink() noexcept {
     Guarded([] {
-        std::shared_ptr<SinkInUse> cleared;
-        {
-            const std::lock_guard guard(sinkLock);
-            cleared.swap(*currentSink);
-        }
-        if (cleared != nullptr) {
-            cleared->gate.Close();
-            cleared->gate.WaitForOthers();
+        if (const auto cleared = (*currentSink).Exchange(nullptr)) {
+            cleared->gate.CloseAndWait();
         }
     });
 }
 
 const VsKitMsgbus::ILogSink* CurrentLogSink() noexcept {
     return Guarded<const VsKitMsgbus::ILogSink*>(nullptr, [] {
-        const auto sink = CopySink();
+        const auto sink = (*currentSink).Share();
         return sink != nullptr ? sink->sink.Address() : nullptr;
     });
 }
 
 void WriteBridgeLog(const VsKit::CUniStream& text) noexcept {
     Guarded([&] {
-        const auto sink = CopySink();
+        const auto sink = (*currentSink).Share();
         if (sink == nullptr || text.Text().empty()) {
             return;
         }

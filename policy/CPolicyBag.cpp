@@ -5,14 +5,14 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyDump.h"
+#include "policy/OutOfMemory.h"
 #include "policy/PolicyIterators.h"
 #include "policy/PolicyQuery.h"
 #include "policy/PolicyWalk.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
-#include "policy/WithMemory.h"
 #include "values/AgentTexts.h"
 
 using corvane::ny::utils::Check;
@@ -24,11 +24,11 @@ namespace {
 constexpr int failureLevel = 5;
 
 std::string NarrowId(const wchar_t* wide, const LibrariesInUse* inUse) {
-    return WithMemory([&] { return NarrowFromWide(wide, inUse); });
+    return BadAllocAsAgentException([&] { return NarrowFromWide(wide, inUse); });
 }
 
 std::string NarrowAccount(const wchar_t* domain, const wchar_t* user, const LibrariesInUse* inUse) {
-    return WithMemory([&] {
+    return BadAllocAsAgentException([&] {
         std::wstring joined(domain != nullptr ? domain : L"");
         joined += L'\\';
         joined += user != nullptr ? user : L"";
@@ -103,7 +103,7 @@ bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const n
     return GuardedBy<exception>(
         false,
         [&] {
-            WithMemory([&] { AppendDigests(*session, wantedId, digests); });
+            BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
             return true;
         },
         [](const exception& failure) {

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "policy/CTheEnforcePolicy.h"
 
 // Two notifications of one product are enforced one after the other.
 using EnforcerRegistrations = RegistrationTable<CTheEnforcePolicy, CallGate::Admission::OneThreadAtATime>;
 
 // The enforcers of all modules of the process, by product id.
-EnforcerRegistrations& EnforcerTable();
+inline EnforcerRegistrations& EnforcerTable() {
+    return TableOfProcess<EnforcerRegistrations>();
+}

@@ -2,7 +2,6 @@
 
 #include <cwchar>
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -36,8 +35,7 @@ LSTATUS PolicyKey::Open() noexcept {
     HKEY opened = nullptr;
     const LSTATUS result = OpenAny(opened);
     if (result == ERROR_SUCCESS) {
-        Close();
-        key = opened;
+        key.reset(opened);
     }
     return result;
 }
@@ -60,11 +58,6 @@ LSTATUS PolicyKey::WriteText(const wchar_t* valueName, const wchar_t* text) cons
     if (size > std::numeric_limits<DWORD>::max()) {
         return ERROR_INVALID_DATA;
     }
-    return ::RegSetValueExW(key, valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text), static_cast<DWORD>(size));
-}
-
-void PolicyKey::Close() noexcept {
-    if (const HKEY closed = std::exchange(key, nullptr)) {
-        ::RegCloseKey(closed);
-    }
+    return ::RegSetValueExW(key.get(), valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text),
+                            static_cast<DWORD>(size));
 }

@@ -4,6 +4,8 @@
 
 #include <cstdint>
 
+#include "base/UniqueHandle.h"
+
 // How a key is opened as part of a transaction.
 struct PolicyTransaction {
     HANDLE transaction;    // of the transaction manager's, not owned; null for none
@@ -17,9 +19,6 @@ public:
     // Without a descriptor the key is opened outside of any transaction. The descriptor, not owned, outlives this
     // object.
     explicit PolicyKey(const PolicyTransaction* descriptor = nullptr) noexcept : transaction(descriptor) {}
-    ~PolicyKey() { Close(); }
-    PolicyKey(const PolicyKey&) = delete;
-    PolicyKey& operator=(const PolicyKey&) = delete;
 
     // Opens the key with full access. On success it takes the place of the key that was held, which is closed;
     // otherwise that one stays. Returns the system's error code, ERROR_SUCCESS when it went well;
@@ -32,12 +31,12 @@ public:
     LSTATUS WriteText(const wchar_t* valueName, const wchar_t* text) const noexcept;
 
     bool IsOpen() const noexcept { return key != nullptr; }
-    void Close() noexcept;
+    void Close() noexcept { key.reset(); }
 
 private:
     LSTATUS OpenAny(HKEY& opened) const noexcept;
 
-    HKEY key = nullptr;
+    UniqueKey key;
     [[maybe_unused]] uintptr_t reserved = 0;
     const PolicyTransaction* transaction;
 };

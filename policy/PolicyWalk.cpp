@@ -5,8 +5,8 @@
 
 #include "base/Attributes.h"
 #include "dispatcher/groups/PolicyGroup.h"
+#include "policy/OutOfMemory.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
-#include "policy/WithMemory.h"
 
 using corvane::ny::utils::Check;
 
@@ -17,8 +17,8 @@ constexpr std::wstring_view categoryOfWithheld = L"QTP_BufferOverflow_Policies";
 constexpr std::wstring_view withheldSetting = L"bopEnabled";
 
 // The text for a module. Null stays null.
-INTO_CALLER inline const wchar_t* Shown(BorrowedWide& text) {
-    return WithMemory([&] { return text.Get(); });
+ALWAYS_INLINE inline const wchar_t* Shown(BorrowedWide& text) {
+    return BadAllocAsAgentException([&] { return text.Get(); });
 }
 
 // Has `place` lead to an object on the stack while both live.
@@ -49,7 +49,7 @@ void PolicyWalk::Widen(const char* text, WideText& into) {
     if (text == nullptr) {
         into.Clear();
     } else {
-        WithMemory([&] { into.Assign(functions, text); });
+        BadAllocAsAgentException([&] { into.Assign(functions, text); });
     }
 }
 
@@ -63,7 +63,7 @@ void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
 // A module may leave the bridge from inside its callback, and even enter it again: the bag is then of a client that is
 // gone.
 template <class Operation, class... Texts>
-INTO_CALLER inline bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
+ALWAYS_INLINE inline bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
     const bool wantsMore = callbacks.Call(inside, operation, texts...);
     functions.RequireCurrent();
     return wantsMore;

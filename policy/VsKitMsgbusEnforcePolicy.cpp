@@ -4,7 +4,7 @@
 #include "VsMsgbus/EnforcePolicy.h"
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "policy/EnforcerTable.h"
 #include "values/AgentTexts.h"
 

@@ -3,15 +3,15 @@
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "msgbus/BridgeLog.h"
+#include "msgbus/LoggedCallback.h"
 #include "policy/EnforcerTable.h"
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 #include "values/WideText.h"
 
 using corvane::ny::policies::policy_notification_handler;
 using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 namespace {
@@ -55,33 +55,17 @@ int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId
 
 int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const std::string& productId,
                                                 ny_policy_uri_t* /*uri*/) {
-    const auto failed = [&](CUniStream& text) -> CUniStream& {
-        return text << L"Failed to get the policy for product id " << productId;
-    };
-    return GuardedBy<exception>(
-        static_cast<int32_t>(NY_UNEXPECTED),
-        [&]() -> int32_t {
+    return RunLogged(
+        [&] {
             const WideText wideId(productId, Libraries());
             if (Enforce(agentClient, wideId)) {
-                DropText(
+                ComposeUnlogged(
                     [&](CUniStream& text) { text << L"Policy collection completed for product id " << wideId.View(); });
             } else {
                 CUniStream text;
                 text << L"Policy collection was not completed for product id " << wideId.View();
                 WriteBridgeLog(text);
             }
-            return NY_OK;
         },
-        [&](const exception& failure) {
-            CUniStream text;
-            failed(text) << L", exception: [" << failure.Code() << L"]";
-            WriteBridgeLog(text);
-            return failure.Code();
-        },
-        [&]() -> int32_t {
-            CUniStream text;
-            failed(text) << L" due to unknown exception";
-            WriteBridgeLog(text);
-            return NY_UNEXPECTED;
-        });
+        [&](CUniStream& text) { text << L"Failed to get the policy for product id " << productId; });
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "msgbus/AgentService.h"
+#include "msgbus/registrations/AgentService.h"
 #include "policy/policy_notification_handler.h"
 
 // The policy service: what the agent calls when the policies of a product may have changed.

@@ -5,7 +5,7 @@
 #include "dispatcher/groups/PropertyGroup.h"
 #include "values/AgentException.h"
 #include "values/BorrowedText.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::utils::Check;
 using corvane::ny::utils::exception;
@@ -32,11 +32,12 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
 
 // Apart from what is done for every property, whether it is traced or not.
 RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
-    DropText([&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
+    ComposeUnlogged(
+        [&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
 }
 
 RARELY_CALLED void TraceProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) noexcept {
-    DropText([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
+    ComposeUnlogged([&](CUniStream& text) { text << path << L":" << name << L"=" << value; });
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "property/CTheCollectProperties.h"
 
 // Two collections of one product never overlap.
 using CollectorRegistrations = RegistrationTable<CTheCollectProperties, CallGate::Admission::OneThreadAtATime>;
 
 // The collectors of all modules of the process, by product id.
-CollectorRegistrations& CollectorTable();
+inline CollectorRegistrations& CollectorTable() {
+    return TableOfProcess<CollectorRegistrations>();
+}

@@ -2,14 +2,13 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
-#include "msgbus/BridgeLog.h"
+#include "msgbus/LoggedCallback.h"
 #include "property/CollectorTable.h"
 #include "values/AgentException.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 #include "values/WideText.h"
 
 using corvane::ny::property_provider;
-using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 namespace {
@@ -39,30 +38,14 @@ int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& product
 
 int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const std::string& productId,
                                           ny_property_bag_t* bag) {
-    const auto failed = [&](CUniStream& text) -> CUniStream& {
-        return text << L"Failed to add property in the property bag for product id " << productId;
-    };
-    return GuardedBy<exception>(
-        static_cast<int32_t>(NY_UNEXPECTED),
-        [&]() -> int32_t {
+    return RunLogged(
+        [&] {
             const WideText wideId(productId, Libraries());
             CollectorTable().With(wideId.View(), [&](CTheCollectProperties& collector, auto&& wasRemoved) {
                 collector.Collect(bag, Libraries(), wasRemoved);
             });
-            DropText(
+            ComposeUnlogged(
                 [&](CUniStream& text) { text << L"Property collection completed for product id " << wideId.View(); });
-            return NY_OK;
         },
-        [&](const exception& failure) {
-            CUniStream text;
-            failed(text) << L", exception: [" << failure.Code() << L"]";
-            WriteBridgeLog(text);
-            return failure.Code();
-        },
-        [&]() -> int32_t {
-            CUniStream text;
-            failed(text) << L" due to unknown exception";
-            WriteBridgeLog(text);
-            return NY_UNEXPECTED;
-        });
+        [&](CUniStream& text) { text << L"Failed to add property in the property bag for product id " << productId; });
 }

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "msgbus/AgentService.h"
+#include "msgbus/registrations/AgentService.h"
 #include "property/property_provider.h"
 
 // The property service: what the agent calls when it wants the properties of a product.

@@ -7,7 +7,7 @@
 #include "values/AgentException.h"
 #include "values/AgentTables.h"
 #include "values/AgentTexts.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;
@@ -26,7 +26,7 @@ Answer RunOrDropCode(Answer whenFailed, Body&& body, Compose&& compose) noexcept
     return GuardedBy<exception>(
         whenFailed, body,
         [&](const exception& failure) {
-            DropText([&](CUniStream& text) {
+            ComposeUnlogged([&](CUniStream& text) {
                 compose(text);
                 text << L", exception " << failure.Code();
             });

@@ -6,7 +6,7 @@
 #include "values/ModuleInterface.h"
 
 // What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
-// in values/DroppedText.h.
+// in values/UnloggedText.h.
 class CTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag {
 public:
     // `agentTask` is borrowed from the agent; `registeredContext` is what the module registered beside its enforcer;

@@ -5,7 +5,7 @@
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "values/AgentException.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::utils::exception;
 using VsKit::CUniStream;
@@ -18,7 +18,7 @@ TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar
       failure(failureHead),
       libraries(inUse) {}
 
-TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
+TaskCall::Outcome TaskCall::AskModule(Operation operation) const noexcept {
     const Outcome failed{true, std::nullopt};
     return GuardedBy<exception>(
         failed,
@@ -27,11 +27,11 @@ TaskCall::Outcome TaskCall::Make(Operation operation) const noexcept {
         },
         [&](const exception& thrown) {
             // Spelled like this: products search for it.
-            DropTextAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
+            ComposeUnloggedAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
             return failed;
         },
         [&] {
-            DropTextAbout(failure, [](CUniStream& text) { text << L" due to unknown exception"; });
+            ComposeUnloggedAbout(failure, [](CUniStream& text) { text << L" due to unknown exception"; });
             return failed;
         });
 }
@@ -45,13 +45,13 @@ std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     return answer;
 }
 
-void TaskCall::Drop(const wchar_t* head) const noexcept {
-    DropTextAbout(head, [](CUniStream&) {});
+void TaskCall::Compose(const wchar_t* head) const noexcept {
+    ComposeUnloggedAbout(head, [](CUniStream&) {});
 }
 
 template <class Compose>
-void TaskCall::DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept {
-    DropText([&](CUniStream& text) {
+void TaskCall::ComposeUnloggedAbout(const wchar_t* head, Compose&& compose) const noexcept {
+    ComposeUnlogged([&](CUniStream& text) {
         text << head << taskId.View() << L" for product id " << productId.View();
         compose(text);
     });

@@ -25,17 +25,17 @@ public:
     // texts of failures; `inUse` are the libraries that the task comes from.
     TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead, const LibrariesInUse* inUse);
 
-    // Has the module do it, with no lock held. A failure's text is dropped.
-    Outcome Make(Operation operation) const noexcept;
+    // Calls the module's enforcer, with no lock held. A failure's text is composed, and goes to no log.
+    Outcome AskModule(Operation operation) const noexcept;
 
-    // Drops `head`, the task and the product, as one text.
-    void Drop(const wchar_t* head) const noexcept;
-    void DropFailure() const noexcept { Drop(failure); }
+    // Composes a text of `head`, the task and the product, which goes to no log.
+    void Compose(const wchar_t* head) const noexcept;
+    void ComposeFailure() const noexcept { Compose(failure); }
 
 private:
     std::optional<int32_t> AskEnforcer(Operation operation) const;
     template <class Compose>
-    void DropTextAbout(const wchar_t* head, Compose&& compose) const noexcept;
+    void ComposeUnloggedAbout(const wchar_t* head, Compose&& compose) const noexcept;
 
     const WideText productId;
     const WideText taskId;

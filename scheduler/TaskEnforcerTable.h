@@ -1,7 +1,7 @@
 #pragma once
 
 #include "VsMsgbus/TaskEnforcer.h"
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 
 // A module's registered enforcer.
@@ -15,7 +15,9 @@ struct TaskEnforcerRecord {
 
 // Calls of one enforcer run side by side, because a task is stopped while it is executed.
 using TaskEnforcerRegistrations =
-    RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::LeftAlive>;
+    RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::Leaked>;
 
 // The enforcers of all modules of the process, by product id.
-TaskEnforcerRegistrations& TaskEnforcerTable();
+inline TaskEnforcerRegistrations& TaskEnforcerTable() {
+    return TableOfProcess<TaskEnforcerRegistrations>();
+}

@@ -5,7 +5,7 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
 
@@ -21,11 +21,12 @@ std::string LowBytes(const wchar_t* text) {
 }
 
 int32_t ReportedStatus(int status) {
+    using VsKitMsgbus::INYTaskEnforcer;
     switch (status) {
-        case 2:
-        case 4:
-        case 6: return status;
-        default: return 3;
+        case INYTaskEnforcer::NothingDecided:
+        case INYTaskEnforcer::Succeeded:
+        case INYTaskEnforcer::AgentDefined: return status;
+        default: return INYTaskEnforcer::Failed;
     }
 }
 

@@ -1,10 +1,10 @@
 #include "scheduler/VsMsgbusTaskExecutor.h"
 
 #include "dispatcher/groups/SchedulerGroup.h"
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/TaskCall.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 using corvane::ny::scheduler::task_handler;
 using VsKit::CUniStream;
@@ -13,18 +13,18 @@ using VsKitMsgbus::INYTaskEnforcer;
 namespace {
 
 template <auto slot>
-int32_t CallSlot(ny_client_t* /*client*/, const char* productId, const char* taskType, ny_task_t* task,
-                 void* userData) {
+int32_t CallHandlerSlot(ny_client_t* /*client*/, const char* productId, const char* taskType, ny_task_t* task,
+                        void* userData) {
     return CallHandler<task_handler>(productId, userData, [&](task_handler& handler) {
         return (handler.*slot)(handler.Client(), productId, taskType != nullptr ? taskType : "", task);
     });
 }
 
 constexpr ny_task_callbacks_t taskCallbacks = {
-    &CallSlot<&task_handler::on_execute>,
-    &CallSlot<&task_handler::on_stop>,
-    &CallSlot<&task_handler::on_remove>,
-    &CallSlot<&task_handler::on_update_status>,
+    &CallHandlerSlot<&task_handler::on_execute>,
+    &CallHandlerSlot<&task_handler::on_stop>,
+    &CallHandlerSlot<&task_handler::on_remove>,
+    &CallHandlerSlot<&task_handler::on_update_status>,
 };
 
 int32_t ResultOf(const TaskCall::Outcome& outcome) {
@@ -32,10 +32,10 @@ int32_t ResultOf(const TaskCall::Outcome& outcome) {
 }
 
 // A call whose answer nobody but a text is told.
-int32_t MakeUnreported(const TaskCall& call, TaskCall::Operation operation) {
-    const TaskCall::Outcome outcome = call.Make(operation);
+int32_t CallWithoutReport(const TaskCall& call, TaskCall::Operation operation) {
+    const TaskCall::Outcome outcome = call.AskModule(operation);
     if (outcome.answer == INYTaskEnforcer::Failed) {
-        call.DropFailure();
+        call.ComposeFailure();
     }
     return ResultOf(outcome);
 }
@@ -44,23 +44,23 @@ void TellAgent(const AgentUse& use, const std::string& taskId, int32_t status) n
     const auto update = agent::ny_scheduler_update_task_status.In(use.Libraries());
     const int32_t result = update(use.Client(), taskId.c_str(), status);
     if (result != NY_OK) {
-        DropText(
+        ComposeUnlogged(
             [result](CUniStream& text) { text << L"Failed to update the task status, error  [" << result << L"]"; });
     }
 }
 
-// Runs `report(use)` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
+// Runs `call(use)` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
 // when a module has left the bridge from inside its callback.
-template <class Report>
-void WhileClientStays(const ny_client_t* client, Report&& report) {
+template <class Call>
+void WhileClientStays(const ny_client_t* client, Call&& call) {
     const AgentUse use;
     if (use && use.Client() == client) {
-        report(use);
+        call(use);
     }
 }
 
 // The task says anew which one it is.
-void Report(ny_client_t* client, ny_task_t* task, int32_t status) {
+void ReportStatus(ny_client_t* client, ny_task_t* task, int32_t status) {
     WhileClientStays(client, [&](const AgentUse& use) { TellAgent(use, TaskId(task), status); });
 }
 
@@ -84,38 +84,38 @@ int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) 
 int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::string& productId,
                                          const std::string& /*taskType*/, ny_task_t* task) {
     const TaskCall call(productId, task, L"Failed to execute the task ", Libraries());
-    const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::ExecuteTask);
+    const TaskCall::Outcome outcome = call.AskModule(&INYTaskEnforcer::ExecuteTask);
     int32_t status = outcome.hasFailed ? INYTaskEnforcer::Failed : INYTaskEnforcer::NothingDecided;
     if (outcome.answer == INYTaskEnforcer::Succeeded) {
         status = INYTaskEnforcer::Succeeded;
-        call.Drop(L"Successfully executed the task ");
+        call.Compose(L"Successfully executed the task ");
     } else if (outcome.answer == INYTaskEnforcer::Failed) {
         status = INYTaskEnforcer::Failed;
-        call.DropFailure();
+        call.ComposeFailure();
     }
-    Report(agentClient, task, status);
+    ReportStatus(agentClient, task, status);
     return ResultOf(outcome);
 }
 
 int32_t VsMsgbusTaskExecutor::on_stop(ny_client_t* /*agentClient*/, const std::string& productId,
                                       const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to stop the task ", Libraries()),
-                          &INYTaskEnforcer::StopTask);
+    return CallWithoutReport(TaskCall(productId, task, L"Failed to stop the task ", Libraries()),
+                             &INYTaskEnforcer::StopTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_remove(ny_client_t* /*agentClient*/, const std::string& productId,
                                         const std::string& /*taskType*/, ny_task_t* task) {
-    return MakeUnreported(TaskCall(productId, task, L"Failed to remove the task ", Libraries()),
-                          &INYTaskEnforcer::RemoveTask);
+    return CallWithoutReport(TaskCall(productId, task, L"Failed to remove the task ", Libraries()),
+                             &INYTaskEnforcer::RemoveTask);
 }
 
 int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const std::string& productId,
                                                const std::string& /*taskType*/, ny_task_t* task) {
     const TaskCall call(productId, task, L"Failed to update the task status ", Libraries());
-    const TaskCall::Outcome outcome = call.Make(&INYTaskEnforcer::UpdateTaskStatus);
+    const TaskCall::Outcome outcome = call.AskModule(&INYTaskEnforcer::UpdateTaskStatus);
     const int32_t answer = outcome.answer.value_or(INYTaskEnforcer::Failed);
     const bool isTold = answer == INYTaskEnforcer::Succeeded || answer == INYTaskEnforcer::NothingDecided;
-    Report(agentClient, task, isTold ? answer : INYTaskEnforcer::Failed);
+    ReportStatus(agentClient, task, isTold ? answer : INYTaskEnforcer::Failed);
     return ResultOf(outcome);
 }
 

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "msgbus/AgentService.h"
+#include "msgbus/registrations/AgentService.h"
 #include "scheduler/task_handler.h"
 
 // The task service: what the agent's scheduler calls for the tasks of a product.

@@ -4,7 +4,7 @@
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "msgbus/AgentHandler.h"
+#include "msgbus/registrations/AgentHandler.h"
 
 namespace corvane::ny::scheduler {
 

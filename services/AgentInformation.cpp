@@ -4,8 +4,8 @@
 
 #include "dispatcher/groups/InfoGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
-#include "msgbus/AgentUse.h"
 #include "msgbus/BridgeLog.h"
+#include "msgbus/client/AgentUse.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 #include "values/AgentTexts.h"

@@ -6,8 +6,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/CryptoGroup.h"
-#include "msgbus/AgentUse.h"
-#include "services/Failed.h"
+#include "msgbus/client/AgentUse.h"
+#include "services/ServiceFailure.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 
@@ -22,12 +22,12 @@ template <class CryptoFunction, class Take>
 int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
                   Take&& take) noexcept {
     if (data == nullptr && size != 0) {
-        return failed;
+        return serviceFailure;
     }
-    return Guarded(failed, [&] {
+    return Guarded(serviceFailure, [&] {
         const AgentUse agentUse;
         if (!agentUse) {
-            return failed;
+            return serviceFailure;
         }
         BufferOwner buffer;
         void* const* const buffers = TableOf(bufferGroup, agentUse.Libraries());
@@ -37,12 +37,12 @@ int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* dat
         size_t length = 0;
         Check(agent::ny_buffer_get_raw.In(buffers)(buffer.Get(), &bytes, &length));
         if (bytes == nullptr && length != 0) {
-            return failed;
+            return serviceFailure;
         }
         if (!take(bytes, static_cast<uint32_t>(length))) {
-            return failed;
+            return serviceFailure;
         }
-        return buffer.Reset() == NY_OK ? 0 : failed;
+        return buffer.Reset() == NY_OK ? 0 : serviceFailure;
     });
 }
 
@@ -50,7 +50,7 @@ template <class CryptoFunction>
 int32_t RunCryptoTo(const CryptoFunction& cryptoFunction, const unsigned char* data, uint32_t size, uint64_t type,
                     unsigned char* out, uint32_t* outSize) noexcept {
     if (outSize == nullptr) {
-        return failed;
+        return serviceFailure;
     }
     return RunCrypto(cryptoFunction, data, size, type, [&](const unsigned char* bytes, uint32_t length) {
         // Only now is it known whether a place is needed.
@@ -81,7 +81,7 @@ int32_t VsKitMsgbusDecryptData(const unsigned char* data, unsigned int size, uns
 int32_t VsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* /*out*/,
                               unsigned int* outSize, uint64_t type) noexcept {
     if (outSize == nullptr) {
-        return failed;
+        return serviceFailure;
     }
     return RunCrypto(agent::ny_crypto_hash_data_by_type, data, size, type,
                      [&](const unsigned char* /*bytes*/, uint32_t length) {

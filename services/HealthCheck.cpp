@@ -4,7 +4,7 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "msgbus/HealthCheckRecord.h"
+#include "msgbus/instance/HealthCheckRecord.h"
 
 void VsKitHealthCheckRegisterCB(const wchar_t* name, VsKitHealthCheckCallback callback) noexcept {
     if (name == nullptr || callback == nullptr) {

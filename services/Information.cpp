@@ -4,12 +4,12 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "msgbus/AgentUse.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/client/AgentUse.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "msgbus/lpc_buffer.h"
 #include "services/AgentInformation.h"
-#include "services/Failed.h"
+#include "services/ServiceFailure.h"
 #include "values/AgentException.h"
 #include "values/WideText.h"
 
@@ -60,19 +60,19 @@ int32_t VsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept 
 
 int32_t VsKitMsgbusGetInfoByKeyName(const char* key, lpc_buffer* out) noexcept {
     if (key == nullptr || out == nullptr) {
-        return failed;
+        return serviceFailure;
     }
     out->Release();
     if (CurrentBridge() == nullptr) {
-        return failed;
+        return serviceFailure;
     }
-    return Guarded(failed, [&] {
+    return Guarded(serviceFailure, [&] {
         const KeyReading reading = ReadKey(key);
         if (reading.lookUp != NY_OK) {
             return reading.lookUp;
         }
         LogReading(key, reading);
-        return StoreText(*out, reading.text) ? 0 : failed;
+        return StoreText(*out, reading.text) ? 0 : serviceFailure;
     });
 }
 

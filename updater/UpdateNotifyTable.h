@@ -1,12 +1,14 @@
 #pragma once
 
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "updater/CTheUpdateNotify.h"
 
 // Two calls into one module's callback never overlap. The record of a second registration for an id is not freed, kept
 // on purpose.
 using UpdateNotifyRegistrations =
-    RegistrationTable<CTheUpdateNotify, CallGate::Admission::OneThreadAtATime, DuplicateRecord::LeftAlive>;
+    RegistrationTable<CTheUpdateNotify, CallGate::Admission::OneThreadAtATime, DuplicateRecord::Leaked>;
 
 // The update callbacks of all modules of the process, by product id.
-UpdateNotifyRegistrations& UpdateNotifyTable();
+inline UpdateNotifyRegistrations& UpdateNotifyTable() {
+    return TableOfProcess<UpdateNotifyRegistrations>();
+}

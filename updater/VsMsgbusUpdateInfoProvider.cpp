@@ -6,7 +6,7 @@
 #include "updater/UpdateNotifyTable.h"
 #include "values/AgentException.h"
 #include "values/AgentTexts.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 #include "values/WideText.h"
 
 using corvane::ny::updater::updater_handler;
@@ -65,13 +65,13 @@ int32_t TakeEvent(ny_client_t* /*client*/, const char* productId, const ny_updat
 
 constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInfo, GetProductInfo, TakeEvent};
 
-// Runs `use(record)` with the product's callback, if it has one. What fails on the way is told to nobody but who
-// listens to dropped texts; a failure that has no code of its own goes as NY_UNEXPECTED there.
+// Runs `use(record)` with the product's callback, if it has one. A failure's text goes to no log; in it, a failure that
+// has no code of its own is NY_UNEXPECTED.
 template <class Use>
-int32_t RunForProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
-                      Use&& use) noexcept {
-    const auto drop = [&](int32_t code) -> int32_t {
-        DropText([&](CUniStream& text) {
+int32_t CallProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
+                    Use&& use) noexcept {
+    const auto compose = [&](int32_t code) -> int32_t {
+        ComposeUnlogged([&](CUniStream& text) {
             text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
         });
         return NY_OK;
@@ -83,7 +83,7 @@ int32_t RunForProduct(const wchar_t* what, const std::string& productId, const L
                                      [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
             return NY_OK;
         },
-        [&](const exception& failure) { return drop(failure.Code()); }, [&] { return drop(NY_UNEXPECTED); });
+        [&](const exception& failure) { return compose(failure.Code()); }, [&] { return compose(NY_UNEXPECTED); });
 }
 
 }  // namespace
@@ -106,7 +106,7 @@ int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& produ
 int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, const std::string& productId,
                                                   const std::string& second, const std::string& third, uint32_t number,
                                                   const std::string& fourth, int32_t& result) {
-    return RunForProduct(L"update notify", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+    return CallProduct(L"update notify", productId, Libraries(), [&](const CTheUpdateNotify& record) {
         const WideText wideSecond(second, Libraries());
         const WideText wideFourth(fourth, Libraries());
         const WideText wideThird(third, Libraries());
@@ -117,7 +117,7 @@ int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, 
 int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t* value, int32_t& result) {
-    return RunForProduct(L"set product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+    return CallProduct(L"set product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
         const WideText wideSecond(second, Libraries());
         const WideText wideKey(key, Libraries());
         const std::wstring wideValue = WideFromVariant(value, Libraries());
@@ -128,7 +128,7 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
 int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*/, const std::string& productId,
                                                      const std::string& second, const std::string& key,
                                                      ny_variant_t** out, int32_t& result) {
-    return RunForProduct(L"get product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
+    return CallProduct(L"get product info", productId, Libraries(), [&](const CTheUpdateNotify& record) {
         const WideText wideSecond(second, Libraries());
         const WideText wideKey(key, Libraries());
         std::wstring value;

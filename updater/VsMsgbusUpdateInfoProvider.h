@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "msgbus/AgentService.h"
+#include "msgbus/registrations/AgentService.h"
 #include "updater/updater_handler.h"
 
 // The update service: what the agent's updater calls to tell a product of updates and to read and set what it knows of

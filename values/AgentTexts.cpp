@@ -8,7 +8,7 @@
 namespace {
 
 // Compiled into each function below, which then looks up only what it calls.
-INTO_CALLER inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) noexcept {
+ALWAYS_INLINE inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) noexcept {
     TextFunctions functions{};
     // First: what is closed from now on makes the others stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);

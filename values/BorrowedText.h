@@ -21,7 +21,7 @@ template <class Handle>
 class TextHandle {
 public:
     explicit TextHandle(const TextFunctions& textFunctions) noexcept : functions(textFunctions) {}
-    INTO_CALLER ~TextHandle() {
+    ALWAYS_INLINE ~TextHandle() {
         if (handle != nullptr) {
             functions.Release(handle);
         }
@@ -34,7 +34,7 @@ public:
     // Holds what `call(place)` puts into the place, which is beside this object rather than in it: that lets it be kept
     // in registers. To be called once.
     template <class Call>
-    INTO_CALLER void Take(Call&& call) {
+    ALWAYS_INLINE void Take(Call&& call) {
         functions.RequireCurrent();
         Handle* given = nullptr;
         const int32_t result = std::forward<Call>(call)(&given);
@@ -51,14 +51,14 @@ private:
 class TextVariant {
 public:
     template <class Character>
-    INTO_CALLER TextVariant(const TextFunctions& functions, std::basic_string_view<Character> text)
+    ALWAYS_INLINE TextVariant(const TextFunctions& functions, std::basic_string_view<Character> text)
         : variant(functions) {
         variant.Take([&](ny_variant_t** place) {
             return functions.Of<Character>().createVariant(text.data(), text.size(), place);
         });
     }
 
-    INTO_CALLER ~TextVariant() = default;
+    ALWAYS_INLINE ~TextVariant() = default;
     TextVariant(const TextVariant&) = delete;
     TextVariant& operator=(const TextVariant&) = delete;
 
@@ -75,23 +75,24 @@ public:
     // No text: null.
     explicit BorrowedText(const TextFunctions& functions) noexcept : buffer(functions) {}
     // A variant's text, with zeros in it; never null.
-    INTO_CALLER BorrowedText(const TextFunctions& functions, ny_variant_t* variant) : buffer(functions) {
+    ALWAYS_INLINE BorrowedText(const TextFunctions& functions, ny_variant_t* variant) : buffer(functions) {
         Read(functions.Of<Character>(), variant);
     }
     // The text in the other kind of character, UTF-8 to UTF-16 or back, the agent's way: through a variant. Never null.
     template <class Other>
-    INTO_CALLER BorrowedText(const TextFunctions& functions, std::basic_string_view<Other> source) : buffer(functions) {
+    ALWAYS_INLINE BorrowedText(const TextFunctions& functions, std::basic_string_view<Other> source)
+        : buffer(functions) {
         const TextVariant variant(functions, source);
         Read(functions.Of<Character>(), variant.Get());
     }
 
-    INTO_CALLER ~BorrowedText() = default;
+    ALWAYS_INLINE ~BorrowedText() = default;
     BorrowedText(const BorrowedText&) = delete;
     BorrowedText& operator=(const BorrowedText&) = delete;
 
     // Zero-terminated: as all texts of the agent's are, or else in a copy. Raises std::bad_alloc when the agent names a
     // length that no memory holds, or when there is no memory for the copy.
-    INTO_CALLER const Character* Get() {
+    ALWAYS_INLINE const Character* Get() {
         if (text != nullptr && (length > nearLength || text[length] != Character())) [[unlikely]] {
             EndAtLength();
         }
@@ -109,7 +110,7 @@ private:
     using Buffer = typename Functions::Buffer;
 
     // The agent's contract: the length of the first call, the text of the second.
-    INTO_CALLER void Read(const Functions& functions, ny_variant_t* variant) {
+    ALWAYS_INLINE void Read(const Functions& functions, ny_variant_t* variant) {
         buffer.Take([&](Buffer** place) { return functions.getBuffer(variant, place); });
         const Character* characters = nullptr;
         size_t first = 0;

@@ -7,24 +7,11 @@
 #include <stdexcept>
 
 #include "base/Boundary.h"
+#include "base/LastErrorKeeper.h"
 
 namespace VsKit {
 
-namespace {
-
-// What asks the system for something on the side leaves no trace in the thread's last-error value.
-class LastErrorKeeper {
-public:
-    LastErrorKeeper() noexcept : error(::GetLastError()) {}
-    ~LastErrorKeeper() { ::SetLastError(error); }
-    LastErrorKeeper(const LastErrorKeeper&) = delete;
-    LastErrorKeeper& operator=(const LastErrorKeeper&) = delete;
-
-private:
-    const DWORD error;
-};
-
-}  // namespace
+namespace {}  // namespace
 
 CUniStream& CUniStream::operator<<(const wchar_t* wide) noexcept {
     return wide != nullptr ? *this << std::wstring_view(wide) : *this;

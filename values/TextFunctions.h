@@ -26,10 +26,12 @@ struct FunctionsForText {
 struct TextFunctions {
     // Whether they are those of the agent that runs now: false once a library of the agent's was closed, and when
     // theirs was not loaded.
-    INTO_CALLER bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
+    ALWAYS_INLINE bool AreCurrent() const noexcept {
+        return closings == libraryClosings.load(std::memory_order_acquire);
+    }
 
     // Raises the agent exception with NY_FUNCTION_MISSING when they are not.
-    INTO_CALLER void RequireCurrent() const {
+    ALWAYS_INLINE void RequireCurrent() const {
         if (!AreCurrent()) [[unlikely]] {
             throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
         }

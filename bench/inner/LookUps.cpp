@@ -8,7 +8,7 @@
 #include <unordered_map>
 
 #include "bench/inner/Measurements.h"
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 
 namespace bench {
 

@@ -11,9 +11,9 @@
 #include "bench/floor/AgentPointers.h"
 #include "bench/harness/Stage.h"
 #include "bench/inner/Measurements.h"
-#include "msgbus/AgentKey.h"
-#include "msgbus/NyClient.h"
-#include "msgbus/VsMsgbusClientRecord.h"
+#include "msgbus/client/AgentKey.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/VsMsgbusClientRecord.h"
 
 namespace bench {
 

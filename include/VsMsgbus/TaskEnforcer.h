@@ -26,6 +26,7 @@ public:
         NothingDecided = 2,  ///< the task goes on, or nobody can say
         Failed = 3,          ///< the task has failed
         Succeeded = 4,       ///< the task is done
+        AgentDefined = 6,    ///< what it means is the agent's; UpdateMsgbusTaskStatus passes it on
     };
 
     /// Slot 1: Execute the task. Answer Succeeded, Failed, or anything else when the task goes on after this call: its
@@ -156,7 +157,7 @@ void VsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept;
 /// Tells the agent how a task stands. Any thread, also from inside the enforcer's callbacks.
 ///
 /// @param taskId  zero-terminated UTF-16; of each unit the low byte alone goes to the agent.
-/// @param status  2, 4 and 6 are told as they are, every other value as 3.
+/// @param status  NothingDecided, Succeeded and AgentDefined are told as they are, every other value as Failed.
 ///
 /// Nothing happens when taskId is null, when no product is in the bridge, and while the agent is not there; what the
 /// agent answers is not told. Waits for the agent's answer alone.

@@ -17,8 +17,9 @@ void AgentLock::Switch(bool on) {
 bool AgentLock::Enter() {
     const uint32_t self = GetCurrentThreadId();
     std::unique_lock lock(mutex);
-    left.wait(lock, [this, self] { return !isOn || depth == 0 || IsOwner(self); });
-    if (!isOn) {
+    left.wait(lock, [this, self] { return GoesWithout(self) || depth == 0 || IsOwner(self); });
+    if (GoesWithout(self)) {
+        without.push_back(self);
         return false;
     }
     if (depth == 0) {
@@ -28,9 +29,11 @@ bool AgentLock::Enter() {
     return true;
 }
 
-void AgentLock::Leave() noexcept {
+void AgentLock::Leave(bool hasEntered) noexcept {
     const std::lock_guard lock(mutex);
-    if (--depth == 0) {
+    if (!hasEntered) {
+        without.erase(std::find(without.begin(), without.end(), GetCurrentThreadId()));
+    } else if (--depth == 0) {
         owners.clear();
         left.notify_all();
     }
@@ -52,12 +55,14 @@ bool AgentLock::IsOwner(uint32_t threadId) const {
     return std::find(owners.begin(), owners.end(), threadId) != owners.end();
 }
 
+bool AgentLock::GoesWithout(uint32_t threadId) const {
+    return !isOn || std::find(without.begin(), without.end(), threadId) != without.end();
+}
+
 AgentLockHold::AgentLockHold() : entered(TheAgent().hostility.lock.Enter()) {}
 
 AgentLockHold::~AgentLockHold() {
-    if (entered) {
-        TheAgent().hostility.lock.Leave();
-    }
+    TheAgent().hostility.lock.Leave(entered);
 }
 
 }  // namespace simulator

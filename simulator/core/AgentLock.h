@@ -9,14 +9,16 @@
 
 namespace simulator {
 
-// Recursive, and off until it is switched on. A thread that its owner waits for shares it.
+// Recursive, and off until it is switched on. A thread that its owner waits for shares it. A thread that is inside
+// since the lock was off goes on without it: its owner may wait for that thread.
 class AgentLock {
 public:
     void Switch(bool on);
 
-    // Waits until the lock is free or the calling thread's. False when it is off: there is nothing to leave then.
+    // Waits until the lock is free or the calling thread's. False when the thread goes on without it.
     bool Enter();
-    void Leave() noexcept;
+    // With what Enter answered.
+    void Leave(bool hasEntered) noexcept;
 
     // The calling thread works for the thread that has the lock and that waits for it: the lock is its own, too. Does
     // nothing when nobody has it.
@@ -26,12 +28,14 @@ public:
 
 private:
     bool IsOwner(uint32_t threadId) const;
+    bool GoesWithout(uint32_t threadId) const;
 
     std::mutex mutex;
     std::condition_variable left;
     bool isOn = false;
     size_t depth = 0;
-    std::vector<uint32_t> owners;  // empty when depth is 0
+    std::vector<uint32_t> owners;   // empty when depth is 0
+    std::vector<uint32_t> without;  // the threads inside without the lock, once for each Enter
 };
 
 // While it lives, the calling thread has the lock, if that is on.

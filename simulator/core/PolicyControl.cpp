@@ -80,7 +80,7 @@ int32_t ny_sim_notify_policy_as(const char* productId, const char* toldId, ny_si
 int32_t ny_sim_policy_request_wait(ny_sim_policy_request_t* request, uint32_t milliseconds, int32_t* answer) {
     return Guarded("ny_sim_policy_request_wait", [&] {
         Require(request != nullptr);
-        if (!request->notification->Answered().WaitFor(std::chrono::milliseconds(milliseconds))) {
+        if (!request->notification->AnsweredSignal().WaitFor(std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
         if (answer != nullptr) {
@@ -95,7 +95,7 @@ uint32_t ny_sim_policy_request_thread(ny_sim_policy_request_t* request) {
 
 void ny_sim_policy_request_release(ny_sim_policy_request_t* request) {
     if (request != nullptr) {
-        request->notification->Answered().Wait();
+        request->notification->AnsweredSignal().Wait();
         delete request;
     }
 }

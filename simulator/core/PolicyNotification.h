@@ -22,7 +22,7 @@ public:
     // thread came to it is not called and answers NY_SIM_NOT_REGISTERED.
     void Run() noexcept;
 
-    const Signal& Answered() const { return answered; }
+    const Signal& AnsweredSignal() const { return answered; }
     // May only be asked for once the notification was answered.
     int32_t Answer() const { return answer; }
 

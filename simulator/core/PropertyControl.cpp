@@ -26,7 +26,7 @@ std::shared_ptr<PropertyRequest> FindProvider(const char* productId) {
 }
 
 bool IsAnswered(const ny_sim_property_request_t* handle) {
-    return handle != nullptr && handle->request->Answered().IsSet();
+    return handle != nullptr && handle->request->AnsweredSignal().IsSet();
 }
 
 }  // namespace
@@ -48,7 +48,7 @@ int32_t ny_sim_request_properties(const char* productId, ny_sim_property_request
 int32_t ny_sim_property_request_wait(ny_sim_property_request_t* request, uint32_t milliseconds, int32_t* answer) {
     return Guarded("ny_sim_property_request_wait", [&] {
         Require(request != nullptr);
-        if (!request->request->Answered().WaitFor(std::chrono::milliseconds(milliseconds))) {
+        if (!request->request->AnsweredSignal().WaitFor(std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
         if (answer != nullptr) {
@@ -80,7 +80,7 @@ uint32_t ny_sim_property_request_thread(ny_sim_property_request_t* request) {
 
 void ny_sim_property_request_release(ny_sim_property_request_t* request) {
     if (request != nullptr) {
-        request->request->Answered().Wait();
+        request->request->AnsweredSignal().Wait();
         delete request;
     }
 }

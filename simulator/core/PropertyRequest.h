@@ -22,7 +22,7 @@ public:
     // it is not called and answers NY_SIM_NOT_REGISTERED.
     void Run() noexcept;
 
-    const Signal& Answered() const { return answered; }
+    const Signal& AnsweredSignal() const { return answered; }
     // The rest may only be asked for once the request was answered.
     int32_t Answer() const { return answer; }
     const std::vector<Property>& Properties() const { return properties; }

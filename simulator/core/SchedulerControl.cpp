@@ -90,7 +90,7 @@ int32_t ny_sim_request_task(const char* taskId, ny_sim_task_operation operation,
 int32_t ny_sim_task_request_wait(ny_sim_task_request_t* request, uint32_t milliseconds, int32_t* answer) {
     return Guarded("ny_sim_task_request_wait", [&] {
         Require(request != nullptr);
-        if (!request->request->Answered().WaitFor(std::chrono::milliseconds(milliseconds))) {
+        if (!request->request->AnsweredSignal().WaitFor(std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
         if (answer != nullptr) {
@@ -105,7 +105,7 @@ uint32_t ny_sim_task_request_thread(ny_sim_task_request_t* request) {
 
 void ny_sim_task_request_release(ny_sim_task_request_t* request) {
     if (request != nullptr) {
-        request->request->Answered().Wait();
+        request->request->AnsweredSignal().Wait();
         delete request;
     }
 }

@@ -21,7 +21,7 @@ public:
     // Calls the product and keeps its answer; called once, on an agent thread.
     void Run() noexcept;
 
-    const Signal& Answered() const { return answered; }
+    const Signal& AnsweredSignal() const { return answered; }
     // May only be asked for once the request was answered.
     int32_t Answer() const { return answer; }
 

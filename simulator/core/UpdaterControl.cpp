@@ -59,7 +59,7 @@ int32_t ny_sim_updater_request_wait(ny_sim_updater_request_t* request, uint32_t 
     return Guarded("ny_sim_updater_request_wait", [&] {
         Require(request != nullptr);
         const UpdaterRequest& asked = *request->request;
-        if (!asked.Answered().WaitFor(std::chrono::milliseconds(milliseconds))) {
+        if (!asked.AnsweredSignal().WaitFor(std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
         if (answer != nullptr) {
@@ -74,7 +74,7 @@ int32_t ny_sim_updater_request_wait(ny_sim_updater_request_t* request, uint32_t 
 int32_t ny_sim_updater_request_value(ny_sim_updater_request_t* request, const char** text, size_t* length) {
     return Guarded("ny_sim_updater_request_value", [&] {
         Require(request != nullptr && text != nullptr && length != nullptr);
-        Require(request->request->Answered().IsSet() && request->request->Value().has_value());
+        Require(request->request->AnsweredSignal().IsSet() && request->request->Value().has_value());
         *text = request->request->Value()->c_str();
         *length = request->request->Value()->size();
     });
@@ -86,7 +86,7 @@ uint32_t ny_sim_updater_request_thread(ny_sim_updater_request_t* request) {
 
 void ny_sim_updater_request_release(ny_sim_updater_request_t* request) {
     if (request != nullptr) {
-        request->request->Answered().Wait();
+        request->request->AnsweredSignal().Wait();
         delete request;
     }
 }

@@ -10,11 +10,15 @@ protected:
 };
 
 TEST_F(PoliciesTest, ReadsItsPolicies) {
-    ASSERT_EQ(ny_sim_policies_from_json(R"([
+    // Too long to stand in a string itself.
+    const std::string digest(100, 'd');
+    ASSERT_EQ(ny_sim_policies_from_json((R"([
         {"softwareId": "ABI1000", "feature": "F", "category": "C", "type": "T", "name": "N",
-         "settingsObject": {"name": "P", "intParameter": "1", "stringParameter": "a"},
+         "settingsObject": {"name": "P", "intParameter": "1", "stringParameter": "a", "digest": ")" +
+                                         digest + R"("},
          "sections": [{"name": "S", "settings": {"X": "1"}}]},
-        {"softwareId": "ABI1000", "user": "DOMAIN\\user", "feature": "OfUser"}])"),
+        {"softwareId": "ABI1000", "user": "DOMAIN\\user", "feature": "OfUser"}])")
+                                            .c_str()),
               NY_OK);
     EXPECT_EQ(PolicyNotice(id).Answer(), NY_OK);
     const std::string dump =
@@ -33,6 +37,10 @@ TEST_F(PoliciesTest, ReadsItsPolicies) {
                                      "OnContainer OfUser <null> <null> <null>",
                                      "EnumerateUserPolicies answers 1",
                                      "Dump gives " + std::to_string(dump.size()) + ": " + dump,
+                                     "GetDigestText answers 1 with kind 2",
+                                     "TakeNarrowText gives " + digest,
+                                     "Digest gives " + digest,
+                                     "GetDigestText answers 0 for null",
                                  }));
 }
 

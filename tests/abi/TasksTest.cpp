@@ -14,11 +14,12 @@ protected:
 
 TEST_F(Tasks, ReadsItsTaskWhenItExecutesIt) {
     EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_EQ(module.log.Take(), (std::vector<std::string>{
-                                     "ExecuteTask task", "CountEntries answers 2", "VisitSetting Scan Folder C:\\",
-                                     "VisitSetting Scan Depth 12", "VisitSetting Scan Deep FALSE",
-                                     "IterateSettings answers 1", "GetBoolean answers 1: 1", "GetText answers 1: C:\\",
-                                     "GetInteger answers 1: 12", "GetTaskName answers 1: The task"}));
+    EXPECT_EQ(module.log.Take(),
+              (std::vector<std::string>{
+                  "ExecuteTask task", "CountEntries answers 2", "VisitSetting Scan Folder C:\\",
+                  "VisitSetting Scan Depth 12", "VisitSetting Scan Deep FALSE", "IterateSettings answers 1",
+                  "GetBoolean answers 1: 1", "GetText answers 1: C:\\", "GetInteger answers 1: 12",
+                  "GetTaskName answers 1: The task", "Text gives C:\\", "TaskName gives The task"}));
     EXPECT_EQ(TakeReports(), (std::vector<std::string>{"task 6", "task 4"}));
 }
 

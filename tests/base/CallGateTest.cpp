@@ -59,12 +59,12 @@ TEST(CallGate, LetsCallsInUntilItIsClosed) {
 TEST(CallGate, KnowsWhetherTheCallingThreadIsInside) {
     CallGate gate;
     const CallElsewhere other(gate);
-    EXPECT_FALSE(gate.IsInside());
+    EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
     {
         const CallGate::Call own(gate);
-        EXPECT_TRUE(gate.IsInside());
+        EXPECT_TRUE(gate.IsInside(::GetCurrentThreadId()));
     }
-    EXPECT_FALSE(gate.IsInside());
+    EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
 }
 
 TEST(CallGate, WithNobodyInsideIsNotWaitedFor) {

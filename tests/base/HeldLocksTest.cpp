@@ -1,7 +1,6 @@
 // The locks that a thread holds are counted in the checking builds.
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <thread>
 
 #include "base/CallGate.h"
@@ -16,11 +15,11 @@ void ExpectCounted() {
     Lock lock;
     EXPECT_EQ(HeldLocks(), 0U);
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         EXPECT_EQ(HeldLocks(), 1U);
         std::thread([] { EXPECT_EQ(HeldLocks(), 0U); }).join();
         Lock another;
-        const std::lock_guard guardOfAnother(another);
+        const ScopedLock guardOfAnother(another);
         EXPECT_EQ(HeldLocks(), 2U);
     }
     EXPECT_EQ(HeldLocks(), 0U);
@@ -35,11 +34,11 @@ TEST(HeldLocks, AreCountedWhateverTheirKind) {
 TEST(HeldLocks, AreNotThoseThatItWaitsWithout) {
     Mutex mutex;
     Condition condition;
-    const std::lock_guard guard(mutex);
-    EXPECT_FALSE(condition.WaitFor(mutex, std::chrono::milliseconds(1), [] {
+    const auto end = Condition::Clock::now() + std::chrono::milliseconds(1);
+    const ScopedLock guard(mutex);
+    while (condition.WaitUntil(mutex, end)) {
         EXPECT_EQ(HeldLocks(), 1U);
-        return false;
-    }));
+    }
     EXPECT_EQ(HeldLocks(), 1U);
 }
 

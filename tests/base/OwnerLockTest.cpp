@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <mutex>
 #include <thread>
 #include <vector>
 
@@ -15,7 +14,7 @@ TEST(OwnerLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
     OwnerLock lock;
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
     {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         EXPECT_EQ(lock.OwnerThreadId(), ::GetCurrentThreadId());
     }
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
@@ -27,7 +26,7 @@ TEST(OwnerLock, NamesTheThreadInsideToOthers) {
     Event leave;
     DWORD threadId = 0;
     std::thread holder([&] {
-        const std::lock_guard guard(lock);
+        const ScopedLock guard(lock);
         threadId = ::GetCurrentThreadId();
         inside.Set();
         leave.Wait();
@@ -47,7 +46,7 @@ TEST(OwnerLock, LetsOneThreadInAtATime) {
     for (int i = 0; i < 8; ++i) {
         threads.emplace_back([&] {
             for (int round = 0; round < 1000; ++round) {
-                const std::lock_guard guard(lock);
+                const ScopedLock guard(lock);
                 ++counter;
                 strangers += lock.OwnerThreadId() != ::GetCurrentThreadId() ? 1 : 0;
             }
@@ -60,18 +59,18 @@ TEST(OwnerLock, LetsOneThreadInAtATime) {
     EXPECT_EQ(strangers, 0);
 }
 
-TEST(CriticalSections, MayBeEnteredAgainByTheirOwner) {
+TEST(CriticalSection, MayBeEnteredAgainByTheirOwner) {
     CriticalSection section;
     Event entered;
-    section.lock();
-    section.lock();
-    section.unlock();
+    section.Lock();
+    section.Lock();
+    section.Unlock();
     std::thread other([&] {
-        const std::lock_guard guard(section);
+        const ScopedLock guard(section);
         entered.Set();
     });
     EXPECT_FALSE(entered.IsSet());
-    section.unlock();
+    section.Unlock();
     EXPECT_TRUE(entered.Wait());
     other.join();
 }

@@ -23,6 +23,7 @@ constexpr const char* patterns[] = {
     "module: (SetProperty|EnumeratePolicies|EnumerateUserPolicies): false",
     "module: Dump: (<.*>|kind 0)",
     "module: GetDigest: <.*>",
+    "module: GetDigestText: false (<.*>|kind 0)",
     "module: (GetTaskName|GetText): false kind 0",
     "module: GetBoolean: false false",
     "module: GetInteger: false (-1|0)",

@@ -108,7 +108,7 @@ private:
     }
 };
 
-class DigestFlow final : public PolicyFlow {
+class DigestFlow : public PolicyFlow {
 public:
     using PolicyFlow::PolicyFlow;
     void Prepare() override {
@@ -118,6 +118,19 @@ public:
 
 private:
     void Use(IPolicyBag& bag) override { world.Note("module: GetDigest: <" + bag.GetDigest(FlowWorld::product) + ">"); }
+};
+
+// The same digests in a buffer.
+class DigestTextFlow final : public DigestFlow {
+public:
+    using DigestFlow::DigestFlow;
+
+private:
+    void Use(IPolicyBag& bag) override {
+        VsKitMsgbus::lpc_buffer digests;
+        const bool isWhole = bag.GetDigestText(FlowWorld::product, &digests);
+        world.Note("module: GetDigestText: " + TextOf(isWhole) + " " + TakeBuffer(digests));
+    }
 };
 
 // The module asks for the notification.
@@ -143,5 +156,6 @@ std::vector<FlowKind> PolicyFlows() {
             {"UserWalk", MakeFlow<UserWalkFlow>},
             {"Dump", MakeFlow<DumpFlow>},
             {"Digest", MakeFlow<DigestFlow>},
+            {"DigestText", MakeFlow<DigestTextFlow>},
             {"Enforce", MakeFlow<EnforceFlow>}};
 }

@@ -5,7 +5,7 @@
 #include "VsMsgbus/Entry.h"
 #include "dispatcher/Dispatcher.h"
 #include "msgbus/BridgeLog.h"
-#include "values/DroppedText.h"
+#include "values/UnloggedText.h"
 
 namespace {
 
@@ -36,7 +36,7 @@ void RunSession(const uint8_t* data, size_t size, const std::function<void(Fuzze
     FuzzInput input(data, size);
     FuzzedAgent agent(input);
     HoldDispatcher();
-    SetDroppedTextListener(&ReadDropped);
+    SetUnloggedTextListener(&ReadDropped);
     ReadingSink sink;
     OfferLogSink(&sink);
     {

@@ -4,7 +4,7 @@
 
 #include "VsMsgbus/LogSink.h"
 #include "fuzz/FuzzedAgent.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 
 // The one product of a session.
 inline constexpr char fuzzedProduct[] = "FUZZED1000";

@@ -5,8 +5,8 @@
 
 #include "dispatcher/DispatcherLog.h"
 #include "fuzz/FuzzedRegistry.h"
-#include "msgbus/NyClient.h"
-#include "msgbus/NyClientNotifier.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/SystemFunction.h"
 #include "win32_faults.h"
 

@@ -1,5 +1,5 @@
 // The one place that knows every service object.
-#include "msgbus/ServiceFactory.h"
+#include "msgbus/instance/ServiceFactory.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // The agent's registry key.
-#include "msgbus/AgentKey.h"
+#include "msgbus/client/AgentKey.h"
 
 #include <cstring>
 

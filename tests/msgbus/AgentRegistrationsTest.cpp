@@ -1,5 +1,5 @@
 // What a service object has registered with the agent.
-#include "msgbus/AgentRegistrations.h"
+#include "msgbus/registrations/AgentRegistrations.h"
 
 #include <gmock/gmock.h>
 

@@ -1,5 +1,5 @@
 // A module's thread that uses the agent while the agent's client is started and stopped.
-#include "msgbus/AgentUse.h"
+#include "msgbus/client/AgentUse.h"
 
 #include <thread>
 

@@ -1,5 +1,5 @@
 // One change of an agent client at a time, and what is asked for meanwhile.
-#include "msgbus/ClientChanges.h"
+#include "msgbus/client/ClientChanges.h"
 
 #include <functional>
 #include <thread>

@@ -1,10 +1,10 @@
 // The texts of Entry and Exit, which are composed and dropped; the "%s" in them is kept on purpose.
 #include "VsMsgbus/Entry.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/SystemCalls.h"
 #include "msgbus/VsMsgbusFixture.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 
@@ -24,7 +24,7 @@ protected:
 
     LineLog ios;
     CapturingSink sink;
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
     VsMsgbus* instance = nullptr;
 };
 
@@ -84,7 +84,7 @@ TEST_F(EntryText, OfAnExitThatFailsForAnotherReason) {
 
 // Whichever allocation fails, Entry says no and leaves nothing, or what it says yes to can be left again.
 TEST_F(EntryText, IsFollowedByNothingWhenMemoryRunsOut) {
-    SetDroppedTextListener(nullptr);
+    SetUnloggedTextListener(nullptr);
     bool isEntered = false;
     size_t failures = 0;
     for (; !isEntered; ++failures) {
@@ -109,7 +109,7 @@ TEST_F(EntryText, IsFollowedByNothingWhenMemoryRunsOut) {
 
 // The product that is there already, and the sink that it brought, stay.
 TEST_F(EntryText, OfASecondEntryWithoutMemoryLeavesTheFirst) {
-    SetDroppedTextListener(nullptr);
+    SetUnloggedTextListener(nullptr);
     ASSERT_TRUE(Enter("PRODUCT1000"));
     const std::string second = "a product id that is too long to be kept without memory";
     VsMsgbus* ofSecond = nullptr;
@@ -125,7 +125,7 @@ TEST_F(EntryText, OfASecondEntryWithoutMemoryLeavesTheFirst) {
 }
 
 TEST_F(EntryText, WithoutMemoryAndWithoutASinkLeavesNothing) {
-    SetDroppedTextListener(nullptr);
+    SetUnloggedTextListener(nullptr);
     {
         const FailingMemory memory;
         EXPECT_FALSE(VsMsgbusEntry("PRODUCT1000", 0x2000, nullptr, &instance));
@@ -146,8 +146,8 @@ TEST_F(EntryText, OfAnExitWhoseWatcherIsBusyLeavesTheRestToIt) {
     NyClientNotifier& watcher = *instance->ClientRecord()->client->notifier.load();
     watcher.stopTimeout = 1;
     HANDLE thread = nullptr;
-    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread, ::GetCurrentProcess(), &thread, SYNCHRONIZE,
-                                  FALSE, 0));
+    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread.get(), ::GetCurrentProcess(), &thread,
+                                  SYNCHRONIZE, FALSE, 0));
     ny_sim_set_hook(
         "ny_client_handler_create",
         [](const char*, void* userData) {

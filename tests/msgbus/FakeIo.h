@@ -3,7 +3,7 @@
 #include <functional>
 #include <string>
 
-#include "msgbus/VsMsgbusIo.h"
+#include "msgbus/registrations/VsMsgbusIo.h"
 #include "support/LineLog.h"
 
 // A service object that keeps what is done to it, as "<name> <what>".

@@ -7,11 +7,15 @@
 
 #include <cstdlib>
 #include <cstring>
-#include <cwchar>
+#include <stdexcept>
+#include <string>
+#include <string_view>
 
 #include "VsMsgbus/LpcBuffer.h"
 
 using VsKitMsgbus::lpc_buffer;
+using VsKitMsgbus::TakeNarrowText;
+using VsKitMsgbus::TakeWideText;
 
 namespace {
 
@@ -89,6 +93,86 @@ TEST(LpcBuffer, ReleaseTwiceFreesOnce) {
     ExpectEmpty(buffer);
     EXPECT_TRUE(IsAllocated(other));
     std::free(other);
+}
+
+// A buffer that holds a text, and what becomes of both.
+class TakenText : public testing::Test {
+protected:
+    template <class Character>
+    void Fill(uint32_t kind, std::basic_string_view<Character> text) {
+        const size_t size = text.size() * sizeof(Character);
+        block = std::calloc(1, size + sizeof(Character));
+        std::memcpy(block, text.data(), size);
+        buffer.kind = kind;
+        buffer.length = text.size();
+        buffer.data = block;
+        ASSERT_TRUE(IsAllocated(block));
+    }
+    void ExpectFreed() const {
+        EXPECT_FALSE(IsAllocated(block));
+        ExpectEmpty(buffer);
+    }
+
+    lpc_buffer buffer;
+    void* block = nullptr;
+};
+
+TEST_F(TakenText, IsAllOfItAndTheBufferEmptyAfterwards) {
+    constexpr std::wstring_view wide(L"a\0\u00DC", 3);
+    Fill(lpc_buffer::WideText, wide);
+    EXPECT_EQ(TakeWideText(buffer), wide);
+    ExpectFreed();
+    constexpr std::string_view narrow("a\0\xC3\x9C", 4);
+    Fill(lpc_buffer::NarrowText, narrow);
+    EXPECT_EQ(TakeNarrowText(buffer), narrow);
+    ExpectFreed();
+}
+
+TEST_F(TakenText, ThatIsEmptyIsFreedToo) {
+    Fill(lpc_buffer::WideText, std::wstring_view(L""));
+    EXPECT_EQ(TakeWideText(buffer), L"");
+    ExpectFreed();
+    Fill(lpc_buffer::NarrowText, std::string_view(""));
+    EXPECT_EQ(TakeNarrowText(buffer), "");
+    ExpectFreed();
+}
+
+TEST_F(TakenText, OfAnEmptyBufferIsEmpty) {
+    EXPECT_EQ(TakeWideText(buffer), L"");
+    ExpectEmpty(buffer);
+    EXPECT_EQ(TakeNarrowText(buffer), "");
+    ExpectEmpty(buffer);
+}
+
+TEST_F(TakenText, OfAnotherKindIsEmptyAndWhatIsThereFreed) {
+    for (const uint32_t kind : {2U, 3U, 0xFFFFFFFFU}) {
+        Fill(kind, std::string_view("text"));
+        EXPECT_EQ(TakeWideText(buffer), L"") << kind;
+        ExpectFreed();
+    }
+    for (const uint32_t kind : {1U, 3U, 0xFFFFFFFFU}) {
+        Fill(kind, std::wstring_view(L"text"));
+        EXPECT_EQ(TakeNarrowText(buffer), "") << kind;
+        ExpectFreed();
+    }
+}
+
+TEST_F(TakenText, OfAKindWithoutATextIsEmpty) {
+    buffer.kind = lpc_buffer::WideText;
+    buffer.length = 7;
+    EXPECT_EQ(TakeWideText(buffer), L"");
+    ExpectEmpty(buffer);
+    buffer.kind = lpc_buffer::NarrowText;
+    buffer.length = 7;
+    EXPECT_EQ(TakeNarrowText(buffer), "");
+    ExpectEmpty(buffer);
+}
+
+TEST_F(TakenText, ThatNoStringHoldsIsFreedAllTheSame) {
+    Fill(lpc_buffer::NarrowText, std::string_view("text"));
+    buffer.length = uint64_t{1} << 63;
+    EXPECT_THROW(TakeNarrowText(buffer), std::length_error);
+    ExpectFreed();
 }
 
 }  // namespace

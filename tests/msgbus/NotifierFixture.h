@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "msgbus/NyClient.h"
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/AgentEnvironment.h"
 #include "support/Event.h"
 
@@ -55,7 +55,7 @@ protected:
     }
     void WaitForThread() const {
         if (notifier->thread != nullptr) {
-            EXPECT_EQ(::WaitForSingleObject(notifier->thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+            EXPECT_EQ(::WaitForSingleObject(notifier->thread.get(), static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
         }
     }
 

@@ -25,7 +25,8 @@ protected:
     // Another handle of the thread, for waiting after the notifier is gone.
     HANDLE ThreadHandle() const {
         HANDLE copy = nullptr;
-        ::DuplicateHandle(::GetCurrentProcess(), notifier->thread, ::GetCurrentProcess(), &copy, SYNCHRONIZE, FALSE, 0);
+        ::DuplicateHandle(::GetCurrentProcess(), notifier->thread.get(), ::GetCurrentProcess(), &copy, SYNCHRONIZE,
+                          FALSE, 0);
         return copy;
     }
 
@@ -62,7 +63,7 @@ TEST_F(NotifierStopTest, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     StartAndHold();
     ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     const HANDLE thread = ThreadHandle();
-    const HANDLE stopEvent = notifier->stopEvent;
+    const HANDLE stopEvent = notifier->stopEvent.get();
     EXPECT_EQ(NotifierDestroy(notifier), NY_OK);
     notifier = nullptr;
     EXPECT_TRUE(IsOpen(stopEvent));
@@ -108,7 +109,7 @@ private:
 TEST_F(NotifierStopTest, SaysWhenTheWaitItselfFailed) {
     StartAndHold();
     {
-        const WaitThatFails failing(notifier->thread);
+        const WaitThatFails failing(notifier->thread.get());
         EXPECT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     }
     EXPECT_THAT(lines.Lines(), ElementsAre("2 ny_client: unknown error to stop ny client notifier thread."));
@@ -138,7 +139,7 @@ TEST_F(NotifierStopTest, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     WriteVersion("5.7.0");
     StartAndWatch();
     {
-        const WaitThatTimesOut late(notifier->thread);
+        const WaitThatTimesOut late(notifier->thread.get());
         EXPECT_EQ(NotifierStop(notifier), NY_OK);
     }
     EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadNotStopped));

@@ -113,7 +113,7 @@ TEST_F(NotifierWatchTest, FollowsTheDeletionOfTheKeyAndItsReturn) {
         }
     };
     ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
-    ::SetEvent(notifier->changeEvent);
+    ::SetEvent(notifier->changeEvent.get());
     ASSERT_TRUE(lines.WaitFor("state 1"));
     EXPECT_THAT(lines.Lines(), ElementsAre("5 ny_client: no msgbus version, agent is not installed, rc(1018)",
                                            "state 0", keyMissing, pausing, Installed("5.8.0"), "state 1"));
@@ -125,7 +125,7 @@ TEST_F(NotifierWatchTest, ReadsAKeyThatWasReplaced) {
     StartAndWatch();
     HoldAtNextState();
     ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
-    ::SetEvent(notifier->changeEvent);
+    ::SetEvent(notifier->changeEvent.get());
     ASSERT_TRUE(WaitUntilHeld());
     WriteVersion("5.8.0");
     Continue();

@@ -2,8 +2,8 @@
 
 #include "dispatcher/groups/ClientHandlerGroup.h"
 #include "msgbus/ClientLines.h"
-#include "msgbus/NyClient.h"
-#include "msgbus/VsMsgbusClientRecord.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/VsMsgbusClientRecord.h"
 #include "support/AgentEnvironment.h"
 #include "support/AnsweredCalls.h"
 

@@ -30,7 +30,7 @@ TEST_F(NyClientNotifierTest, CreationMakesEventsAndNoThread) {
     EXPECT_EQ(notifier->pauseTimeout, 15000U);
     EXPECT_EQ(notifier->stopTimeout, 15000U);
     EXPECT_THAT(notifier->version, testing::Each('\0'));
-    for (const HANDLE event : {notifier->stopEvent, notifier->changeEvent}) {
+    for (const HANDLE event : {notifier->stopEvent.get(), notifier->changeEvent.get()}) {
         EXPECT_FALSE(IsSignalled(event));
         ::SetEvent(event);
         EXPECT_TRUE(IsSignalled(event));
@@ -80,8 +80,8 @@ TEST_F(NyClientNotifierTest, CreationWithoutEventsAnswersSoAndKeepsNone) {
 
 TEST_F(NyClientNotifierTest, DestructionAcceptsNullAndClosesTheEvents) {
     EXPECT_EQ(NotifierDestroy(nullptr), NY_OK);
-    const HANDLE stopEvent = notifier->stopEvent;
-    const HANDLE changeEvent = notifier->changeEvent;
+    const HANDLE stopEvent = notifier->stopEvent.get();
+    const HANDLE changeEvent = notifier->changeEvent.get();
     EXPECT_EQ(NotifierDestroy(notifier), NY_OK);
     notifier = nullptr;
     EXPECT_FALSE(IsOpen(stopEvent));
@@ -97,7 +97,7 @@ TEST_F(NyClientNotifierTest, StartAndStopRefuseNull) {
 TEST_F(NyClientNotifierTest, StopOfOneThatNeverRanIsNoFailureAndSaysNothing) {
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), IsEmpty());
-    EXPECT_FALSE(IsSignalled(notifier->stopEvent));
+    EXPECT_FALSE(IsSignalled(notifier->stopEvent.get()));
 }
 
 TEST_F(NyClientNotifierTest, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) {
@@ -112,7 +112,7 @@ TEST_F(NyClientNotifierTest, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) 
 TEST_F(NyClientNotifierTest, StopEndsTheThreadAndClosesIt) {
     WriteVersion("5.7.0");
     StartAndWatch();
-    const HANDLE thread = notifier->thread;
+    const HANDLE thread = notifier->thread.get();
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadStopped));
     EXPECT_EQ(notifier->thread, nullptr);
@@ -132,10 +132,10 @@ TEST_F(NyClientNotifierTest, StopTwiceIsDoneOnce) {
 TEST_F(NyClientNotifierTest, StartTwiceIsDoneOnce) {
     WriteVersion("5.7.0");
     StartAndWatch();
-    const HANDLE thread = notifier->thread;
+    const HANDLE thread = notifier->thread.get();
     EXPECT_EQ(NotifierStart(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), ElementsAre("5 ny_client: ny client notifier thread is already running."));
-    EXPECT_EQ(notifier->thread, thread);
+    EXPECT_EQ(notifier->thread.get(), thread);
 }
 
 TEST_F(NyClientNotifierTest, StartWithoutAThreadFailsAfterTheAgentWasLookedFor) {

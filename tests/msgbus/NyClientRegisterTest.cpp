@@ -6,9 +6,9 @@
 #include <utility>
 
 #include "msgbus/NyClientFixture.h"
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/SystemCalls.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 
@@ -52,7 +52,7 @@ protected:
     // A handle of the watcher's thread that outlives the watcher.
     HANDLE Thread() const {
         HANDLE copy = nullptr;
-        ::DuplicateHandle(::GetCurrentProcess(), client->notifier.load()->thread, ::GetCurrentProcess(), &copy,
+        ::DuplicateHandle(::GetCurrentProcess(), client->notifier.load()->thread.get(), ::GetCurrentProcess(), &copy,
                           SYNCHRONIZE, FALSE, 0);
         return copy;
     }

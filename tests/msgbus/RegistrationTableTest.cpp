@@ -1,5 +1,5 @@
 // The table of what modules registered: who wins, and what a removal waits for.
-#include "msgbus/RegistrationTable.h"
+#include "msgbus/registrations/RegistrationTable.h"
 
 #include <gmock/gmock.h>
 
@@ -89,7 +89,7 @@ TEST_F(RegistrationTableTest, NeverFreesTheSecondRegistrationWhereThatIsAskedFor
     // Outlives the record that is never freed.
     static LineLog keptLog;
     {
-        RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::LeftAlive> leaking;
+        RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::Leaked> leaking;
         leaking.Set(L"P", keptLog, "first");
         leaking.Set(L"P", keptLog, "second");
         EXPECT_TRUE(leaking.With(L"P", [](Record& record, auto&&) { EXPECT_EQ(record.Name(), "first"); }));

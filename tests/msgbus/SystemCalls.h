@@ -5,14 +5,14 @@
 #include <atomic>
 #include <string>
 
-#include "msgbus/NyClientNotifier.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/LineLog.h"
 #include "support/SystemFunction.h"
 
 // Keeps the time-outs of one watcher's waits for a change. One at a time; outlives the watcher's thread.
 class Waits {
 public:
-    explicit Waits(const NyClientNotifier& notifier) : stopEvent(notifier.stopEvent) { current = this; }
+    explicit Waits(const NyClientNotifier& notifier) : stopEvent(notifier.stopEvent.get()) { current = this; }
 
     LineLog log;
     std::atomic<bool> isFailing = false;    // the next wait, once

@@ -5,10 +5,10 @@
 
 #include "msgbus/BridgeLog.h"
 #include "msgbus/FakeIo.h"
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 #include "support/AgentEnvironment.h"
 #include "support/CapturingSink.h"
-#include "support/DroppedTexts.h"
+#include "support/UnloggedTexts.h"
 #include "values/AgentException.h"
 
 // A bridge instance without a watcher, on a machine with an agent: the test does the notifying.
@@ -54,6 +54,6 @@ protected:
 
     LineLog ios;
     CapturingSink sink;
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
     std::unique_ptr<VsMsgbus> bridge;
 };

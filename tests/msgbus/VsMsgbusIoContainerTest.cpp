@@ -1,5 +1,5 @@
 // The container of service objects.
-#include "msgbus/VsMsgbusIoContainer.h"
+#include "msgbus/instance/VsMsgbusIoContainer.h"
 
 #include <gmock/gmock.h>
 

@@ -1,12 +1,12 @@
 // The bridge instance's life and its callbacks, and the texts that are composed and dropped on the way.
-#include "msgbus/VsMsgbus.h"
+#include "msgbus/instance/VsMsgbus.h"
 
 #include <memory>
 #include <optional>
 
-#include "msgbus/NyClientNotifier.h"
 #include "msgbus/VsMsgbusFixture.h"
 #include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientNotifier.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 
@@ -119,7 +119,7 @@ TEST_F(VsMsgbusLife, TellsOfAWatcherThatDoesNotEndInTime) {
                 ElementsAre("3: NY log message, [ny_client] failed to stop ny client notifier thread."));
     EXPECT_FALSE(bridge->IsStarted());
     hold.mayGoOn.Set();
-    EXPECT_EQ(::WaitForSingleObject(notifier->thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
+    EXPECT_EQ(::WaitForSingleObject(notifier->thread.get(), static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
     NotifierDestroy(notifier);
 }
 

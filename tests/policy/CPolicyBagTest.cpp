@@ -7,8 +7,8 @@
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "support/AgentCalls.h"
 #include "support/CapturingSink.h"
-#include "support/DroppedTexts.h"
 #include "support/Enforcer.h"
+#include "support/UnloggedTexts.h"
 
 namespace {
 
@@ -32,6 +32,10 @@ protected:
         EXPECT_FALSE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
         EXPECT_FALSE(bag.EnumerateUserPolicies(L"PRODUCT1000", &callbacks, L"user", L"DOMAIN"));
         EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
+        VsKitMsgbus::lpc_buffer digests;
+        EXPECT_FALSE(bag.GetDigestText("PRODUCT1000", &digests));
+        EXPECT_EQ(VsKitMsgbus::TakeNarrowText(digests), "");
+        EXPECT_EQ(bag.Digest("PRODUCT1000"), "");
         VsKitMsgbus::lpc_buffer buffer{};
         bag.Dump(&buffer);
         EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
@@ -81,7 +85,7 @@ TEST_F(CPolicyBagTest, OfAnotherClientGivesNothing) {
 
 // What is composed after a notification and goes to no log.
 TEST_F(CPolicyBagTest, IsFollowedByATextThatIsDropped) {
-    const DroppedTexts dropped;
+    const UnloggedTexts dropped;
     VsMsgbusPolicyEnforcer service(Handler());
     Enforcer enforcer;
     EXPECT_EQ(service.on_notification(Handler(), "PRODUCT1000", nullptr), NY_OK);

@@ -48,10 +48,7 @@ TEST_F(DigestText, IsThatOfTheString) {
     EXPECT_TRUE(digests.isWhole);
     EXPECT_EQ(digests.text, "firstsecond");
     EXPECT_EQ(digests.kind, lpc_buffer::NarrowText);
-    Enforce([](IPolicyBag& bag) {
-        EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "firstsecond");
-        EXPECT_EQ(bag.Digest("PRODUCT1000"), "firstsecond");
-    });
+    Enforce([](IPolicyBag& bag) { EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "firstsecond"); });
 }
 
 TEST_F(DigestText, OfNoPoliciesIsAnEmptyOne) {
@@ -101,6 +98,51 @@ TEST_F(DigestText, FreesWhatTheBufferHeld) {
         EXPECT_FALSE(bag.GetDigestText(nullptr, &buffer));
         EXPECT_EQ(buffer.length, 0U);
         buffer.Release();
+    });
+}
+
+TEST_F(DigestText, TakenAsWideTextIsNone) {
+    HoldTwo();
+    Enforce([](IPolicyBag& bag) {
+        lpc_buffer buffer;
+        ASSERT_TRUE(bag.GetDigestText("PRODUCT1000", &buffer));
+        EXPECT_EQ(VsKitMsgbus::TakeWideText(buffer), L"");
+        EXPECT_EQ(buffer.kind, lpc_buffer::Empty);
+        EXPECT_EQ(buffer.data, nullptr);
+    });
+}
+
+// In a string of the module's own C++ library, which the header makes.
+class DigestString : public DigestText {
+protected:
+    std::string Digest(const char* id) {
+        std::string digest = "before";
+        EXPECT_EQ(Enforce([&](IPolicyBag& bag) { digest = bag.Digest(id); }), NY_OK);
+        return digest;
+    }
+};
+
+TEST_F(DigestString, IsThatOfTheBuffer) {
+    HoldTwo();
+    EXPECT_EQ(Digest("PRODUCT1000"), "firstsecond");
+    const std::string longDigest(1000, 'd');
+    HoldPolicies(R"([{"softwareId": "PRODUCT1000", "settingsObject": {"digest": ")" + longDigest + R"("}}])");
+    EXPECT_EQ(Digest("PRODUCT1000"), longDigest);
+}
+
+TEST_F(DigestString, OfNoPoliciesOfNoProductAndOfNullIsEmpty) {
+    EXPECT_EQ(Digest("PRODUCT1000"), "");
+    HoldTwo();
+    EXPECT_EQ(Digest("product1000"), "");
+    EXPECT_EQ(Digest(""), "");
+    EXPECT_EQ(Digest(nullptr), "");
+}
+
+TEST_F(DigestString, AfterAnErrorHasThoseBeforeIt) {
+    HoldTwo();
+    Enforce([](IPolicyBag& bag) {
+        FailSecond();
+        EXPECT_EQ(bag.Digest("PRODUCT1000"), "first");
     });
 }
 

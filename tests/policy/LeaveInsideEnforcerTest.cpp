@@ -18,6 +18,10 @@ protected:
         EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks));
         EXPECT_FALSE(bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
         EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
+        VsKitMsgbus::lpc_buffer digests;
+        EXPECT_FALSE(bag.GetDigestText("PRODUCT1000", &digests));
+        EXPECT_EQ(VsKitMsgbus::TakeNarrowText(digests), "");
+        EXPECT_EQ(bag.Digest("PRODUCT1000"), "");
         EXPECT_EQ(Dump(bag), "");
         EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
         EXPECT_THAT(callbacks.lines, IsEmpty());

@@ -2,7 +2,7 @@
 #include "property/CTheCollectProperties.h"
 #include "support/CapturingSink.h"
 #include "support/Collector.h"
-#include "support/DroppedTexts.h"
+#include "support/UnloggedTexts.h"
 #include "values/ValuesTest.h"
 
 namespace {
@@ -25,7 +25,7 @@ protected:
         auto* const bag = reinterpret_cast<ny_property_bag_t*>(&collector);
         EXPECT_EQ(ny_sim_fail_call("ny_variant_create_from_wstring", 1, 66, NY_SIM_FROM_THEN_ON), NY_OK);
         properties.Collect(bag, nullptr, [] { return false; });
-        const DroppedTexts texts;
+        const UnloggedTexts texts;
         properties.Collect(bag, nullptr, [] { return false; });
         return texts.log.Lines();
     }

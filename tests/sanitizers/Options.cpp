@@ -26,7 +26,7 @@ const char* __ubsan_default_options() {
 
 // A second registration of a task enforcer or update notification is never freed: the contract asks for it.
 const char* __lsan_default_suppressions() {
-    return "leak:LeaveDuplicateRecordAlive";
+    return "leak:LeakDuplicateRecord";
 }
 
 }  // extern "C"

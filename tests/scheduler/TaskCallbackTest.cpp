@@ -1,15 +1,15 @@
 // The executor without a bridge around it: what the agent could give it that the simulated agent never gives, and
 // registrations that the agent refuses.
 #include "agent/ny_agent.h"
-#include "msgbus/AgentUse.h"
-#include "msgbus/ServiceFactory.h"
+#include "msgbus/client/AgentUse.h"
+#include "msgbus/instance/ServiceFactory.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
-#include "support/DroppedTexts.h"
 #include "support/FailingMemory.h"
 #include "support/TaskEnforcer.h"
+#include "support/UnloggedTexts.h"
 #include "values/ValuesTest.h"
 
 using testing::ElementsAre;
@@ -22,7 +22,7 @@ protected:
     // The client is no handle of the agent's: none of these tests lets it get there.
     ny_client_t* const client = reinterpret_cast<ny_client_t*>(this);
     VsMsgbusTaskExecutor executor{client};
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
 };
 
 TEST_F(TaskExecutor, IsTheServiceOfItsKind) {
@@ -80,7 +80,7 @@ TEST_F(TaskBag, KeepsTheContextOfItsRegistration) {
 }
 
 TEST_F(TaskBag, OfNoTaskGivesNothing) {
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
     SettingVisitor visitor;
     VsKitMsgbus::lpc_buffer name;
     environment.InstallAgent();
@@ -112,7 +112,7 @@ TEST_F(TaskBag, OfATaskWithoutTextsHasEmptyOnes) {
 }
 
 TEST_F(TaskBag, WithoutAnAgentGivesNothing) {
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
     int32_t number = 77;
     CTaskBag bag(nullptr, nullptr);
     EXPECT_FALSE(bag.GetInteger(L"Scan", L"Depth", &number));

@@ -3,7 +3,7 @@
 #include <stdexcept>
 
 #include "scheduler/TaskTest.h"
-#include "support/DroppedTexts.h"
+#include "support/UnloggedTexts.h"
 #include "values/AgentException.h"
 
 using corvane::ny::utils::exception;
@@ -39,7 +39,7 @@ protected:
         return [](ITaskBag&) -> int32_t { throw std::runtime_error("a reason of its own"); };
     }
 
-    DroppedTexts dropped;
+    UnloggedTexts dropped;
 };
 
 TEST_F(TaskText, OfExecutions) {

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 
 #include "VsMsgbus/Entry.h"
-#include "msgbus/HealthCheckRecord.h"
+#include "msgbus/instance/HealthCheckRecord.h"
 #include "support/AgentEnvironment.h"
 #include "support/CapturingSink.h"
 #include "support/FailingMemory.h"

@@ -217,6 +217,27 @@ TEST_F(Hostile, SwitchingTheLockOffLetsGoOfThoseThatWait) {
     EXPECT_EQ(RegisterProvider("PRODUCT4000"), NY_OK);
 }
 
+// Unregister has the lock and waits for the callback, which began without it.
+TEST_F(Hostile, SwitchingTheLockOnLetsCallbacksThatAreInsideGoOnWithoutIt) {
+    ASSERT_EQ(RegisterProvider(), NY_OK);
+    Event registered;
+    std::thread unregistering;
+    module.inCallback = [&] {
+        ny_sim_set_one_lock(1);
+        unregistering = std::thread([&] { EXPECT_EQ(UnregisterProvider(), NY_OK); });
+        while (ny_sim_has_property_provider(product) != 0) {
+            std::this_thread::yield();
+        }
+        EXPECT_EQ(RegisterProvider("PRODUCT2000"), NY_OK);
+        registered.Set();
+    };
+    const AgentRequest request(product);
+    EXPECT_TRUE(registered.Wait());
+    ny_sim_set_one_lock(0);
+    EXPECT_EQ(request.Answer(), 70);
+    unregistering.join();
+}
+
 TEST_F(Hostile, CallsLateAfterUnregisterAndRelease) {
     ny_sim_set_remember(1);
     RegisterForAll();

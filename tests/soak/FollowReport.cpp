@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "VsMsgbus.h"
-#include "msgbus/NyClient.h"
-#include "msgbus/NyClientNotifier.h"
-#include "msgbus/VsMsgbusClientRecord.h"
+#include "msgbus/client/NyClient.h"
+#include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/VsMsgbusClientRecord.h"
 #include "ny_simulator.h"
 
 namespace {

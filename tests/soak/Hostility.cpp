@@ -4,8 +4,6 @@
 
 #include <list>
 #include <string_view>
-#include <tuple>
-#include <utility>
 #include <vector>
 
 #include "ny_sim_hostile.h"
@@ -34,19 +32,26 @@ constexpr std::string_view neverRefused = "ny_client_handler_release";
 // A call that the agent makes late, waited for at the latest when the object ends.
 class LateCall {
 public:
-    LateCall(ny_sim_callback callback, const std::string& productId, size_t index)
-        : isMade(ny_sim_call_late(callback, productId.c_str(), index, &call) == NY_OK) {}
+    LateCall(ny_sim_callback callback, const std::string& id, size_t index, bool hasBeenUnregistered)
+        : productId(id),
+          isUnregistered(hasBeenUnregistered),
+          isMade(ny_sim_call_late(callback, id.c_str(), index, &call) == NY_OK) {}
     ~LateCall() { ny_sim_late_call_release(call); }
     LateCall(const LateCall&) = delete;
     LateCall& operator=(const LateCall&) = delete;
 
-    void ExpectAnswer(bool isRefusalCertain) const {
+    // Returns when it is answered.
+    int32_t Answer() const {
         int32_t answer = NY_UNEXPECTED;
         if (isMade) {
             EXPECT_EQ(ny_sim_late_call_wait(call, static_cast<uint32_t>(soon.count()), &answer), NY_OK);
         }
-        EXPECT_TRUE(answer == NY_UNEXPECTED || !isRefusalCertain) << "a late call was answered " << answer;
+        return answer;
     }
+
+    const std::string productId;
+    // When the call was made.
+    const bool isUnregistered;
 
 private:
     ny_sim_late_call_t* call = nullptr;
@@ -129,11 +134,11 @@ void Hostility::AnswerErrors() {
 
 // Several at once. A product that is out has nothing that could be called once the agent has unregistered it. An agent
 // that refused to, or that could not be asked because it had changed, may call until its client is let go of. What a
-// later client registers may have the same callback data: nothing is certain any more once one was started, nor while
-// the agent changes.
+// later client registers may have the same callback data: nothing is certain any more once one was started, before the
+// call or while it was made, nor while the agent changes.
 void Hostility::CallLate() {
     const std::vector<std::string> ids = AllProductIds();
-    std::list<std::pair<LateCall, bool>> calls;
+    std::list<LateCall> calls;
     for (unsigned count = random.Below(4); count > 0; --count) {
         const ny_sim_callback callback = AnyOf(allCallbacks);
         const std::string& id = ids[random.Below(static_cast<uint32_t>(ids.size()))];
@@ -141,15 +146,17 @@ void Hostility::CallLate() {
         const size_t remembered = ny_sim_remembered_count(callback, id.c_str());
         if (remembered != 0) {
             ++lateCalls;
-            const bool isUnregistered = !current.lostFiles && conductor.IsSettled() && conductor.HasLeft(id) &&
+            const bool isUnregistered = !current.lostFiles && conductor.IsSettled() &&
                                         ny_sim_unregistered_count(callback, id.c_str()) == remembered;
-            refusals += isUnregistered ? 1 : 0;
-            calls.emplace_back(std::piecewise_construct, std::forward_as_tuple(callback, id, choice % remembered),
-                               std::forward_as_tuple(isUnregistered));
+            calls.emplace_back(callback, id, choice % remembered, isUnregistered);
         }
     }
-    for (const auto& [call, isUnregistered] : calls) {
-        call.ExpectAnswer(isUnregistered);
+    for (const LateCall& call : calls) {
+        const int32_t answer = call.Answer();
+        if (call.isUnregistered && conductor.HasLeft(call.productId)) {
+            ++refusals;
+            EXPECT_EQ(answer, NY_UNEXPECTED) << "of a late call of " << call.productId;
+        }
     }
 }
 

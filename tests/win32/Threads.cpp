@@ -1,5 +1,5 @@
 #include <csetjmp>
-#include <system_error>
+#include <memory>
 #include <thread>
 #include <utility>
 
@@ -56,6 +56,28 @@ void RunThread(Thread& thread) {
     thread.Signal();
 }
 
+void* RunDetached(void* parameter) {
+    const std::unique_ptr<std::shared_ptr<Thread>> thread(static_cast<std::shared_ptr<Thread>*>(parameter));
+    RunThread(**thread);
+    return nullptr;
+}
+
+// Made detached: glibc's pthread_detach may meet the thread's end, and was then seen to answer EINVAL for another
+// thread that is alive. False when the system has no thread to give.
+bool StartDetached(std::shared_ptr<Thread> thread) {
+    auto parameter = std::make_unique<std::shared_ptr<Thread>>(std::move(thread));
+    pthread_attr_t attributes;
+    ::pthread_attr_init(&attributes);
+    ::pthread_attr_setdetachstate(&attributes, PTHREAD_CREATE_DETACHED);
+    pthread_t started{};
+    const bool isStarted = ::pthread_create(&started, &attributes, RunDetached, parameter.get()) == 0;
+    ::pthread_attr_destroy(&attributes);
+    if (isStarted) {
+        static_cast<void>(parameter.release());
+    }
+    return isStarted;
+}
+
 }  // namespace
 
 }  // namespace win32
@@ -67,10 +89,8 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES /*security*/, size_t /*stackSize*/, LP
         auto thread = std::make_shared<win32::Thread>(start, parameter);
         const DWORD id = thread->id;
         const HANDLE handle = win32::OpenHandle(thread);
-        try {
-            // The object goes over to the thread: letting go of it after the thread did would order the two.
-            std::thread([thread = std::move(thread)] { win32::RunThread(*thread); }).detach();
-        } catch (const std::system_error&) {
+        // The object goes over to the thread: letting go of it after the thread did would order the two.
+        if (!win32::StartDetached(std::move(thread))) {
             win32::TakeHandle(handle);
             throw win32::Failure{ERROR_NOT_ENOUGH_MEMORY};
         }

@@ -1,3 +1,5 @@
+#include <string>
+
 #include "VsMsgbus.h"
 #include "abi/module/Module.h"
 #include "abi/module/Told.h"
@@ -34,7 +36,7 @@ public:
         return 0;
     }
     void Reserved() override { Told() << L"Reserved"; }
-    // All but GetDigest, which has a file of its own.
+    // Every slot but GetDigest, which has a file of its own, and the strings that the header makes.
     void EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) override {
         Told() << L"EnforcePolicy " << productId;
         Callbacks callbacks;
@@ -46,6 +48,18 @@ public:
         Told() << L"Dump gives " << static_cast<int32_t>(dump.length) << L": "
                << static_cast<const wchar_t*>(dump.data);
         dump.Release();
+        VsKitMsgbus::lpc_buffer digests;
+        const bool isWhole = bag->GetDigestText("ABI1000", &digests);
+        Told() << L"GetDigestText answers " << isWhole << L" with kind " << static_cast<int32_t>(digests.kind);
+        TellDigests(L"TakeNarrowText", VsKitMsgbus::TakeNarrowText(digests));
+        TellDigests(L"Digest", bag->Digest("ABI1000"));
+        Told() << L"GetDigestText answers " << bag->GetDigestText(nullptr, &digests) << L" for null";
+        digests.Release();
+    }
+
+private:
+    static void TellDigests(const wchar_t* what, const std::string& digests) {
+        Told() << what << L" gives " << std::wstring(digests.begin(), digests.end()).c_str();
     }
 };
 

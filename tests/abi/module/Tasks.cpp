@@ -21,7 +21,7 @@ void TellText(const wchar_t* what, bool answer, VsKitMsgbus::lpc_buffer& text) {
 
 class TaskEnforcer final : public VsKitMsgbus::INYTaskEnforcer {
 public:
-    // Every slot of the bag.
+    // Every slot of the bag, and the strings that the header makes of two.
     int32_t ExecuteTask(const wchar_t* taskId, ITaskBag* bag) override {
         Told() << L"ExecuteTask " << taskId;
         Visitor visitor;
@@ -38,6 +38,8 @@ public:
         Told() << L"GetInteger answers " << isInteger << L": " << integer;
         const bool hasName = bag->GetTaskName(&text);
         TellText(L"GetTaskName", hasName, text);
+        Told() << L"Text gives " << bag->Text(L"Scan", L"Folder").c_str();
+        Told() << L"TaskName gives " << bag->TaskName().c_str();
         UpdateMsgbusTaskStatus(taskId, 6);
         return Succeeded;
     }

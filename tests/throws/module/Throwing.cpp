@@ -5,6 +5,7 @@
 #include <stdexcept>
 #include <string>
 
+#include "SystemExceptions.h"
 #include "values/AgentException.h"
 
 namespace {
@@ -70,7 +71,9 @@ void ThrowAgain() {
         case Thrown::Self: throw Self();
         case Thrown::SelfAgain: ThrowAgain(); break;
         case Thrown::AgentException: throw corvane::ny::utils::exception(agentCode);
-        case Thrown::AccessViolation: *const_cast<volatile int*>(static_cast<int*>(nullptr)) = 0; break;
+        case Thrown::AccessViolation:
+        case Thrown::Breakpoint:
+        case Thrown::StackOverflow: RaiseSystemException(thrown); break;
     }
     std::abort();
 }
@@ -84,21 +87,6 @@ public:
     ~OnTheWay() { Tell("passed the module's own function"); }
 };
 
-#if defined(_MSC_VER)
-// With the system's own handler, which only Microsoft's compiler has a word for.
-#pragma clang diagnostic push
-#pragma clang diagnostic ignored "-Wlanguage-extension-token"
-void CatchAccessViolation(void (*body)(void* argument), void* argument) {
-    constexpr unsigned long accessViolation = 0xC0000005;
-    __try {
-        body(argument);
-    } __except (_exception_code() == accessViolation ? 1 : 0) {
-        Tell("caught the access violation");
-    }
-}
-#pragma clang diagnostic pop
-#endif
-
 }  // namespace
 
 void ThrowIfAt(Place place) {
@@ -110,8 +98,7 @@ void ThrowIfAt(Place place) {
 
 void Catch(void (*body)(void* argument), void* argument) {
 #if defined(_MSC_VER)
-    if (order.thrown == Thrown::AccessViolation) {
-        CatchAccessViolation(body, argument);
+    if (CatchSystemException(order.thrown, body, argument)) {
         return;
     }
 #endif

@@ -49,7 +49,10 @@ enum class Thrown : int32_t {
     Self,            // an object that knows its own address
     SelfAgain,       // the same, caught and thrown on by `throw;`
     AgentException,  // with the code 77
+    // No C++ exceptions; on Windows alone.
     AccessViolation,
+    Breakpoint,
+    StackOverflow,
 };
 
 // Who catches it.

@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cstdint>
+
+#include "msgbus/AgentCallbacks.h"
+#include "msgbus/client/NyClient.h"
+
+// The way from the bridge instance to its agent client. Releases the client when it owns it.
+struct VsMsgbusClientRecord {
+    VsMsgbusClientRecord() = default;
+    ~VsMsgbusClientRecord() { Clean(); }
+    VsMsgbusClientRecord(const VsMsgbusClientRecord&) = delete;
+    VsMsgbusClientRecord& operator=(const VsMsgbusClientRecord&) = delete;
+
+    void Clean() noexcept {
+        if (isOwned != 0) {
+            NyClientRelease(client);
+        }
+        client = nullptr;
+    }
+
+    NyClient* client = nullptr;
+    uint8_t isOwned = 0;
+    corvane::ny::client_logger* logger = nullptr;
+    uint64_t reserved = 0;
+};

@@ -1,0 +1,105 @@
+#include "msgbus/AgentRegistrations.h"
+
+#include <algorithm>
+
+#include "values/AgentException.h"
+
+using corvane::ny::utils::Check;
+
+void AgentRegistrations::Add(const std::string& productId) {
+    Products::iterator product;
+    {
+        const ScopedLock guard(lock);
+        if (isClosed) {
+            return;
+        }
+        product = products.try_emplace(productId).first;
+        product->second.isWanted = true;
+        if (product->second.isRegistered || product->second.isBusy) {
+            return;
+        }
+        product->second.isBusy = true;
+    }
+    Check(Settle(product, true));
+}
+
+void AgentRegistrations::Remove(const std::string& productId) {
+    Products::iterator product;
+    {
+        const ScopedLock guard(lock);
+        product = products.find(productId);
+        if (product == products.end()) {
+            return;
+        }
+        product->second.isWanted = false;
+        if (product->second.isBusy) {
+            return;
+        }
+        product->second.isBusy = true;
+    }
+    Check(Settle(product, false));
+}
+
+void AgentRegistrations::Close() {
+    {
+        const ScopedLock guard(lock);
+        isClosed = true;
+        for (auto& [productId, product] : products) {
+            product.isWanted = false;
+            product.mustBeTried = true;
+        }
+    }
+    int32_t failure = NY_OK;
+    while (const auto product = TakeNextToTry()) {
+        const int32_t result = Settle(*product, false);
+        failure = failure == NY_OK ? result : failure;
+    }
+    Check(failure);
+}
+
+std::optional<AgentRegistrations::Products::iterator> AgentRegistrations::TakeNextToTry() {
+    const ScopedLock guard(lock);
+    const auto found = std::find_if(products.begin(), products.end(), [](const auto& entry) {
+        // The thread that is in the agent for a product ends its registration.
+        return entry.second.mustBeTried && !entry.second.isBusy;
+    });
+    if (found == products.end()) {
+        return std::nullopt;
+    }
+    found->second.mustBeTried = false;
+    found->second.isBusy = true;
+    return found;
+}
+
+int32_t AgentRegistrations::Settle(Products::iterator product, bool isAsked) {
+    // Nobody but this thread removes a product that is busy.
+    int32_t answer = NY_OK;
+    for (;;) {
+        bool isWanted = false;
+        {
+            const ScopedLock guard(lock);
+            isWanted = product->second.isWanted;
+            if (isWanted == product->second.isRegistered) {
+                End(product);
+                return answer;
+            }
+        }
+        const int32_t result = isWanted ? agent.Register(product->first) : agent.Unregister(product->first);
+        answer = isWanted == isAsked ? result : answer;
+        const ScopedLock guard(lock);
+        if (result == NY_OK) {
+            product->second.isRegistered = isWanted;
+        } else if (product->second.isWanted == isWanted) {
+            product->second.isWanted = false;
+            End(product);
+            return answer;
+        }
+    }
+}
+
+void AgentRegistrations::End(Products::iterator product) {
+    product->second.isBusy = false;
+    if (!product->second.isRegistered) {
+        products.erase(product);
+    }
+}

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "base/Boundary.h"
+#include "dispatcher/AgentCalls.h"
+#include "msgbus/AgentRegistrations.h"
+#include "msgbus/VsMsgbusIo.h"
+#include "msgbus/client/AgentUse.h"
+
+// What every service object is: a service whose products are registered with the agent one by one. A service says how
+// it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
+//
+// The agent may call for a product from before it is registered, because it may do so from inside its own registering,
+// until its registration has ended, or until the agent's client is let go of, which forgets all calls of that client.
+class AgentService : public VsMsgbusIo, private AgentRegistrations::Agent {
+public:
+    // Both do nothing once the client is being stopped: the stop unregisters what is left.
+    void RegisterProduct(const std::string& productId) final;
+    void UnregisterProduct(const std::string& productId) final;
+    void UnregisterAll() final;
+
+protected:
+    explicit AgentService(ny_client_t* agentClient) noexcept
+        : client(agentClient), session(ShareSession(agentClient)) {}
+
+    // Both make the one agent call and return its answer.
+    virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
+    virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
+    // What the agent is given to call back with.
+    virtual AgentCallData CallbackData() const noexcept = 0;
+
+private:
+    int32_t Register(const std::string& productId) final;
+    int32_t Unregister(const std::string& productId) final;
+
+    ny_client_t* const client;
+    const std::shared_ptr<AgentSession> session;
+    AgentRegistrations registrations{*this};
+};
+
+// The body of every plain function that the agent calls: `call(handler)` of the handler that was registered as
+// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
+// with that handler, or not any more, and when anything escapes.
+template <class Handler, class Call>
+int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
+    if (productId == nullptr) {
+        return NY_UNEXPECTED;
+    }
+    const AgentCall agentCall(CallData<Handler>(userData), productId);
+    if (!agentCall) {
+        return NY_UNEXPECTED;
+    }
+    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return call(*static_cast<Handler*>(userData)); });
+}

@@ -1,8 +1,0 @@
-#include "policy/EnforcerTable.h"
-
-#include "base/UntilUnloaded.h"
-
-EnforcerRegistrations& EnforcerTable() {
-    static UntilUnloaded<EnforcerRegistrations> table;
-    return table.Get();
-}

@@ -1,6 +1,0 @@
-#pragma once
-
-#include <cstdint>
-
-// What an export of the services answers where the agent gave no code of its own.
-constexpr int32_t failed = -1;

@@ -1,0 +1,6 @@
+#pragma once
+
+#include <cstdint>
+
+// What an export of the services answers where the agent gave no code of its own.
+constexpr int32_t serviceFailure = -1;

@@ -1,0 +1,35 @@
+// What becomes of static objects when the library goes, and when the process ends.
+#include "base/NoDestroyAtExit.h"
+
+#include <gtest/gtest.h>
+
+#include <optional>
+
+namespace {
+
+struct CountsItsEnd {
+    ~CountsItsEnd() { ++ended; }
+    static inline int ended = 0;
+};
+
+class UntilUnloadedTest : public testing::Test {
+protected:
+    UntilUnloadedTest() { CountsItsEnd::ended = 0; }
+    ~UntilUnloadedTest() override { isProcessEnding = false; }
+
+    std::optional<NoDestroyAtExit<CountsItsEnd>> object{std::in_place};
+};
+
+TEST_F(UntilUnloadedTest, IsDestroyedWithItsLibrary) {
+    EXPECT_EQ(&object->Get(), &**object);
+    object.reset();
+    EXPECT_EQ(CountsItsEnd::ended, 1);
+}
+
+TEST_F(UntilUnloadedTest, IsLeftAsItIsWhenTheProcessEnds) {
+    isProcessEnding = true;
+    object.reset();
+    EXPECT_EQ(CountsItsEnd::ended, 0);
+}
+
+}  // namespace

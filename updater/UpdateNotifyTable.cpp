@@ -1,8 +1,0 @@
-#include "updater/UpdateNotifyTable.h"
-
-#include "base/UntilUnloaded.h"
-
-UpdateNotifyRegistrations& UpdateNotifyTable() {
-    static UntilUnloaded<UpdateNotifyRegistrations> table;
-    return table.Get();
-}
