@@ -9,3 +9,4 @@ rm -rf build/dist build/zip
 Step install cmake --install build/release --prefix build/dist
 Step zip cpack --config build/release/CPackConfig.cmake -G ZIP -B build/zip
 rm -rf build/zip/_CPack_Packages
+echo "the finished files stand in build/dist, and as one file in $(ls build/zip/*.zip)"

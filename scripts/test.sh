@@ -1,8 +1,60 @@
 #!/usr/bin/env bash
-# Runs all checks and tests, after installing and building what is missing: the style of the sources, the tests of the
-# Windows builds under Wine, and those of the native checking builds. Arguments go to ctest, such as -R NAME.
+# Runs all checks and tests, or with --quick the quick tests of the Windows build alone: see Usage.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
+
+Usage() {
+    cat <<'END'
+usage: scripts/test.sh [--quick] [CTEST-OPTION...]
+Runs all checks and tests, after installing and building what is missing: the style of the sources, the tests of the
+Windows builds under Wine, and those of the native checking builds.
+  --quick         only builds the Windows build and runs its tests, but for those labelled slow
+  CTEST-OPTION    goes to ctest, such as -R NAME
+END
+}
+
+# Refuse MESSAGE: ends the script for arguments that it does not take.
+Refuse() {
+    echo "$0: $1" >&2
+    Usage >&2
+    exit 2
+}
+
+# CheckOptions [CTEST-OPTION...]: ends the script for what ctest does not take, which it would only say after the builds.
+CheckOptions() {
+    local help word name='' wantsValue=no
+    # It may be among what is still to be installed.
+    command -v ctest >/dev/null || return 0
+    help="$(ctest --help)"
+    for word in "$@"; do
+        if [[ "$word" != -* ]]; then
+            # The value of the option before it.
+            [ -n "$name" ] || Refuse "'$word' is no option of ctest's"
+            name=''
+            wantsValue=no
+            continue
+        fi
+        [ "$wantsValue" = no ] || Refuse "$name wants a value"
+        name="${word%%=*}"
+        [[ "$name" =~ ^-j[0-9]+$ ]] && name=-j
+        grep -qE -- "(^|[ ,])$name([ ,=[]|\$)" <<<"$help" || Refuse "'$word' is no option of ctest's"
+        if [ "$name" = "$word" ] && grep -qE -- "(^|[ ,])$name <" <<<"$help"; then
+            wantsValue=yes
+        fi
+    done
+    [ "$wantsValue" = no ] || Refuse "$name wants a value"
+}
+
+quick=no
+if [ "${1:-}" = --quick ]; then
+    quick=yes
+    shift
+fi
+if [ "${1:-}" = --help ] || [ "${1:-}" = -h ]; then
+    Usage
+    exit
+fi
+CheckOptions "$@"
 
 # RunTests PRESET TITLE [CTEST-ARGUMENT...]: one line about a build's tests. Most of the longest only wait, so there may
 # be more of them at a time than processors.
@@ -25,6 +77,27 @@ RunTests() {
     echo "$title: $passed tests passed, ${failed:-some} processes failed, $((SECONDS - begin)) s"
     return "$status"
 }
+
+# RunQuick [CTEST-OPTION...]: the quick tests of the Windows build, and what was left out.
+RunQuick() {
+    local status=0 slow
+    EnsurePackages
+    BuildPreset release all
+    source scripts/wine-env.sh
+    Step wine-prefix EnsureWinePrefix
+    KeepWineServer
+    # Before the tests, because it empties the log of the last ones.
+    slow=$(ctest --preset release --show-only --label-regex '^slow$' |
+        sed -n 's/^ *Test *#[0-9]*: \(.*\)/\1/p' | sed -E 's/\.[0-9]+$//' | uniq | paste -sd ' ')
+    RunTests release "Windows build under Wine, quick tests" --label-exclude '^slow$' "$@" || status=1
+    echo "left out: the style, the builds msabi, asan and tsan, and of this one the tests labelled slow: $slow"
+    return "$status"
+}
+
+if [ "$quick" = yes ]; then
+    RunQuick "$@"
+    exit
+fi
 
 scripts/build.sh
 for preset in release msabi asan tsan; do

@@ -15,12 +15,12 @@ bool IsAllocated(const void* block) {
                        [block](HANDLE heap) { return ::HeapValidate(heap, 0, block) != 0; });
 }
 
-class AbiBuffer : public AbiModuleTest {
+class BufferTest : public AbiModuleTest {
 protected:
-    AbiBuffer() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
+    BufferTest() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
 };
 
-TEST_F(AbiBuffer, IsReleasedByTheBridgeThatFilledIt) {
+TEST_F(BufferTest, IsReleasedByTheBridgeThatFilledIt) {
     ASSERT_EQ(ny_sim_set_all_information(R"({"AgentMode": "1"})"), NY_OK);
     VsKitMsgbus::lpc_buffer buffer;
     module.Call<decltype(ModuleReadKey)>("ModuleReadKey", "AgentMode", &buffer);

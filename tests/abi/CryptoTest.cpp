@@ -2,12 +2,12 @@
 
 namespace {
 
-class AbiCrypto : public AbiModuleTest {
+class Crypto : public AbiModuleTest {
 protected:
-    AbiCrypto() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
+    Crypto() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
 };
 
-TEST_F(AbiCrypto, GivesBackWhatItEncrypted) {
+TEST_F(Crypto, GivesBackWhatItEncrypted) {
     module.Call<decltype(ModuleUseCrypto)>("ModuleUseCrypto");
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{
                                      "Encrypting answers 0", "it is hidden", "Decrypting answers 0", "it is a secret",

@@ -4,9 +4,9 @@
 
 namespace {
 
-class AbiDigest : public AbiTest {};
+class DigestTest : public AbiTest {};
 
-TEST_F(AbiDigest, IsReadNatively) {
+TEST_F(DigestTest, IsReadNatively) {
     if (!ThisPair().SharesLibrary()) {
         GTEST_SKIP() << "no std::string crosses between two C++ libraries";
     }

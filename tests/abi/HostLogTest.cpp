@@ -3,9 +3,9 @@
 
 namespace {
 
-class AbiHostLog : public AbiTest {};
+class HostLogTest : public AbiTest {};
 
-TEST_F(AbiHostLog, IsWrittenAndSeenByTheModule) {
+TEST_F(HostLogTest, IsWrittenAndSeenByTheModule) {
     module.Call<decltype(ModuleListenToHostLog)>("ModuleListenToHostLog", true);
     module.Call<decltype(ModuleWriteToHostLog)>("ModuleWriteToHostLog");
     module.Call<decltype(ModuleListenToHostLog)>("ModuleListenToHostLog", false);

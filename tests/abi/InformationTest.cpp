@@ -3,12 +3,12 @@
 
 namespace {
 
-class AbiInformation : public AbiModuleTest {
+class InformationTest : public AbiModuleTest {
 protected:
-    AbiInformation() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
+    InformationTest() : AbiModuleTest("Properties", VsMsgbusServiceProperty) {}
 };
 
-TEST_F(AbiInformation, ReadsInformation) {
+TEST_F(InformationTest, ReadsInformation) {
     ASSERT_EQ(ny_sim_set_all_information(R"({"Version": "5.7.0.1", "AgentMode": "1"})"), NY_OK);
     module.Call<decltype(ModuleReadInformation)>("ModuleReadInformation");
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{

@@ -10,7 +10,7 @@ const std::vector<std::string> answered = {"answer 0", "General:Version=1.0"};
 const std::vector<std::string> notAsked = {"answer " + std::to_string(NY_SIM_NOT_REGISTERED)};
 constexpr const char* registerProvider = "ny_property_register_provider_callback";
 
-class AbiLifeCycle : public AbiTest {
+class LifeCycle : public AbiTest {
 protected:
     void Enter() {
         ASSERT_TRUE(module.Offer("Properties", id));
@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(AbiLifeCycle, FollowsTheAgentFromInstallationToRemoval) {
+TEST_F(LifeCycle, FollowsTheAgentFromInstallationToRemoval) {
     environment.Installer().CreateAgentKey();
     Enter();
     EXPECT_EQ(Ask(id), notAsked);
@@ -44,7 +44,7 @@ TEST_F(AbiLifeCycle, FollowsTheAgentFromInstallationToRemoval) {
     Leave();
 }
 
-TEST_F(AbiLifeCycle, EntersAgainAfterEachExit) {
+TEST_F(LifeCycle, EntersAgainAfterEachExit) {
     environment.InstallAgent();
     for (int round = 0; round < 20; ++round) {
         Enter();
@@ -54,7 +54,7 @@ TEST_F(AbiLifeCycle, EntersAgainAfterEachExit) {
     }
 }
 
-TEST_F(AbiLifeCycle, ExitsInsideItsOwnCallback) {
+TEST_F(LifeCycle, ExitsInsideItsOwnCallback) {
     environment.InstallAgent();
     Enter();
     module.Call<decltype(ModuleExitWhenAsked)>("ModuleExitWhenAsked", id);
@@ -65,7 +65,7 @@ TEST_F(AbiLifeCycle, ExitsInsideItsOwnCallback) {
 }
 
 // From its first Entry on the bridge stays in the process; the module does not.
-TEST_F(AbiLifeCycle, LosesNothingWhenTheModuleIsLoadedAgainAndAgain) {
+TEST_F(LifeCycle, LosesNothingWhenTheModuleIsLoadedAgainAndAgain) {
     environment.InstallAgent();
     const auto live = [] {
         const AbiModule another;
@@ -112,7 +112,7 @@ TEST(AbiUnloading, WithoutHavingEnteredTakesTheBridgeOutOfTheProcess) {
     std::exit(isIn ? 42 : 1);
 }
 
-TEST_F(AbiLifeCycle, IsSurvivedByAProcessThatEndsWithoutLeaving) {
+TEST_F(LifeCycle, IsSurvivedByAProcessThatEndsWithoutLeaving) {
     environment.InstallAgent();
     EXPECT_EXIT(EndWithoutLeaving(), testing::ExitedWithCode(42), "");
 }

@@ -4,12 +4,12 @@
 
 namespace {
 
-class AbiPolicies : public AbiModuleTest {
+class PoliciesTest : public AbiModuleTest {
 protected:
-    AbiPolicies() : AbiModuleTest("Policies", VsMsgbusServicePolicy) {}
+    PoliciesTest() : AbiModuleTest("Policies", VsMsgbusServicePolicy) {}
 };
 
-TEST_F(AbiPolicies, ReadsItsPolicies) {
+TEST_F(PoliciesTest, ReadsItsPolicies) {
     // Too long to stand in a string itself.
     const std::string digest(100, 'd');
     ASSERT_EQ(ny_sim_policies_from_json((R"([
@@ -44,7 +44,7 @@ TEST_F(AbiPolicies, ReadsItsPolicies) {
                                  }));
 }
 
-TEST_F(AbiPolicies, AreToldAgainWhenTheModuleAsks) {
+TEST_F(PoliciesTest, AreToldAgainWhenTheModuleAsks) {
     module.Call<decltype(ModuleEnforceLocally)>("ModuleEnforceLocally", Wide(id).c_str());
     EXPECT_TRUE(module.log.WaitFor("VsKitEnforceLocalPolicy answers 1"));
     EXPECT_TRUE(module.log.WaitFor("EnforcePolicy ABI1000"));

@@ -4,15 +4,15 @@
 
 namespace {
 
-class AbiTasks : public AbiModuleTest {
+class Tasks : public AbiModuleTest {
 protected:
-    AbiTasks() : AbiModuleTest("Tasks", VsMsgbusServiceTask) {
+    Tasks() : AbiModuleTest("Tasks", VsMsgbusServiceTask) {
         SetTasks(R"([{"id": "task", "product": "ABI1000", "name": "The task", "settings": {
             "Scan": {"Folder": "C:\\", "Depth": "12", "Deep": "FALSE"}, "Report": {}}}])");
     }
 };
 
-TEST_F(AbiTasks, ReadsItsTaskWhenItExecutesIt) {
+TEST_F(Tasks, ReadsItsTaskWhenItExecutesIt) {
     EXPECT_EQ(AnswerOf("task"), NY_OK);
     EXPECT_EQ(module.log.Take(),
               (std::vector<std::string>{
@@ -23,7 +23,7 @@ TEST_F(AbiTasks, ReadsItsTaskWhenItExecutesIt) {
     EXPECT_EQ(TakeReports(), (std::vector<std::string>{"task 6", "task 4"}));
 }
 
-TEST_F(AbiTasks, IsCalledForEveryOtherOperation) {
+TEST_F(Tasks, IsCalledForEveryOtherOperation) {
     for (const auto operation : {NY_SIM_TASK_STOP, NY_SIM_TASK_REMOVE, NY_SIM_TASK_UPDATE_STATUS}) {
         EXPECT_EQ(AnswerOf("task", operation), NY_OK);
     }

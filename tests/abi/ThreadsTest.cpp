@@ -11,7 +11,7 @@ namespace {
 
 constexpr const char* services[] = {"Properties", "Policies", "Tasks", "Updates"};
 
-class AbiThreads : public AbiTest {
+class Threads : public AbiTest {
 protected:
     void SetUp() override {
         environment.InstallAgent();
@@ -38,7 +38,7 @@ protected:
     }
 };
 
-TEST_F(AbiThreads, AreAllAnsweredWhileProductsComeAndGo) {
+TEST_F(Threads, AreAllAnsweredWhileProductsComeAndGo) {
     constexpr size_t rounds = 50;
     std::vector<std::thread> threads;
     const auto repeat = [&](auto&& action) {

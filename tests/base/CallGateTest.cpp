@@ -42,7 +42,7 @@ private:
     std::thread thread;
 };
 
-TEST(Gate, LetsCallsInUntilItIsClosed) {
+TEST(CallGate, LetsCallsInUntilItIsClosed) {
     CallGate gate;
     EXPECT_FALSE(gate.IsClosed());
     const CallGate::Call before(gate);
@@ -56,7 +56,7 @@ TEST(Gate, LetsCallsInUntilItIsClosed) {
     EXPECT_FALSE(CallElsewhere(gate).IsInside());
 }
 
-TEST(Gate, KnowsWhetherTheCallingThreadIsInside) {
+TEST(CallGate, KnowsWhetherTheCallingThreadIsInside) {
     CallGate gate;
     const CallElsewhere other(gate);
     EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
@@ -67,14 +67,14 @@ TEST(Gate, KnowsWhetherTheCallingThreadIsInside) {
     EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
 }
 
-TEST(Gate, WithNobodyInsideIsNotWaitedFor) {
+TEST(CallGate, WithNobodyInsideIsNotWaitedFor) {
     CallGate gate;
     EXPECT_TRUE(gate.WaitForOthers(0ms));
     { const CallGate::Call call(gate); }
     EXPECT_TRUE(gate.WaitForOthers(0ms));
 }
 
-TEST(Gate, IsWaitedForUntilTheLastCallElsewhereHasEnded) {
+TEST(CallGate, IsWaitedForUntilTheLastCallElsewhereHasEnded) {
     CallGate gate;
     CallElsewhere first(gate);
     CallElsewhere second(gate);
@@ -94,7 +94,7 @@ TEST(Gate, IsWaitedForUntilTheLastCallElsewhereHasEnded) {
     EXPECT_TRUE(isEmpty);
 }
 
-TEST(Gate, IsWaitedForNoLongerThanTheLimit) {
+TEST(CallGate, IsWaitedForNoLongerThanTheLimit) {
     CallGate gate;
     CallElsewhere call(gate);
     const auto begin = std::chrono::steady_clock::now();
@@ -104,7 +104,7 @@ TEST(Gate, IsWaitedForNoLongerThanTheLimit) {
     EXPECT_TRUE(gate.WaitForOthers(0ms));
 }
 
-TEST(Gate, IsNotWaitedForFromInside) {
+TEST(CallGate, IsNotWaitedForFromInside) {
     CallGate gate;
     const CallGate::Call own(gate);
     EXPECT_TRUE(gate.WaitForOthers(soon));
@@ -114,7 +114,7 @@ TEST(Gate, IsNotWaitedForFromInside) {
     EXPECT_LT(std::chrono::steady_clock::now() - begin, soon);
 }
 
-TEST(Gate, IsNotWaitedForFromInsideOfTwoCallsOfOneThread) {
+TEST(CallGate, IsNotWaitedForFromInsideOfTwoCallsOfOneThread) {
     CallGate gate;
     const CallGate::Call outer(gate);
     {
@@ -128,7 +128,7 @@ TEST(Gate, IsNotWaitedForFromInsideOfTwoCallsOfOneThread) {
     EXPECT_TRUE(gate.WaitForOthers(soon));
 }
 
-TEST(Gate, KnowsItsCallsInWhateverOrderTheyEnd) {
+TEST(CallGate, KnowsItsCallsInWhateverOrderTheyEnd) {
     CallGate gate;
     std::optional<CallElsewhere> calls[3];
     for (auto& call : calls) {

@@ -43,7 +43,7 @@ private:
     std::thread thread;
 };
 
-TEST(GateTurn, ComesWhenTheThreadInsideHasLeft) {
+TEST(CallGateTurn, ComesWhenTheThreadInsideHasLeft) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate, CallGate::Admission::OneThreadAtATime);
     const WaitingCall waiting(gate);
@@ -53,7 +53,7 @@ TEST(GateTurn, ComesWhenTheThreadInsideHasLeft) {
     EXPECT_TRUE(waiting.IsInside());
 }
 
-TEST(GateTurn, IsNotWaitedForByTheThreadInside) {
+TEST(CallGateTurn, IsNotWaitedForByTheThreadInside) {
     CallGate gate;
     const CallGate::Call outer(gate, CallGate::Admission::OneThreadAtATime);
     const CallGate::Call inner(gate, CallGate::Admission::OneThreadAtATime);
@@ -61,7 +61,7 @@ TEST(GateTurn, IsNotWaitedForByTheThreadInside) {
     EXPECT_TRUE(inner);
 }
 
-TEST(GateTurn, IsNotWaitedForByCallsThatGoTogether) {
+TEST(CallGateTurn, IsNotWaitedForByCallsThatGoTogether) {
     CallGate gate;
     const WaitingCall first(gate);
     ASSERT_TRUE(first.IsAnswered());
@@ -69,7 +69,7 @@ TEST(GateTurn, IsNotWaitedForByCallsThatGoTogether) {
     EXPECT_TRUE(own);
 }
 
-TEST(GateTurn, DoesNotComeOnceTheGateIsClosed) {
+TEST(CallGateTurn, DoesNotComeOnceTheGateIsClosed) {
     CallGate gate;
     const CallGate::Call own(gate);
     const WaitingCall waiting(gate);
@@ -88,7 +88,7 @@ std::chrono::milliseconds Patience(DWORD threadInside) noexcept {
     return patience;
 }
 
-TEST(GateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
+TEST(CallGateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     CallGate gate;
     const CallGate::Call own(gate);
     patience = CallGate::withoutLimit;
@@ -100,7 +100,7 @@ TEST(GateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-TEST(GateTurn, IsGivenUpByAllWhoWaitAtOnce) {
+TEST(CallGateTurn, IsGivenUpByAllWhoWaitAtOnce) {
     CallGate gate;
     const CallGate::Call own(gate);
     patience = CallGate::withoutLimit;
@@ -117,7 +117,7 @@ TEST(GateTurn, IsGivenUpByAllWhoWaitAtOnce) {
 }
 
 // The first one asks whether there is a reason to give up.
-TEST(GateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
+TEST(CallGateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
     patience = CallGate::withoutLimit;
@@ -134,7 +134,7 @@ TEST(GateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
     EXPECT_FALSE(second.IsInside());
 }
 
-TEST(GateTurn, ComesToWhoIsPatientEnough) {
+TEST(CallGateTurn, ComesToWhoIsPatientEnough) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
     patience = callWaitLimit;
@@ -180,7 +180,7 @@ private:
     std::vector<std::thread> threads;
 };
 
-TEST(GateTurn, ComesInTheOrderOfArrival) {
+TEST(CallGateTurn, ComesInTheOrderOfArrival) {
     constexpr size_t size = 50;
     QueueAtTheGate queue(size);
     queue.Dissolve();
@@ -192,7 +192,7 @@ TEST(GateTurn, ComesInTheOrderOfArrival) {
 }
 
 // One that is woken for the turn of another falls asleep once more.
-TEST(GateTurn, WakesOneThread) {
+TEST(CallGateTurn, WakesOneThread) {
     constexpr size_t size = 50;
     QueueAtTheGate queue(size);
     queue.GiveFirstTurn();
@@ -204,7 +204,7 @@ TEST(GateTurn, WakesOneThread) {
 }
 
 // Neither is the other's turn, and neither could leave before it comes.
-TEST(GateTurn, OfAThreadThatIsInsideAlreadyComesBeforeThoseThatAreNot) {
+TEST(CallGateTurn, OfAThreadThatIsInsideAlreadyComesBeforeThoseThatAreNot) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
     CountedSleeps sleeps;

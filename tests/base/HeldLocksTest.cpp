@@ -25,13 +25,13 @@ void ExpectCounted() {
     EXPECT_EQ(HeldLocks(), 0U);
 }
 
-TEST(HeldLocksOfAThread, AreCountedWhateverTheirKind) {
+TEST(HeldLocks, AreCountedWhateverTheirKind) {
     ExpectCounted<Mutex>();
     ExpectCounted<CriticalSection>();
     ExpectCounted<OwnerLock>();
 }
 
-TEST(HeldLocksOfAThread, AreNotThoseThatItWaitsWithout) {
+TEST(HeldLocks, AreNotThoseThatItWaitsWithout) {
     Mutex mutex;
     Condition condition;
     const auto end = Condition::Clock::now() + std::chrono::milliseconds(1);
@@ -42,7 +42,7 @@ TEST(HeldLocksOfAThread, AreNotThoseThatItWaitsWithout) {
     EXPECT_EQ(HeldLocks(), 1U);
 }
 
-TEST(HeldLocksOfAThread, DoNotIncludeItsTurnAtAGate) {
+TEST(HeldLocks, DoNotIncludeItsTurnAtAGate) {
     CallGate gate;
     const CallGate::Call call(gate, CallGate::Admission::OneThreadAtATime);
     EXPECT_EQ(HeldLocks(), 0U);

@@ -12,21 +12,21 @@ struct CountsItsEnd {
     static inline int ended = 0;
 };
 
-class StaticObject : public testing::Test {
+class UntilUnloadedTest : public testing::Test {
 protected:
-    StaticObject() { CountsItsEnd::ended = 0; }
-    ~StaticObject() override { isProcessEnding = false; }
+    UntilUnloadedTest() { CountsItsEnd::ended = 0; }
+    ~UntilUnloadedTest() override { isProcessEnding = false; }
 
     std::optional<NoDestroyAtExit<CountsItsEnd>> object{std::in_place};
 };
 
-TEST_F(StaticObject, IsDestroyedWithItsLibrary) {
+TEST_F(UntilUnloadedTest, IsDestroyedWithItsLibrary) {
     EXPECT_EQ(&object->Get(), &**object);
     object.reset();
     EXPECT_EQ(CountsItsEnd::ended, 1);
 }
 
-TEST_F(StaticObject, IsLeftAsItIsWhenTheProcessEnds) {
+TEST_F(UntilUnloadedTest, IsLeftAsItIsWhenTheProcessEnds) {
     isProcessEnding = true;
     object.reset();
     EXPECT_EQ(CountsItsEnd::ended, 0);

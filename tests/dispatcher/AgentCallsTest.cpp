@@ -13,9 +13,9 @@ namespace {
 struct Called {};
 struct OtherKind {};
 
-class AdmittedCalls : public testing::Test {
+class AgentCallsTest : public testing::Test {
 protected:
-    ~AdmittedCalls() override { ForgetAgentCalls(this); }
+    ~AgentCallsTest() override { ForgetAgentCalls(this); }
 
     void Admit(std::string_view product) { AdmitAgentCalls(data, product, called, this); }
     bool IsServed(std::string_view product) const { return static_cast<bool>(AgentCall(data, product)); }
@@ -24,14 +24,14 @@ protected:
     const AgentCallData data = CallData<Called>(this);
 };
 
-TEST_F(AdmittedCalls, WithWhatWasNeverGivenComeToNobody) {
+TEST_F(AgentCallsTest, WithWhatWasNeverGivenComeToNobody) {
     EXPECT_FALSE(IsServed("PRODUCT1000"));
     EXPECT_FALSE(IsServed(""));
     EXPECT_FALSE(AgentCall(CallData<Called>(nullptr), "PRODUCT1000"));
     EXPECT_EQ(FindAgentCalls(data, "PRODUCT1000"), nullptr);
 }
 
-TEST_F(AdmittedCalls, ShareWhatTheyCallUntilTheyReturn) {
+TEST_F(AgentCallsTest, ShareWhatTheyCallUntilTheyReturn) {
     Admit("PRODUCT1000");
     EXPECT_EQ(called.use_count(), 2);
     {
@@ -45,7 +45,7 @@ TEST_F(AdmittedCalls, ShareWhatTheyCallUntilTheyReturn) {
     EXPECT_EQ(called.use_count(), 1);
 }
 
-TEST_F(AdmittedCalls, ForAProductThatWasNeverNamedAreThoseForAnyProduct) {
+TEST_F(AgentCallsTest, ForAProductThatWasNeverNamedAreThoseForAnyProduct) {
     Admit("");
     Admit("PRODUCT1000");
     EXPECT_TRUE(IsServed("product1000"));
@@ -61,12 +61,12 @@ TEST_F(AdmittedCalls, ForAProductThatWasNeverNamedAreThoseForAnyProduct) {
 }
 
 // An address is given again, for something else.
-TEST_F(AdmittedCalls, WithTheSameAddressAsAnotherTypeAreNotTakenForIt) {
+TEST_F(AgentCallsTest, WithTheSameAddressAsAnotherTypeAreNotTakenForIt) {
     Admit("PRODUCT1000");
     EXPECT_FALSE(AgentCall(CallData<OtherKind>(this), "PRODUCT1000"));
 }
 
-TEST_F(AdmittedCalls, OfAGroupAreForgottenTogether) {
+TEST_F(AgentCallsTest, OfAGroupAreForgottenTogether) {
     const int otherGroup = 0;
     const AgentCallData others = CallData<Called>(&otherGroup);
     AdmitAgentCalls(others, "PRODUCT1000", called, &otherGroup);
@@ -80,7 +80,7 @@ TEST_F(AdmittedCalls, OfAGroupAreForgottenTogether) {
     EXPECT_EQ(called.use_count(), 1);
 }
 
-TEST_F(AdmittedCalls, AreKnownOnTheirThreadAlone) {
+TEST_F(AgentCallsTest, AreKnownOnTheirThreadAlone) {
     EXPECT_FALSE(AgentCall::IsUnderWay());
     const AgentCall late(data, "PRODUCT1000");
     EXPECT_TRUE(AgentCall::IsUnderWay()) << "also one that found nothing";
@@ -92,7 +92,7 @@ TEST_F(AdmittedCalls, AreKnownOnTheirThreadAlone) {
     std::thread([] { EXPECT_FALSE(AgentCall::IsUnderWay()); }).join();
 }
 
-TEST_F(AdmittedCalls, ThatAreTheLastOnesOutKnowThatTheyStillAre) {
+TEST_F(AgentCallsTest, ThatAreTheLastOnesOutKnowThatTheyStillAre) {
     bool wasUnderWay = false;
     called.reset();
     AdmitAgentCalls(data, "", std::shared_ptr<void>(nullptr, [&](void*) { wasUnderWay = AgentCall::IsUnderWay(); }),
@@ -105,7 +105,7 @@ TEST_F(AdmittedCalls, ThatAreTheLastOnesOutKnowThatTheyStillAre) {
     EXPECT_TRUE(wasUnderWay);
 }
 
-class OutsideAgentCalls : public AdmittedCalls {
+class OutsideAgentCalls : public AgentCallsTest {
 protected:
     static void Work(void* test) {
         auto& self = *static_cast<OutsideAgentCalls*>(test);

@@ -20,7 +20,7 @@ using testing::IsEmpty;
 
 constexpr EntryPoint<&::ny_updater_update_request_set_initiator_type, updaterNames, updaterGroup> setInitiatorType{};
 
-class EntryPoints : public DispatcherTest {
+class EntryPointTest : public DispatcherTest {
 protected:
     // How many loads were begun since the last time.
     ptrdiff_t TakeLoads() {
@@ -43,7 +43,7 @@ protected:
     }
 };
 
-TEST_F(EntryPoints, HandTheArgumentsOnAndTheAnswerBack) {
+TEST_F(EntryPointTest, HandTheArgumentsOnAndTheAnswerBack) {
     environment.InstallAgent();
     EXPECT_EQ(SizeOfNewBuffer(4711), 4711U);
     EXPECT_THAT(AgentCalls(), ElementsAre("ny_buffer_create", "ny_buffer_get_raw", "ny_buffer_release"));
@@ -52,7 +52,7 @@ TEST_F(EntryPoints, HandTheArgumentsOnAndTheAnswerBack) {
     EXPECT_EQ(agent::ny_buffer_create(&buffer, 1), -12345);
 }
 
-TEST_F(EntryPoints, LoadTheirGroupOnceAndThenCallWithoutTheDispatcher) {
+TEST_F(EntryPointTest, LoadTheirGroupOnceAndThenCallWithoutTheDispatcher) {
     environment.InstallAgent();
     EXPECT_EQ(SizeOfNewBuffer(1), 1U);
     EXPECT_EQ(TakeLoads(), 1);
@@ -60,7 +60,7 @@ TEST_F(EntryPoints, LoadTheirGroupOnceAndThenCallWithoutTheDispatcher) {
     EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
-TEST_F(EntryPoints, AnswerFunctionMissingWithoutADispatcher) {
+TEST_F(EntryPointTest, AnswerFunctionMissingWithoutADispatcher) {
     ReleaseDispatcher();
     environment.InstallAgent();
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
@@ -68,14 +68,14 @@ TEST_F(EntryPoints, AnswerFunctionMissingWithoutADispatcher) {
     EXPECT_EQ(agent::ny_variant_deinit(), NY_FUNCTION_MISSING);
 }
 
-TEST_F(EntryPoints, WithoutAnAgentAnswerFunctionMissingAndEveryCallTriesAgain) {
+TEST_F(EntryPointTest, WithoutAnAgentAnswerFunctionMissingAndEveryCallTriesAgain) {
     for (int call = 0; call < 3; ++call) {
         EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
         EXPECT_EQ(TakeLoads(), 1);
     }
 }
 
-TEST_F(EntryPoints, AddNoLineOfTheirOwnWhenTheFunctionCannotBeReached) {
+TEST_F(EntryPointTest, AddNoLineOfTheirOwnWhenTheFunctionCannotBeReached) {
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     EXPECT_EQ(log.Lines(),
               (Lines{LoadStarts("ny_variant:RDXAGENT3000:ny_variant.dll"), Opens("ny_variant.dll"),
@@ -83,7 +83,7 @@ TEST_F(EntryPoints, AddNoLineOfTheirOwnWhenTheFunctionCannotBeReached) {
                      LoadReturns(ERROR_MOD_NOT_FOUND)}));
 }
 
-TEST_F(EntryPoints, WorkOnceTheAgentsLibrariesStandInItsFolder) {
+TEST_F(EntryPointTest, WorkOnceTheAgentsLibrariesStandInItsFolder) {
     environment.InstallAgent("5.7.0", "text");
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     const auto builds = simulator::AgentInstaller::BuildsBesideProgram();
@@ -92,20 +92,20 @@ TEST_F(EntryPoints, WorkOnceTheAgentsLibrariesStandInItsFolder) {
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }
 
-TEST_F(EntryPoints, WorkOnceAnAbsentAgentIsInstalled) {
+TEST_F(EntryPointTest, WorkOnceAnAbsentAgentIsInstalled) {
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     environment.InstallAgent();
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }
 
-TEST_F(EntryPoints, WorkOnceAnAgentThatWasLookedForInTheWrongFolderIsInstalled) {
+TEST_F(EntryPointTest, WorkOnceAnAgentThatWasLookedForInTheWrongFolderIsInstalled) {
     environment.Installer().WriteRuntimePath("C:\\there-is-no-such-folder");
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     environment.InstallAgent();
     EXPECT_EQ(SizeOfNewBuffer(3), 3U);
 }
 
-TEST_F(EntryPoints, OfAFunctionThatTheAgentLacksAnswerMissingWhileTheirNeighboursWork) {
+TEST_F(EntryPointTest, OfAFunctionThatTheAgentLacksAnswerMissingWhileTheirNeighboursWork) {
     environment.InstallAgent("5.7.0", "lacking");
     EXPECT_EQ(agent::ny_property_bag_add_property(nullptr, "", "", nullptr), NY_FUNCTION_MISSING);
     EXPECT_EQ(agent::ny_property_unregister_provider_callback(nullptr, ""), NY_INVALID_ARGUMENT);
@@ -113,7 +113,7 @@ TEST_F(EntryPoints, OfAFunctionThatTheAgentLacksAnswerMissingWhileTheirNeighbour
     EXPECT_THAT(AgentCalls(), ElementsAre("ny_property_unregister_provider_callback", "ny_msgbus_get_version"));
 }
 
-TEST_F(EntryPoints, AfterAnUpgradeGoToTheAgentOfTheNewDispatcher) {
+TEST_F(EntryPointTest, AfterAnUpgradeGoToTheAgentOfTheNewDispatcher) {
     environment.InstallAgent("5.6.0", "older");
     EXPECT_EQ(SizeOfNewBuffer(1), 1U);
     const HMODULE older = ModuleOf("ny_variant.dll");
@@ -128,7 +128,7 @@ TEST_F(EntryPoints, AfterAnUpgradeGoToTheAgentOfTheNewDispatcher) {
     EXPECT_NE(ModuleOf("ny_variant.dll"), nullptr);
 }
 
-TEST_F(EntryPoints, OfEachSourceHaveAGroupOfTheirOwn) {
+TEST_F(EntryPointTest, OfEachSourceHaveAGroupOfTheirOwn) {
     environment.InstallAgent();
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(TakeLoads(), 1);
@@ -143,7 +143,7 @@ TEST_F(EntryPoints, OfEachSourceHaveAGroupOfTheirOwn) {
     EXPECT_EQ(ModuleOf("ny_variant.dll"), nullptr);
 }
 
-TEST_F(EntryPoints, NamedInitLoadTheGroupOnEveryCall) {
+TEST_F(EntryPointTest, NamedInitLoadTheGroupOnEveryCall) {
     environment.InstallAgent();
     for (int call = 0; call < 3; ++call) {
         EXPECT_EQ(agent::ny_variant_init(), NY_OK);
@@ -152,12 +152,12 @@ TEST_F(EntryPoints, NamedInitLoadTheGroupOnEveryCall) {
     EXPECT_THAT(AgentCalls(), ElementsAre("ny_variant_init", "ny_variant_init", "ny_variant_init"));
 }
 
-TEST_F(EntryPoints, NamedInitTryTwiceWithoutAnAgent) {
+TEST_F(EntryPointTest, NamedInitTryTwiceWithoutAnAgent) {
     EXPECT_EQ(agent::ny_variant_init(), NY_FUNCTION_MISSING);
     EXPECT_EQ(TakeLoads(), 2);
 }
 
-TEST_F(EntryPoints, NamedLikeInitLoadTheGroupOnEveryCallToo) {
+TEST_F(EntryPointTest, NamedLikeInitLoadTheGroupOnEveryCallToo) {
     environment.InstallAgent();
     for (int call = 0; call < 2; ++call) {
         EXPECT_EQ(setInitiatorType(nullptr, 1), NY_SIM_NOT_SIMULATED);
@@ -165,7 +165,7 @@ TEST_F(EntryPoints, NamedLikeInitLoadTheGroupOnEveryCallToo) {
     }
 }
 
-TEST_F(EntryPoints, NamedDeinitCloseTheLibraryAndTheNextCallOpensItAgain) {
+TEST_F(EntryPointTest, NamedDeinitCloseTheLibraryAndTheNextCallOpensItAgain) {
     environment.InstallAgent();
     EXPECT_EQ(agent::ny_variant_init(), NY_OK);
     EXPECT_EQ(SizeOfNewBuffer(1), 1U);
@@ -183,7 +183,7 @@ TEST_F(EntryPoints, NamedDeinitCloseTheLibraryAndTheNextCallOpensItAgain) {
     EXPECT_NE(variantGroup.table.load(), nullptr);
 }
 
-TEST_F(EntryPoints, NamedDeinitCloseTheLibraryAlsoWhenTheAgentLacksTheFunction) {
+TEST_F(EntryPointTest, NamedDeinitCloseTheLibraryAlsoWhenTheAgentLacksTheFunction) {
     environment.InstallAgent("5.7.0", "empty");
     EXPECT_EQ(agent::ny_buffer_release(nullptr), NY_FUNCTION_MISSING);
     ASSERT_NE(bufferGroup.table.load(), nullptr);
@@ -194,7 +194,7 @@ TEST_F(EntryPoints, NamedDeinitCloseTheLibraryAlsoWhenTheAgentLacksTheFunction) 
     EXPECT_EQ(variantGroup.table.load(), nullptr);
 }
 
-TEST_F(EntryPoints, FillTheVersionOfAGroupThatHasOne) {
+TEST_F(EntryPointTest, FillTheVersionOfAGroupThatHasOne) {
     environment.InstallAgent("5.6.0", "older");
     EXPECT_EQ(agent::ny_msgbus_disable_watcher(nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(msgbusGroup.version, 0x00050600U);

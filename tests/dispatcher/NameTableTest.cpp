@@ -43,9 +43,9 @@ const GroupCase groupCases[] = {
     {"Logger", &loggerGroup, &expectedLoggerGroup, 12},
 };
 
-class NameTables : public DispatcherTest, public testing::WithParamInterface<GroupCase> {};
+class NameTableTest : public DispatcherTest, public testing::WithParamInterface<GroupCase> {};
 
-TEST_P(NameTables, ListTheGroupsFunctionsInSlotOrder) {
+TEST_P(NameTableTest, ListTheGroupsFunctionsInSlotOrder) {
     const Group& group = *GetParam().group;
     EXPECT_EQ(group.name, GetParam().expected->name);
     EXPECT_EQ(group.library, GetParam().expected->library);
@@ -53,7 +53,7 @@ TEST_P(NameTables, ListTheGroupsFunctionsInSlotOrder) {
     EXPECT_EQ(Lines(group.names, group.names + group.count), GetParam().expected->functions);
 }
 
-TEST_P(NameTables, AreResolvedWhollyFromTheFullAgent) {
+TEST_P(NameTableTest, AreResolvedWhollyFromTheFullAgent) {
     environment.InstallAgent();
     Group& group = *GetParam().group;
     LoadGroup(group);
@@ -67,7 +67,7 @@ TEST_P(NameTables, AreResolvedWhollyFromTheFullAgent) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Groups, NameTables, testing::ValuesIn(groupCases),
+INSTANTIATE_TEST_SUITE_P(Groups, NameTableTest, testing::ValuesIn(groupCases),
                          [](const testing::TestParamInfo<GroupCase>& tested) { return tested.param.test; });
 
 }  // namespace

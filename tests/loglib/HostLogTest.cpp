@@ -26,12 +26,12 @@ LogUtils::LogEvent MakeEvent(int32_t severity = 8) {
     return {"room/Source.cpp", sourceLine, severity, "Own", getLogManager(), 2, false};
 }
 
-TEST(HostsLog, HasOneManager) {
+TEST(HostLog, HasOneManager) {
     EXPECT_NE(getLogManager(), nullptr);
     EXPECT_EQ(getLogManager(), getLogManager());
 }
 
-TEST(HostsLog, WritesOneLineForEachEvent) {
+TEST(HostLog, WritesOneLineForEachEvent) {
     const ChosenLogFile file;
     MakeEvent()(L"NySpb", L"Successfully set OASPolicyName ");
     MakeEvent(3)(L"NySpb", "Error %d getting %s", 705, "digest");
@@ -45,7 +45,7 @@ TEST(HostsLog, WritesOneLineForEachEvent) {
     EXPECT_TRUE(std::regex_match(lines[1], second)) << lines[1];
 }
 
-TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
+TEST(HostLog, TellsItsListenerAndNobodyAfterwards) {
     {
         const HostLog host;
         MakeEvent()(L"NySpb", L"text");
@@ -59,7 +59,7 @@ TEST(HostsLog, TellsItsListenerAndNobodyAfterwards) {
     EXPECT_THAT(later.log.Lines(), IsEmpty());
 }
 
-TEST(HostsLog, WritesWhereTheEnvironmentSays) {
+TEST(HostLog, WritesWhereTheEnvironmentSays) {
     const TokenOfProcess ordinary("LogLib.dll");
     const LogFile file;
     const LogFileVariable variable(file.path.wstring().c_str());
@@ -68,7 +68,7 @@ TEST(HostsLog, WritesWhereTheEnvironmentSays) {
 }
 
 // Whoever started it may have fewer rights than it has.
-TEST(HostsLog, DoesNotWriteWhereTheEnvironmentOfAnElevatedProcessSays) {
+TEST(HostLog, DoesNotWriteWhereTheEnvironmentOfAnElevatedProcessSays) {
     TokenOfProcess elevated("LogLib.dll");
     elevated.isElevated = true;
     const LogFile file;

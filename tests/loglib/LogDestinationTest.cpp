@@ -17,7 +17,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class TheLogDestination : public testing::Test {
+class LogDestinationTest : public testing::Test {
 protected:
     std::wstring Path() const { return file.path.wstring(); }
 
@@ -26,12 +26,12 @@ protected:
     LogDestination destination;
 };
 
-TEST_F(TheLogDestination, IsTheDebuggerAtFirst) {
+TEST_F(LogDestinationTest, IsTheDebuggerAtFirst) {
     destination.Write(L"line\r\n");
     EXPECT_THAT(debugger.log.Lines(), ElementsAre("line\r\n"));
 }
 
-TEST_F(TheLogDestination, IsTheEndOfTheChosenFile) {
+TEST_F(LogDestinationTest, IsTheEndOfTheChosenFile) {
     EXPECT_TRUE(destination.Choose(Path().c_str()));
     EXPECT_FALSE(file.Exists());
     destination.Write(L"one \u20AC\r\n");
@@ -44,7 +44,7 @@ TEST_F(TheLogDestination, IsTheEndOfTheChosenFile) {
     EXPECT_THAT(debugger.log.Lines(), IsEmpty());
 }
 
-TEST_F(TheLogDestination, MayHaveANameInAnyScript) {
+TEST_F(LogDestinationTest, MayHaveANameInAnyScript) {
     const auto path = file.folder / std::filesystem::path(u8"\u00FC \u7B56.log");
     const std::u8string utf8 = path.u8string();
     destination.Choose(Wide({reinterpret_cast<const char*>(utf8.data()), utf8.size()}).c_str());
@@ -52,7 +52,7 @@ TEST_F(TheLogDestination, MayHaveANameInAnyScript) {
     EXPECT_EQ(std::filesystem::file_size(path), 6U);
 }
 
-TEST_F(TheLogDestination, IsWhatTheEnvironmentSaysUnlessOneIsChosen) {
+TEST_F(LogDestinationTest, IsWhatTheEnvironmentSaysUnlessOneIsChosen) {
     const TokenOfProcess ordinary;
     const LogFileVariable variable(Path().c_str());
     destination.Write(L"environment\r\n");
@@ -67,7 +67,7 @@ TEST_F(TheLogDestination, IsWhatTheEnvironmentSaysUnlessOneIsChosen) {
     EXPECT_THAT(file.Lines(), ElementsAre("environment", "environment again"));
 }
 
-TEST_F(TheLogDestination, IsNotWhatTheEnvironmentSaysInAProcessWithHigherRights) {
+TEST_F(LogDestinationTest, IsNotWhatTheEnvironmentSaysInAProcessWithHigherRights) {
     TokenOfProcess service;
     service.session = 0;
     const LogFileVariable variable(Path().c_str());
@@ -79,14 +79,14 @@ TEST_F(TheLogDestination, IsNotWhatTheEnvironmentSaysInAProcessWithHigherRights)
     EXPECT_THAT(file.Lines(), ElementsAre("chosen"));
 }
 
-TEST_F(TheLogDestination, IsTheDebuggerWhenTheVariableIsEmpty) {
+TEST_F(LogDestinationTest, IsTheDebuggerWhenTheVariableIsEmpty) {
     const TokenOfProcess ordinary;
     const LogFileVariable variable(L"");
     destination.Write(L"line\r\n");
     EXPECT_THAT(debugger.log.Lines(), ElementsAre("line\r\n"));
 }
 
-TEST_F(TheLogDestination, IsMadeAnewWhenItWasMovedAway) {
+TEST_F(LogDestinationTest, IsMadeAnewWhenItWasMovedAway) {
     destination.Choose(Path().c_str());
     destination.Write(L"one\r\n");
     file.Delete();
@@ -94,7 +94,7 @@ TEST_F(TheLogDestination, IsMadeAnewWhenItWasMovedAway) {
     EXPECT_THAT(file.Lines(), ElementsAre("two"));
 }
 
-TEST_F(TheLogDestination, HoldsNothingOpen) {
+TEST_F(LogDestinationTest, HoldsNothingOpen) {
     const auto openHandles = [] {
         DWORD count = 0;
         EXPECT_TRUE(::GetProcessHandleCount(::GetCurrentProcess(), &count));
@@ -109,7 +109,7 @@ TEST_F(TheLogDestination, HoldsNothingOpen) {
     EXPECT_EQ(openHandles(), before);
 }
 
-TEST_F(TheLogDestination, TakesWholeLinesFromManyThreads) {
+TEST_F(LogDestinationTest, TakesWholeLinesFromManyThreads) {
     constexpr int threadCount = 4;
     constexpr int lineCount = 50;
     destination.Choose(Path().c_str());

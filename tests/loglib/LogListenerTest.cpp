@@ -22,7 +22,7 @@ private:
     void OnLogEvent(const LogUtils::LogRecord& event) override { onEvent(event); }
 };
 
-class TheLogListener : public testing::Test {
+class LogListenerTest : public testing::Test {
 protected:
     void TearDown() override { getLogManager()->SetListener(nullptr); }
 
@@ -34,7 +34,7 @@ protected:
     ActingListener listener;
 };
 
-TEST_F(TheLogListener, IsReplacedByTheNext) {
+TEST_F(LogListenerTest, IsReplacedByTheNext) {
     ActingListener other;
     listener.onEvent = [&](const auto& event) { log.Add("first " + Narrow(event.text)); };
     other.onEvent = [&](const auto& event) { log.Add("second " + Narrow(event.text)); };
@@ -47,7 +47,7 @@ TEST_F(TheLogListener, IsReplacedByTheNext) {
     EXPECT_THAT(log.Lines(), ElementsAre("first a", "second b"));
 }
 
-TEST_F(TheLogListener, MayLogItself) {
+TEST_F(LogListenerTest, MayLogItself) {
     listener.onEvent = [&](const auto& event) {
         log.Add(Narrow(event.text));
         if (Narrow(event.text) == "outer") {
@@ -59,7 +59,7 @@ TEST_F(TheLogListener, MayLogItself) {
     EXPECT_THAT(log.Lines(), ElementsAre("outer", "inner"));
 }
 
-TEST_F(TheLogListener, MayTakeItselfAway) {
+TEST_F(LogListenerTest, MayTakeItselfAway) {
     listener.onEvent = [&](const auto& event) {
         log.Add(Narrow(event.text));
         EXPECT_EQ(getLogManager()->SetListener(nullptr), &listener);
@@ -70,7 +70,7 @@ TEST_F(TheLogListener, MayTakeItselfAway) {
     EXPECT_THAT(log.Lines(), ElementsAre("one"));
 }
 
-TEST_F(TheLogListener, IsWaitedForWhenItIsTakenAway) {
+TEST_F(LogListenerTest, IsWaitedForWhenItIsTakenAway) {
     Event inside;
     Event mayLeave;
     listener.onEvent = [&](const auto& /*event*/) {
@@ -93,7 +93,7 @@ TEST_F(TheLogListener, IsWaitedForWhenItIsTakenAway) {
     EXPECT_THAT(log.Lines(), ElementsAre("out", "taken away"));
 }
 
-TEST_F(TheLogListener, SeesTheEventsOfManyThreadsOneAtATime) {
+TEST_F(LogListenerTest, SeesTheEventsOfManyThreadsOneAtATime) {
     constexpr int threadCount = 4;
     int seen = 0;  // not atomic: the log keeps threads apart
     listener.onEvent = [&](const auto& /*event*/) { ++seen; };

@@ -9,12 +9,12 @@
 
 namespace {
 
-class RightsOfProcess : public testing::Test {
+class ProcessRights : public testing::Test {
 protected:
     TokenOfProcess token;
 };
 
-TEST_F(RightsOfProcess, AreOrdinaryUpToMediumIntegrity) {
+TEST_F(ProcessRights, AreOrdinaryUpToMediumIntegrity) {
     for (const DWORD integrity : {DWORD{0}, DWORD{SECURITY_MANDATORY_LOW_RID}, DWORD{SECURITY_MANDATORY_MEDIUM_RID}}) {
         token.integrity = integrity;
         EXPECT_FALSE(HasHigherRights()) << integrity;
@@ -23,12 +23,12 @@ TEST_F(RightsOfProcess, AreOrdinaryUpToMediumIntegrity) {
     EXPECT_FALSE(HasHigherRights());
 }
 
-TEST_F(RightsOfProcess, AreHigherWhereItIsElevated) {
+TEST_F(ProcessRights, AreHigherWhereItIsElevated) {
     token.isElevated = true;
     EXPECT_TRUE(HasHigherRights());
 }
 
-TEST_F(RightsOfProcess, AreHigherAboveMediumIntegrity) {
+TEST_F(ProcessRights, AreHigherAboveMediumIntegrity) {
     for (const DWORD integrity : {DWORD{SECURITY_MANDATORY_MEDIUM_RID} + 1, DWORD{SECURITY_MANDATORY_HIGH_RID},
                                   DWORD{SECURITY_MANDATORY_SYSTEM_RID}}) {
         token.integrity = integrity;
@@ -36,12 +36,12 @@ TEST_F(RightsOfProcess, AreHigherAboveMediumIntegrity) {
     }
 }
 
-TEST_F(RightsOfProcess, AreHigherInTheSessionOfTheServices) {
+TEST_F(ProcessRights, AreHigherInTheSessionOfTheServices) {
     token.session = 0;
     EXPECT_TRUE(HasHigherRights());
 }
 
-TEST_F(RightsOfProcess, CountAsHigherWhereTheTokenTellsNothing) {
+TEST_F(ProcessRights, CountAsHigherWhereTheTokenTellsNothing) {
     for (const TOKEN_INFORMATION_CLASS kind : {TokenElevation, TokenSessionId, TokenIntegrityLevel}) {
         token.refused = kind;
         EXPECT_TRUE(HasHigherRights()) << kind;
@@ -53,7 +53,7 @@ WINBOOL WINAPI RefuseToken(HANDLE /*process*/, DWORD /*access*/, HANDLE* /*token
     return FALSE;
 }
 
-TEST_F(RightsOfProcess, CountAsHigherWithoutAToken) {
+TEST_F(ProcessRights, CountAsHigherWithoutAToken) {
     const SystemFunction<decltype(::OpenProcessToken)> refused(&::OpenProcessToken, &RefuseToken);
     EXPECT_TRUE(HasHigherRights());
 }

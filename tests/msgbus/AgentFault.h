@@ -48,10 +48,8 @@ inline std::string NameOfFault(const testing::TestParamInfo<FaultParameter>& inf
 }
 
 // A test of one fault with an agent that is there.
-class FaultTest : public BridgeTest, public testing::WithParamInterface<FaultParameter> {
+class FaultTest : public InstalledAgentTest, public testing::WithParamInterface<FaultParameter> {
 protected:
-    void SetUp() override { environment.InstallAgent(); }
-
     const FaultRow& Row() const { return std::get<FaultRow>(GetParam()); }
     int32_t Code() const { return std::get<int32_t>(GetParam()); }
 

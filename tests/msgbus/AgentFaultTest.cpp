@@ -158,10 +158,8 @@ TEST_P(FaultAtExit, OfOneProductLeavesTheOther) {
 INSTANTIATE_TEST_SUITE_P(Every, FaultAtExit, testing::Combine(testing::ValuesIn(ExitFaults()), FaultCodes()),
                          NameOfFault);
 
-class AgentFault : public BridgeTest {
+class AgentFault : public InstalledAgentTest {
 protected:
-    void SetUp() override { environment.InstallAgent(); }
-
     Registration registration{"PRODUCT1000", collector};
 };
 

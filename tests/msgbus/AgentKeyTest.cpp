@@ -8,7 +8,7 @@
 
 namespace {
 
-class TheAgentKey : public AgentTest {
+class AgentKeyTest : public AgentTest {
 protected:
     bool IsSignalled() const { return ::WaitForSingleObject(event, 0) == WAIT_OBJECT_0; }
     bool WaitForSignal() const {
@@ -25,7 +25,7 @@ protected:
     AgentVersion version = {};
 };
 
-TEST_F(TheAgentKey, IsNotOpenWhenItIsNotThere) {
+TEST_F(AgentKeyTest, IsNotOpenWhenItIsNotThere) {
     EXPECT_EQ(key.Open(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(key.IsOpen());
     std::strcpy(version, "before");
@@ -33,7 +33,7 @@ TEST_F(TheAgentKey, IsNotOpenWhenItIsNotThere) {
     EXPECT_THAT(version, testing::Each('\0'));
 }
 
-TEST_F(TheAgentKey, IsOpenUntilItIsClosed) {
+TEST_F(AgentKeyTest, IsOpenUntilItIsClosed) {
     environment.Installer().WriteVersion("5.7.0");
     EXPECT_EQ(key.Open(), ERROR_SUCCESS);
     EXPECT_TRUE(key.IsOpen());
@@ -44,7 +44,7 @@ TEST_F(TheAgentKey, IsOpenUntilItIsClosed) {
     key.Close();
 }
 
-TEST_F(TheAgentKey, IsNotOpenAnyMoreWhenItCannotBeOpenedAgain) {
+TEST_F(AgentKeyTest, IsNotOpenAnyMoreWhenItCannotBeOpenedAgain) {
     environment.Installer().WriteVersion("5.7.0");
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     environment.Installer().DeleteAgentKey();
@@ -52,7 +52,7 @@ TEST_F(TheAgentKey, IsNotOpenAnyMoreWhenItCannotBeOpenedAgain) {
     EXPECT_FALSE(key.IsOpen());
 }
 
-TEST_F(TheAgentKey, SignalsTheNextChangeOnce) {
+TEST_F(AgentKeyTest, SignalsTheNextChangeOnce) {
     environment.Installer().CreateAgentKey();
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     ASSERT_EQ(key.Watch(event), ERROR_SUCCESS);
@@ -67,7 +67,7 @@ TEST_F(TheAgentKey, SignalsTheNextChangeOnce) {
     EXPECT_TRUE(WaitForSignal()) << "the change was below the key";
 }
 
-TEST_F(TheAgentKey, CannotBeWatchedOnceItIsDeleted) {
+TEST_F(AgentKeyTest, CannotBeWatchedOnceItIsDeleted) {
     environment.Installer().CreateAgentKey();
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     environment.Installer().DeleteAgentKey();

@@ -9,10 +9,8 @@ using testing::IsEmpty;
 
 namespace {
 
-class AgentLog : public BridgeTest {
+class AgentLog : public InstalledAgentTest {
 protected:
-    void SetUp() override { environment.InstallAgent(); }
-
     static void Emit(uint32_t severity, const char* module = "core", const char* message = "text") {
         EXPECT_EQ(ny_sim_emit_log(severity, module, message), NY_OK);
     }

@@ -16,7 +16,7 @@ namespace {
 using corvane::ny::utils::exception;
 using testing::ElementsAre;
 
-class Registrations : public testing::Test, protected AgentRegistrations::Agent {
+class AgentRegistrationsTest : public testing::Test, protected AgentRegistrations::Agent {
 protected:
     // Each answers the code that was raised as the agent exception; NY_OK when none was.
     int32_t Add(const std::string& product) {
@@ -55,14 +55,14 @@ private:
     }
 };
 
-TEST_F(Registrations, AreMadeOncePerProduct) {
+TEST_F(AgentRegistrationsTest, AreMadeOncePerProduct) {
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_EQ(Add("A"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "add A"));
 }
 
-TEST_F(Registrations, ThatTheAgentRefusesAreNotKept) {
+TEST_F(AgentRegistrationsTest, ThatTheAgentRefusesAreNotKept) {
     refusals = {{"add a", 77}};
     EXPECT_EQ(Add("a"), 77);
     EXPECT_EQ(Remove("a"), NY_OK);
@@ -71,7 +71,7 @@ TEST_F(Registrations, ThatTheAgentRefusesAreNotKept) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "add a"));
 }
 
-TEST_F(Registrations, EndOncePerProduct) {
+TEST_F(AgentRegistrationsTest, EndOncePerProduct) {
     Add("a");
     Add("b");
     calls.Take();
@@ -82,7 +82,7 @@ TEST_F(Registrations, EndOncePerProduct) {
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "add a"));
 }
 
-TEST_F(Registrations, ThatTheAgentDoesNotLetGoOfStay) {
+TEST_F(AgentRegistrationsTest, ThatTheAgentDoesNotLetGoOfStay) {
     Add("a");
     refusals = {{"remove a", 77}};
     EXPECT_EQ(Remove("a"), 77);
@@ -92,7 +92,7 @@ TEST_F(Registrations, ThatTheAgentDoesNotLetGoOfStay) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a", "remove a"));
 }
 
-TEST_F(Registrations, AllEndWhenTheyAreClosedAndNoneIsMadeAfterwards) {
+TEST_F(AgentRegistrationsTest, AllEndWhenTheyAreClosedAndNoneIsMadeAfterwards) {
     Add("a");
     Add("b");
     calls.Take();
@@ -102,7 +102,7 @@ TEST_F(Registrations, AllEndWhenTheyAreClosedAndNoneIsMadeAfterwards) {
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "remove b"));
 }
 
-TEST_F(Registrations, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsTold) {
+TEST_F(AgentRegistrationsTest, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsTold) {
     Add("a");
     Add("b");
     Add("c");
@@ -116,7 +116,7 @@ TEST_F(Registrations, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsTold) {
 }
 
 // A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
-TEST_F(Registrations, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
+TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
     whileInside["add a"] = [this] {
         std::thread([this] { EXPECT_EQ(Add("a"), NY_OK); }).join();
         EXPECT_EQ(Add("a"), NY_OK);
@@ -125,7 +125,7 @@ TEST_F(Registrations, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
 }
 
-TEST_F(Registrations, OfAProductThatLeavesWhileItIsRegisteredEndAtOnce) {
+TEST_F(AgentRegistrationsTest, OfAProductThatLeavesWhileItIsRegisteredEndAtOnce) {
     whileInside["add a"] = [this] { std::thread([this] { EXPECT_EQ(Remove("a"), NY_OK); }).join(); };
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Take(), ElementsAre("add a", "remove a"));
@@ -134,7 +134,7 @@ TEST_F(Registrations, OfAProductThatLeavesWhileItIsRegisteredEndAtOnce) {
     EXPECT_TRUE(calls.Take().empty());
 }
 
-TEST_F(Registrations, OfAProductThatLeavesAndComesBackMeanwhileStay) {
+TEST_F(AgentRegistrationsTest, OfAProductThatLeavesAndComesBackMeanwhileStay) {
     whileInside["add a"] = [this] {
         EXPECT_EQ(Remove("a"), NY_OK);
         EXPECT_EQ(Add("a"), NY_OK);
@@ -143,7 +143,7 @@ TEST_F(Registrations, OfAProductThatLeavesAndComesBackMeanwhileStay) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
 }
 
-TEST_F(Registrations, OfAProductThatComesBackWhileItIsUnregisteredAreMadeAnew) {
+TEST_F(AgentRegistrationsTest, OfAProductThatComesBackWhileItIsUnregisteredAreMadeAnew) {
     Add("a");
     whileInside["remove a"] = [this] { EXPECT_EQ(Add("a"), NY_OK); };
     EXPECT_EQ(Remove("a"), NY_OK);
@@ -153,14 +153,14 @@ TEST_F(Registrations, OfAProductThatComesBackWhileItIsUnregisteredAreMadeAnew) {
 }
 
 // What the agent made of the end is not the answer to who asked for the beginning.
-TEST_F(Registrations, ThatEndMeanwhileTellWhoMadeThemNothingOfARefusal) {
+TEST_F(AgentRegistrationsTest, ThatEndMeanwhileTellWhoMadeThemNothingOfARefusal) {
     refusals = {{"remove a", 77}};
     whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));
 }
 
-TEST_F(Registrations, ThatAreRefusedWhileTheProductLeavesAreNoMoreAskedFor) {
+TEST_F(AgentRegistrationsTest, ThatAreRefusedWhileTheProductLeavesAreNoMoreAskedFor) {
     refusals = {{"add a", 77}};
     whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
     EXPECT_EQ(Add("a"), 77);
@@ -168,7 +168,7 @@ TEST_F(Registrations, ThatAreRefusedWhileTheProductLeavesAreNoMoreAskedFor) {
 }
 
 // The agent waits for callbacks, and a callback that enters or leaves the bridge comes here.
-TEST_F(Registrations, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
+TEST_F(AgentRegistrationsTest, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
     Add("a");
     whileInside["remove a"] = [this] { std::thread([this] { Add("b"); }).join(); };
     EXPECT_EQ(Remove("a"), NY_OK);
@@ -178,7 +178,7 @@ TEST_F(Registrations, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
 }
 
 // The thread that is in the agent for it ends it.
-TEST_F(Registrations, ThatAreBeingMadeWhenTheyAreClosedEndAfterwards) {
+TEST_F(AgentRegistrationsTest, ThatAreBeingMadeWhenTheyAreClosedEndAfterwards) {
     whileInside["add a"] = [this] { std::thread([this] { EXPECT_EQ(Close(), NY_OK); }).join(); };
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));

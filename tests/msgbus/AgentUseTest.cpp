@@ -15,7 +15,7 @@ bool IsPossible() {
     return static_cast<bool>(AgentUse());
 }
 
-class AgentUses : public NyClientFixture {
+class AgentUseTest : public NyClientFixture {
 protected:
     void SetUp() override {
         NyClientFixture::SetUp();
@@ -55,7 +55,7 @@ protected:
     }
 };
 
-TEST_F(AgentUses, NeedAStartedClient) {
+TEST_F(AgentUseTest, NeedAStartedClient) {
     EXPECT_FALSE(IsPossible());
     Start();
     const AgentUse use;
@@ -64,7 +64,7 @@ TEST_F(AgentUses, NeedAStartedClient) {
 }
 
 // That thread may be what the agent waits for.
-TEST_F(AgentUses, LimitThePatienceWithAThreadThatIsInsideAModule) {
+TEST_F(AgentUseTest, LimitThePatienceWithAThreadThatIsInsideAModule) {
     const DWORD self = ::GetCurrentThreadId();
     EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);
     Start();
@@ -80,7 +80,7 @@ TEST_F(AgentUses, LimitThePatienceWithAThreadThatIsInsideAModule) {
     EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);
 }
 
-TEST_F(AgentUses, AreOverWithTheClient) {
+TEST_F(AgentUseTest, AreOverWithTheClient) {
     Start();
     LoseAgent();
     EXPECT_FALSE(IsPossible());
@@ -90,40 +90,40 @@ TEST_F(AgentUses, AreOverWithTheClient) {
     EXPECT_FALSE(IsPossible());
 }
 
-TEST_F(AgentUses, AreWaitedForWhenTheClientStops) {
+TEST_F(AgentUseTest, AreWaitedForWhenTheClientStops) {
     Start();
     EndDuringAUse([this] { NyClientStop(client); });
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_stop 0"));
 }
 
-TEST_F(AgentUses, AreWaitedForWhenTheClientIsReleased) {
+TEST_F(AgentUseTest, AreWaitedForWhenTheClientIsReleased) {
     Start();
     EndDuringAUse([this] { Release(); });
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_release 0"));
 }
 
-TEST_F(AgentUses, MayBeNested) {
+TEST_F(AgentUseTest, MayBeNested) {
     Start();
     const AgentUse outer;
     EXPECT_TRUE(IsPossible());
     EXPECT_TRUE(outer);
 }
 
-TEST_F(AgentUses, DoNotKeepTheirOwnThreadFromStoppingTheClient) {
+TEST_F(AgentUseTest, DoNotKeepTheirOwnThreadFromStoppingTheClient) {
     Start();
     const AgentUse use;
     EXPECT_EQ(NyClientStop(client), NY_OK);
     EXPECT_FALSE(IsPossible());
 }
 
-TEST_F(AgentUses, AreNotOfAClientThatIsNotTheirs) {
+TEST_F(AgentUseTest, AreNotOfAClientThatIsNotTheirs) {
     NyClient* const other = MakeClient("PRODUCT2000");
     Start();
     EXPECT_EQ(NyClientRelease(other), NY_OK);
     EXPECT_TRUE(IsPossible());
 }
 
-TEST_F(AgentUses, WithoutMemoryForThemTheAgentIsNotAskedForAClient) {
+TEST_F(AgentUseTest, WithoutMemoryForThemTheAgentIsNotAskedForAClient) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     // Keeps the agent's libraries loaded.
     NyClient* const other = MakeClient("PRODUCT2000");
@@ -142,7 +142,7 @@ TEST_F(AgentUses, WithoutMemoryForThemTheAgentIsNotAskedForAClient) {
     NyClientRelease(other);
 }
 
-TEST_F(AgentUses, StayPossibleWhenAnotherClientIsClosed) {
+TEST_F(AgentUseTest, StayPossibleWhenAnotherClientIsClosed) {
     Start();
     int other = 0;
     CloseAgent(reinterpret_cast<const ny_client_t*>(&other));

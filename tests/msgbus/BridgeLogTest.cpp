@@ -22,7 +22,7 @@ public:
     std::function<void()> onWrite;
 };
 
-class TheLogSink : public testing::Test {
+class BridgeLog : public testing::Test {
 protected:
     void TearDown() override { ClearLogSink(); }
 
@@ -37,13 +37,13 @@ protected:
     ActingSink acting;
 };
 
-TEST_F(TheLogSink, IsNoneAtFirst) {
+TEST_F(BridgeLog, IsNoneAtFirst) {
     EXPECT_EQ(CurrentLogSink(), nullptr);
     Write(L"text");
     ClearLogSink();
 }
 
-TEST_F(TheLogSink, IsNotTheNullOne) {
+TEST_F(BridgeLog, IsNotTheNullOne) {
     EXPECT_FALSE(OfferLogSink(nullptr));
     EXPECT_EQ(CurrentLogSink(), nullptr);
     EXPECT_TRUE(OfferLogSink(&sink));
@@ -51,7 +51,7 @@ TEST_F(TheLogSink, IsNotTheNullOne) {
     EXPECT_EQ(CurrentLogSink(), &sink);
 }
 
-TEST_F(TheLogSink, IsTheFirstThatIsOffered) {
+TEST_F(BridgeLog, IsTheFirstThatIsOffered) {
     EXPECT_TRUE(OfferLogSink(&sink));
     EXPECT_FALSE(OfferLogSink(&other));
     EXPECT_FALSE(OfferLogSink(&sink));
@@ -60,13 +60,13 @@ TEST_F(TheLogSink, IsTheFirstThatIsOffered) {
     EXPECT_THAT(other.log.Lines(), IsEmpty());
 }
 
-TEST_F(TheLogSink, GetsNoEmptyText) {
+TEST_F(BridgeLog, GetsNoEmptyText) {
     OfferLogSink(&sink);
     Write(L"");
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(TheLogSink, GetsNothingOnceItWasTakenAwayAndMakesRoomForTheNext) {
+TEST_F(BridgeLog, GetsNothingOnceItWasTakenAwayAndMakesRoomForTheNext) {
     OfferLogSink(&sink);
     ClearLogSink();
     EXPECT_EQ(CurrentLogSink(), nullptr);
@@ -77,7 +77,7 @@ TEST_F(TheLogSink, GetsNothingOnceItWasTakenAwayAndMakesRoomForTheNext) {
     EXPECT_THAT(other.log.Lines(), ElementsAre("3: second"));
 }
 
-TEST_F(TheLogSink, MayThrowAndIsAskedAgain) {
+TEST_F(BridgeLog, MayThrowAndIsAskedAgain) {
     int writes = 0;
     acting.onWrite = [&] {
         ++writes;
@@ -92,7 +92,7 @@ TEST_F(TheLogSink, MayThrowAndIsAskedAgain) {
     EXPECT_EQ(writes, 2);
 }
 
-TEST_F(TheLogSink, IsTakenAwayOnlyWhenNoWriteRunsOnAnotherThread) {
+TEST_F(BridgeLog, IsTakenAwayOnlyWhenNoWriteRunsOnAnotherThread) {
     LineLog log;
     Event isInside;
     Event mayLeave;
@@ -118,7 +118,7 @@ TEST_F(TheLogSink, IsTakenAwayOnlyWhenNoWriteRunsOnAnotherThread) {
     EXPECT_THAT(log.Lines(), ElementsAre("written", "cleared"));
 }
 
-TEST_F(TheLogSink, CanBeTakenAwayFromInsideItsWrite) {
+TEST_F(BridgeLog, CanBeTakenAwayFromInsideItsWrite) {
     int writes = 0;
     acting.onWrite = [&] {
         ++writes;
@@ -131,7 +131,7 @@ TEST_F(TheLogSink, CanBeTakenAwayFromInsideItsWrite) {
     EXPECT_EQ(CurrentLogSink(), nullptr);
 }
 
-TEST_F(TheLogSink, CanBeWrittenToOnTwoThreadsAtOnce) {
+TEST_F(BridgeLog, CanBeWrittenToOnTwoThreadsAtOnce) {
     Event isInside;
     Event mayLeave;
     std::atomic<int> writes = 0;

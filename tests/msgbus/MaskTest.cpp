@@ -8,10 +8,8 @@ using testing::Not;
 
 namespace {
 
-class Mask : public BridgeTest {
+class Mask : public InstalledAgentTest {
 protected:
-    void SetUp() override { environment.InstallAgent(); }
-
     // Once the last product in the order of ids is attached again, so are the others that ever will be.
     void UpgradeWithWitness() {
         const Product witness("ZZZ-WITNESS");

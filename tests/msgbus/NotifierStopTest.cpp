@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NotifierStopping : public NotifierFixture {
+class NotifierStopTest : public NotifierFixture {
 protected:
     // Leaves the watcher's thread inside the state handler.
     void StartAndHold() {
@@ -36,7 +36,7 @@ protected:
     }
 };
 
-TEST_F(NotifierStopping, IsPromptWhileTheKeyIsMissing) {
+TEST_F(NotifierStopTest, IsPromptWhileTheKeyIsMissing) {
     ASSERT_EQ(Start(), NY_OK);
     ASSERT_TRUE(lines.WaitFor(pausing));
     ASSERT_EQ(notifier->pauseTimeout, 15000U);
@@ -47,7 +47,7 @@ TEST_F(NotifierStopping, IsPromptWhileTheKeyIsMissing) {
                 ElementsAre(keyMissingAtCheck, threadStarted, keyMissing, pausing, threadExiting, threadStopped));
 }
 
-TEST_F(NotifierStopping, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
+TEST_F(NotifierStopTest, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
     StartAndHold();
     EXPECT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     EXPECT_THAT(lines.Take(), ElementsAre(threadNotStopped));
@@ -59,7 +59,7 @@ TEST_F(NotifierStopping, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
 }
 
-TEST_F(NotifierStopping, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
+TEST_F(NotifierStopTest, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     StartAndHold();
     ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
     const HANDLE thread = ThreadHandle();
@@ -73,7 +73,7 @@ TEST_F(NotifierStopping, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, threadExiting));
 }
 
-TEST_F(NotifierStopping, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
+TEST_F(NotifierStopTest, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
     WriteVersion("5.7.0");
     StartAndWatch();
     std::chrono::steady_clock::duration duration{};
@@ -106,7 +106,7 @@ private:
     SystemFunction<decltype(::WaitForSingleObject)> function{&::WaitForSingleObject, &Wait};
 };
 
-TEST_F(NotifierStopping, SaysWhenTheWaitItselfFailed) {
+TEST_F(NotifierStopTest, SaysWhenTheWaitItselfFailed) {
     StartAndHold();
     {
         const WaitThatFails failing(notifier->thread.get());
@@ -135,7 +135,7 @@ private:
     SystemFunction<decltype(::WaitForSingleObject)> function{&::WaitForSingleObject, &Wait};
 };
 
-TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
+TEST_F(NotifierStopTest, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     WriteVersion("5.7.0");
     StartAndWatch();
     {
@@ -146,7 +146,7 @@ TEST_F(NotifierStopping, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     EXPECT_NE(notifier->thread, nullptr);
 }
 
-TEST_F(NotifierStopping, HasNothingToDoForAThreadThatNeverWas) {
+TEST_F(NotifierStopTest, HasNothingToDoForAThreadThatNeverWas) {
     const NoThreads none;
     EXPECT_EQ(Start(), NY_UNEXPECTED);
     EXPECT_THAT(lines.Lines(), ElementsAre(keyMissingAtCheck, "2 ny_client: failed to start ny client notifier."));

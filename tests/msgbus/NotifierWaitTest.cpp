@@ -7,7 +7,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NotifierWaiting : public NotifierFixture {
+class NotifierWait : public NotifierFixture {
 protected:
     // The key's return, written while the watcher is about to pause for the `pauses`th time.
     void InstallAtPause(size_t pauses) {
@@ -19,7 +19,7 @@ protected:
     }
 };
 
-TEST_F(NotifierWaiting, ReadsAnUnchangedVersionOnceAndThenWaitsForChangesAlone) {
+TEST_F(NotifierWait, ReadsAnUnchangedVersionOnceAndThenWaitsForChangesAlone) {
     WriteVersion("5.7.0");
     notifier->waitTimeout = 1;
     const Waits waits(*notifier);
@@ -36,7 +36,7 @@ TEST_F(NotifierWaiting, ReadsAnUnchangedVersionOnceAndThenWaitsForChangesAlone) 
 }
 
 // Written after the version was read and before changes are asked for.
-TEST_F(NotifierWaiting, FindsAChangeThatWentByUnseenWhenTheTimeIsOver) {
+TEST_F(NotifierWait, FindsAChangeThatWentByUnseenWhenTheTimeIsOver) {
     WriteVersion("5.7.0");
     notifier->waitTimeout = 1;
     onState = [this](uint32_t) {
@@ -49,7 +49,7 @@ TEST_F(NotifierWaiting, FindsAChangeThatWentByUnseenWhenTheTimeIsOver) {
                 ElementsAre(Installed("5.7.0"), "state 1", threadStarted, Upgraded("5.8.0"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWaiting, SaysOnceMoreThatThereIsNoAgentWhenTheTimeIsOver) {
+TEST_F(NotifierWait, SaysOnceMoreThatThereIsNoAgentWhenTheTimeIsOver) {
     environment.Installer().CreateAgentKey();
     notifier->waitTimeout = 1;
     const Waits waits(*notifier);
@@ -61,7 +61,7 @@ TEST_F(NotifierWaiting, SaysOnceMoreThatThereIsNoAgentWhenTheTimeIsOver) {
 }
 
 // Under Wine nothing tells of the deletion before the time is over.
-TEST_F(NotifierWaiting, FindsTheKeyDeletedWhenTheTimeIsOver) {
+TEST_F(NotifierWait, FindsTheKeyDeletedWhenTheTimeIsOver) {
     WriteVersion("5.7.0");
     StartAndWatch();
     HoldAtNextState();
@@ -76,7 +76,7 @@ TEST_F(NotifierWaiting, FindsTheKeyDeletedWhenTheTimeIsOver) {
                                            "state 0", keyMissing, pausing));
 }
 
-TEST_F(NotifierWaiting, GoesOnAfterAWaitThatFailed) {
+TEST_F(NotifierWait, GoesOnAfterAWaitThatFailed) {
     WriteVersion("5.7.0");
     Waits waits(*notifier);
     waits.isFailing = true;
@@ -90,7 +90,7 @@ TEST_F(NotifierWaiting, GoesOnAfterAWaitThatFailed) {
     End();
 }
 
-TEST_F(NotifierWaiting, LooksForAMissingKeyAfterAPause) {
+TEST_F(NotifierWait, LooksForAMissingKeyAfterAPause) {
     notifier->pauseTimeout = 1;
     InstallAtPause(1);
     ASSERT_EQ(Start(), NY_OK);
@@ -100,7 +100,7 @@ TEST_F(NotifierWaiting, LooksForAMissingKeyAfterAPause) {
     EXPECT_EQ(notifier->running.load(), 1);
 }
 
-TEST_F(NotifierWaiting, LooksForAMissingKeyUntilItIsThere) {
+TEST_F(NotifierWait, LooksForAMissingKeyUntilItIsThere) {
     notifier->pauseTimeout = 1;
     InstallAtPause(3);
     ASSERT_EQ(Start(), NY_OK);
@@ -111,7 +111,7 @@ TEST_F(NotifierWaiting, LooksForAMissingKeyUntilItIsThere) {
 }
 
 // A pause sets the time for the wait after it, whatever that was.
-TEST_F(NotifierWaiting, ReadsOnceMoreAfterAPause) {
+TEST_F(NotifierWait, ReadsOnceMoreAfterAPause) {
     notifier->pauseTimeout = 2;
     notifier->waitTimeout = INFINITE;
     InstallAtPause(1);
@@ -122,7 +122,7 @@ TEST_F(NotifierWaiting, ReadsOnceMoreAfterAPause) {
     End();
 }
 
-TEST_F(NotifierWaiting, FollowsAnUpgradeAfterAPause) {
+TEST_F(NotifierWait, FollowsAnUpgradeAfterAPause) {
     notifier->pauseTimeout = 1;
     InstallAtPause(1);
     ASSERT_EQ(Start(), NY_OK);
@@ -134,7 +134,7 @@ TEST_F(NotifierWaiting, FollowsAnUpgradeAfterAPause) {
 }
 
 // No system does that.
-TEST_F(NotifierWaiting, EndsAfterAWaitWithoutEndThatTimedOut) {
+TEST_F(NotifierWait, EndsAfterAWaitWithoutEndThatTimedOut) {
     WriteVersion("5.7.0");
     notifier->waitTimeout = INFINITE;
     Waits waits(*notifier);
@@ -147,7 +147,7 @@ TEST_F(NotifierWaiting, EndsAfterAWaitWithoutEndThatTimedOut) {
     End();
 }
 
-TEST_F(NotifierWaiting, TellsNobodyOfAnAgentWhenThereIsNobody) {
+TEST_F(NotifierWait, TellsNobodyOfAnAgentWhenThereIsNobody) {
     client.stateHandler = nullptr;
     WriteVersion("5.7.0");
     ASSERT_EQ(Start(), NY_OK);

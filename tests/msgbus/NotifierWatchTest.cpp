@@ -6,15 +6,15 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NotifierWatching : public NotifierFixture {};
+class NotifierWatchTest : public NotifierFixture {};
 
-TEST_F(NotifierWatching, AsksForNamesAndValuesOfTheWholeSubtree) {
+TEST_F(NotifierWatchTest, AsksForNamesAndValuesOfTheWholeSubtree) {
     WriteVersion("5.7.0");
     StartAndWatch();
     EXPECT_THAT(watches.Asked(), ElementsAre("1 5 1"));
 }
 
-TEST_F(NotifierWatching, ReportsAnAgentThatIsInstalledLater) {
+TEST_F(NotifierWatchTest, ReportsAnAgentThatIsInstalledLater) {
     environment.Installer().CreateAgentKey();
     notifier->waitTimeout = INFINITE;
     ASSERT_EQ(Start(), NY_OK);
@@ -25,7 +25,7 @@ TEST_F(NotifierWatching, ReportsAnAgentThatIsInstalledLater) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWatching, ReportsAnUpgradeAsStopAndStart) {
+TEST_F(NotifierWatchTest, ReportsAnUpgradeAsStopAndStart) {
     WriteVersion("5.7.0");
     StartAndWatch();
     WriteVersion("5.8");
@@ -33,7 +33,7 @@ TEST_F(NotifierWatching, ReportsAnUpgradeAsStopAndStart) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWatching, ReportsARemovalAndTheNextInstallation) {
+TEST_F(NotifierWatchTest, ReportsARemovalAndTheNextInstallation) {
     WriteVersion("5.7.0");
     StartAndWatch();
     environment.Installer().DeleteVersion();
@@ -44,7 +44,7 @@ TEST_F(NotifierWatching, ReportsARemovalAndTheNextInstallation) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.8.0"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWatching, SaysNothingOfChangesThatLeaveTheVersion) {
+TEST_F(NotifierWatchTest, SaysNothingOfChangesThatLeaveTheVersion) {
     WriteVersion("5.7.0");
     StartAndWatch();
     simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent", KEY_SET_VALUE).WriteText("Other", "text");
@@ -57,7 +57,7 @@ TEST_F(NotifierWatching, SaysNothingOfChangesThatLeaveTheVersion) {
 }
 
 // The second version is written while nobody waits for changes.
-TEST_F(NotifierWatching, SeesTheLastOfTwoUpgradesInARow) {
+TEST_F(NotifierWatchTest, SeesTheLastOfTwoUpgradesInARow) {
     WriteVersion("5.7.0");
     StartAndWatch();
     HoldAtNextState();
@@ -70,7 +70,7 @@ TEST_F(NotifierWatching, SeesTheLastOfTwoUpgradesInARow) {
                 ElementsAre(Upgraded("5.8.0"), "state 0", "state 1", Upgraded("5.9.0"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWatching, SeesARemovalDuringAnUpgrade) {
+TEST_F(NotifierWatchTest, SeesARemovalDuringAnUpgrade) {
     WriteVersion("5.7.0");
     StartAndWatch();
     HoldAtNextState();
@@ -82,7 +82,7 @@ TEST_F(NotifierWatching, SeesARemovalDuringAnUpgrade) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1", noVersion, "state 0"));
 }
 
-TEST_F(NotifierWatching, TakesAVersionThatIsTooLongAsARemoval) {
+TEST_F(NotifierWatchTest, TakesAVersionThatIsTooLongAsARemoval) {
     WriteVersion("5.7.0");
     StartAndWatch();
     WriteVersion("1234567890123456789");
@@ -91,7 +91,7 @@ TEST_F(NotifierWatching, TakesAVersionThatIsTooLongAsARemoval) {
                 ElementsAre("5 ny_client: no msgbus version, agent is not installed, rc(234)", "state 0"));
 }
 
-TEST_F(NotifierWatching, TakesAnEmptyVersionAsAnUpgradeAndTheNextAsAnInstallation) {
+TEST_F(NotifierWatchTest, TakesAnEmptyVersionAsAnUpgradeAndTheNextAsAnInstallation) {
     WriteVersion("5.7.0");
     StartAndWatch();
     WriteVersion("");
@@ -103,7 +103,7 @@ TEST_F(NotifierWatching, TakesAnEmptyVersionAsAnUpgradeAndTheNextAsAnInstallatio
 }
 
 // Windows signals the deletion of a watched key, Wine does not: here the test does.
-TEST_F(NotifierWatching, FollowsTheDeletionOfTheKeyAndItsReturn) {
+TEST_F(NotifierWatchTest, FollowsTheDeletionOfTheKeyAndItsReturn) {
     WriteVersion("5.7.0");
     StartAndWatch();
     notifier->pauseTimeout = 1;
@@ -120,7 +120,7 @@ TEST_F(NotifierWatching, FollowsTheDeletionOfTheKeyAndItsReturn) {
 }
 
 // The key is back before the watcher looks: what it holds then is read at once.
-TEST_F(NotifierWatching, ReadsAKeyThatWasReplaced) {
+TEST_F(NotifierWatchTest, ReadsAKeyThatWasReplaced) {
     WriteVersion("5.7.0");
     StartAndWatch();
     HoldAtNextState();
@@ -134,7 +134,7 @@ TEST_F(NotifierWatching, ReadsAKeyThatWasReplaced) {
                                            "state 0", Installed("5.8.0"), "state 0", "state 1"));
 }
 
-TEST_F(NotifierWatching, EndsWhenItCannotAskForChanges) {
+TEST_F(NotifierWatchTest, EndsWhenItCannotAskForChanges) {
     WriteVersion("5.7.0");
     watches.AnswerWith(ERROR_ACCESS_DENIED);
     ASSERT_EQ(Start(), NY_OK);

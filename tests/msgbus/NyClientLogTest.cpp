@@ -6,9 +6,9 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NyClientLines : public NyClientFixture {
+class NyClientLogTest : public NyClientFixture {
 protected:
-    ~NyClientLines() override { ny_sim_logger_release(logger); }
+    ~NyClientLogTest() override { ny_sim_logger_release(logger); }
 
     void UseLogger() {
         ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
@@ -31,16 +31,16 @@ protected:
     ny_logger_t* logger = nullptr;
 };
 
-TEST_F(NyClientLines, SettingTheCallbackRefusesANullClient) {
+TEST_F(NyClientLogTest, SettingTheCallbackRefusesANullClient) {
     EXPECT_EQ(NyClientSetLogCallback(nullptr, ClientLines::Take, &lines), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NyClientLines, AreFormattedForTheCallbackWhoseAnswerIsReturned) {
+TEST_F(NyClientLogTest, AreFormattedForTheCallbackWhoseAnswerIsReturned) {
     EXPECT_EQ(NyClientLog(client, 3, "module", "%s has %d%%", "it", 17), ClientLines::answer);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("3 module: it has 17%"));
 }
 
-TEST_F(NyClientLines, AreCutAt2047Characters) {
+TEST_F(NyClientLogTest, AreCutAt2047Characters) {
     for (const size_t length : {size_t{2046}, size_t{2047}, size_t{2048}, size_t{5000}}) {
         const std::string text = std::string(length - 1, 'x') + '!';
         NyClientLog(client, 5, "m", "%s", text.c_str());
@@ -49,7 +49,7 @@ TEST_F(NyClientLines, AreCutAt2047Characters) {
     }
 }
 
-TEST_F(NyClientLines, GoToTheAgentsLoggerWithoutACallback) {
+TEST_F(NyClientLogTest, GoToTheAgentsLoggerWithoutACallback) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     UseLogger();
     EXPECT_EQ(NyClientLog(client, 2, "module", "%s", "50%% of 7%d"), NY_OK);
@@ -58,7 +58,7 @@ TEST_F(NyClientLines, GoToTheAgentsLoggerWithoutACallback) {
     LetGoOfLogger();
 }
 
-TEST_F(NyClientLines, AnswerWhatTheAgentsLoggerAnswers) {
+TEST_F(NyClientLogTest, AnswerWhatTheAgentsLoggerAnswers) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     UseLogger();
     ny_sim_fail_call("ny_log_v", 1, 99, NY_SIM_ONCE);
@@ -66,7 +66,7 @@ TEST_F(NyClientLines, AnswerWhatTheAgentsLoggerAnswers) {
     LetGoOfLogger();
 }
 
-TEST_F(NyClientLines, GoToTheCallbackRatherThanTheLogger) {
+TEST_F(NyClientLogTest, GoToTheCallbackRatherThanTheLogger) {
     UseLogger();
     NyClientLog(client, 2, "module", "text");
     EXPECT_THAT(lines.client.Lines(), ElementsAre("2 module: text"));
@@ -74,20 +74,20 @@ TEST_F(NyClientLines, GoToTheCallbackRatherThanTheLogger) {
     LetGoOfLogger();
 }
 
-TEST_F(NyClientLines, AreDroppedWithoutCallbackAndLogger) {
+TEST_F(NyClientLogTest, AreDroppedWithoutCallbackAndLogger) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     EXPECT_EQ(NyClientLog(client, 2, "module", "text"), NY_OK);
     EXPECT_EQ(NyClientAgentLog(2, "module", "text", client), NY_OK);
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientLines, OfTheAgentArePassedOnAsTheyStand) {
+TEST_F(NyClientLogTest, OfTheAgentArePassedOnAsTheyStand) {
     const std::string text(5000, '%');
     EXPECT_EQ(NyClientAgentLog(2, "agent", text.c_str(), client), ClientLines::answer);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("2 agent: " + text));
 }
 
-TEST_F(NyClientLines, OfTheAgentGoToItsLoggerWithoutACallback) {
+TEST_F(NyClientLogTest, OfTheAgentGoToItsLoggerWithoutACallback) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     UseLogger();
     EXPECT_EQ(NyClientAgentLog(4, "agent", "50%% of 7%d", client), NY_OK);
@@ -95,21 +95,21 @@ TEST_F(NyClientLines, OfTheAgentGoToItsLoggerWithoutACallback) {
     LetGoOfLogger();
 }
 
-TEST_F(NyClientLines, ComeFromAStartedAgentToo) {
+TEST_F(NyClientLogTest, ComeFromAStartedAgentToo) {
     ASSERT_EQ(NyClientStart(client), NY_OK);
     lines.client.Take();
     ASSERT_EQ(ny_sim_emit_log(6, "agent", "50%d"), NY_OK);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("6 agent: 50%d"));
 }
 
-TEST_F(NyClientLines, ComeFromTheDispatcherToo) {
+TEST_F(NyClientLogTest, ComeFromTheDispatcherToo) {
     EXPECT_THAT(lines.dispatcher.Lines(), IsEmpty());
     ASSERT_EQ(NyClientStart(client), NY_OK);
     EXPECT_THAT(lines.dispatcher.Lines(), testing::Contains("5 dispatcher: ny_dispatcher_load returns <0>"));
 }
 
 // The dispatcher that an upgrade leaves behind is a new one.
-TEST_F(NyClientLines, ComeFromTheDispatcherAfterAnUpgradeToo) {
+TEST_F(NyClientLogTest, ComeFromTheDispatcherAfterAnUpgradeToo) {
     ExpectNotifications();
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
@@ -120,14 +120,14 @@ TEST_F(NyClientLines, ComeFromTheDispatcherAfterAnUpgradeToo) {
     EXPECT_THAT(lines.dispatcher.Lines(), testing::Contains("5 dispatcher: ny_dispatcher_load returns <0>"));
 }
 
-TEST_F(NyClientLines, EndWhenTheCallbackIsTakenAway) {
+TEST_F(NyClientLogTest, EndWhenTheCallbackIsTakenAway) {
     NyClientSetLogCallback(client, nullptr, nullptr);
     ASSERT_EQ(NyClientStart(client), NY_OK);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
     EXPECT_THAT(lines.dispatcher.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientLines, OfANullClientAreRefused) {
+TEST_F(NyClientLogTest, OfANullClientAreRefused) {
     EXPECT_EQ(NyClientLog(nullptr, 2, "module", "text"), NY_INVALID_ARGUMENT);
     EXPECT_EQ(NyClientAgentLog(2, "module", "text", nullptr), NY_INVALID_ARGUMENT);
 }

@@ -8,20 +8,20 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NotifierLife : public NotifierFixture {};
+class NyClientNotifierTest : public NotifierFixture {};
 
 bool IsSignalled(HANDLE event) {
     return ::WaitForSingleObject(event, 0) == WAIT_OBJECT_0;
 }
 
-TEST_F(NotifierLife, CreationRefusesNull) {
+TEST_F(NyClientNotifierTest, CreationRefusesNull) {
     NyClientNotifier* created = nullptr;
     EXPECT_EQ(NotifierCreate(nullptr, &created), NY_INVALID_ARGUMENT);
     EXPECT_EQ(created, nullptr);
     EXPECT_EQ(NotifierCreate(&client, nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NotifierLife, CreationMakesEventsAndNoThread) {
+TEST_F(NyClientNotifierTest, CreationMakesEventsAndNoThread) {
     EXPECT_EQ(notifier->client, &client);
     EXPECT_EQ(notifier->thread, nullptr);
     EXPECT_EQ(notifier->running.load(), 0);
@@ -38,7 +38,7 @@ TEST_F(NotifierLife, CreationMakesEventsAndNoThread) {
     }
 }
 
-TEST_F(NotifierLife, CreationWithoutMemoryAnswersSo) {
+TEST_F(NyClientNotifierTest, CreationWithoutMemoryAnswersSo) {
     NyClientNotifier* created = nullptr;
     const FailingMemory memory;
     EXPECT_EQ(NotifierCreate(&client, &created), NY_OUT_OF_MEMORY);
@@ -67,7 +67,7 @@ private:
     SystemFunction<decltype(::CreateEventA)> function{&::CreateEventA, &Create};
 };
 
-TEST_F(NotifierLife, CreationWithoutEventsAnswersSoAndKeepsNone) {
+TEST_F(NyClientNotifierTest, CreationWithoutEventsAnswersSoAndKeepsNone) {
     for (const size_t events : {size_t{0}, size_t{1}}) {
         NyClientNotifier* created = nullptr;
         const EventsRunOut shortage(events);
@@ -78,7 +78,7 @@ TEST_F(NotifierLife, CreationWithoutEventsAnswersSoAndKeepsNone) {
     }
 }
 
-TEST_F(NotifierLife, DestructionAcceptsNullAndClosesTheEvents) {
+TEST_F(NyClientNotifierTest, DestructionAcceptsNullAndClosesTheEvents) {
     EXPECT_EQ(NotifierDestroy(nullptr), NY_OK);
     const HANDLE stopEvent = notifier->stopEvent.get();
     const HANDLE changeEvent = notifier->changeEvent.get();
@@ -89,18 +89,18 @@ TEST_F(NotifierLife, DestructionAcceptsNullAndClosesTheEvents) {
     EXPECT_THAT(lines.Lines(), IsEmpty());
 }
 
-TEST_F(NotifierLife, StartAndStopRefuseNull) {
+TEST_F(NyClientNotifierTest, StartAndStopRefuseNull) {
     EXPECT_EQ(NotifierStart(nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(NotifierStop(nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NotifierLife, StopOfOneThatNeverRanIsNoFailureAndSaysNothing) {
+TEST_F(NyClientNotifierTest, StopOfOneThatNeverRanIsNoFailureAndSaysNothing) {
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), IsEmpty());
     EXPECT_FALSE(IsSignalled(notifier->stopEvent.get()));
 }
 
-TEST_F(NotifierLife, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) {
+TEST_F(NyClientNotifierTest, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) {
     WriteVersion("5.7.0");
     onState = [this](uint32_t) { EXPECT_EQ(notifier->thread, nullptr); };
     EXPECT_EQ(Start(), NY_OK);
@@ -109,7 +109,7 @@ TEST_F(NotifierLife, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) {
     EXPECT_EQ(notifier->running.load(), 1);
 }
 
-TEST_F(NotifierLife, StopEndsTheThreadAndClosesIt) {
+TEST_F(NyClientNotifierTest, StopEndsTheThreadAndClosesIt) {
     WriteVersion("5.7.0");
     StartAndWatch();
     const HANDLE thread = notifier->thread.get();
@@ -120,7 +120,7 @@ TEST_F(NotifierLife, StopEndsTheThreadAndClosesIt) {
     EXPECT_FALSE(IsOpen(thread));
 }
 
-TEST_F(NotifierLife, StopTwiceIsDoneOnce) {
+TEST_F(NyClientNotifierTest, StopTwiceIsDoneOnce) {
     WriteVersion("5.7.0");
     StartAndWatch();
     ASSERT_EQ(NotifierStop(notifier), NY_OK);
@@ -129,7 +129,7 @@ TEST_F(NotifierLife, StopTwiceIsDoneOnce) {
     EXPECT_THAT(lines.Lines(), IsEmpty());
 }
 
-TEST_F(NotifierLife, StartTwiceIsDoneOnce) {
+TEST_F(NyClientNotifierTest, StartTwiceIsDoneOnce) {
     WriteVersion("5.7.0");
     StartAndWatch();
     const HANDLE thread = notifier->thread.get();
@@ -138,7 +138,7 @@ TEST_F(NotifierLife, StartTwiceIsDoneOnce) {
     EXPECT_EQ(notifier->thread.get(), thread);
 }
 
-TEST_F(NotifierLife, StartWithoutAThreadFailsAfterTheAgentWasLookedFor) {
+TEST_F(NyClientNotifierTest, StartWithoutAThreadFailsAfterTheAgentWasLookedFor) {
     WriteVersion("5.7.0");
     {
         const NoThreads failing;

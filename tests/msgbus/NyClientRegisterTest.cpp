@@ -25,7 +25,7 @@ constexpr char exiting[] = "5 ny_client: ny client notifier thread exiting...";
 constexpr char stopped[] = "5 ny_client: ny client notifier thread stopped successfully.";
 constexpr char notStopped[] = "2 ny_client: failed to stop ny client notifier thread.";
 
-class NyClientRegistration : public NyClientFixture {
+class NyClientRegister : public NyClientFixture {
 protected:
     int32_t Register() { return NyClientRegisterNotifications(client, Notify, this); }
     // Returns when no change goes by unseen any more; forgets the lines.
@@ -70,7 +70,7 @@ protected:
     WatchCount watches;
 };
 
-TEST_F(NyClientRegistration, RefusesNull) {
+TEST_F(NyClientRegister, RefusesNull) {
     EXPECT_EQ(NyClientRegisterNotifications(nullptr, Notify, this), NY_INVALID_ARGUMENT);
     EXPECT_EQ(NyClientRegisterNotifications(client, nullptr, this), NY_INVALID_ARGUMENT);
     EXPECT_EQ(NyClientUnregisterNotifications(nullptr), NY_INVALID_ARGUMENT);
@@ -78,14 +78,14 @@ TEST_F(NyClientRegistration, RefusesNull) {
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientRegistration, TellsOfAnAgentThatIsThereBeforeItReturns) {
+TEST_F(NyClientRegister, TellsOfAnAgentThatIsThereBeforeItReturns) {
     EXPECT_EQ(Register(), NY_OK);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
     EXPECT_EQ(client->stateHandler, NyClientNotifyState);
     EXPECT_EQ(client->notified.load(), 1U);
 }
 
-TEST_F(NyClientRegistration, TwiceIsDoneOnce) {
+TEST_F(NyClientRegister, TwiceIsDoneOnce) {
     ASSERT_EQ(Register(), NY_OK);
     NyClientNotifier* const notifier = client->notifier.load();
     lines.client.Take();
@@ -96,7 +96,7 @@ TEST_F(NyClientRegistration, TwiceIsDoneOnce) {
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientRegistration, TellsOfAnInstallationOnce) {
+TEST_F(NyClientRegister, TellsOfAnInstallationOnce) {
     environment.Installer().DeleteVersion();
     RegisterAndWatch();
     environment.Installer().WriteVersion("5.7.0");
@@ -104,7 +104,7 @@ TEST_F(NyClientRegistration, TellsOfAnInstallationOnce) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(installed, toStart, "told 1"));
 }
 
-TEST_F(NyClientRegistration, TellsOfAnUpgradeAsStopAndStart) {
+TEST_F(NyClientRegister, TellsOfAnUpgradeAsStopAndStart) {
     RegisterAndWatch();
     environment.Installer().WriteVersion("5.8.0");
     ASSERT_TRUE(lines.client.WaitFor("told 1"));
@@ -112,7 +112,7 @@ TEST_F(NyClientRegistration, TellsOfAnUpgradeAsStopAndStart) {
                                                   "told 0", toStart, "told 1"));
 }
 
-TEST_F(NyClientRegistration, TellsOfARemovalOnce) {
+TEST_F(NyClientRegister, TellsOfARemovalOnce) {
     RegisterAndWatch();
     environment.Installer().DeleteVersion();
     ASSERT_TRUE(lines.client.WaitFor("told 0"));
@@ -124,7 +124,7 @@ TEST_F(NyClientRegistration, TellsOfARemovalOnce) {
                             "5 ny_client: no msgbus version, agent is not installed, rc(2)"));
 }
 
-TEST_F(NyClientRegistration, WithoutMemoryAnswersSo) {
+TEST_F(NyClientRegister, WithoutMemoryAnswersSo) {
     {
         const FailingMemory memory;
         EXPECT_EQ(Register(), NY_OUT_OF_MEMORY);
@@ -134,7 +134,7 @@ TEST_F(NyClientRegistration, WithoutMemoryAnswersSo) {
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientRegistration, WithoutAThreadIsNoFailure) {
+TEST_F(NyClientRegister, WithoutAThreadIsNoFailure) {
     const NoThreads failing;
     EXPECT_EQ(Register(), NY_OK);
     EXPECT_THAT(lines.client.Take(), ElementsAre(registering, installed, toStart, "told 1",
@@ -143,7 +143,7 @@ TEST_F(NyClientRegistration, WithoutAThreadIsNoFailure) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(unregistering, toStop, "told 0"));
 }
 
-TEST_F(NyClientRegistration, EndsWithTheWatcherAndAStop) {
+TEST_F(NyClientRegister, EndsWithTheWatcherAndAStop) {
     RegisterAndWatch();
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(unregistering, exiting, stopped, toStop, "told 0"));
@@ -153,19 +153,19 @@ TEST_F(NyClientRegistration, EndsWithTheWatcherAndAStop) {
     EXPECT_EQ(client->notificationUserData.load(), nullptr);
 }
 
-TEST_F(NyClientRegistration, EndsSilentlyForWhoWasNotToldOfAStart) {
+TEST_F(NyClientRegister, EndsSilentlyForWhoWasNotToldOfAStart) {
     environment.Installer().DeleteVersion();
     RegisterAndWatch();
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(unregistering, exiting, stopped));
 }
 
-TEST_F(NyClientRegistration, ThatIsNotThereEndsSilently) {
+TEST_F(NyClientRegister, ThatIsNotThereEndsSilently) {
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientRegistration, CanFollowOneThatEnded) {
+TEST_F(NyClientRegister, CanFollowOneThatEnded) {
     RegisterAndWatch();
     ASSERT_EQ(NyClientUnregisterNotifications(client), NY_OK);
     lines.client.Take();
@@ -174,7 +174,7 @@ TEST_F(NyClientRegistration, CanFollowOneThatEnded) {
 }
 
 // Nothing is taken away from under a notification that does not return: the thread that is at it does the rest.
-TEST_F(NyClientRegistration, WhoseThreadIsBusyEndsWhenThatIsBack) {
+TEST_F(NyClientRegister, WhoseThreadIsBusyEndsWhenThatIsBack) {
     RegisterAndHold();
     const HANDLE thread = Thread();
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
@@ -188,7 +188,7 @@ TEST_F(NyClientRegistration, WhoseThreadIsBusyEndsWhenThatIsBack) {
     EXPECT_EQ(client->notified.load(), 0U);
 }
 
-TEST_F(NyClientRegistration, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
+TEST_F(NyClientRegister, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
     RegisterAndHold();
     ASSERT_EQ(NyClientStart(client), NY_OK);
     const HANDLE thread = Thread();
@@ -223,7 +223,7 @@ private:
     SystemFunction<decltype(::CreateEventA)> creating{&::CreateEventA, &Create};
 };
 
-TEST_F(NyClientRegistration, TwiceAtATimeIsDoneOnce) {
+TEST_F(NyClientRegister, TwiceAtATimeIsDoneOnce) {
     NyClientNotifier* winner = nullptr;
     const auto never = [](NyClient*, uint32_t, void*) { FAIL() << "the callback that came first counts"; };
     {
@@ -239,7 +239,7 @@ TEST_F(NyClientRegistration, TwiceAtATimeIsDoneOnce) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
 }
 
-TEST_F(NyClientRegistration, EndsSilentlyForWhoListensNoMore) {
+TEST_F(NyClientRegister, EndsSilentlyForWhoListensNoMore) {
     RegisterAndWatch();
     client->notification = nullptr;
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);

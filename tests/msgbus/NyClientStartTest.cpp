@@ -7,13 +7,13 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NyClientStarting : public NyClientFixture {};
+class NyClientStartTest : public NyClientFixture {};
 
-TEST_F(NyClientStarting, RefusesNull) {
+TEST_F(NyClientStartTest, RefusesNull) {
     EXPECT_EQ(NyClientStart(nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NyClientStarting, ConfiguresTheHandlerBeforeItStarts) {
+TEST_F(NyClientStartTest, ConfiguresTheHandlerBeforeItStarts) {
     EXPECT_EQ(NyClientStart(client), NY_OK);
     EXPECT_THAT(AnsweredCalls(),
                 ElementsAre("ny_client_handler_create 0", "ny_client_handler_set_msgbus_passphrase_callback 0",
@@ -26,7 +26,7 @@ TEST_F(NyClientStarting, ConfiguresTheHandlerBeforeItStarts) {
     EXPECT_EQ(ny_sim_started_clients(), 1U);
 }
 
-TEST_F(NyClientStarting, TwiceIsDoneOnce) {
+TEST_F(NyClientStartTest, TwiceIsDoneOnce) {
     ASSERT_EQ(NyClientStart(client), NY_OK);
     lines.client.Take();
     ny_sim_clear_calls();
@@ -35,7 +35,7 @@ TEST_F(NyClientStarting, TwiceIsDoneOnce) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre("5 ny_client: ny client already started."));
 }
 
-TEST_F(NyClientStarting, GivesTheHandlerTheMessageBusThatIsKnown) {
+TEST_F(NyClientStartTest, GivesTheHandlerTheMessageBusThatIsKnown) {
     NyClient* const other = MakeClient("PRODUCT2000");
     ASSERT_EQ(NyClientStart(other), NY_OK);
     ny_msgbus_t* const bus = other->msgbus.load();
@@ -51,7 +51,7 @@ TEST_F(NyClientStarting, GivesTheHandlerTheMessageBusThatIsKnown) {
     NyClientRelease(other);
 }
 
-TEST_F(NyClientStarting, GivesTheHandlerTheLoggerThatIsSet) {
+TEST_F(NyClientStartTest, GivesTheHandlerTheLoggerThatIsSet) {
     ny_logger_t* logger = nullptr;
     ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
     client->logger = logger;
@@ -67,7 +67,7 @@ TEST_F(NyClientStarting, GivesTheHandlerTheLoggerThatIsSet) {
 
 // A handler that a stop left is released first; its message bus goes with it, so a bus of somebody else's is known
 // here.
-TEST_F(NyClientStarting, AgainAfterAStopReleasesTheHandlerThatWasLeft) {
+TEST_F(NyClientStartTest, AgainAfterAStopReleasesTheHandlerThatWasLeft) {
     NyClient* const other = MakeClient("PRODUCT2000");
     ASSERT_EQ(NyClientStart(other), NY_OK);
     client->msgbus = other->msgbus.load();
@@ -86,7 +86,7 @@ TEST_F(NyClientStarting, AgainAfterAStopReleasesTheHandlerThatWasLeft) {
     NyClientRelease(other);
 }
 
-TEST_F(NyClientStarting, EndsWithTheCodeOfACreationThatFails) {
+TEST_F(NyClientStartTest, EndsWithTheCodeOfACreationThatFails) {
     ny_sim_fail_call("ny_client_handler_create", 1, 77, NY_SIM_ONCE);
     EXPECT_EQ(NyClientStart(client), 77);
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_create 77"));
@@ -95,7 +95,7 @@ TEST_F(NyClientStarting, EndsWithTheCodeOfACreationThatFails) {
     EXPECT_EQ(client->clientHandler.load(), nullptr);
 }
 
-TEST_F(NyClientStarting, ReleasesAHandlerThatDoesNotStartOnceSoThatTheNextStartBeginsClean) {
+TEST_F(NyClientStartTest, ReleasesAHandlerThatDoesNotStartOnceSoThatTheNextStartBeginsClean) {
     ny_sim_fail_call("ny_client_handler_start", 1, 88, NY_SIM_ONCE);
     EXPECT_EQ(NyClientStart(client), 88);
     EXPECT_THAT(AnsweredCalls(),
@@ -110,7 +110,7 @@ TEST_F(NyClientStarting, ReleasesAHandlerThatDoesNotStartOnceSoThatTheNextStartB
     EXPECT_THAT(AnsweredCalls().front(), "ny_client_handler_create 0");
 }
 
-TEST_F(NyClientStarting, AnswersWhyTheHandlerDidNotStartEvenWhenItsReleaseFails) {
+TEST_F(NyClientStartTest, AnswersWhyTheHandlerDidNotStartEvenWhenItsReleaseFails) {
     static ny_client_t* lost = nullptr;
     const auto keep = [](const char*, void* userData) {
         lost = static_cast<NyClient*>(userData)->clientHandler.load();
@@ -123,7 +123,7 @@ TEST_F(NyClientStarting, AnswersWhyTheHandlerDidNotStartEvenWhenItsReleaseFails)
     EXPECT_EQ(agent::ny_client_handler_release(lost), NY_OK);
 }
 
-class NyClientSetting : public NyClientStarting, public testing::WithParamInterface<const char*> {};
+class NyClientSetting : public NyClientStartTest, public testing::WithParamInterface<const char*> {};
 
 TEST_P(NyClientSetting, ThatTheAgentRefusesKeepsNoClientFromStarting) {
     NyClient* const other = MakeClient("PRODUCT2000");
@@ -151,7 +151,7 @@ INSTANTIATE_TEST_SUITE_P(Each, NyClientSetting,
                                          "ny_client_handler_set_logger_callback", "ny_client_handler_get_msgbus"),
                          [](const auto& setting) { return std::string(setting.param); });
 
-TEST_F(NyClientStarting, WithoutAMessageBusAsksForItAtTheNextStart) {
+TEST_F(NyClientStartTest, WithoutAMessageBusAsksForItAtTheNextStart) {
     ny_sim_fail_call("ny_client_handler_get_msgbus", 1, 66, NY_SIM_ONCE);
     ASSERT_EQ(NyClientStart(client), NY_OK);
     EXPECT_EQ(client->msgbus.load(), nullptr);
@@ -161,7 +161,7 @@ TEST_F(NyClientStarting, WithoutAMessageBusAsksForItAtTheNextStart) {
     EXPECT_NE(client->msgbus.load(), nullptr);
 }
 
-TEST_F(NyClientStarting, LoadsTheDispatcherThatAStopUnloaded) {
+TEST_F(NyClientStartTest, LoadsTheDispatcherThatAStopUnloaded) {
     ExpectNotifications();
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
@@ -172,7 +172,7 @@ TEST_F(NyClientStarting, LoadsTheDispatcherThatAStopUnloaded) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre("5 ny_client: ny client is started."));
 }
 
-TEST_F(NyClientStarting, AnswersTheLoadersCodeWithoutADispatcher) {
+TEST_F(NyClientStartTest, AnswersTheLoadersCodeWithoutADispatcher) {
     ExpectNotifications();
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
@@ -186,14 +186,14 @@ TEST_F(NyClientStarting, AnswersTheLoadersCodeWithoutADispatcher) {
     EXPECT_EQ(client->started.load(), 0U);
 }
 
-TEST_F(NyClientStarting, AnswersThatTheFunctionIsMissingWithoutAnAgent) {
+TEST_F(NyClientStartTest, AnswersThatTheFunctionIsMissingWithoutAnAgent) {
     environment.RemoveAgent();
     EXPECT_EQ(NyClientStart(client), NY_FUNCTION_MISSING);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("2 ny_client: falied to start ny client."));
     EXPECT_EQ(client->started.load(), 0U);
 }
 
-TEST_F(NyClientStarting, AnswersThatTheFunctionIsMissingWhenTheAgentExportsNothing) {
+TEST_F(NyClientStartTest, AnswersThatTheFunctionIsMissingWhenTheAgentExportsNothing) {
     environment.InstallAgent("5.7.1", "empty");
     EXPECT_EQ(NyClientStart(client), NY_FUNCTION_MISSING);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("2 ny_client: falied to start ny client."));

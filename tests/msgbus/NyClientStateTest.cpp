@@ -9,7 +9,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NyClientStates : public NyClientFixture {
+class NyClientStateTest : public NyClientFixture {
 protected:
     void SetUp() override {
         NyClientFixture::SetUp();
@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(NyClientStates, StartedIsToldOnce) {
+TEST_F(NyClientStateTest, StartedIsToldOnce) {
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStarted);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1"));
@@ -25,13 +25,13 @@ TEST_F(NyClientStates, StartedIsToldOnce) {
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientStates, StoppedIsNotToldToWhoWasNotToldOfAStart) {
+TEST_F(NyClientStateTest, StoppedIsNotToldToWhoWasNotToldOfAStart) {
     NotifyState(NyClientStateStopped);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
     EXPECT_NE(client->dispatcher, nullptr);
 }
 
-TEST_F(NyClientStates, AStateThatIsNeitherCountsAsStarted) {
+TEST_F(NyClientStateTest, AStateThatIsNeitherCountsAsStarted) {
     NotifyState(7);
     EXPECT_THAT(lines.client.Take(), ElementsAre(toStart, "told 7"));
     EXPECT_EQ(client->notified.load(), 1U);
@@ -40,7 +40,7 @@ TEST_F(NyClientStates, AStateThatIsNeitherCountsAsStarted) {
 }
 
 // The version is asked for when the group of functions is loaded.
-TEST_F(NyClientStates, StoppedDisablesTheBusThenTellsThenLetsGoOfTheAgent) {
+TEST_F(NyClientStateTest, StoppedDisablesTheBusThenTellsThenLetsGoOfTheAgent) {
     NotifyState(NyClientStateStarted);
     ASSERT_EQ(NyClientStart(client), NY_OK);
     lines.client.Take();
@@ -58,7 +58,7 @@ TEST_F(NyClientStates, StoppedDisablesTheBusThenTellsThenLetsGoOfTheAgent) {
     EXPECT_EQ(::GetModuleHandleA("ny_msgbus.dll"), nullptr);
 }
 
-TEST_F(NyClientStates, StoppedTwiceIsToldOnce) {
+TEST_F(NyClientStateTest, StoppedTwiceIsToldOnce) {
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
     lines.client.Take();
@@ -67,7 +67,7 @@ TEST_F(NyClientStates, StoppedTwiceIsToldOnce) {
 }
 
 // As by a watcher that saw the client before it was released, and ends before the change of the other one does.
-TEST_F(NyClientStates, NothingIsLeftToBeDoneForAReleasedClient) {
+TEST_F(NyClientStateTest, NothingIsLeftToBeDoneForAReleasedClient) {
     static std::shared_ptr<NyClient> released;
     released = MakeClient("PRODUCT2000")->shared_from_this();
     ASSERT_EQ(NyClientRelease(released.get()), NY_OK);
@@ -80,7 +80,7 @@ TEST_F(NyClientStates, NothingIsLeftToBeDoneForAReleasedClient) {
     EXPECT_EQ(client->notified.load(), 1U);
 }
 
-TEST_F(NyClientStates, StoppedForgetsTheLogger) {
+TEST_F(NyClientStateTest, StoppedForgetsTheLogger) {
     ny_logger_t* logger = nullptr;
     ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
     NotifyState(NyClientStateStarted);
@@ -91,7 +91,7 @@ TEST_F(NyClientStates, StoppedForgetsTheLogger) {
 }
 
 // Neither a bus that refuses nor one that lacks the function keeps the point product from being told.
-TEST_F(NyClientStates, StoppedIsToldWhateverTheBusAnswers) {
+TEST_F(NyClientStateTest, StoppedIsToldWhateverTheBusAnswers) {
     NotifyState(NyClientStateStarted);
     ASSERT_EQ(NyClientStart(client), NY_OK);
     lines.client.Take();
@@ -101,7 +101,7 @@ TEST_F(NyClientStates, StoppedIsToldWhateverTheBusAnswers) {
     EXPECT_EQ(client->notified.load(), 0U);
 }
 
-TEST_F(NyClientStates, StoppedIsToldWithAnAgentThatCannotDisableItsBus) {
+TEST_F(NyClientStateTest, StoppedIsToldWithAnAgentThatCannotDisableItsBus) {
     environment.InstallAgent("5.7.1", "lacking");
     NotifyState(NyClientStateStarted);
     ASSERT_EQ(NyClientStart(client), NY_OK);
@@ -112,7 +112,7 @@ TEST_F(NyClientStates, StoppedIsToldWithAnAgentThatCannotDisableItsBus) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStop, "told 0"));
 }
 
-TEST_F(NyClientStates, StartedAfterAStopLoadsTheDispatcherAnew) {
+TEST_F(NyClientStateTest, StartedAfterAStopLoadsTheDispatcherAnew) {
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
     lines.client.Take();
@@ -121,7 +121,7 @@ TEST_F(NyClientStates, StartedAfterAStopLoadsTheDispatcherAnew) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart, "told 1"));
 }
 
-TEST_F(NyClientStates, StartedWithoutADispatcherIsNotTold) {
+TEST_F(NyClientStateTest, StartedWithoutADispatcherIsNotTold) {
     NotifyState(NyClientStateStarted);
     NotifyState(NyClientStateStopped);
     lines.client.Take();
@@ -150,14 +150,14 @@ TEST_F(NyClientStates, StartedWithoutADispatcherIsNotTold) {
     EXPECT_EQ(client->dispatcher, nullptr);
 }
 
-TEST_F(NyClientStates, WithoutACallbackAreKeptAllTheSame) {
+TEST_F(NyClientStateTest, WithoutACallbackAreKeptAllTheSame) {
     client->notification = nullptr;
     NotifyState(NyClientStateStarted);
     EXPECT_EQ(client->notified.load(), 1U);
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart));
 }
 
-TEST_F(NyClientStates, OfNoClientIsToldToNobody) {
+TEST_F(NyClientStateTest, OfNoClientIsToldToNobody) {
     EXPECT_EQ(NyClientNotifyState(nullptr, NyClientStateStarted, this), NY_OK);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }

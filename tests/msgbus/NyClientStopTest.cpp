@@ -6,7 +6,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NyClientStopping : public NyClientFixture {
+class NyClientStopTest : public NyClientFixture {
 protected:
     void Start() {
         ASSERT_EQ(NyClientStart(client), NY_OK);
@@ -27,17 +27,17 @@ protected:
     }
 };
 
-TEST_F(NyClientStopping, RefusesNull) {
+TEST_F(NyClientStopTest, RefusesNull) {
     EXPECT_EQ(NyClientStop(nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NyClientStopping, OfAClientThatIsNotStartedIsLoggedAsAFailureAndIsNone) {
+TEST_F(NyClientStopTest, OfAClientThatIsNotStartedIsLoggedAsAFailureAndIsNone) {
     EXPECT_EQ(NyClientStop(client), NY_OK);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("2 ny_client: ny client already stopped."));
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientStopping, StopsTheHandlerAndKeepsIt) {
+TEST_F(NyClientStopTest, StopsTheHandlerAndKeepsIt) {
     Start();
     EXPECT_EQ(NyClientStop(client), NY_OK);
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_stop 0"));
@@ -47,7 +47,7 @@ TEST_F(NyClientStopping, StopsTheHandlerAndKeepsIt) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-TEST_F(NyClientStopping, TwiceIsDoneOnce) {
+TEST_F(NyClientStopTest, TwiceIsDoneOnce) {
     Start();
     ASSERT_EQ(NyClientStop(client), NY_OK);
     EXPECT_EQ(NyClientStop(client), NY_OK);
@@ -56,7 +56,7 @@ TEST_F(NyClientStopping, TwiceIsDoneOnce) {
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_stop 0"));
 }
 
-TEST_F(NyClientStopping, AnswersTheAgentsRefusalAndCountsAsStopped) {
+TEST_F(NyClientStopTest, AnswersTheAgentsRefusalAndCountsAsStopped) {
     Start();
     ny_sim_fail_call("ny_client_handler_stop", 1, 55, NY_SIM_ONCE);
     EXPECT_EQ(NyClientStop(client), 55);
@@ -65,7 +65,7 @@ TEST_F(NyClientStopping, AnswersTheAgentsRefusalAndCountsAsStopped) {
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_stop 55"));
 }
 
-TEST_F(NyClientStopping, MarksTheClientStoppedBeforeTheAgentIsCalled) {
+TEST_F(NyClientStopTest, MarksTheClientStoppedBeforeTheAgentIsCalled) {
     Start();
     static uint32_t startedInside;
     startedInside = 1;
@@ -76,14 +76,14 @@ TEST_F(NyClientStopping, MarksTheClientStoppedBeforeTheAgentIsCalled) {
     EXPECT_EQ(startedInside, 0U);
 }
 
-TEST_F(NyClientStopping, WithoutLibrariesAnswersThatTheFunctionIsMissing) {
+TEST_F(NyClientStopTest, WithoutLibrariesAnswersThatTheFunctionIsMissing) {
     LoseHandler();
     EXPECT_EQ(NyClientStop(client), NY_FUNCTION_MISSING);
     EXPECT_THAT(lines.client.Lines(), ElementsAre("5 ny_client: stopping ny client."));
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientStopping, CallsTheAgentWithoutAHandlerWhenThatIsGone) {
+TEST_F(NyClientStopTest, CallsTheAgentWithoutAHandlerWhenThatIsGone) {
     NyClient* const other = MakeClient("PRODUCT2000");
     LoseHandler();
     EXPECT_EQ(NyClientStop(client), NY_INVALID_ARGUMENT);

@@ -10,16 +10,16 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class NyClientLife : public NyClientFixture {};
+class NyClientTest : public NyClientFixture {};
 
-TEST_F(NyClientLife, CreationRefusesNull) {
+TEST_F(NyClientTest, CreationRefusesNull) {
     VsMsgbusClientRecord record;
     EXPECT_EQ(NyClientCreate(nullptr, &record), NY_INVALID_ARGUMENT);
     EXPECT_EQ(record.client, nullptr);
     EXPECT_EQ(NyClientCreate("PRODUCT1000", nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NyClientLife, CreationLoadsTheDispatcherAndLeavesTheRestEmpty) {
+TEST_F(NyClientTest, CreationLoadsTheDispatcherAndLeavesTheRestEmpty) {
     VsMsgbusClientRecord record;
     char productId[] = "PRODUCT2000";
     ASSERT_EQ(NyClientCreate(productId, &record), NY_OK);
@@ -44,7 +44,7 @@ TEST_F(NyClientLife, CreationLoadsTheDispatcherAndLeavesTheRestEmpty) {
 }
 
 // Whichever allocation fails: the context's, the product id's, the dispatcher's.
-TEST_F(NyClientLife, CreationWithoutMemoryAnswersSoAndLeavesNothing) {
+TEST_F(NyClientTest, CreationWithoutMemoryAnswersSoAndLeavesNothing) {
     Release();
     const char* longProductId = "a product id that is too long to be kept without memory";
     size_t failures = 0;
@@ -66,11 +66,11 @@ TEST_F(NyClientLife, CreationWithoutMemoryAnswersSoAndLeavesNothing) {
     EXPECT_GT(failures, 3U);
 }
 
-TEST_F(NyClientLife, ReleaseRefusesNull) {
+TEST_F(NyClientTest, ReleaseRefusesNull) {
     EXPECT_EQ(NyClientRelease(nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(NyClientLife, ReleaseLetsGoOfTheHandlerOnceAndUnloadsTheAgent) {
+TEST_F(NyClientTest, ReleaseLetsGoOfTheHandlerOnceAndUnloadsTheAgent) {
     ASSERT_EQ(NyClientStart(client), NY_OK);
     ASSERT_NE(::GetModuleHandleA("ny_client.dll"), nullptr);
     ny_sim_clear_calls();
@@ -79,12 +79,12 @@ TEST_F(NyClientLife, ReleaseLetsGoOfTheHandlerOnceAndUnloadsTheAgent) {
     EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
 }
 
-TEST_F(NyClientLife, ReleaseOfAClientThatNeverStartedCallsNoAgent) {
+TEST_F(NyClientTest, ReleaseOfAClientThatNeverStartedCallsNoAgent) {
     Release();
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientLife, ReleaseEndsTheWatcher) {
+TEST_F(NyClientTest, ReleaseEndsTheWatcher) {
     ASSERT_EQ(NyClientRegisterNotifications(client, Notify, this), NY_OK);
     lines.client.Take();
     Release();
@@ -92,7 +92,7 @@ TEST_F(NyClientLife, ReleaseEndsTheWatcher) {
                                                   "5 ny_client: ny client notifier thread stopped successfully."));
 }
 
-TEST_F(NyClientLife, ARecordReleasesTheClientThatItOwns) {
+TEST_F(NyClientTest, ARecordReleasesTheClientThatItOwns) {
     {
         VsMsgbusClientRecord record;
         record.client = client;
@@ -104,7 +104,7 @@ TEST_F(NyClientLife, ARecordReleasesTheClientThatItOwns) {
     EXPECT_THAT(AnsweredCalls(), ElementsAre("ny_client_handler_release 0"));
 }
 
-TEST_F(NyClientLife, ARecordThatOwnsNothingOnlyForgetsTheClient) {
+TEST_F(NyClientTest, ARecordThatOwnsNothingOnlyForgetsTheClient) {
     ASSERT_EQ(NyClientStart(client), NY_OK);
     ny_sim_clear_calls();
     VsMsgbusClientRecord record;

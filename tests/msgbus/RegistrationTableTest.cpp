@@ -26,7 +26,7 @@ private:
     const std::string name;
 };
 
-class Table : public testing::Test {
+class RegistrationTableTest : public testing::Test {
 protected:
     void Set(const wchar_t* id, const std::string& name) { table.Set(id, log, name); }
 
@@ -73,19 +73,19 @@ protected:
     bool isCalled = false;
 };
 
-TEST_F(Table, HasNothingAtFirst) {
+TEST_F(RegistrationTableTest, HasNothingAtFirst) {
     EXPECT_EQ(NameOf(L"P"), "");
     table.Remove(L"P");
 }
 
-TEST_F(Table, KeepsTheFirstRegistrationOfAnIdAndDropsTheSecond) {
+TEST_F(RegistrationTableTest, KeepsTheFirstRegistrationOfAnIdAndDropsTheSecond) {
     Set(L"P", "first");
     Set(L"P", "second");
     EXPECT_THAT(log.Lines(), ElementsAre("second destroyed"));
     EXPECT_EQ(NameOf(L"P"), "first");
 }
 
-TEST_F(Table, NeverFreesTheSecondRegistrationWhereThatIsAskedFor) {
+TEST_F(RegistrationTableTest, NeverFreesTheSecondRegistrationWhereThatIsAskedFor) {
     // Outlives the record that is never freed.
     static LineLog keptLog;
     {
@@ -97,7 +97,7 @@ TEST_F(Table, NeverFreesTheSecondRegistrationWhereThatIsAskedFor) {
     EXPECT_THAT(keptLog.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(Table, TellsIdsApart) {
+TEST_F(RegistrationTableTest, TellsIdsApart) {
     Set(L"P", "first");
     Set(L"p", "second");
     EXPECT_EQ(NameOf(L"P"), "first");
@@ -105,7 +105,7 @@ TEST_F(Table, TellsIdsApart) {
     EXPECT_EQ(NameOf(L""), "");
 }
 
-TEST_F(Table, ForgetsWhatIsRemoved) {
+TEST_F(RegistrationTableTest, ForgetsWhatIsRemoved) {
     Set(L"P", "first");
     table.Remove(L"P");
     EXPECT_THAT(log.Take(), ElementsAre("first destroyed"));
@@ -114,7 +114,7 @@ TEST_F(Table, ForgetsWhatIsRemoved) {
     EXPECT_EQ(NameOf(L"P"), "second");
 }
 
-TEST_F(Table, LetsOneThreadIntoARecordAtATime) {
+TEST_F(RegistrationTableTest, LetsOneThreadIntoARecordAtATime) {
     Set(L"P", "first");
     Enter();
     Event isServed;
@@ -128,7 +128,7 @@ TEST_F(Table, LetsOneThreadIntoARecordAtATime) {
     EXPECT_TRUE(isServed.IsSet());
 }
 
-TEST_F(Table, LetsSeveralThreadsIntoARecordWhereThatIsAllowed) {
+TEST_F(RegistrationTableTest, LetsSeveralThreadsIntoARecordWhereThatIsAllowed) {
     RegistrationTable<Record, CallGate::Admission::Together> open;
     open.Set(L"P", log, "first");
     open.With(L"P", [&](Record&, auto&&) {
@@ -136,12 +136,12 @@ TEST_F(Table, LetsSeveralThreadsIntoARecordWhereThatIsAllowed) {
     });
 }
 
-TEST_F(Table, LetsTheThreadInsideARecordInAgain) {
+TEST_F(RegistrationTableTest, LetsTheThreadInsideARecordInAgain) {
     Set(L"P", "first");
     table.With(L"P", [this](Record&, auto&&) { EXPECT_EQ(NameOf(L"P"), "first"); });
 }
 
-TEST_F(Table, IsOpenToOtherThreadsDuringACall) {
+TEST_F(RegistrationTableTest, IsOpenToOtherThreadsDuringACall) {
     Set(L"P", "first");
     table.With(L"P", [this](Record&, auto&&) {
         std::thread([this] {
@@ -152,7 +152,7 @@ TEST_F(Table, IsOpenToOtherThreadsDuringACall) {
     });
 }
 
-TEST_F(Table, LeavesTheRecordWhenACallThrows) {
+TEST_F(RegistrationTableTest, LeavesTheRecordWhenACallThrows) {
     Set(L"P", "first");
     EXPECT_THROW(table.With(L"P", [](Record&, auto&&) { throw 1; }), int);
     EXPECT_EQ(NameOf(L"P"), "first");
@@ -160,7 +160,7 @@ TEST_F(Table, LeavesTheRecordWhenACallThrows) {
     EXPECT_THAT(log.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(Table, RemovalWaitsForTheCallOnAnotherThread) {
+TEST_F(RegistrationTableTest, RemovalWaitsForTheCallOnAnotherThread) {
     Set(L"P", "first");
     Enter();
     Event isRemoved;
@@ -177,7 +177,7 @@ TEST_F(Table, RemovalWaitsForTheCallOnAnotherThread) {
     EXPECT_THAT(log.Lines(), testing::UnorderedElementsAre("first was removed", "removed", "first destroyed"));
 }
 
-TEST_F(Table, RemovalFromInsideTheCallReturnsAtOnceAndTheRecordLastsUntilItsEnd) {
+TEST_F(RegistrationTableTest, RemovalFromInsideTheCallReturnsAtOnceAndTheRecordLastsUntilItsEnd) {
     Set(L"P", "first");
     table.With(L"P", [this](Record& record, auto&& wasRemoved) {
         table.Remove(L"P");
@@ -192,7 +192,7 @@ TEST_F(Table, RemovalFromInsideTheCallReturnsAtOnceAndTheRecordLastsUntilItsEnd)
 }
 
 // Whoever waits for its turn when the record is removed does not call the module any more, and is not waited for.
-TEST_F(Table, RemovalKeepsOutACallThatWaitsForItsTurn) {
+TEST_F(RegistrationTableTest, RemovalKeepsOutACallThatWaitsForItsTurn) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
         StartWaiting();
@@ -204,7 +204,7 @@ TEST_F(Table, RemovalKeepsOutACallThatWaitsForItsTurn) {
     EXPECT_THAT(log.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(Table, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
+TEST_F(RegistrationTableTest, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
         StartWaiting();
@@ -217,7 +217,7 @@ TEST_F(Table, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
     EXPECT_EQ(NameOf(L"P"), "first");
 }
 
-TEST_F(Table, TurnsNobodyAwayForAThreadOutside) {
+TEST_F(RegistrationTableTest, TurnsNobodyAwayForAThreadOutside) {
     Set(L"P", "first");
     Enter();
     StartWaiting();

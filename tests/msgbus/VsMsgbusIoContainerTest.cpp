@@ -12,7 +12,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Key;
 
-class IoContainer : public testing::Test {
+class VsMsgbusIoContainerTest : public testing::Test {
 protected:
     std::shared_ptr<FakeIo> Make(const std::string& name) { return std::make_shared<FakeIo>(log, name); }
 
@@ -30,12 +30,12 @@ int32_t CodeOfAdding(VsMsgbusIoContainer& container, int32_t kind, VsMsgbusIoPoi
     return 0;
 }
 
-TEST_F(IoContainer, FindsNothingWhenItIsEmpty) {
+TEST_F(VsMsgbusIoContainerTest, FindsNothingWhenItIsEmpty) {
     EXPECT_EQ(container.FindIo(IoKindUpdate), nullptr);
     EXPECT_EQ(container.FindIo(0), nullptr);
 }
 
-TEST_F(IoContainer, FindsWhatWasAddedByItsKind) {
+TEST_F(VsMsgbusIoContainerTest, FindsWhatWasAddedByItsKind) {
     const auto first = Make("first");
     const auto second = Make("second");
     container.AddIo(IoKindPolicy, first);
@@ -45,7 +45,7 @@ TEST_F(IoContainer, FindsWhatWasAddedByItsKind) {
     EXPECT_EQ(container.FindIo(IoKindProperty), nullptr);
 }
 
-TEST_F(IoContainer, KeepsTheFirstOfAKindAndRefusesTheSecond) {
+TEST_F(VsMsgbusIoContainerTest, KeepsTheFirstOfAKindAndRefusesTheSecond) {
     const auto first = Make("first");
     container.AddIo(IoKindPolicy, first);
     EXPECT_EQ(CodeOfAdding(container, IoKindPolicy, Make("second")), 18);
@@ -53,7 +53,7 @@ TEST_F(IoContainer, KeepsTheFirstOfAKindAndRefusesTheSecond) {
     EXPECT_THAT(log.Lines(), ElementsAre("second destroyed"));
 }
 
-TEST_F(IoContainer, OverwritesAnEntryWithoutAnObject) {
+TEST_F(VsMsgbusIoContainerTest, OverwritesAnEntryWithoutAnObject) {
     container.AddIo(IoKindPolicy, nullptr);
     EXPECT_EQ(container.FindIo(IoKindPolicy), nullptr);
     EXPECT_THAT(container.CopyIos(), ElementsAre(Key(IoKindPolicy)));
@@ -62,7 +62,7 @@ TEST_F(IoContainer, OverwritesAnEntryWithoutAnObject) {
     EXPECT_EQ(container.FindIo(IoKindPolicy), io.get());
 }
 
-TEST_F(IoContainer, AsksItsOwnFindIoBeforeItAdds) {
+TEST_F(VsMsgbusIoContainerTest, AsksItsOwnFindIoBeforeItAdds) {
     class Full : public VsMsgbusIoContainer {
     public:
         VsMsgbusIo* FindIo(int32_t /*kind*/) override { return &io; }
@@ -73,21 +73,21 @@ TEST_F(IoContainer, AsksItsOwnFindIoBeforeItAdds) {
     EXPECT_THAT(full.CopyIos(), IsEmpty());
 }
 
-TEST_F(IoContainer, KeepsItsEntriesInAscendingOrder) {
+TEST_F(VsMsgbusIoContainerTest, KeepsItsEntriesInAscendingOrder) {
     for (const int32_t kind : {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate}) {
         container.AddIo(kind, Make("io"));
     }
     EXPECT_THAT(container.CopyIos(), ElementsAre(Key(256), Key(2048), Key(4096), Key(8192)));
 }
 
-TEST_F(IoContainer, IsLeftEmptyByTakingAndTakesTheSameKindsAgain) {
+TEST_F(VsMsgbusIoContainerTest, IsLeftEmptyByTakingAndTakesTheSameKindsAgain) {
     container.AddIo(IoKindPolicy, Make("first"));
     EXPECT_THAT(container.TakeIos(), ElementsAre(Key(IoKindPolicy)));
     EXPECT_EQ(container.FindIo(IoKindPolicy), nullptr);
     EXPECT_EQ(CodeOfAdding(container, IoKindPolicy, Make("second")), 0);
 }
 
-TEST_F(IoContainer, CopyOutlivesWhatIsTaken) {
+TEST_F(VsMsgbusIoContainerTest, CopyOutlivesWhatIsTaken) {
     container.AddIo(IoKindPolicy, Make("io"));
     const VsMsgbusIoMap copy = container.CopyIos();
     container.TakeIos();

@@ -15,9 +15,9 @@ using testing::IsEmpty;
 constexpr char notified[] = "VsMsgbus received client notification with type :[1]";
 constexpr char notStartedText[] = "Failed to start VsMsgbus, exception:[Unknown exception]";
 
-class VsMsgbusStarting : public VsMsgbusFixture {};
+class VsMsgbusStart : public VsMsgbusFixture {};
 
-TEST_F(VsMsgbusStarting, StartsTheClientThenCreatesTheServices) {
+TEST_F(VsMsgbusStart, StartsTheClientThenCreatesTheServices) {
     Notify(1);
     EXPECT_TRUE(bridge->IsStarted());
     EXPECT_EQ(ny_sim_started_clients(), 1U);
@@ -26,7 +26,7 @@ TEST_F(VsMsgbusStarting, StartsTheClientThenCreatesTheServices) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStarting, AttachesEveryProductToTheServicesOfItsMask) {
+TEST_F(VsMsgbusStart, AttachesEveryProductToTheServicesOfItsMask) {
     for (const char* const product : {"b", "C", "a", "none"}) {
         bridge->AddProduct(product, std::string(product) == "none" ? 0U : 0x2000U);
     }
@@ -39,7 +39,7 @@ TEST_F(VsMsgbusStarting, AttachesEveryProductToTheServicesOfItsMask) {
 }
 
 // The order shows when the agent refuses the second one.
-TEST_F(VsMsgbusStarting, EndsAtTheProductThatTheAgentRefuses) {
+TEST_F(VsMsgbusStart, EndsAtTheProductThatTheAgentRefuses) {
     for (const char* const product : {"b", "C", "a"}) {
         bridge->AddProduct(product, 0x2000U);
     }
@@ -54,7 +54,7 @@ TEST_F(VsMsgbusStarting, EndsAtTheProductThatTheAgentRefuses) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStarting, CreatesNoServiceWhenTheClientDoesNotStart) {
+TEST_F(VsMsgbusStart, CreatesNoServiceWhenTheClientDoesNotStart) {
     ny_sim_fail_call("ny_client_handler_start", 1, 88, NY_SIM_ONCE);
     Notify(1);
     EXPECT_FALSE(bridge->IsStarted());
@@ -63,7 +63,7 @@ TEST_F(VsMsgbusStarting, CreatesNoServiceWhenTheClientDoesNotStart) {
     EXPECT_THAT(sink.log.Lines(), ElementsAre("3: NY log message, [ny_client] falied to start ny client."));
 }
 
-TEST_F(VsMsgbusStarting, EndsAtAServiceThatIsThereAlready) {
+TEST_F(VsMsgbusStart, EndsAtAServiceThatIsThereAlready) {
     Add(IoKindProperty);
     bridge->AddProduct("PRODUCT1000", 0x2000);
     Notify(1);
@@ -72,7 +72,7 @@ TEST_F(VsMsgbusStarting, EndsAtAServiceThatIsThereAlready) {
     EXPECT_THAT(dropped.log.Lines(), ElementsAre(notified, notStartedText));
 }
 
-TEST_F(VsMsgbusStarting, TwiceWithoutAStopFailsAndStaysStarted) {
+TEST_F(VsMsgbusStart, TwiceWithoutAStopFailsAndStaysStarted) {
     Notify(1);
     VsMsgbusIo* const service = bridge->FindIo(IoKindProperty);
     Notify(1);
@@ -82,7 +82,7 @@ TEST_F(VsMsgbusStarting, TwiceWithoutAStopFailsAndStaysStarted) {
 }
 
 // Agents come with notifications of which this bridge knows nothing.
-TEST_F(VsMsgbusStarting, DoesNotFollowOtherNotifications) {
+TEST_F(VsMsgbusStart, DoesNotFollowOtherNotifications) {
     for (const int32_t type : {2, -1, 77}) {
         Notify(type);
     }
@@ -162,7 +162,7 @@ TEST_F(VsMsgbusAttaching, TellsProductsApartByteByByte) {
     EXPECT_FALSE(bridge->HasProducts());
 }
 
-TEST_F(VsMsgbusStarting, DoesNotRegisterAProductThatLeavesMeanwhile) {
+TEST_F(VsMsgbusStart, DoesNotRegisterAProductThatLeavesMeanwhile) {
     bridge->AddProduct("a", 0x2000U);
     bridge->AddProduct("b", 0x2000U);
     ny_sim_set_hook(

@@ -9,7 +9,7 @@ using testing::SizeIs;
 
 constexpr char released[] = "Successfully released/unregistered VsMsgbus io ";
 
-class VsMsgbusStopping : public VsMsgbusFixture {
+class VsMsgbusStop : public VsMsgbusFixture {
 protected:
     void SetUp() override {
         VsMsgbusFixture::SetUp();
@@ -19,7 +19,7 @@ protected:
     void Stop() { Notify(0); }
 };
 
-TEST_F(VsMsgbusStopping, UnregistersAndDestroysEveryServiceInAscendingOrder) {
+TEST_F(VsMsgbusStop, UnregistersAndDestroysEveryServiceInAscendingOrder) {
     AddAll();
     Stop();
     EXPECT_THAT(ios.Lines(), ElementsAre("256 unregisters PRODUCT1000", "256 unregisters all", "256 destroyed",
@@ -31,34 +31,34 @@ TEST_F(VsMsgbusStopping, UnregistersAndDestroysEveryServiceInAscendingOrder) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-TEST_F(VsMsgbusStopping, OfAnEmptyContainerSaysNothing) {
+TEST_F(VsMsgbusStop, OfAnEmptyContainerSaysNothing) {
     Stop();
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
     EXPECT_THAT(dropped.log.Lines(), ElementsAre("VsMsgbus received client notification with type :[0]"));
 }
 
-TEST_F(VsMsgbusStopping, LeavesNothingForTheSecondProduct) {
+TEST_F(VsMsgbusStop, LeavesNothingForTheSecondProduct) {
     bridge->AddProduct("PRODUCT2000", 0);
     Add(IoKindUpdate);
     Stop();
     EXPECT_THAT(ios.Lines(), ElementsAre("256 unregisters PRODUCT1000", "256 unregisters all", "256 destroyed"));
 }
 
-TEST_F(VsMsgbusStopping, ReleasesTheServicesWhenTheLastProductHasLeft) {
+TEST_F(VsMsgbusStop, ReleasesTheServicesWhenTheLastProductHasLeft) {
     bridge->RemoveProduct("PRODUCT1000");
     Add(IoKindUpdate);
     Stop();
     EXPECT_THAT(ios.Lines(), ElementsAre("256 unregisters all", "256 destroyed"));
 }
 
-TEST_F(VsMsgbusStopping, SkipsAnEntryWithoutAnObject) {
+TEST_F(VsMsgbusStop, SkipsAnEntryWithoutAnObject) {
     bridge->AddIo(IoKindTask, nullptr);
     Stop();
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStopping, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
+TEST_F(VsMsgbusStop, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
     AddAll();
     Io(IoKindTask).onUnregister = Throwing(77);
     Stop();
@@ -74,7 +74,7 @@ TEST_F(VsMsgbusStopping, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
 }
 
 // There is no product left that the text could be about.
-TEST_F(VsMsgbusStopping, TellsNobodyOfARefusalWhenTheLastProductHasLeft) {
+TEST_F(VsMsgbusStop, TellsNobodyOfARefusalWhenTheLastProductHasLeft) {
     bridge->RemoveProduct("PRODUCT1000");
     Add(IoKindTask).onUnregisterAll = Throwing(77);
     Stop();
@@ -82,7 +82,7 @@ TEST_F(VsMsgbusStopping, TellsNobodyOfARefusalWhenTheLastProductHasLeft) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStopping, TellsTheSinkOfEachRefusalWithWhatWasBeforeIt) {
+TEST_F(VsMsgbusStop, TellsTheSinkOfEachRefusalWithWhatWasBeforeIt) {
     AddAll();
     Io(IoKindUpdate).onUnregister = Throwing(-5);
     Io(IoKindPolicy).onUnregister = Throwing(77);
@@ -93,7 +93,7 @@ TEST_F(VsMsgbusStopping, TellsTheSinkOfEachRefusalWithWhatWasBeforeIt) {
                                        "Failed to release VsMsgbus io [4096] due to exception: [77]"));
 }
 
-TEST_F(VsMsgbusStopping, TellsTheSinkOfAnyOtherExceptionToo) {
+TEST_F(VsMsgbusStop, TellsTheSinkOfAnyOtherExceptionToo) {
     AddAll();
     Io(IoKindUpdate).onUnregister = [] { throw 1; };
     Io(IoKindTask).onUnregister = [] { throw std::bad_alloc(); };
@@ -103,7 +103,7 @@ TEST_F(VsMsgbusStopping, TellsTheSinkOfAnyOtherExceptionToo) {
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStopping, WithoutASinkGoesOnAllTheSame) {
+TEST_F(VsMsgbusStop, WithoutASinkGoesOnAllTheSame) {
     ClearLogSink();
     AddAll();
     Io(IoKindUpdate).onUnregister = Throwing(77);
@@ -112,7 +112,7 @@ TEST_F(VsMsgbusStopping, WithoutASinkGoesOnAllTheSame) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(VsMsgbusStopping, TellsTheSinkThatTheClientDidNotStop) {
+TEST_F(VsMsgbusStop, TellsTheSinkThatTheClientDidNotStop) {
     ny_sim_fail_call("ny_client_handler_stop", 1, 55, NY_SIM_ONCE);
     Stop();
     EXPECT_THAT(sink.log.Lines(),
@@ -121,7 +121,7 @@ TEST_F(VsMsgbusStopping, TellsTheSinkThatTheClientDidNotStop) {
 }
 
 // Through the state handler, which lets go of the agent between the two.
-TEST_F(VsMsgbusStopping, IsFollowedByAStartThatAddsTheServicesAgain) {
+TEST_F(VsMsgbusStop, IsFollowedByAStartThatAddsTheServicesAgain) {
     bridge->RegisterForNotifications();
     ASSERT_TRUE(bridge->IsStarted());
     const auto kinds = bridge->CopyIos().size();
@@ -137,7 +137,7 @@ TEST_F(VsMsgbusStopping, IsFollowedByAStartThatAddsTheServicesAgain) {
                                                  "VsMsgbus received client notification with type :[1]"));
 }
 
-TEST_F(VsMsgbusStopping, ThatFailedLeavesTheBridgeMarkedAsStarted) {
+TEST_F(VsMsgbusStop, ThatFailedLeavesTheBridgeMarkedAsStarted) {
     Notify(1);
     ASSERT_TRUE(bridge->IsStarted());
     ny_sim_fail_call("ny_client_handler_stop", 1, 55, NY_SIM_ONCE);

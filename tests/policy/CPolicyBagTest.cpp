@@ -15,7 +15,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class PolicyBag : public NyClientFixture {
+class CPolicyBagTest : public NyClientFixture {
 protected:
     void SetUp() override {
         NyClientFixture::SetUp();
@@ -51,7 +51,7 @@ protected:
     CapturingSink sink;
 };
 
-TEST_F(PolicyBag, GivesWhatTheClientsAgentHolds) {
+TEST_F(CPolicyBagTest, GivesWhatTheClientsAgentHolds) {
     CPolicyBag bag(Handler(), 7, &sink, L"PRODUCT1000");
     NotingCallbacks callbacks;
     EXPECT_TRUE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
@@ -60,31 +60,31 @@ TEST_F(PolicyBag, GivesWhatTheClientsAgentHolds) {
     EXPECT_EQ(bag.LogLevel(), 7);
 }
 
-TEST_F(PolicyBag, WithoutAClientGivesNothing) {
+TEST_F(CPolicyBagTest, WithoutAClientGivesNothing) {
     CPolicyBag bag(nullptr, 0, &sink, L"PRODUCT1000");
     ExpectNothingFrom(bag);
 }
 
-TEST_F(PolicyBag, ThatIsClosedGivesNothing) {
+TEST_F(CPolicyBagTest, ThatIsClosedGivesNothing) {
     CPolicyBag bag(Handler(), 0, &sink, L"PRODUCT1000");
     bag.Close();
     ExpectNothingFrom(bag);
 }
 
-TEST_F(PolicyBag, OfAClientThatWasStoppedGivesNothing) {
+TEST_F(CPolicyBagTest, OfAClientThatWasStoppedGivesNothing) {
     CPolicyBag bag(Handler(), 0, &sink, L"PRODUCT1000");
     ASSERT_EQ(NyClientStop(client), NY_OK);
     ExpectNothingFrom(bag);
 }
 
-TEST_F(PolicyBag, OfAnotherClientGivesNothing) {
+TEST_F(CPolicyBagTest, OfAnotherClientGivesNothing) {
     int somethingElse = 0;
     CPolicyBag bag(reinterpret_cast<ny_client_t*>(&somethingElse), 0, &sink, L"PRODUCT1000");
     ExpectNothingFrom(bag);
 }
 
 // What is composed after a notification and goes to no log.
-TEST_F(PolicyBag, IsFollowedByATextThatIsDropped) {
+TEST_F(CPolicyBagTest, IsFollowedByATextThatIsDropped) {
     const UnloggedTexts dropped;
     VsMsgbusPolicyEnforcer service(Handler());
     Enforcer enforcer;

@@ -19,37 +19,37 @@ std::wstring TextOf(CPolicyDump& dump) {
     return text;
 }
 
-TEST(PolicyDump, BeginsWithAnEmptyGoodText) {
+TEST(CPolicyDump, BeginsWithAnEmptyGoodText) {
     CPolicyDump dump;
     EXPECT_EQ(TextOf(dump), L"");
     EXPECT_TRUE(dump.IsGood());
 }
 
-TEST(PolicyDump, WritesAContainer) {
+TEST(CPolicyDump, WritesAContainer) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnContainer(L"F", L"C", L"T", L"N"));
     EXPECT_EQ(TextOf(dump), L"    Container FeatureId[F] pCatagoryId[C] pTypeId[T] pName[N]\n");
 }
 
-TEST(PolicyDump, WritesASettingsObject) {
+TEST(CPolicyDump, WritesASettingsObject) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSettings(L"P", L"1", L"a"));
     EXPECT_EQ(TextOf(dump), L"      Settings Name=[P] pIntParam[1] pStrParam[a]\n");
 }
 
-TEST(PolicyDump, WritesASectionWithoutItsReservedText) {
+TEST(CPolicyDump, WritesASectionWithoutItsReservedText) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSection(L"S", L"reserved"));
     EXPECT_EQ(TextOf(dump), L"         Section Name=[S]\n");
 }
 
-TEST(PolicyDump, WritesASettingWithoutItsSection) {
+TEST(CPolicyDump, WritesASettingWithoutItsSection) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSetting(L"S", L"N", L"V"));
     EXPECT_EQ(TextOf(dump), L"             N=[V]\n");
 }
 
-TEST(PolicyDump, WritesNullInEveryPlace) {
+TEST(CPolicyDump, WritesNullInEveryPlace) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnContainer(nullptr, nullptr, nullptr, nullptr));
     EXPECT_TRUE(dump.OnSettings(nullptr, nullptr, nullptr));
@@ -62,7 +62,7 @@ TEST(PolicyDump, WritesNullInEveryPlace) {
               L"             <null>=[<null>]\n");
 }
 
-TEST(PolicyDump, WithoutMemoryWritesNothingMoreAndGoesOn) {
+TEST(CPolicyDump, WithoutMemoryWritesNothingMoreAndGoesOn) {
     CPolicyDump dump;
     EXPECT_TRUE(dump.OnSection(L"before", nullptr));
     const std::wstring before = TextOf(dump);
@@ -81,7 +81,7 @@ TEST(PolicyDump, WithoutMemoryWritesNothingMoreAndGoesOn) {
 }
 
 // Pieces of every length, and lines that are longer than any piece.
-TEST(PolicyDump, IsOneTextHoweverLongItIs) {
+TEST(CPolicyDump, IsOneTextHoweverLongItIs) {
     CPolicyDump dump;
     std::wstring expected;
     for (size_t i = 0; i < 3000; ++i) {

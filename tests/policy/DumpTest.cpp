@@ -3,7 +3,7 @@
 
 namespace {
 
-class DumpOfPolicies : public PolicyTest {
+class DumpTest : public PolicyTest {
 protected:
     std::string DumpAll() {
         std::string text;
@@ -12,7 +12,7 @@ protected:
     }
 };
 
-TEST_F(DumpOfPolicies, HasOneLineForEachItem) {
+TEST_F(DumpTest, HasOneLineForEachItem) {
     HoldPolicies(R"([
         {"softwareId": "PRODUCT1000", "feature": "F1", "category": "C1", "type": "T1", "name": "N1",
          "settingsObject": {"name": "P1", "intParameter": "1", "stringParameter": "a"},
@@ -30,7 +30,7 @@ TEST_F(DumpOfPolicies, HasOneLineForEachItem) {
               "    Container FeatureId[<null>] pCatagoryId[<null>] pTypeId[<null>] pName[N2]\n");
 }
 
-TEST_F(DumpOfPolicies, WritesNullInItsBrackets) {
+TEST_F(DumpTest, WritesNullInItsBrackets) {
     HoldPolicies(R"([{"softwareId": "PRODUCT1000", "sections": [{"settings": [[null, null]]}]}])");
     EXPECT_EQ(DumpAll(),
               "    Container FeatureId[<null>] pCatagoryId[<null>] pTypeId[<null>] pName[<null>]\n"
@@ -39,12 +39,12 @@ TEST_F(DumpOfPolicies, WritesNullInItsBrackets) {
               "             <null>=[<null>]\n");
 }
 
-TEST_F(DumpOfPolicies, IsAnEmptyTextWithoutPolicies) {
+TEST_F(DumpTest, IsAnEmptyTextWithoutPolicies) {
     EXPECT_EQ(DumpAll(), "");
     EXPECT_THAT(modulesSink.log.Lines(), testing::IsEmpty());
 }
 
-TEST_F(DumpOfPolicies, IsOfTheMachineAndWithoutTheWithheldSetting) {
+TEST_F(DumpTest, IsOfTheMachineAndWithoutTheWithheldSetting) {
     HoldPolicies(R"([
         {"softwareId": "PRODUCT1000", "user": "DOMAIN\\user", "name": "of a user"},
         {"softwareId": "PRODUCT1000", "category": "QTP_BufferOverflow_Policies",
@@ -56,14 +56,14 @@ TEST_F(DumpOfPolicies, IsOfTheMachineAndWithoutTheWithheldSetting) {
               "             X=[2]\n");
 }
 
-TEST_F(DumpOfPolicies, TakesTextsAsTheyAre) {
+TEST_F(DumpTest, TakesTextsAsTheyAre) {
     HoldPolicies(R"([{"softwareId": "PRODUCT1000", "name": "100% \ud83d\ude00\n] pName["}])");
     EXPECT_EQ(DumpAll(),
               "    Container FeatureId[<null>] pCatagoryId[<null>] pTypeId[<null>] pName[100% \xF0\x9F\x98\x80\n] "
               "pName[]\n");
 }
 
-TEST_F(DumpOfPolicies, FreesWhatTheBufferHeld) {
+TEST_F(DumpTest, FreesWhatTheBufferHeld) {
     HoldPolicies(R"([{"softwareId": "PRODUCT1000"}])");
     Enforce([&](IPolicyBag& bag) {
         VsKitMsgbus::lpc_buffer buffer{};
@@ -82,7 +82,7 @@ TEST_F(DumpOfPolicies, FreesWhatTheBufferHeld) {
     });
 }
 
-TEST_F(DumpOfPolicies, LeavesNullAlone) {
+TEST_F(DumpTest, LeavesNullAlone) {
     Enforce([](IPolicyBag& bag) {
         ny_sim_clear_calls();
         bag.Dump(nullptr);
@@ -90,7 +90,7 @@ TEST_F(DumpOfPolicies, LeavesNullAlone) {
     });
 }
 
-TEST_F(DumpOfPolicies, HasTheLinesUntilTheAgentFails) {
+TEST_F(DumpTest, HasTheLinesUntilTheAgentFails) {
     HoldPolicies(R"([{"softwareId": "PRODUCT1000", "name": "N", "sections": [{"name": "S"}]},
                      {"softwareId": "PRODUCT1000", "name": "unreached"}])");
     ASSERT_EQ(ny_sim_fail_call("ny_policy_bag_uri_iterator_get_next", 2, 77, NY_SIM_ONCE), NY_OK);

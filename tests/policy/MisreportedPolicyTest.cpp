@@ -6,7 +6,7 @@ using testing::ElementsAre;
 
 namespace {
 
-class MisreportedPolicy : public PolicyAgentTest {
+class MisreportedPolicy : public InstalledAgentTest {
 protected:
     // The product leaves before the machine that it is on goes.
     void TearDown() override {

@@ -32,21 +32,21 @@ private:
     SystemFunction<decltype(::RegCloseKey)> closing{&::RegCloseKey, &Close};
 };
 
-class ThePolicyKey : public AgentTest {
+class PolicyKeyTest : public AgentTest {
 protected:
     static constexpr char open[] = R"(open HKLM SOFTWARE\Corvane\Endpoint\AV 0 983103)";
 
     PolicyKey key;
 };
 
-TEST_F(ThePolicyKey, IsNotMadeWhenItIsNotThere) {
+TEST_F(PolicyKeyTest, IsNotMadeWhenItIsNotThere) {
     EXPECT_EQ(key.Open(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(key.IsOpen());
     EXPECT_EQ(key.WriteText(L"Value", L"text"), ERROR_INVALID_HANDLE);
     EXPECT_FALSE(PolicyValues::HasKey());
 }
 
-TEST_F(ThePolicyKey, IsOpenedWithFullAccessAndClosedOnce) {
+TEST_F(PolicyKeyTest, IsOpenedWithFullAccessAndClosedOnce) {
     PolicyValues::MakeKey();
     const Keys keys;
     {
@@ -59,14 +59,14 @@ TEST_F(ThePolicyKey, IsOpenedWithFullAccessAndClosedOnce) {
     EXPECT_THAT(keys.asked.Lines(), ElementsAre(open, "close"));
 }
 
-TEST_F(ThePolicyKey, IsClosedAtItsEnd) {
+TEST_F(PolicyKeyTest, IsClosedAtItsEnd) {
     PolicyValues::MakeKey();
     const Keys keys;
     { EXPECT_EQ(PolicyKey().Open(), ERROR_SUCCESS); }
     EXPECT_THAT(keys.asked.Lines(), ElementsAre(open, "close"));
 }
 
-TEST_F(ThePolicyKey, TakesThePlaceOfTheOneThatWasHeld) {
+TEST_F(PolicyKeyTest, TakesThePlaceOfTheOneThatWasHeld) {
     PolicyValues::MakeKey();
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     const Keys keys;
@@ -76,7 +76,7 @@ TEST_F(ThePolicyKey, TakesThePlaceOfTheOneThatWasHeld) {
     EXPECT_EQ(PolicyValues::Read(L"Value"), L"text");
 }
 
-TEST_F(ThePolicyKey, StaysWhenItCannotBeOpenedAgain) {
+TEST_F(PolicyKeyTest, StaysWhenItCannotBeOpenedAgain) {
     PolicyValues::MakeKey();
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     PolicyValues::DeleteKey();
@@ -87,7 +87,7 @@ TEST_F(ThePolicyKey, StaysWhenItCannotBeOpenedAgain) {
     EXPECT_EQ(key.WriteText(L"Value", L"text"), ERROR_KEY_DELETED);
 }
 
-TEST_F(ThePolicyKey, TakesNoNullText) {
+TEST_F(PolicyKeyTest, TakesNoNullText) {
     PolicyValues::MakeKey();
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);
     EXPECT_EQ(key.WriteText(L"Value", nullptr), 13);

@@ -54,16 +54,16 @@ private:
     SystemFunction<decltype(::GetModuleHandleW)> finding{&::GetModuleHandleW, &Find};
 };
 
-class PolicyKeyInATransaction : public AgentTest {
+class PolicyKeyTransaction : public AgentTest {
 protected:
-    PolicyKeyInATransaction() { PolicyValues::MakeKey(); }
+    PolicyKeyTransaction() { PolicyValues::MakeKey(); }
 
     static constexpr LSTATUS failure = 1;
     static constexpr char function[] = "RegOpenKeyTransactedW";
     static constexpr char call[] = R"(HKLM SOFTWARE\Corvane\Endpoint\AV 0 983103 transaction)";
 };
 
-TEST_F(PolicyKeyInATransaction, IsOpenedByTheFunctionThatIsFoundAtRunTime) {
+TEST_F(PolicyKeyTransaction, IsOpenedByTheFunctionThatIsFoundAtRunTime) {
     System system(Offer::Function);
     const PolicyTransaction descriptor{&system, false};
     PolicyKey key(&descriptor);
@@ -74,7 +74,7 @@ TEST_F(PolicyKeyInATransaction, IsOpenedByTheFunctionThatIsFoundAtRunTime) {
     EXPECT_EQ(PolicyValues::Read(L"Value"), L"text");
 }
 
-TEST_F(PolicyKeyInATransaction, IsNotOpenWhenTheFunctionFails) {
+TEST_F(PolicyKeyTransaction, IsNotOpenWhenTheFunctionFails) {
     System system(Offer::Function);
     system.answer = ERROR_ACCESS_DENIED;
     const PolicyTransaction descriptor{&system, true};
@@ -84,7 +84,7 @@ TEST_F(PolicyKeyInATransaction, IsNotOpenWhenTheFunctionFails) {
     EXPECT_THAT(system.asked.Lines(), ElementsAre(function, call));
 }
 
-TEST_F(PolicyKeyInATransaction, IsNotOpenedWhereTheFunctionIsNotExported) {
+TEST_F(PolicyKeyTransaction, IsNotOpenedWhereTheFunctionIsNotExported) {
     System system(Offer::NoFunction);
     const PolicyTransaction descriptor{&system, true};
     PolicyKey key(&descriptor);
@@ -93,7 +93,7 @@ TEST_F(PolicyKeyInATransaction, IsNotOpenedWhereTheFunctionIsNotExported) {
     EXPECT_THAT(system.asked.Lines(), ElementsAre(function));
 }
 
-TEST_F(PolicyKeyInATransaction, IsNotOpenedWhereTheLibraryIsNotLoaded) {
+TEST_F(PolicyKeyTransaction, IsNotOpenedWhereTheLibraryIsNotLoaded) {
     System system(Offer::NoLibrary);
     const PolicyTransaction descriptor{&system, true};
     PolicyKey key(&descriptor);
@@ -102,7 +102,7 @@ TEST_F(PolicyKeyInATransaction, IsNotOpenedWhereTheLibraryIsNotLoaded) {
     EXPECT_THAT(system.asked.Lines(), IsEmpty());
 }
 
-TEST_F(PolicyKeyInATransaction, IsNotOpenedOnASystemWithoutTransactions) {
+TEST_F(PolicyKeyTransaction, IsNotOpenedOnASystemWithoutTransactions) {
     const HMODULE library = ::GetModuleHandleW(L"Advapi32.dll");
     if (library != nullptr && ::GetProcAddress(library, function) != nullptr) {
         GTEST_SKIP() << "this system has transactions";
@@ -114,7 +114,7 @@ TEST_F(PolicyKeyInATransaction, IsNotOpenedOnASystemWithoutTransactions) {
     EXPECT_FALSE(key.IsOpen());
 }
 
-TEST_F(PolicyKeyInATransaction, IsOpenedWithoutATransactionWhereThatIsAllowed) {
+TEST_F(PolicyKeyTransaction, IsOpenedWithoutATransactionWhereThatIsAllowed) {
     const System system(Offer::Function);
     const PolicyTransaction allowing{nullptr, true};
     PolicyKey key(&allowing);
@@ -127,7 +127,7 @@ TEST_F(PolicyKeyInATransaction, IsOpenedWithoutATransactionWhereThatIsAllowed) {
     EXPECT_THAT(system.asked.Lines(), IsEmpty());
 }
 
-TEST_F(PolicyKeyInATransaction, StaysOpenWhenItCannotBeOpenedAgain) {
+TEST_F(PolicyKeyTransaction, StaysOpenWhenItCannotBeOpenedAgain) {
     PolicyTransaction descriptor{nullptr, true};
     PolicyKey key(&descriptor);
     ASSERT_EQ(key.Open(), ERROR_SUCCESS);

@@ -16,7 +16,7 @@ constexpr char knownPolicies[] = R"([
     {"softwareId": "PRODUCT1000", "category": "QTP_General_Policies", "name": "\u00dc later"},
     {"softwareId": "PRODUCT1000", "user": "DOMAIN\\user", "category": "QTP_General_Policies", "name": "U"}])";
 
-class NamesOfWalks : public PolicyTest {
+class PolicyNamesOfWalks : public PolicyTest {
 protected:
     void SetUp() override {
         PolicyValues::MakeKey();
@@ -40,7 +40,7 @@ protected:
     HostLog hostLog;
 };
 
-TEST_F(NamesOfWalks, AreRecorded) {
+TEST_F(PolicyNamesOfWalks, AreRecorded) {
     EXPECT_THAT(Walk(), testing::SizeIs(5));
     ExpectNames();
     EXPECT_THAT(hostLog.log.Lines(),
@@ -48,18 +48,18 @@ TEST_F(NamesOfWalks, AreRecorded) {
                             "8 NySpb: Successfully set OASPolicyName "));
 }
 
-TEST_F(NamesOfWalks, AreRecordedByADumpToo) {
+TEST_F(PolicyNamesOfWalks, AreRecordedByADumpToo) {
     Enforce([](IPolicyBag& bag) { EXPECT_NE(Dump(bag), ""); });
     ExpectNames();
 }
 
-TEST_F(NamesOfWalks, AreRecordedWhenTheModuleWantsTheContainer) {
+TEST_F(PolicyNamesOfWalks, AreRecordedWhenTheModuleWantsTheContainer) {
     Walk([](const std::string& line) { return !line.starts_with("container"); });
     ExpectNoNames();
     EXPECT_THAT(hostLog.log.Lines(), IsEmpty());
 }
 
-TEST_F(NamesOfWalks, AreNotTouchedByUsersWalksAndDigests) {
+TEST_F(PolicyNamesOfWalks, AreNotTouchedByUsersWalksAndDigests) {
     Enforce([](IPolicyBag& bag) {
         NotingCallbacks callbacks;
         EXPECT_TRUE(bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
@@ -70,7 +70,7 @@ TEST_F(NamesOfWalks, AreNotTouchedByUsersWalksAndDigests) {
     EXPECT_THAT(hostLog.log.Lines(), IsEmpty());
 }
 
-TEST_F(NamesOfWalks, AreNoReasonForAWalkToEnd) {
+TEST_F(PolicyNamesOfWalks, AreNoReasonForAWalkToEnd) {
     PolicyValues::DeleteKey();
     EXPECT_THAT(Walk(), testing::SizeIs(5));
     EXPECT_FALSE(PolicyValues::HasKey());
@@ -82,7 +82,7 @@ TEST_F(NamesOfWalks, AreNoReasonForAWalkToEnd) {
     EXPECT_THAT(hostLog.log.Lines(), ElementsAre("3 NySpb: Failed to set EPSPolicyName"));
 }
 
-TEST_F(NamesOfWalks, AreJoinedInTheHostsLogByDigestsThatFail) {
+TEST_F(PolicyNamesOfWalks, AreJoinedInTheHostsLogByDigestsThatFail) {
     Enforce([](IPolicyBag& bag) {
         for (const int32_t code : {77, -5}) {
             ASSERT_EQ(ny_sim_fail_call("ny_policy_uri_get_pso_digest", 2, code, NY_SIM_ONCE), NY_OK);

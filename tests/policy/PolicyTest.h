@@ -30,13 +30,8 @@ inline std::string NameOfCode(const testing::TestParamInfo<int32_t>& code) {
     return code.param < 0 ? "minus" + std::to_string(-code.param) : std::to_string(code.param);
 }
 
-class PolicyAgentTest : public BridgeTest {
-protected:
-    PolicyAgentTest() { environment.InstallAgent(); }
-};
-
 // One product in the bridge for policies, the agent there, and no enforcer yet.
-class PolicyTest : public PolicyAgentTest {
+class PolicyTest : public InstalledAgentTest {
 protected:
     // The products leave before the machine that they are on goes.
     void TearDown() override {

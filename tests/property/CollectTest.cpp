@@ -1,6 +1,7 @@
 // How the module is called for its properties, and what becomes of what it throws.
 #include <atomic>
 #include <climits>
+#include <memory>
 #include <new>
 #include <stdexcept>
 
@@ -62,6 +63,52 @@ TEST_F(Collect, CallsTheAgentForNothingWhenThereIsNoProperty) {
     EXPECT_THAT(AgentCalls(),
                 ElementsAre("ny_variant_create_from_string", "ny_variant_get_wstring_buffer", "ny_wbuffer_get_string",
                             "ny_wbuffer_get_string", "ny_wbuffer_release", "ny_variant_release"));
+}
+
+TEST_F(Collect, WithoutACollectorWritesNoLine) {
+    EXPECT_EQ(Ask(productId), nothing);
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+}
+
+TEST_F(Collect, EndsWithoutTheLogLevelOfACollectorThatIsRemovedInside) {
+    collector.collect = [](ISet& set) {
+        EXPECT_TRUE(VsKitMsgbusRemoveCollectProperties(L"PRODUCT1000"));
+        EXPECT_TRUE(set.SetProperty(L"general", L"version", L"1.0"));
+    };
+    const Registration registration(productId, collector);
+    EXPECT_EQ(Ask(productId), answered);
+    EXPECT_EQ(Ask(productId), nothing);
+    EXPECT_THAT(collector.log.Lines(), ElementsAre("CollectProperties(true)"));
+}
+
+TEST_F(Collect, IsTheLastOneWhenTheCollectorIsRemovedInsideGetLogLevel) {
+    collector.getLogLevel = [] {
+        EXPECT_TRUE(VsKitMsgbusRemoveCollectProperties(L"PRODUCT1000"));
+        return 4;
+    };
+    const Registration registration(productId, collector);
+    EXPECT_EQ(Ask(productId), answered);
+    EXPECT_EQ(Ask(productId), nothing);
+}
+
+// Each request has a thread of its own, as the agent may have it.
+TEST_F(Collect, AThousandTimesAtOnceIsThroughInGoodTime) {
+    constexpr size_t count = 1000;
+    constexpr std::chrono::seconds goodTime{10};
+    Event mayLeave;
+    collector.collect = [&](ISet&) { EXPECT_TRUE(mayLeave.Wait()); };
+    const Registration registration(productId, collector);
+    std::vector<std::unique_ptr<AgentRequest>> requests;
+    for (size_t i = 0; i < count; ++i) {
+        requests.push_back(std::make_unique<AgentRequest>(productId));
+    }
+    const auto begin = std::chrono::steady_clock::now();
+    mayLeave.Set();
+    for (const auto& request : requests) {
+        EXPECT_EQ(request->Answer(), NY_OK);
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, goodTime);
+    EXPECT_EQ(collector.log.Lines().size(), 2 * count);
 }
 
 // A module's program has a C++ runtime of its own; what it throws is caught in the bridge's all the same.

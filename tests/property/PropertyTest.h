@@ -10,11 +10,6 @@ using ISet = VsKitMsgbus::INYCollectProperties::ISet;
 
 inline constexpr char productId[] = "PRODUCT1000";
 
-class InstalledAgentTest : public BridgeTest {
-protected:
-    InstalledAgentTest() { environment.InstallAgent(); }
-};
-
 // One product in the bridge, the agent there, and no collector yet.
 class PropertyTest : public InstalledAgentTest {
 protected:

@@ -10,7 +10,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class PropertyTraces : public ValuesTest {
+class PropertyTrace : public ValuesTest {
 protected:
     void SetUp() override {
         ValuesTest::SetUp();
@@ -39,7 +39,7 @@ protected:
     }};
 };
 
-TEST_F(PropertyTraces, NameEachPropertyAndWhatIsSkipped) {
+TEST_F(PropertyTrace, NameEachPropertyAndWhatIsSkipped) {
     for (const int32_t level : {4, 9}) {
         EXPECT_THAT(TextsAt(level, &sink),
                     ElementsAre("path:name=value", ":=value", "The value for path:name is null, skipping",
@@ -47,7 +47,7 @@ TEST_F(PropertyTraces, NameEachPropertyAndWhatIsSkipped) {
     }
 }
 
-TEST_F(PropertyTraces, AreForAModuleThatWantsThemAndHasASink) {
+TEST_F(PropertyTrace, AreForAModuleThatWantsThemAndHasASink) {
     EXPECT_THAT(TextsAt(3, &sink), IsEmpty());
     EXPECT_THAT(TextsAt(4, nullptr), IsEmpty());
 }

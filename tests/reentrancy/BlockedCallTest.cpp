@@ -63,7 +63,7 @@ void PrintTo(const BlockedCall& call, std::ostream* stream) {
     *stream << call.name;
 }
 
-class Blocked : public testing::TestWithParam<BlockedCall> {
+class BlockedCallTest : public testing::TestWithParam<BlockedCall> {
 protected:
     void SetUp() override {
         if (!IsWholeFormWanted()) {
@@ -102,7 +102,7 @@ protected:
     std::thread caller;
 };
 
-TEST_P(Blocked, KeepsItsLibraryWhileTheAgentIsRemovedForLongerThanRealFifteenSeconds) {
+TEST_P(BlockedCallTest, KeepsItsLibraryWhileTheAgentIsRemovedForLongerThanRealFifteenSeconds) {
     ReentrancyWorld::TakeAgentAway();
     EXPECT_TRUE(ReentrancyWorld::WaitForWatcher([](auto limit) {
         return ny_sim_wait_calls("ny_msgbus_disable_watcher", 1, static_cast<uint32_t>(limit.count())) == NY_OK;
@@ -111,14 +111,14 @@ TEST_P(Blocked, KeepsItsLibraryWhileTheAgentIsRemovedForLongerThanRealFifteenSec
     caller = std::thread([] {});
 }
 
-TEST_P(Blocked, KeepsItsLibraryWhileTheLastProductLeavesForLongerThanRealFifteenSeconds) {
+TEST_P(BlockedCallTest, KeepsItsLibraryWhileTheLastProductLeavesForLongerThanRealFifteenSeconds) {
     const auto begin = std::chrono::steady_clock::now();
     world.ExitProduct();
     // The agent itself waits for a callback, as long as that takes.
     EXPECT_LT(std::chrono::steady_clock::now() - begin, exitLimit);
 }
 
-INSTANTIATE_TEST_SUITE_P(Reentrancy, Blocked, testing::ValuesIn(blockedCalls),
+INSTANTIATE_TEST_SUITE_P(Reentrancy, BlockedCallTest, testing::ValuesIn(blockedCalls),
                          [](const testing::TestParamInfo<BlockedCall>& test) { return test.param.name; });
 
 }  // namespace

@@ -19,8 +19,8 @@ set(left_out
     LoadFailure.WithoutARuntimePathOpensTheBareNameWhichMaySucceed
     # wide characters of two bytes
     AgentLog.IsWidenedByteByByteWithTheSign
-    SimulatedValues.TextsAreConvertedBothWays
-    UniStream.WidensUtf8
+    Values.TextsAreConvertedBothWays
+    CUniStreamTest.WidensUtf8
     VsMsgbusCallbacks.WidenLinesByteByByteWithTheSign
     # a library's static objects that outlive all threads but the one that ends the process
     Process/ProcessEnd.*/ReturnsFromMain

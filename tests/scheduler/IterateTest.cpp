@@ -8,7 +8,7 @@ using testing::IsEmpty;
 
 namespace {
 
-class TaskIteration : public TaskTest {
+class IterateTest : public TaskTest {
 protected:
     int32_t Iterate(const std::string& settings, const wchar_t* section) {
         int32_t result = -1;
@@ -23,7 +23,7 @@ protected:
     SettingVisitor visitor;
 };
 
-TEST_F(TaskIteration, ShowsSectionKeyAndValueInTheAgentsOrder) {
+TEST_F(IterateTest, ShowsSectionKeyAndValueInTheAgentsOrder) {
     EXPECT_EQ(Iterate(R"({"Scan": {"z": "1", "a": "two", "": "", "\u00DC": "%s", "n": 3, "o": null},
                           "Other": {"x": "y"}})",
                       L"Scan"),
@@ -32,12 +32,12 @@ TEST_F(TaskIteration, ShowsSectionKeyAndValueInTheAgentsOrder) {
                 ElementsAre("Scan:z=1", "Scan:a=two", "Scan:=", "Scan:\xC3\x9C=%s", "Scan:n=3", "Scan:o=null"));
 }
 
-TEST_F(TaskIteration, OfAnEmptySectionShowsNothingAndIsComplete) {
+TEST_F(IterateTest, OfAnEmptySectionShowsNothingAndIsComplete) {
     EXPECT_EQ(Iterate(R"({"Scan": {}})", L"Scan"), 1);
     EXPECT_THAT(visitor.log.Lines(), IsEmpty());
 }
 
-TEST_F(TaskIteration, OfNoSectionAsksNoAgent) {
+TEST_F(IterateTest, OfNoSectionAsksNoAgent) {
     WithSettings(R"({"": {"a": "b"}, "Scan": {"a": "b"}})", [this](ITaskBag& bag) {
         ny_sim_clear_calls();
         EXPECT_EQ(bag.IterateSettings(&visitor, nullptr), 0);
@@ -49,19 +49,19 @@ TEST_F(TaskIteration, OfNoSectionAsksNoAgent) {
     EXPECT_THAT(visitor.log.Lines(), IsEmpty());
 }
 
-TEST_F(TaskIteration, OfWhatIsNoTableIs0) {
+TEST_F(IterateTest, OfWhatIsNoTableIs0) {
     EXPECT_EQ(Iterate(R"({"Scan": {"a": "b"}})", L"scan"), 0);
     EXPECT_EQ(Iterate(R"({"Scan": "a text"})", L"Scan"), 0);
     EXPECT_EQ(Iterate(R"({"Scan": ["a list"]})", L"Scan"), 0);
     EXPECT_THAT(visitor.log.Lines(), IsEmpty());
 }
 
-TEST_F(TaskIteration, EndsAtAValueThatIsNoText) {
+TEST_F(IterateTest, EndsAtAValueThatIsNoText) {
     EXPECT_EQ(Iterate(R"({"Scan": {"a": "b", "list": [1], "c": "d"}})", L"Scan"), 0);
     EXPECT_THAT(visitor.log.Lines(), ElementsAre("Scan:a=b"));
 }
 
-TEST_F(TaskIteration, OfATaskThatGivesNoSectionIs0) {
+TEST_F(IterateTest, OfATaskThatGivesNoSectionIs0) {
     for (const char* behaviour : {"\"absent\"", "\"null\"", "77"}) {
         SetTasks(std::string(R"([{"id": "task", "product": "PRODUCT1000", "settings": {"Scan": {"a": "b"}},
                                   "accessors": {"get_section": )") +
@@ -74,7 +74,7 @@ TEST_F(TaskIteration, OfATaskThatGivesNoSectionIs0) {
     EXPECT_THAT(visitor.log.Lines(), IsEmpty());
 }
 
-TEST_F(TaskIteration, EndsWhenTheVisitorThrows) {
+TEST_F(IterateTest, EndsWhenTheVisitorThrows) {
     visitor.onSetting = [] { throw 42; };
     EXPECT_EQ(Iterate(R"({"Scan": {"a": "b", "c": "d"}})", L"Scan"), 0);
     visitor.onSetting = [] { throw corvane::ny::utils::exception(77); };
@@ -82,7 +82,7 @@ TEST_F(TaskIteration, EndsWhenTheVisitorThrows) {
     EXPECT_THAT(visitor.log.Lines(), ElementsAre("Scan:a=b", "Scan:e=f"));
 }
 
-TEST_F(TaskIteration, MayBeNestedAndReadTheBagMeanwhile) {
+TEST_F(IterateTest, MayBeNestedAndReadTheBagMeanwhile) {
     SettingVisitor inner;
     WithSettings(R"({"Scan": {"a": "1", "b": "2"}, "Report": {"to": "nobody"}})", [&](ITaskBag& bag) {
         visitor.onSetting = [&] {
@@ -97,7 +97,7 @@ TEST_F(TaskIteration, MayBeNestedAndReadTheBagMeanwhile) {
     EXPECT_THAT(inner.log.Lines(), ElementsAre("Report:to=nobody", "Report:to=nobody"));
 }
 
-TEST_F(TaskIteration, ShowsTenThousandSettings) {
+TEST_F(IterateTest, ShowsTenThousandSettings) {
     constexpr int count = isWindows ? 10000 : 1000;
     std::string settings = R"({"Scan": {"0": "0")";
     for (int i = 1; i < count; ++i) {

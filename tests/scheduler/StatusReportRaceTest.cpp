@@ -8,10 +8,10 @@ using testing::IsEmpty;
 
 namespace {
 
-class ReportRace : public TaskTest {};
+class StatusReportRace : public TaskTest {};
 
 // The agent's client is not released while the agent is told with it.
-TEST_F(ReportRace, ExitWaitsForAReportThatIsUnderWay) {
+TEST_F(StatusReportRace, ExitWaitsForAReportThatIsUnderWay) {
     Event isInside;
     Event mayLeave;
     LineLog order;

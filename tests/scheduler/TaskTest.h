@@ -14,10 +14,9 @@ inline constexpr wchar_t wideProductId[] = L"PRODUCT1000";
 inline constexpr ny_sim_task_operation allTaskOperations[] = {NY_SIM_TASK_EXECUTE, NY_SIM_TASK_STOP, NY_SIM_TASK_REMOVE,
                                                               NY_SIM_TASK_UPDATE_STATUS};
 
-class AgentWithTasksTest : public BridgeTest {
+class AgentWithTasksTest : public InstalledAgentTest {
 protected:
     AgentWithTasksTest() {
-        environment.InstallAgent();
         SetTasks(R"([
             {"id": "task", "product": "PRODUCT1000", "name": "The task", "type": "Scan", "settings": {
                 "Scan": {"Folder": "C:\\", "Depth": "12", "Deep": "TRUE"},

@@ -1,6 +1,4 @@
-// Products leave and enforcers are removed while a task is at work, and the agent changes under it.
-#include <thread>
-
+// What is reported about a task when the last product leaves inside one of its operations.
 #include "scheduler/TaskTest.h"
 
 using testing::ElementsAre;
@@ -10,52 +8,8 @@ namespace {
 
 class TasksLeaveInside : public TaskTest {
 protected:
-    // An execution that is inside from `isInside` until `mayLeave`.
-    void Block() {
-        enforcer.execute = [this](ITaskBag& bag) {
-            isInside.Set();
-            EXPECT_TRUE(mayLeave.Wait());
-            int32_t depth = 0;
-            EXPECT_TRUE(bag.GetInteger(L"Scan", L"Depth", &depth));
-            order.Add("execution is out");
-            return 4;
-        };
-    }
-
-    Event isInside;
-    Event mayLeave;
-    LineLog order;
     TaskEnforcerRegistration registration{productId, enforcer};
 };
-
-TEST_F(TasksLeaveInside, RemoveInsideAnExecutionReturnsAtOnceAndIsTheLastOfIt) {
-    enforcer.execute = [this](ITaskBag& bag) {
-        registration.Remove();
-        EXPECT_EQ(bag.CountEntries(), 2U);
-        return 4;
-    };
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute task"));
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4", "task 2"));
-}
-
-TEST_F(TasksLeaveInside, RemoveOnAnotherThreadReturnsWhenTheExecutionIsOut) {
-    Block();
-    const TaskRequest request("task");
-    ASSERT_TRUE(isInside.Wait());
-    Event isRemoved;
-    std::thread remover([&] {
-        registration.Remove();
-        order.Add("removed");
-        isRemoved.Set();
-    });
-    EXPECT_FALSE(isRemoved.Wait(std::chrono::milliseconds(50)));
-    mayLeave.Set();
-    remover.join();
-    EXPECT_EQ(request.Answer(), NY_OK);
-    EXPECT_THAT(order.Lines(), ElementsAre("execution is out", "removed"));
-}
 
 // The client, the task's object and the executor are gone when the execution comes back; the agent is not told.
 TEST_F(TasksLeaveInside, ExitOfTheLastProductEndsTheBridgeUnderTheExecution) {
@@ -103,67 +57,6 @@ TEST_F(TasksLeaveInside, ExitAndEntryInsideAnExecutionReportsNothingThroughTheNe
     EXPECT_EQ(AnswerOf("task"), NY_OK);
     EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
     EXPECT_TRUE(VsMsgbusExit(productId, instance));
-}
-
-TEST_F(TasksLeaveInside, ExitOfOneOfTwoProductsLeavesTheReportWorking) {
-    const Product staying("PRODUCT2000");
-    enforcer.execute = [this](ITaskBag&) {
-        product.Exit();
-        return 4;
-    };
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
-}
-
-// The agent lets go of a product when no callback of it runs any more; the execution's report still arrives.
-TEST_F(TasksLeaveInside, ExitOnAnotherThreadReturnsWhenTheExecutionIsOut) {
-    Block();
-    const TaskRequest request("task");
-    ASSERT_TRUE(isInside.Wait());
-    Event isUnregistering;
-    const AgentHook hook("ny_scheduler_unregister_task_callbacks", [&] { isUnregistering.Set(); });
-    std::thread leaver([&] {
-        product.Exit();
-        order.Add("left");
-    });
-    EXPECT_TRUE(isUnregistering.Wait());
-    mayLeave.Set();
-    leaver.join();
-    EXPECT_EQ(request.Answer(), NY_OK);
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
-    EXPECT_THAT(order.Lines(), ElementsAre("execution is out", "left"));
-}
-
-TEST_F(TasksLeaveInside, ExitThatTheExecutionItselfStartsOnAnotherThread) {
-    std::thread leaver;
-    Event isUnregistering;
-    const AgentHook hook("ny_scheduler_unregister_task_callbacks", [&] { isUnregistering.Set(); });
-    enforcer.execute = [&](ITaskBag&) {
-        leaver = std::thread([&] { product.Exit(); });
-        EXPECT_TRUE(isUnregistering.Wait());
-        return 4;
-    };
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    leaver.join();
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
-}
-
-TEST_F(TasksLeaveInside, UpgradeOfTheAgentWaitsForTheExecution) {
-    Block();
-    const TaskRequest request("task");
-    ASSERT_TRUE(isInside.Wait());
-    Event isUnregistering;
-    const AgentHook unregistering("ny_scheduler_unregister_task_callbacks", [&] { isUnregistering.Set(); });
-    const AgentHook releasing("ny_client_handler_release", [&] { order.Add("client is released"); });
-    ny_sim_clear_calls();
-    environment.UpgradeAgent("5.7.1");
-    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
-    mayLeave.Set();
-    EXPECT_EQ(request.Answer(), NY_OK);
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
-    ASSERT_TRUE(WaitForAgentCalls("ny_scheduler_register_task_callbacks"));
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_THAT(order.Take(), ElementsAre("execution is out", "client is released", "execution is out"));
 }
 
 }  // namespace

@@ -49,9 +49,9 @@ void ExpectFailure(const CryptoCall& call) {
     EXPECT_TRUE(call.IsOutUntouched());
 }
 
-class CryptoServices : public ServicesTest {};
+class Crypto : public ServicesTest {};
 
-TEST_F(CryptoServices, DecryptWhatTheyEncrypted) {
+TEST_F(Crypto, DecryptWhatTheyEncrypted) {
     constexpr size_t sizes[] = {1, 15, 16, 17, 4096};
     for (const size_t size : sizes) {
         const Bytes data = SomeBytes(size);
@@ -66,13 +66,13 @@ TEST_F(CryptoServices, DecryptWhatTheyEncrypted) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(CryptoServices, WriteNoByteBeyondTheResult) {
+TEST_F(Crypto, WriteNoByteBeyondTheResult) {
     const CryptoCall encrypted(VsKitMsgbusEncryptData, SomeBytes(40));
     ASSERT_LT(encrypted.size, encrypted.out.size());
     EXPECT_THAT(Bytes(encrypted.out.begin() + encrypted.size, encrypted.out.end()), Each(untouched));
 }
 
-TEST_F(CryptoServices, TakeNoDataAsTheyTakeSome) {
+TEST_F(Crypto, TakeNoDataAsTheyTakeSome) {
     unsigned char out[64] = {};
     unsigned int size = untouchedSize;
     ASSERT_EQ(VsKitMsgbusEncryptData(nullptr, 0, out, &size, 0), 0);
@@ -83,7 +83,7 @@ TEST_F(CryptoServices, TakeNoDataAsTheyTakeSome) {
     EXPECT_TRUE(decrypted.IsOutUntouched());
 }
 
-TEST_F(CryptoServices, TakeSixteenMegabytes) {
+TEST_F(Crypto, TakeSixteenMegabytes) {
     const Bytes data = SomeBytes(size_t{16} << 20);
     const CryptoCall encrypted(VsKitMsgbusEncryptData, data);
     ASSERT_EQ(encrypted.answer, 0);
@@ -93,7 +93,7 @@ TEST_F(CryptoServices, TakeSixteenMegabytes) {
     EXPECT_EQ(CryptoCall(VsKitMsgbusHashBuffer, data).size, 32U);
 }
 
-TEST_F(CryptoServices, MayWriteOverTheirData) {
+TEST_F(Crypto, MayWriteOverTheirData) {
     Bytes data = SomeBytes(16);
     data.resize(100);
     unsigned int size = 0;
@@ -104,7 +104,7 @@ TEST_F(CryptoServices, MayWriteOverTheirData) {
 }
 
 // The hash itself never leaves the bridge.
-TEST_F(CryptoServices, TellOfAHashItsSizeAlone) {
+TEST_F(Crypto, TellOfAHashItsSizeAlone) {
     const CryptoCall hash(VsKitMsgbusHashBuffer, SomeBytes(1000));
     EXPECT_EQ(hash.answer, 0);
     EXPECT_EQ(hash.size, 32U);
@@ -115,7 +115,7 @@ TEST_F(CryptoServices, TellOfAHashItsSizeAlone) {
     EXPECT_EQ(size, 32U);
 }
 
-TEST_F(CryptoServices, PassTheTypeOnUnchanged) {
+TEST_F(Crypto, PassTheTypeOnUnchanged) {
     for (const CryptoFunction function : {&VsKitMsgbusEncryptData, &VsKitMsgbusHashBuffer}) {
         for (const uint64_t type : {uint64_t{0}, uint64_t{1}, uint64_t{0x123456789ABCDEF0}, UINT64_MAX}) {
             EXPECT_EQ(CryptoCall(function, SomeBytes(3), type).answer, 0);
@@ -126,11 +126,11 @@ TEST_F(CryptoServices, PassTheTypeOnUnchanged) {
     EXPECT_EQ(ny_sim_last_crypto_type(), 0x8000000000000001);
 }
 
-TEST_F(CryptoServices, DecryptNothingThatTheAgentDidNotEncrypt) {
+TEST_F(Crypto, DecryptNothingThatTheAgentDidNotEncrypt) {
     ExpectFailure(CryptoCall(VsKitMsgbusDecryptData, SomeBytes(5)));
 }
 
-TEST_F(CryptoServices, RefuseNull) {
+TEST_F(Crypto, RefuseNull) {
     const unsigned char byte = 1;
     unsigned char out[64] = {untouched};
     unsigned int size = untouchedSize;
@@ -144,7 +144,7 @@ TEST_F(CryptoServices, RefuseNull) {
     EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
 }
 
-TEST_F(CryptoServices, NeedNoPlaceForAResultOfNoBytes) {
+TEST_F(Crypto, NeedNoPlaceForAResultOfNoBytes) {
     const Bytes encryptedNothing = CryptoCall(VsKitMsgbusEncryptData, {}).Result();
     unsigned int size = untouchedSize;
     EXPECT_EQ(VsKitMsgbusDecryptData(encryptedNothing.data(), static_cast<unsigned int>(encryptedNothing.size()),
@@ -153,7 +153,7 @@ TEST_F(CryptoServices, NeedNoPlaceForAResultOfNoBytes) {
     EXPECT_EQ(size, 0U);
 }
 
-TEST_F(CryptoServices, FailWithoutAPlaceForTheResult) {
+TEST_F(Crypto, FailWithoutAPlaceForTheResult) {
     const Bytes encrypted = CryptoCall(VsKitMsgbusEncryptData, SomeBytes(20)).Result();
     unsigned int size = untouchedSize;
     EXPECT_EQ(VsKitMsgbusEncryptData(encrypted.data(), 20, nullptr, &size, 0), -1);
@@ -163,7 +163,7 @@ TEST_F(CryptoServices, FailWithoutAPlaceForTheResult) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_BUFFER), 0U);
 }
 
-TEST_F(CryptoServices, CallTheAgentForNothingElse) {
+TEST_F(Crypto, CallTheAgentForNothingElse) {
     ny_sim_clear_calls();
     CryptoCall(VsKitMsgbusEncryptData, SomeBytes(3));
     EXPECT_THAT(AgentCalls(), ElementsAre("ny_buffer_create", "ny_crypto_encrypt_data_by_type", "ny_buffer_get_raw",
@@ -174,7 +174,7 @@ TEST_F(CryptoServices, CallTheAgentForNothingElse) {
                                           "ny_buffer_release"));
 }
 
-TEST_F(CryptoServices, FailWithMinusOneWhateverTheAgentsCodeIs) {
+TEST_F(Crypto, FailWithMinusOneWhateverTheAgentsCodeIs) {
     const Bytes encrypted = CryptoCall(VsKitMsgbusEncryptData, SomeBytes(20)).Result();
     const std::pair<CryptoFunction, const char*> functions[] = {
         {&VsKitMsgbusEncryptData, "ny_crypto_encrypt_data_by_type"},
@@ -194,7 +194,7 @@ TEST_F(CryptoServices, FailWithMinusOneWhateverTheAgentsCodeIs) {
 }
 
 // The result is there by then.
-TEST_F(CryptoServices, FailWithTheResultWrittenWhenTheAgentKeepsTheBuffer) {
+TEST_F(Crypto, FailWithTheResultWrittenWhenTheAgentKeepsTheBuffer) {
     const Bytes data = SomeBytes(20);
     const Bytes encrypted = CryptoCall(VsKitMsgbusEncryptData, data).Result();
     for (const int32_t code : faultCodes) {
@@ -214,7 +214,7 @@ TEST_F(CryptoServices, FailWithTheResultWrittenWhenTheAgentKeepsTheBuffer) {
     }
 }
 
-TEST_F(CryptoServices, FailWithoutAnAgent) {
+TEST_F(Crypto, FailWithoutAnAgent) {
     LoseAgent();
     ny_sim_clear_calls();
     for (const CryptoFunction function : allFunctions) {
@@ -225,7 +225,7 @@ TEST_F(CryptoServices, FailWithoutAnAgent) {
 }
 
 // The watcher lets go of the agent while modules' threads are in it.
-TEST_F(CryptoServices, OnManyThreadsSucceedOrFailWhileTheAgentIsUpgraded) {
+TEST_F(Crypto, OnManyThreadsSucceedOrFailWhileTheAgentIsUpgraded) {
     std::atomic<bool> isOver = false;
     std::atomic<int> successes = 0;
     std::vector<std::thread> threads;
@@ -254,7 +254,7 @@ TEST_F(CryptoServices, OnManyThreadsSucceedOrFailWhileTheAgentIsUpgraded) {
     EXPECT_GT(successes, 0);
 }
 
-class CryptoOutsideOfTheBridge : public AgentThereTest {};
+class CryptoOutsideOfTheBridge : public InstalledAgentTest {};
 
 TEST_F(CryptoOutsideOfTheBridge, FailsBeforeEntryAndAfterTheLastExit) {
     for (const CryptoFunction function : allFunctions) {

@@ -25,7 +25,7 @@ void SecondCheck() {
 }
 
 // The record lives as long as the process: tests of one process share it, each with names of its own.
-class HealthChecks : public AgentTest {
+class HealthCheck : public AgentTest {
 protected:
     // The callback kept under that name; null when there is none.
     static ModulePointer<void()> Find(const std::string& name) {
@@ -46,7 +46,7 @@ protected:
 };
 
 // Alone in its process under Wine; natively, where processes are shared, the record may be there already.
-TEST_F(HealthChecks, AreNotKeptBeforeTheFirstEntry) {
+TEST_F(HealthCheck, AreNotKeptBeforeTheFirstEntry) {
     const bool isFirst = CopyHealthCheckRecord() == nullptr;
     VsKitHealthCheckRegisterCB(L"early", &FirstCheck);
     EXPECT_EQ(Find("early"), isFirst ? nullptr : &FirstCheck);
@@ -55,7 +55,7 @@ TEST_F(HealthChecks, AreNotKeptBeforeTheFirstEntry) {
     EXPECT_EQ(Find("early"), &FirstCheck);
 }
 
-TEST_F(HealthChecks, AreReplacedByASecondOneOfTheSameName) {
+TEST_F(HealthCheck, AreReplacedByASecondOneOfTheSameName) {
     EnterAndLeave();
     VsKitHealthCheckRegisterCB(L"twice", &FirstCheck);
     const size_t count = Count();
@@ -64,7 +64,7 @@ TEST_F(HealthChecks, AreReplacedByASecondOneOfTheSameName) {
     EXPECT_EQ(Count(), count);
 }
 
-TEST_F(HealthChecks, AreKeptUnderTheLowEightBitsOfEachUnit) {
+TEST_F(HealthCheck, AreKeptUnderTheLowEightBitsOfEachUnit) {
     EnterAndLeave();
     VsKitHealthCheckRegisterCB(L"bits \x0141\x00E9\xFF42", &FirstCheck);
     EXPECT_EQ(Find("bits \x41\xE9\x42"), &FirstCheck);
@@ -75,13 +75,13 @@ TEST_F(HealthChecks, AreKeptUnderTheLowEightBitsOfEachUnit) {
 }
 
 // A unit whose low bits are zero is a byte like any other.
-TEST_F(HealthChecks, AreKeptUnderANameWithAZeroInIt) {
+TEST_F(HealthCheck, AreKeptUnderANameWithAZeroInIt) {
     EnterAndLeave();
     VsKitHealthCheckRegisterCB(L"zero \x0100 behind", &FirstCheck);
     EXPECT_EQ(Find(std::string("zero \0 behind", 13)), &FirstCheck);
 }
 
-TEST_F(HealthChecks, AreOrderedByBytesTheShorterFirst) {
+TEST_F(HealthCheck, AreOrderedByBytesTheShorterFirst) {
     EnterAndLeave();
     for (const wchar_t* const name : {L"order \x00E9", L"order b", L"order ab", L"order a", L"order B"}) {
         VsKitHealthCheckRegisterCB(name, &FirstCheck);
@@ -96,7 +96,7 @@ TEST_F(HealthChecks, AreOrderedByBytesTheShorterFirst) {
     EXPECT_THAT(names, ElementsAre("order B", "order a", "order ab", "order b", "order \xE9"));
 }
 
-TEST_F(HealthChecks, TakeAnEmptyNameAndRefuseNull) {
+TEST_F(HealthCheck, TakeAnEmptyNameAndRefuseNull) {
     EnterAndLeave();
     VsKitHealthCheckRegisterCB(L"", &FirstCheck);
     EXPECT_EQ(Find(""), &FirstCheck);
@@ -109,7 +109,7 @@ TEST_F(HealthChecks, TakeAnEmptyNameAndRefuseNull) {
     EXPECT_EQ(Count(), count);
 }
 
-TEST_F(HealthChecks, StayAfterTheLastExitAndAreTakenThen) {
+TEST_F(HealthCheck, StayAfterTheLastExitAndAreTakenThen) {
     {
         const Product product("PRODUCT1000", nullptr, 0U);
         VsKitHealthCheckRegisterCB(L"staying", &FirstCheck);
@@ -129,7 +129,7 @@ void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sin
     EXPECT_EQ(record->clientRecord, client);
 }
 
-TEST_F(HealthChecks, AreKeptBesideWhoStartedTheBridge) {
+TEST_F(HealthCheck, AreKeptBesideWhoStartedTheBridge) {
     environment.InstallAgent();
     CapturingSink sink;
     CapturingSink othersSink;
@@ -146,7 +146,7 @@ TEST_F(HealthChecks, AreKeptBesideWhoStartedTheBridge) {
 }
 
 // Each Entry is one that may have to start the bridge then.
-TEST_F(HealthChecks, AreKeptBesideTheLastThatEnteredWithoutAnAgent) {
+TEST_F(HealthCheck, AreKeptBesideTheLastThatEnteredWithoutAnAgent) {
     CapturingSink sink;
     CapturingSink othersSink;
     const Product product("PRODUCT1000", &sink, 0U);
@@ -155,7 +155,7 @@ TEST_F(HealthChecks, AreKeptBesideTheLastThatEnteredWithoutAnAgent) {
     ExpectRecord("PRODUCT2000", &othersSink, GetMsgbusClient());
 }
 
-TEST_F(HealthChecks, AreDroppedWhenThereIsNoMemory) {
+TEST_F(HealthCheck, AreDroppedWhenThereIsNoMemory) {
     EnterAndLeave();
     const size_t count = Count();
     for (size_t left = 0; Find("a name that is too long to be kept without memory") == nullptr; ++left) {

@@ -302,7 +302,7 @@ TEST_F(InformationFault, AtReleasingByNameIsLoggedAndKeepsTheText) {
     }
 }
 
-class InformationOutsideOfTheBridge : public AgentThereTest {
+class InformationOutsideOfTheBridge : public InstalledAgentTest {
 protected:
     // Nothing is there, nothing is logged, and buffers are emptied all the same.
     static void ExpectNothing() {

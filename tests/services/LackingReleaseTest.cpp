@@ -9,7 +9,7 @@ using VsKitMsgbus::lpc_buffer;
 
 namespace {
 
-class LackingRelease : public AgentThereTest {
+class LackingRelease : public InstalledAgentTest {
 protected:
     // Calls `use` in the bridge while the agent lacks that function.
     template <class Use>

@@ -5,14 +5,8 @@
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
 
-// An agent that is there; products enter as the test wants.
-class AgentThereTest : public BridgeTest {
-protected:
-    AgentThereTest() { environment.InstallAgent(); }
-};
-
 // A product in the bridge, named to no service.
-class ServicesTest : public AgentThereTest {
+class ServicesTest : public InstalledAgentTest {
 protected:
     // The products leave before the machine that they are on goes.
     void TearDown() override {

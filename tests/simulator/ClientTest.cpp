@@ -1,10 +1,7 @@
 // Clients, their log callbacks and the agent's property requests.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/SimulatorTest.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -27,20 +24,8 @@ public:
     DWORD threadId = 0;
 };
 
-class SimulatedClient : public SimulatorTest {
+class ClientTest : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-
-    void TearDown() override {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        }
-        SimulatorTest::TearDown();
-    }
-
     int32_t Register(const char* productId = "PRODUCT1000") {
         return Call<&ny_property_register_provider_callback>(client, productId, &Provider::Provide, &provider);
     }
@@ -56,11 +41,10 @@ protected:
 
     static constexpr uint32_t longEnough = static_cast<uint32_t>(soon.count());
 
-    ny_client_t* client = nullptr;
     Provider provider;
 };
 
-TEST_F(SimulatedClient, IsStartedAndStopped) {
+TEST_F(ClientTest, IsStartedAndStopped) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
     EXPECT_EQ(Call<&ny_client_handler_start>(client), NY_OK);
     EXPECT_EQ(ny_sim_started_clients(), 1U);
@@ -68,20 +52,19 @@ TEST_F(SimulatedClient, IsStartedAndStopped) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-TEST_F(SimulatedClient, LendsItsMessageBus) {
+TEST_F(ClientTest, LendsItsMessageBus) {
     ny_msgbus_t* bus = nullptr;
     ASSERT_EQ(Call<&ny_client_handler_get_msgbus>(client, &bus), NY_OK);
     EXPECT_EQ(Call<&ny_msgbus_disable_watcher>(bus), NY_OK);
     EXPECT_EQ(Call<&ny_client_handler_set_msgbus>(client, bus), NY_OK);
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(Call<&ny_msgbus_disable_watcher>(bus), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_misuse_count(), 1U);
     ny_sim_reset();
 }
 
-TEST_F(SimulatedClient, IsToldTheAgentsLogLinesOnAnAgentThread) {
+TEST_F(ClientTest, IsToldTheAgentsLogLinesOnAnAgentThread) {
     struct Heard {
         Lines lines;
         DWORD threadId = 0;
@@ -102,7 +85,7 @@ TEST_F(SimulatedClient, IsToldTheAgentsLogLinesOnAnAgentThread) {
     EXPECT_EQ(ny_sim_emit_log(2, "module", nullptr), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(SimulatedClient, IsAskedForPropertiesOnAnAgentThread) {
+TEST_F(ClientTest, IsAskedForPropertiesOnAnAgentThread) {
     provider.answer = [&](ny_property_bag_t* bag) {
         for (const char* json : {"\"first\"", "\"second\""}) {
             ny_variant_t* const value = FromJson(json);
@@ -132,7 +115,7 @@ TEST_F(SimulatedClient, IsAskedForPropertiesOnAnAgentThread) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_PROPERTY_BAG), 0U);
 }
 
-TEST_F(SimulatedClient, TakesTextsForProperties) {
+TEST_F(ClientTest, TakesTextsForProperties) {
     provider.answer = [&](ny_property_bag_t* bag) {
         ny_variant_t* const table = FromJson("{}");
         EXPECT_EQ(Call<&ny_property_bag_add_property>(bag, "path", "name", table), NY_INVALID_ARGUMENT);
@@ -146,7 +129,7 @@ TEST_F(SimulatedClient, TakesTextsForProperties) {
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, IsRegisteredOncePerProduct) {
+TEST_F(ClientTest, IsRegisteredOncePerProduct) {
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
     EXPECT_EQ(Unregister(), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Register(), NY_OK);
@@ -160,7 +143,7 @@ TEST_F(SimulatedClient, IsRegisteredOncePerProduct) {
     EXPECT_EQ(request, nullptr);
 }
 
-TEST_F(SimulatedClient, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(ClientTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     Event inside;
     Event leave;
     provider.answer = [&](ny_property_bag_t*) {
@@ -173,23 +156,12 @@ TEST_F(SimulatedClient, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     ASSERT_TRUE(inside.Wait());
     EXPECT_EQ(ny_sim_property_request_wait(request, 0, nullptr), NY_SIM_TIMEOUT);
     EXPECT_EQ(ny_sim_property_request_size(request), 0U);
-    Event begun;
-    std::atomic<bool> isUnregistered = false;
-    const AgentHook hook("ny_property_unregister_provider_callback", [&] { begun.Set(); });
-    std::thread unregistering([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    ASSERT_TRUE(begun.Wait());
-    EXPECT_EQ(ny_sim_wait_calls("ny_property_unregister_provider_callback", 1, 30), NY_SIM_TIMEOUT);
-    EXPECT_FALSE(isUnregistered);
-    leave.Set();
-    unregistering.join();
-    EXPECT_TRUE(isUnregistered);
+    ExpectToWaitForCallback(
+        "ny_property_unregister_provider_callback", [this] { return Unregister(); }, leave);
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, MayBeUnregisteredFromItsOwnCallback) {
+TEST_F(ClientTest, MayBeUnregisteredFromItsOwnCallback) {
     provider.answer = [&](ny_property_bag_t*) { return Unregister(); };
     ASSERT_EQ(Register(), NY_OK);
     ny_sim_property_request_t* const request = Request();
@@ -199,10 +171,9 @@ TEST_F(SimulatedClient, MayBeUnregisteredFromItsOwnCallback) {
     ny_sim_property_request_release(request);
 }
 
-TEST_F(SimulatedClient, EndsItsRegistrationsWhenItIsReleased) {
+TEST_F(ClientTest, EndsItsRegistrationsWhenItIsReleased) {
     ASSERT_EQ(Register(), NY_OK);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
 }
 

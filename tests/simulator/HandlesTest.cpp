@@ -3,7 +3,7 @@
 
 namespace {
 
-class SimulatedHandles : public SimulatorTest {
+class HandlesTest : public SimulatorTest {
 protected:
     // The misuse of the last call, which must be the only one since the last time.
     static std::string TakeMisuse() {
@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(SimulatedHandles, AreCountedByKind) {
+TEST_F(HandlesTest, AreCountedByKind) {
     ny_variant_t* const variant = FromJson(R"({"key": "value"})");
     ny_table_t* table = nullptr;
     ny_array_t* keys = nullptr;
@@ -55,7 +55,7 @@ TEST_F(SimulatedHandles, AreCountedByKind) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
 }
 
-TEST_F(SimulatedHandles, HandedOutTwiceAreReleasedTwice) {
+TEST_F(HandlesTest, HandedOutTwiceAreReleasedTwice) {
     ny_variant_t* const variant = FromJson("{}");
     ny_table_t* first = nullptr;
     ny_table_t* second = nullptr;
@@ -69,7 +69,7 @@ TEST_F(SimulatedHandles, HandedOutTwiceAreReleasedTwice) {
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
-TEST_F(SimulatedHandles, ReleasedTwiceAreMisused) {
+TEST_F(HandlesTest, ReleasedTwiceAreMisused) {
     ny_variant_t* const variant = FromJson("1");
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
     EXPECT_EQ(ny_sim_misuse_count(), 0U);
@@ -78,7 +78,7 @@ TEST_F(SimulatedHandles, ReleasedTwiceAreMisused) {
     EXPECT_EQ(TakeMisuse(), "ny_variant_release: the variant handle " + Handle(variant) + " is not alive");
 }
 
-TEST_F(SimulatedHandles, UsedAfterTheirReleaseAreMisused) {
+TEST_F(HandlesTest, UsedAfterTheirReleaseAreMisused) {
     ny_variant_t* const dead = FromJson("1");
     EXPECT_EQ(Call<&ny_variant_release>(dead), NY_OK);
     ny_variant_t* const younger = FromJson("2");
@@ -91,20 +91,20 @@ TEST_F(SimulatedHandles, UsedAfterTheirReleaseAreMisused) {
     EXPECT_EQ(Call<&ny_variant_release>(younger), NY_OK);
 }
 
-TEST_F(SimulatedHandles, OfAnotherKindAreMisused) {
+TEST_F(HandlesTest, OfAnotherKindAreMisused) {
     ny_variant_t* const variant = FromJson("1");
     EXPECT_EQ(Call<&ny_buffer_release>(reinterpret_cast<ny_buffer_t*>(variant)), NY_INVALID_ARGUMENT);
     EXPECT_EQ(TakeMisuse(), "ny_buffer_release: the buffer handle " + Handle(variant) + " is of another kind");
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
-TEST_F(SimulatedHandles, ThatAreNullAreNotMisused) {
+TEST_F(HandlesTest, ThatAreNullAreNotMisused) {
     EXPECT_EQ(Call<&ny_variant_release>(nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Call<&ny_array_size>(nullptr, nullptr), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_misuse_count(), 0U);
 }
 
-TEST_F(SimulatedHandles, StayAliveThroughAReset) {
+TEST_F(HandlesTest, StayAliveThroughAReset) {
     ny_variant_t* const variant = FromJson("1");
     ny_sim_reset();
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U);

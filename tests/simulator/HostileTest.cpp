@@ -77,23 +77,11 @@ constexpr ny_task_callbacks_t taskCallbacks = {&Product::DoTask<'e'>, &Product::
 constexpr ny_updater_callbacks_t updaterCallbacks = {&Product::Notify, &Product::SetInfo, &Product::GetInfo,
                                                      &Product::TakeEvent};
 
-class HostileAgent : public SimulatorTest {
+class Hostile : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>(product, &client), NY_OK);
-    }
     void TearDown() override {
-        ReleaseClient();
-        SimulatorTest::TearDown();
+        SimulatedClientTest::TearDown();
         ny_sim_reset();
-    }
-
-    void ReleaseClient() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
     }
 
     int32_t RegisterProvider(const char* productId = product) {
@@ -130,7 +118,6 @@ protected:
         return answer;
     }
 
-    ny_client_t* client = nullptr;
     Product module;
 };
 
@@ -140,7 +127,7 @@ const auto linesOfAllCallbacks = ElementsAre(
     "notify second third fourth of PRODUCT1000", "set second key of PRODUCT1000", "get second key of PRODUCT1000",
     "event of PRODUCT1000", "3 hostile a line of log");
 
-TEST_F(HostileAgent, CallsEveryCallbackInsideRegisterOnTheSameThread) {
+TEST_F(Hostile, CallsEveryCallbackInsideRegisterOnTheSameThread) {
     for (const ny_sim_callback callback : allCallbacks) {
         EXPECT_EQ(ny_sim_call_in_register(callback, NY_SIM_ON_SAME_THREAD), NY_OK);
     }
@@ -157,7 +144,7 @@ TEST_F(HostileAgent, CallsEveryCallbackInsideRegisterOnTheSameThread) {
     EXPECT_EQ(ny_sim_lent_tasks(), 0U);
 }
 
-TEST_F(HostileAgent, CallsInsideRegisterOnAnotherThreadThatRegisterWaitsFor) {
+TEST_F(Hostile, CallsInsideRegisterOnAnotherThreadThatRegisterWaitsFor) {
     ASSERT_EQ(ny_sim_call_in_register(NY_SIM_CALL_PROPERTIES, NY_SIM_ON_OTHER_THREAD), NY_OK);
     ny_sim_set_one_lock(1);
     module.inCallback = [this] {
@@ -172,7 +159,7 @@ TEST_F(HostileAgent, CallsInsideRegisterOnAnotherThreadThatRegisterWaitsFor) {
     EXPECT_EQ(ny_sim_has_property_provider(product), 0);
 }
 
-TEST_F(HostileAgent, CallsInsideRegisterForThatServiceAloneUntilItIsSwitchedOff) {
+TEST_F(Hostile, CallsInsideRegisterForThatServiceAloneUntilItIsSwitchedOff) {
     ASSERT_EQ(ny_sim_call_in_register(NY_SIM_CALL_POLICY, NY_SIM_ON_SAME_THREAD), NY_OK);
     EXPECT_EQ(RegisterProvider(), NY_OK);
     EXPECT_THAT(module.lines, IsEmpty());
@@ -186,7 +173,7 @@ TEST_F(HostileAgent, CallsInsideRegisterForThatServiceAloneUntilItIsSwitchedOff)
     EXPECT_EQ(ny_sim_call_in_register(NY_SIM_CALL_LOG, static_cast<ny_sim_register_call>(99)), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(HostileAgent, HoldsItsOneLockInACallbackSoThatRegisterWaits) {
+TEST_F(Hostile, HoldsItsOneLockInACallbackSoThatRegisterWaits) {
     ny_sim_set_one_lock(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
     Event inside;
@@ -212,13 +199,13 @@ TEST_F(HostileAgent, HoldsItsOneLockInACallbackSoThatRegisterWaits) {
     EXPECT_EQ(request.Answer(), 70);
 }
 
-TEST_F(HostileAgent, WithoutTheLockRegistersWhileACallbackRuns) {
+TEST_F(Hostile, WithoutTheLockRegistersWhileACallbackRuns) {
     ASSERT_EQ(RegisterProvider(), NY_OK);
     module.inCallback = [&] { std::thread([&] { EXPECT_EQ(RegisterProvider("PRODUCT3000"), NY_OK); }).join(); };
     EXPECT_EQ(AgentRequest(product).Answer(), 70);
 }
 
-TEST_F(HostileAgent, SwitchingTheLockOffLetsGoOfThoseThatWait) {
+TEST_F(Hostile, SwitchingTheLockOffLetsGoOfThoseThatWait) {
     ny_sim_set_one_lock(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
     module.inCallback = [&] {
@@ -231,7 +218,7 @@ TEST_F(HostileAgent, SwitchingTheLockOffLetsGoOfThoseThatWait) {
 }
 
 // Unregister has the lock and waits for the callback, which began without it.
-TEST_F(HostileAgent, SwitchingTheLockOnLetsCallbacksThatAreInsideGoOnWithoutIt) {
+TEST_F(Hostile, SwitchingTheLockOnLetsCallbacksThatAreInsideGoOnWithoutIt) {
     ASSERT_EQ(RegisterProvider(), NY_OK);
     Event registered;
     std::thread unregistering;
@@ -251,7 +238,7 @@ TEST_F(HostileAgent, SwitchingTheLockOnLetsCallbacksThatAreInsideGoOnWithoutIt) 
     unregistering.join();
 }
 
-TEST_F(HostileAgent, CallsLateAfterUnregisterAndRelease) {
+TEST_F(Hostile, CallsLateAfterUnregisterAndRelease) {
     ny_sim_set_remember(1);
     RegisterForAll();
     ny_client_t* const registered = client;
@@ -271,7 +258,7 @@ TEST_F(HostileAgent, CallsLateAfterUnregisterAndRelease) {
     EXPECT_EQ(ny_sim_misuse_count(), 0U);
 }
 
-TEST_F(HostileAgent, RemembersOnlyWhileItIsToldToAndForgetsAtReset) {
+TEST_F(Hostile, RemembersOnlyWhileItIsToldToAndForgetsAtReset) {
     EXPECT_EQ(RegisterProvider(), NY_OK);
     EXPECT_EQ(CallLate(NY_SIM_CALL_PROPERTIES), NY_SIM_NOT_REGISTERED);
     EXPECT_EQ(UnregisterProvider(), NY_OK);
@@ -290,7 +277,7 @@ TEST_F(HostileAgent, RemembersOnlyWhileItIsToldToAndForgetsAtReset) {
     EXPECT_EQ(CallLate(NY_SIM_CALL_PROPERTIES), NY_SIM_NOT_REGISTERED);
 }
 
-TEST_F(HostileAgent, TellsHowManyRememberedRegistrationsUnregisterHasEnded) {
+TEST_F(Hostile, TellsHowManyRememberedRegistrationsUnregisterHasEnded) {
     ny_sim_set_remember(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
     EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_PROPERTIES, product), 0U);
@@ -304,7 +291,7 @@ TEST_F(HostileAgent, TellsHowManyRememberedRegistrationsUnregisterHasEnded) {
     EXPECT_EQ(ny_sim_unregistered_count(NY_SIM_CALL_POLICY, product), 0U);
 }
 
-TEST_F(HostileAgent, IsNotWaitedForInALateCall) {
+TEST_F(Hostile, IsNotWaitedForInALateCall) {
     ny_sim_set_remember(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
     Event inside;
@@ -324,7 +311,7 @@ TEST_F(HostileAgent, IsNotWaitedForInALateCall) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
 }
 
-TEST_F(HostileAgent, ThatIsImpatientUnregistersAndReleasesWhileCallbacksRun) {
+TEST_F(Hostile, ThatIsImpatientUnregistersAndReleasesWhileCallbacksRun) {
     ny_sim_set_impatient(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
     Event inside;

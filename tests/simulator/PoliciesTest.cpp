@@ -6,7 +6,7 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-class SimulatedPolicies : public PolicySimulatorTest {
+class PoliciesTest : public PolicySimulatorTest {
 protected:
     template <auto getter>
     std::string Text(ny_policy_uri_t* uri) const {
@@ -75,7 +75,7 @@ constexpr char example[] = R"([
     {"softwareId": "PRODUCT1000", "settingsObject": null, "sections": null, "feature": null},
     {"softwareId": "PRODUCT2000", "name": "other"}])";
 
-TEST_F(SimulatedPolicies, AreHandedOutAsTheyWereWritten) {
+TEST_F(PoliciesTest, AreHandedOutAsTheyWereWritten) {
     Hold(example);
     EXPECT_THAT(ContentFor("PRODUCT1000"),
                 ElementsAre("F|C|T|N|P|1|a|d", "  S", "    x=1", "    y=2", "    z=true", "    n=(null)", "  R",
@@ -85,7 +85,7 @@ TEST_F(SimulatedPolicies, AreHandedOutAsTheyWereWritten) {
     EXPECT_THAT(ContentFor("PRODUCT2000"), ElementsAre("(null)|(null)|(null)|other|(null)|(null)|(null)|(null)"));
 }
 
-TEST_F(SimulatedPolicies, AreThoseOfTheUriAlone) {
+TEST_F(PoliciesTest, AreThoseOfTheUriAlone) {
     Hold(example);
     EXPECT_THAT(ContentFor("PRODUCT1000", "DOMAIN\\user"),
                 ElementsAre("(null)|(null)|(null)|U|(null)|(null)|(null)|(null)"));
@@ -95,7 +95,7 @@ TEST_F(SimulatedPolicies, AreThoseOfTheUriAlone) {
     EXPECT_THAT(ContentFor(""), IsEmpty());
 }
 
-TEST_F(SimulatedPolicies, AreReplacedAsAWholeAndForgottenByAReset) {
+TEST_F(PoliciesTest, AreReplacedAsAWholeAndForgottenByAReset) {
     Hold(example);
     ny_policy_bag_t* const before = Fetch("PRODUCT2000");
     Hold(R"([{"softwareId": "PRODUCT3000", "name": "new"}])");
@@ -107,7 +107,7 @@ TEST_F(SimulatedPolicies, AreReplacedAsAWholeAndForgottenByAReset) {
     EXPECT_THAT(ContentFor("PRODUCT3000"), IsEmpty());
 }
 
-TEST_F(SimulatedPolicies, InAnyOtherFormAreRefusedAndReplaceNothing) {
+TEST_F(PoliciesTest, InAnyOtherFormAreRefusedAndReplaceNothing) {
     Hold(example);
     for (const char* const json : {
              "",
@@ -133,7 +133,7 @@ TEST_F(SimulatedPolicies, InAnyOtherFormAreRefusedAndReplaceNothing) {
     EXPECT_THAT(ContentFor("PRODUCT2000"), testing::SizeIs(1));
 }
 
-TEST_F(SimulatedPolicies, AreNotFetchedWithoutASoftwareId) {
+TEST_F(PoliciesTest, AreNotFetchedWithoutASoftwareId) {
     ny_policy_uri_t* uri = nullptr;
     ny_policy_bag_t* bag = nullptr;
     ASSERT_EQ(Call<&ny_policy_uri_create>(&uri), NY_OK);
@@ -145,7 +145,7 @@ TEST_F(SimulatedPolicies, AreNotFetchedWithoutASoftwareId) {
     EXPECT_EQ(Call<&ny_policy_uri_release>(uri), NY_OK);
 }
 
-TEST_F(SimulatedPolicies, CountTheirHandles) {
+TEST_F(PoliciesTest, CountTheirHandles) {
     Hold(example);
     ny_policy_uri_t* const uri = Uri("PRODUCT1000");
     EXPECT_EQ(Call<&ny_policy_uri_add_ref>(uri), NY_OK);
@@ -163,7 +163,7 @@ TEST_F(SimulatedPolicies, CountTheirHandles) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U) << "the client";
 }
 
-TEST_F(SimulatedPolicies, LendTheirItemsUntilTheNext) {
+TEST_F(PoliciesTest, LendTheirItemsUntilTheNext) {
     Hold(example);
     ny_policy_bag_t* const bag = Fetch("PRODUCT1000");
     ny_policy_bag_iterator_t* const uris = Uris(bag);
@@ -187,7 +187,7 @@ TEST_F(SimulatedPolicies, LendTheirItemsUntilTheNext) {
     ny_sim_reset();
 }
 
-TEST_F(SimulatedPolicies, LendTheirValuesUntilTheIteratorEnds) {
+TEST_F(PoliciesTest, LendTheirValuesUntilTheIteratorEnds) {
     Hold(example);
     ny_policy_bag_t* const bag = Fetch("PRODUCT1000");
     ny_policy_bag_iterator_t* const uris = Uris(bag);
@@ -208,7 +208,7 @@ TEST_F(SimulatedPolicies, LendTheirValuesUntilTheIteratorEnds) {
     ny_sim_reset();
 }
 
-TEST_F(SimulatedPolicies, RefuseWhatDoesNotBelongTogether) {
+TEST_F(PoliciesTest, RefuseWhatDoesNotBelongTogether) {
     Hold(example);
     ny_policy_bag_t* const bag = Fetch("PRODUCT1000");
     ny_policy_bag_t* const other = Fetch("PRODUCT1000");

@@ -4,21 +4,9 @@
 
 #include "simulator/SimulatorTest.h"
 
-// A client of the simulated agent, and shorthands for its policy functions.
-class PolicySimulatorTest : public SimulatorTest {
+// Shorthands for its policy functions.
+class PolicySimulatorTest : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-
-    void TearDown() override {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        }
-        SimulatorTest::TearDown();
-    }
-
     static void Hold(const std::string& json) { ASSERT_EQ(ny_sim_policies_from_json(json.c_str()), NY_OK); }
 
     // A uri that the test releases; a null user sets none.
@@ -51,6 +39,4 @@ protected:
         EXPECT_EQ(Call<&ny_policy_bag_iterator_release>(iterator), NY_OK);
     }
     void Release(ny_policy_bag_t* bag) const { EXPECT_EQ(Call<&ny_policy_bag_release>(bag), NY_OK); }
-
-    ny_client_t* client = nullptr;
 };

@@ -1,10 +1,7 @@
 // The simulated agent's notifications of policies.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/PolicyFixture.h"
-#include "support/Event.h"
 #include "support/PolicyNotice.h"
 
 namespace {
@@ -29,7 +26,7 @@ public:
     LineLog log;
 };
 
-class SimulatedNotifications : public PolicySimulatorTest {
+class PolicyNotificationTest : public PolicySimulatorTest {
 protected:
     int32_t Register(const char* productId = "PRODUCT1000", uint32_t mask = 63) {
         return Call<&ny_policy_register_notification_callback>(client, productId, mask, &Callback::Notify, &callback);
@@ -41,7 +38,7 @@ protected:
     Callback callback;
 };
 
-TEST_F(SimulatedNotifications, ComeOnAnAgentThreadWithAUriOfTheProduct) {
+TEST_F(PolicyNotificationTest, ComeOnAnAgentThreadWithAUriOfTheProduct) {
     callback.answer = [&](ny_policy_uri_t* uri) {
         ny_policy_bag_t* bag = nullptr;
         EXPECT_EQ(Call<&ny_policy_get>(client, uri, &bag), NY_OK);
@@ -58,14 +55,14 @@ TEST_F(SimulatedNotifications, ComeOnAnAgentThreadWithAUriOfTheProduct) {
     EXPECT_THAT(callback.log.Lines(), ElementsAre("PRODUCT1000"));
 }
 
-TEST_F(SimulatedNotifications, CanNameAnotherProductOrNone) {
+TEST_F(PolicyNotificationTest, CanNameAnotherProductOrNone) {
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(PolicyNotice("PRODUCT1000", "PRODUCT2000").Answer(), NY_OK);
     EXPECT_EQ(PolicyNotice("PRODUCT1000", nullptr).Answer(), NY_OK);
     EXPECT_THAT(callback.log.Lines(), ElementsAre("PRODUCT2000", "(null)"));
 }
 
-TEST_F(SimulatedNotifications, AreForRegisteredProductsOnly) {
+TEST_F(PolicyNotificationTest, AreForRegisteredProductsOnly) {
     EXPECT_EQ(PolicyNotice("PRODUCT1000").Answer(), NY_SIM_NOT_REGISTERED);
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Register(), NY_ALREADY_EXISTS);
@@ -75,7 +72,7 @@ TEST_F(SimulatedNotifications, AreForRegisteredProductsOnly) {
     EXPECT_EQ(PolicyNotice("PRODUCT1000").Answer(), NY_SIM_NOT_REGISTERED);
 }
 
-TEST_F(SimulatedNotifications, KeepTheMaskOfTheRegistration) {
+TEST_F(PolicyNotificationTest, KeepTheMaskOfTheRegistration) {
     EXPECT_EQ(ny_sim_policy_mask("PRODUCT1000"), 0U);
     EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT1000"), 0);
     ASSERT_EQ(Register("PRODUCT1000", 0x80000001), NY_OK);
@@ -85,14 +82,13 @@ TEST_F(SimulatedNotifications, KeepTheMaskOfTheRegistration) {
     EXPECT_EQ(ny_sim_has_policy_callback(nullptr), 0);
 }
 
-TEST_F(SimulatedNotifications, EndWithTheClient) {
+TEST_F(PolicyNotificationTest, EndWithTheClient) {
     ASSERT_EQ(Register(), NY_OK);
-    EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-    client = nullptr;
+    ReleaseClient();
     EXPECT_EQ(PolicyNotice("PRODUCT1000").Answer(), NY_SIM_NOT_REGISTERED);
 }
 
-TEST_F(SimulatedNotifications, AreWaitedForByTheEndOfTheRegistration) {
+TEST_F(PolicyNotificationTest, AreWaitedForByTheEndOfTheRegistration) {
     Event isInside;
     Event mayLeave;
     callback.answer = [&](ny_policy_uri_t*) {
@@ -103,19 +99,13 @@ TEST_F(SimulatedNotifications, AreWaitedForByTheEndOfTheRegistration) {
     ASSERT_EQ(Register(), NY_OK);
     const PolicyNotice notice("PRODUCT1000");
     ASSERT_TRUE(isInside.Wait());
-    std::atomic<bool> isUnregistered = false;
-    std::thread ending([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    EXPECT_FALSE(notice.IsAnsweredWithin(std::chrono::milliseconds(30)));
-    EXPECT_FALSE(isUnregistered);
-    mayLeave.Set();
-    ending.join();
+    EXPECT_FALSE(notice.IsAnsweredWithin(std::chrono::milliseconds(0)));
+    ExpectToWaitForCallback(
+        "ny_policy_unregister_notification_callback", [this] { return Unregister(); }, mayLeave);
     EXPECT_EQ(notice.Answer(), NY_OK);
 }
 
-TEST_F(SimulatedNotifications, AreTheAnswerToLocalEnforcement) {
+TEST_F(PolicyNotificationTest, AreTheAnswerToLocalEnforcement) {
     EXPECT_EQ(Call<&ny_policy_enforce>(client, "PRODUCT1000"), NY_SIM_NOT_REGISTERED);
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Call<&ny_policy_enforce>(client, "PRODUCT1000"), NY_OK);
@@ -126,7 +116,7 @@ TEST_F(SimulatedNotifications, AreTheAnswerToLocalEnforcement) {
     EXPECT_EQ(Unregister(), NY_OK);
 }
 
-TEST_F(SimulatedNotifications, RefuseNull) {
+TEST_F(PolicyNotificationTest, RefuseNull) {
     ny_sim_policy_request_t* request = nullptr;
     EXPECT_EQ(ny_sim_notify_policy(nullptr, &request), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_notify_policy("PRODUCT1000", nullptr), NY_INVALID_ARGUMENT);
@@ -139,7 +129,7 @@ TEST_F(SimulatedNotifications, RefuseNull) {
 }
 
 // The agent's thread is at work until it is out of the callback that ny_policy_enforce led to, which has no request.
-TEST_F(SimulatedNotifications, CanBeWaitedForWithoutARequest) {
+TEST_F(PolicyNotificationTest, CanBeWaitedForWithoutARequest) {
     Event mayEnd;
     callback.answer = [&](ny_policy_uri_t*) { return mayEnd.Wait() ? NY_OK : NY_UNEXPECTED; };
     ASSERT_EQ(Register(), NY_OK);

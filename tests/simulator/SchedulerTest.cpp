@@ -5,7 +5,6 @@
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentTasks.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -44,25 +43,17 @@ public:
     std::atomic<DWORD> threadId = 0;
 };
 
-class SimulatedScheduler : public SimulatorTest {
+class SchedulerTest : public SimulatedClientTest {
 protected:
     void SetUp() override {
-        SimulatorTest::SetUp();
+        SimulatedClientTest::SetUp();
         SetTasks(tasks);
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
     }
 
     void TearDown() override {
-        Release();
+        ReleaseClient();
         EXPECT_EQ(ny_sim_lent_tasks(), 0U);
-        SimulatorTest::TearDown();
-    }
-
-    void Release() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
+        SimulatedClientTest::TearDown();
     }
 
     int32_t Register(Handler& registered, const char* taskType = nullptr, const char* productId = "PRODUCT1000") {
@@ -73,11 +64,10 @@ protected:
         return Call<&ny_scheduler_unregister_task_callbacks>(client, productId, taskType);
     }
 
-    ny_client_t* client = nullptr;
     Handler handler{"all"};
 };
 
-TEST_F(SimulatedScheduler, CallsTheOperationThatIsAskedForOnAnAgentThread) {
+TEST_F(SchedulerTest, CallsTheOperationThatIsAskedForOnAnAgentThread) {
     ASSERT_EQ(Register(handler), NY_OK);
     handler.answer = [] { return 77; };
     for (const auto operation :
@@ -93,7 +83,7 @@ TEST_F(SimulatedScheduler, CallsTheOperationThatIsAskedForOnAnAgentThread) {
                             "all remove PRODUCT1000 Scan scan", "all update_status PRODUCT1000 Scan scan"));
 }
 
-TEST_F(SimulatedScheduler, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
+TEST_F(SchedulerTest, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
     Handler ofScans("scans");
     ASSERT_EQ(Register(ofScans, "Scan"), NY_OK);
     EXPECT_EQ(AnswerOf("plain"), NY_SIM_NOT_REGISTERED);
@@ -105,7 +95,7 @@ TEST_F(SimulatedScheduler, PrefersTheCallbacksOfTheTasksTypeToThoseOfAll) {
     EXPECT_EQ(AnswerOf("other"), NY_SIM_NOT_REGISTERED);
 }
 
-TEST_F(SimulatedScheduler, RefusesUnknownTasksOperationsAndNonsense) {
+TEST_F(SchedulerTest, RefusesUnknownTasksOperationsAndNonsense) {
     ASSERT_EQ(Register(handler), NY_OK);
     ny_sim_task_request_t* request = nullptr;
     EXPECT_EQ(AnswerOf("nobody's"), NY_INVALID_ARGUMENT);
@@ -121,7 +111,7 @@ TEST_F(SimulatedScheduler, RefusesUnknownTasksOperationsAndNonsense) {
     EXPECT_THAT(handler.log.Lines(), IsEmpty());
 }
 
-TEST_F(SimulatedScheduler, RegistersOncePerProductAndType) {
+TEST_F(SchedulerTest, RegistersOncePerProductAndType) {
     EXPECT_EQ(Unregister(), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Register(handler), NY_OK);
     EXPECT_EQ(Register(handler), NY_ALREADY_EXISTS);
@@ -134,11 +124,11 @@ TEST_F(SimulatedScheduler, RegistersOncePerProductAndType) {
     EXPECT_EQ(Unregister(), NY_OK);
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", nullptr), 0);
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 1);
-    Release();
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 0);
 }
 
-TEST_F(SimulatedScheduler, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(SchedulerTest, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
     Event inside;
     Event leave;
     handler.answer = [&] {
@@ -151,14 +141,12 @@ TEST_F(SimulatedScheduler, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
     ASSERT_TRUE(inside.Wait());
     EXPECT_FALSE(request.IsAnsweredWithin(std::chrono::milliseconds(0)));
     EXPECT_EQ(ny_sim_lent_tasks(), 1U);
-    std::thread unregistering([&] { EXPECT_EQ(Unregister(), NY_OK); });
-    EXPECT_EQ(ny_sim_wait_calls("ny_scheduler_unregister_task_callbacks", 1, 30), NY_SIM_TIMEOUT);
-    leave.Set();
-    unregistering.join();
+    ExpectToWaitForCallback(
+        "ny_scheduler_unregister_task_callbacks", [this] { return Unregister(); }, leave);
     EXPECT_EQ(request.Answer(), NY_OK);
 }
 
-TEST_F(SimulatedScheduler, RunsRequestsSideBySide) {
+TEST_F(SchedulerTest, RunsRequestsSideBySide) {
     Event first;
     Event second;
     std::atomic<int> calls = 0;
@@ -175,7 +163,7 @@ TEST_F(SimulatedScheduler, RunsRequestsSideBySide) {
     EXPECT_EQ(other.Answer(), NY_OK);
 }
 
-TEST_F(SimulatedScheduler, KeepsReportsInTheirOrderWithTheirTime) {
+TEST_F(SchedulerTest, KeepsReportsInTheirOrderWithTheirTime) {
     ny_sim_task_report_t report{};
     EXPECT_EQ(ny_sim_last_task_report("scan", &report), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 2), NY_OK);
@@ -197,7 +185,7 @@ TEST_F(SimulatedScheduler, KeepsReportsInTheirOrderWithTheirTime) {
     EXPECT_EQ(ny_sim_task_report_count(), 0U);
 }
 
-TEST_F(SimulatedScheduler, LetsTheNextReportBeWaitedFor) {
+TEST_F(SchedulerTest, LetsTheNextReportBeWaitedFor) {
     EXPECT_EQ(ny_sim_wait_task_reports(0, 0), NY_OK);
     EXPECT_EQ(ny_sim_wait_task_reports(1, 0), NY_SIM_TIMEOUT);
     std::thread reporting([&] { EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 4), NY_OK); });
@@ -206,16 +194,16 @@ TEST_F(SimulatedScheduler, LetsTheNextReportBeWaitedFor) {
     EXPECT_THAT(TakeReports(), ElementsAre("scan 4"));
 }
 
-TEST_F(SimulatedScheduler, RefusesReportsOfDeadClients) {
+TEST_F(SchedulerTest, RefusesReportsOfDeadClients) {
     ny_client_t* const dead = client;
-    Release();
+    ReleaseClient();
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(dead, "scan", 4), NY_INVALID_ARGUMENT);
     EXPECT_EQ(ny_sim_misuse_count(), 1U);
     EXPECT_THAT(TakeReports(), IsEmpty());
     ny_sim_reset();
 }
 
-TEST_F(SimulatedScheduler, ForgetsTasksAndReportsAtAReset) {
+TEST_F(SchedulerTest, ForgetsTasksAndReportsAtAReset) {
     ASSERT_EQ(Register(handler), NY_OK);
     EXPECT_EQ(Call<&ny_scheduler_update_task_status>(client, "scan", 4), NY_OK);
     ny_sim_reset();
@@ -223,7 +211,7 @@ TEST_F(SimulatedScheduler, ForgetsTasksAndReportsAtAReset) {
     EXPECT_THAT(TakeReports(), IsEmpty());
 }
 
-TEST_F(SimulatedScheduler, TakesNoTasksFromNonsenseAndKeepsThoseItHas) {
+TEST_F(SchedulerTest, TakesNoTasksFromNonsenseAndKeepsThoseItHas) {
     ASSERT_EQ(Register(handler), NY_OK);
     for (const char* json : {
              "",

@@ -13,17 +13,8 @@ constexpr unsigned char hashOfAbc[] = {0xba, 0x78, 0x16, 0xbf, 0x8f, 0x01, 0xcf,
                                        0xde, 0x5d, 0xae, 0x22, 0x23, 0xb0, 0x03, 0x61, 0xa3, 0x96, 0x17,
                                        0x7a, 0x9c, 0xb4, 0x10, 0xff, 0x61, 0xf2, 0x00, 0x15, 0xad};
 
-class SimulatedServices : public SimulatorTest {
+class Services : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-    void TearDown() override {
-        EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        SimulatorTest::TearDown();
-    }
-
     // The bytes that a crypto function gives in a buffer of `room` bytes at first, or its answer.
     template <auto function>
     std::string Run(const std::string& data, size_t room = 0) {
@@ -59,10 +50,9 @@ protected:
 
     const std::string notEncrypted = "answer " + std::to_string(NY_SIM_NOT_ENCRYPTED);
     const std::string unknownKey = "answer " + std::to_string(NY_SIM_UNKNOWN_KEY);
-    ny_client_t* client = nullptr;
 };
 
-TEST_F(SimulatedServices, DecryptWhatTheyEncrypted) {
+TEST_F(Services, DecryptWhatTheyEncrypted) {
     constexpr size_t sizes[] = {0, 1, 15, 16, 17, 1000};
     for (const size_t size : sizes) {
         const std::string data(size, 'x');
@@ -72,7 +62,7 @@ TEST_F(SimulatedServices, DecryptWhatTheyEncrypted) {
     }
 }
 
-TEST_F(SimulatedServices, EncryptTheSameDataDifferentlyEachTime) {
+TEST_F(Services, EncryptTheSameDataDifferentlyEachTime) {
     const std::string data(16, 'x');
     const std::string first = Encrypt(data);
     const std::string second = Encrypt(data);
@@ -81,7 +71,7 @@ TEST_F(SimulatedServices, EncryptTheSameDataDifferentlyEachTime) {
     EXPECT_EQ(Decrypt(first), Decrypt(second));
 }
 
-TEST_F(SimulatedServices, DecryptNothingElse) {
+TEST_F(Services, DecryptNothingElse) {
     constexpr size_t sizes[] = {0, 15, 16, 31, 33};
     for (const size_t size : sizes) {
         EXPECT_EQ(Decrypt(std::string(size, 'x')), notEncrypted) << size;
@@ -91,7 +81,7 @@ TEST_F(SimulatedServices, DecryptNothingElse) {
     EXPECT_EQ(Decrypt(encrypted + "x"), notEncrypted);
 }
 
-TEST_F(SimulatedServices, HashAsTheStandardSays) {
+TEST_F(Services, HashAsTheStandardSays) {
     EXPECT_EQ(Hash(""), std::string(std::begin(hashOfNothing), std::end(hashOfNothing)));
     constexpr size_t rooms[] = {0, 31, 32, 100};
     for (const size_t room : rooms) {
@@ -99,7 +89,7 @@ TEST_F(SimulatedServices, HashAsTheStandardSays) {
     }
 }
 
-TEST_F(SimulatedServices, ReplaceABufferThatIsTooSmallOnly) {
+TEST_F(Services, ReplaceABufferThatIsTooSmallOnly) {
     const unsigned char byte = 1;
     for (const auto& [room, isReplaced] : {std::pair{size_t{31}, true}, std::pair{size_t{32}, false}}) {
         ny_buffer_t* buffer = nullptr;
@@ -112,7 +102,7 @@ TEST_F(SimulatedServices, ReplaceABufferThatIsTooSmallOnly) {
     }
 }
 
-TEST_F(SimulatedServices, RememberTheType) {
+TEST_F(Services, RememberTheType) {
     Hash("abc");
     EXPECT_EQ(ny_sim_last_crypto_type(), 7U);
     ny_buffer_t* buffer = nullptr;
@@ -132,7 +122,7 @@ TEST_F(SimulatedServices, RememberTheType) {
     EXPECT_EQ(Call<&ny_buffer_release>(buffer), NY_OK);
 }
 
-TEST_F(SimulatedServices, FailWhereTheyAreToldTo) {
+TEST_F(Services, FailWhereTheyAreToldTo) {
     for (const char* const function : {"ny_crypto_encrypt_data_by_type", "ny_crypto_decrypt_data_by_type",
                                        "ny_crypto_hash_data_by_type", "ny_info_get"}) {
         ASSERT_EQ(ny_sim_fail_call(function, 1, 77, NY_SIM_ONCE), NY_OK);
@@ -143,7 +133,7 @@ TEST_F(SimulatedServices, FailWhereTheyAreToldTo) {
     EXPECT_EQ(Get("x"), "answer 77");
 }
 
-TEST_F(SimulatedServices, TellTheInformationThatWasSet) {
+TEST_F(Services, TellTheInformationThatWasSet) {
     EXPECT_EQ(Get("Version"), unknownKey);
     EXPECT_EQ(ny_sim_set_information("Version", "\"5.7\""), NY_OK);
     EXPECT_EQ(Get("Version"), "5.7");
@@ -154,7 +144,7 @@ TEST_F(SimulatedServices, TellTheInformationThatWasSet) {
     EXPECT_EQ(Get("Version"), unknownKey);
 }
 
-TEST_F(SimulatedServices, TakeAllInformationAsOneObject) {
+TEST_F(Services, TakeAllInformationAsOneObject) {
     EXPECT_EQ(ny_sim_set_information("GUID", "\"gone\""), NY_OK);
     EXPECT_EQ(ny_sim_set_all_information(R"({"AgentMode": "1", "": "nameless", "RdxPortLastUsed": 443})"), NY_OK);
     EXPECT_EQ(Get("AgentMode"), "1");
@@ -165,7 +155,7 @@ TEST_F(SimulatedServices, TakeAllInformationAsOneObject) {
     EXPECT_EQ(Get("AgentMode"), unknownKey);
 }
 
-TEST_F(SimulatedServices, RefuseNonsenseAboutInformation) {
+TEST_F(Services, RefuseNonsenseAboutInformation) {
     EXPECT_EQ(ny_sim_set_information("Version", "\"5.7\""), NY_OK);
     for (const char* const json : {"", "[]", "\"text\"", "{"}) {
         EXPECT_EQ(ny_sim_set_all_information(json), NY_INVALID_ARGUMENT) << json;

@@ -2,12 +2,16 @@
 
 #include <windows.h>
 
+#include <atomic>
+#include <functional>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "dispatcher/EntryPoint.h"
 #include "support/AgentCalls.h"
 #include "support/AgentEnvironment.h"
+#include "support/Event.h"
 
 using Lines = std::vector<std::string>;
 
@@ -77,4 +81,45 @@ protected:
     }
 
     std::unique_ptr<AgentLibraries> libraries;
+};
+
+// The same with a client of PRODUCT1000.
+class SimulatedClientTest : public SimulatorTest {
+protected:
+    void SetUp() override {
+        SimulatorTest::SetUp();
+        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
+    }
+
+    void TearDown() override {
+        ReleaseClient();
+        SimulatorTest::TearDown();
+    }
+
+    void ReleaseClient() {
+        if (client != nullptr) {
+            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
+            client = nullptr;
+        }
+    }
+
+    // Unregisters on another thread while a callback is inside, which goes on when `mayLeave` is set: `function`, the
+    // agent's, returns only then.
+    static void ExpectToWaitForCallback(const char* function, const std::function<int32_t()>& unregister,
+                                        Event& mayLeave) {
+        Event begun;
+        std::atomic<bool> isUnregistered = false;
+        const AgentHook hook(function, [&] { begun.Set(); });
+        std::thread unregistering([&] {
+            EXPECT_EQ(unregister(), NY_OK);
+            isUnregistered = true;
+        });
+        EXPECT_TRUE(begun.Wait());
+        EXPECT_EQ(ny_sim_wait_calls(function, 1, 30), NY_SIM_TIMEOUT);
+        EXPECT_FALSE(isUnregistered);
+        mayLeave.Set();
+        unregistering.join();
+    }
+
+    ny_client_t* client = nullptr;
 };

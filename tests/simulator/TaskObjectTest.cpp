@@ -9,17 +9,11 @@ namespace {
 
 using testing::ElementsAre;
 
-class TaskObject : public SimulatorTest {
+class TaskObject : public SimulatedClientTest {
 protected:
     void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
+        SimulatedClientTest::SetUp();
         ASSERT_EQ(Call<&ny_scheduler_register_task_callbacks>(client, "PRODUCT1000", nullptr, &callbacks, this), NY_OK);
-    }
-
-    void TearDown() override {
-        EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-        SimulatorTest::TearDown();
     }
 
     // Runs `body` in a callback for the one task, which is made of these further members.
@@ -45,7 +39,6 @@ protected:
 
     const ny_task_callbacks_t callbacks = {&Run, &Run, &Run, &Run};
     std::function<void(ny_task_t*)> inside;
-    ny_client_t* client = nullptr;
 };
 
 constexpr char settings[] = R"(, "name": "a \u00FC", "settings": {

@@ -1,11 +1,8 @@
 // The updater of the simulated agent.
-#include <atomic>
 #include <functional>
-#include <thread>
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentUpdate.h"
-#include "support/Event.h"
 
 namespace {
 
@@ -73,34 +70,18 @@ private:
 constexpr ny_updater_callbacks_t callbacks = {&Updater::Notify, &Updater::SetInfo, &Updater::GetInfo,
                                               &Updater::TakeEvent};
 
-class SimulatedUpdater : public SimulatorTest {
+class UpdaterTest : public SimulatedClientTest {
 protected:
-    void SetUp() override {
-        SimulatorTest::SetUp();
-        ASSERT_EQ(Call<&ny_client_handler_create>("PRODUCT1000", &client), NY_OK);
-    }
-    void TearDown() override {
-        Release();
-        SimulatorTest::TearDown();
-    }
-
     int32_t Register(const ny_updater_callbacks_t* table = &callbacks) {
         return Call<&ny_updater_register_callbacks>(client, "PRODUCT1000", table, &updater);
     }
     int32_t Unregister() { return Call<&ny_updater_unregister_callbacks>(client, "PRODUCT1000"); }
-    void Release() {
-        if (client != nullptr) {
-            EXPECT_EQ(Call<&ny_client_handler_release>(client), NY_OK);
-            client = nullptr;
-        }
-    }
 
     const std::string notCalled = "answer " + std::to_string(NY_SIM_NOT_REGISTERED);
-    ny_client_t* client = nullptr;
     Updater updater;
 };
 
-TEST_F(SimulatedUpdater, CallsEachOfTheFourWithItsTexts) {
+TEST_F(UpdaterTest, CallsEachOfTheFourWithItsTexts) {
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Update(NotifyCall()), "answer 0, result 5");
     EXPECT_EQ(Update(SetCall()), "answer 0, result 5");
@@ -111,7 +92,7 @@ TEST_F(SimulatedUpdater, CallsEachOfTheFourWithItsTexts) {
     EXPECT_EQ(updater.client, client);
 }
 
-TEST_F(SimulatedUpdater, CallsOnAThreadOfTheAgents) {
+TEST_F(UpdaterTest, CallsOnAThreadOfTheAgents) {
     ASSERT_EQ(Register(), NY_OK);
     const AgentUpdate update(NotifyCall());
     EXPECT_EQ(update.Answer(), NY_OK);
@@ -119,7 +100,7 @@ TEST_F(SimulatedUpdater, CallsOnAThreadOfTheAgents) {
     EXPECT_NE(updater.threadId, ::GetCurrentThreadId());
 }
 
-TEST_F(SimulatedUpdater, PassesNullForWhatIsAbsentOrLeftOut) {
+TEST_F(UpdaterTest, PassesNullForWhatIsAbsentOrLeftOut) {
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Update(R"({"call": "update notify", "product": "PRODUCT1000", "without": ["product", "result"]})"),
               "answer 0");
@@ -133,7 +114,7 @@ TEST_F(SimulatedUpdater, PassesNullForWhatIsAbsentOrLeftOut) {
     EXPECT_EQ(Call<&ny_variant_release>(updater.given), NY_OK);
 }
 
-TEST_F(SimulatedUpdater, LendsTheValueThatIsSet) {
+TEST_F(UpdaterTest, LendsTheValueThatIsSet) {
     std::string text;
     updater.answer = [&] {
         text = TextOf(updater.value);
@@ -150,7 +131,7 @@ TEST_F(SimulatedUpdater, LendsTheValueThatIsSet) {
     ny_sim_reset();
 }
 
-TEST_F(SimulatedUpdater, OwnsTheValueThatItGets) {
+TEST_F(UpdaterTest, OwnsTheValueThatItGets) {
     ASSERT_EQ(Register(), NY_OK);
     updater.given = FromJson(R"("be\u0000hind")");
     const AgentUpdate update(GetCall());
@@ -158,20 +139,20 @@ TEST_F(SimulatedUpdater, OwnsTheValueThatItGets) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_VARIANT), 0U);
 }
 
-TEST_F(SimulatedUpdater, RefusesAValueThatIsNoText) {
+TEST_F(UpdaterTest, RefusesAValueThatIsNoText) {
     ASSERT_EQ(Register(), NY_OK);
     updater.given = FromJson("{}");
     EXPECT_EQ(Update(GetCall()), "answer 1, result 5");
 }
 
-TEST_F(SimulatedUpdater, HandsOutTheCallbacksAnswer) {
+TEST_F(UpdaterTest, HandsOutTheCallbacksAnswer) {
     updater.answer = [] { return 77; };
     ASSERT_EQ(Register(), NY_OK);
     EXPECT_EQ(Update(NotifyCall()), "answer 77, result 5");
     EXPECT_EQ(Update(EventCall()), "answer 77");
 }
 
-TEST_F(SimulatedUpdater, RefusesCallsThatItDoesNotUnderstand) {
+TEST_F(UpdaterTest, RefusesCallsThatItDoesNotUnderstand) {
     ASSERT_EQ(Register(), NY_OK);
     ny_sim_updater_request_t* request = nullptr;
     for (const char* const json :
@@ -190,7 +171,7 @@ TEST_F(SimulatedUpdater, RefusesCallsThatItDoesNotUnderstand) {
     EXPECT_THAT(updater.lines, IsEmpty());
 }
 
-TEST_F(SimulatedUpdater, TakesWholeTablesOfCallbacksOnly) {
+TEST_F(UpdaterTest, TakesWholeTablesOfCallbacksOnly) {
     EXPECT_EQ(Register(nullptr), NY_INVALID_ARGUMENT);
     ny_updater_callbacks_t table = callbacks;
     table.update_notify = nullptr;
@@ -207,7 +188,7 @@ TEST_F(SimulatedUpdater, TakesWholeTablesOfCallbacksOnly) {
     EXPECT_EQ(ny_sim_has_updater("PRODUCT1000"), 0);
 }
 
-TEST_F(SimulatedUpdater, IsRegisteredOncePerProduct) {
+TEST_F(UpdaterTest, IsRegisteredOncePerProduct) {
     EXPECT_EQ(Update(NotifyCall()), notCalled);
     EXPECT_EQ(Unregister(), NY_INVALID_ARGUMENT);
     EXPECT_EQ(Register(), NY_OK);
@@ -219,7 +200,7 @@ TEST_F(SimulatedUpdater, IsRegisteredOncePerProduct) {
     EXPECT_EQ(Update(NotifyCall()), notCalled);
 }
 
-TEST_F(SimulatedUpdater, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(UpdaterTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     Event inside;
     Event leave;
     updater.answer = [&] {
@@ -231,28 +212,17 @@ TEST_F(SimulatedUpdater, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
     const AgentUpdate update(NotifyCall());
     ASSERT_TRUE(inside.Wait());
     EXPECT_FALSE(update.IsAnsweredWithin(std::chrono::milliseconds(0)));
-    Event begun;
-    std::atomic<bool> isUnregistered = false;
-    const AgentHook hook("ny_updater_unregister_callbacks", [&] { begun.Set(); });
-    std::thread unregistering([&] {
-        EXPECT_EQ(Unregister(), NY_OK);
-        isUnregistered = true;
-    });
-    ASSERT_TRUE(begun.Wait());
-    EXPECT_EQ(ny_sim_wait_calls("ny_updater_unregister_callbacks", 1, 30), NY_SIM_TIMEOUT);
-    EXPECT_FALSE(isUnregistered);
-    leave.Set();
-    unregistering.join();
-    EXPECT_TRUE(isUnregistered);
+    ExpectToWaitForCallback(
+        "ny_updater_unregister_callbacks", [this] { return Unregister(); }, leave);
 }
 
-TEST_F(SimulatedUpdater, EndsItsRegistrationsWithTheClient) {
+TEST_F(UpdaterTest, EndsItsRegistrationsWithTheClient) {
     ASSERT_EQ(Register(), NY_OK);
-    Release();
+    ReleaseClient();
     EXPECT_EQ(ny_sim_has_updater("PRODUCT1000"), 0);
 }
 
-TEST_F(SimulatedUpdater, FailsWhereItIsToldTo) {
+TEST_F(UpdaterTest, FailsWhereItIsToldTo) {
     ASSERT_EQ(ny_sim_fail_call("ny_updater_register_callbacks", 1, 77, NY_SIM_ONCE), NY_OK);
     EXPECT_EQ(Register(), 77);
     EXPECT_EQ(Register(), NY_OK);
@@ -261,7 +231,7 @@ TEST_F(SimulatedUpdater, FailsWhereItIsToldTo) {
     EXPECT_EQ(Unregister(), NY_OK);
 }
 
-TEST_F(SimulatedUpdater, AnswersNonsenseAboutRequests) {
+TEST_F(UpdaterTest, AnswersNonsenseAboutRequests) {
     const char* text = nullptr;
     size_t length = 0;
     EXPECT_EQ(ny_sim_updater_request_wait(nullptr, 0, nullptr, nullptr), NY_INVALID_ARGUMENT);

@@ -3,7 +3,7 @@
 
 namespace {
 
-class SimulatedValues : public SimulatorTest {
+class Values : public SimulatorTest {
 protected:
     // The wide text of a narrow one, and the other way round, as the agent converts them.
     std::wstring Widened(const std::string& narrow) const {
@@ -64,7 +64,7 @@ protected:
     }
 };
 
-TEST_F(SimulatedValues, OfJsonTextsAndScalarsAreTexts) {
+TEST_F(Values, OfJsonTextsAndScalarsAreTexts) {
     const std::pair<const char*, std::string> cases[] = {
         {R"("text")", "text"},
         {R"("")", ""},
@@ -82,7 +82,7 @@ TEST_F(SimulatedValues, OfJsonTextsAndScalarsAreTexts) {
     }
 }
 
-TEST_F(SimulatedValues, OfJsonObjectsAreTablesWithTheirKeysInOrder) {
+TEST_F(Values, OfJsonObjectsAreTablesWithTheirKeysInOrder) {
     ny_variant_t* const variant =
         FromJson(R"({"zebra": "z", "ant": 1, "inner": {"key": "value"}, "list": [1, "two"]})");
     ny_table_t* table = nullptr;
@@ -104,7 +104,7 @@ TEST_F(SimulatedValues, OfJsonObjectsAreTablesWithTheirKeysInOrder) {
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
-TEST_F(SimulatedValues, OfJsonArraysAreNeitherTextsNorTables) {
+TEST_F(Values, OfJsonArraysAreNeitherTextsNorTables) {
     ny_variant_t* const variant = FromJson("[1, 2]");
     ny_table_t* table = nullptr;
     EXPECT_EQ(TextOf(variant), "(no text)");
@@ -112,7 +112,7 @@ TEST_F(SimulatedValues, OfJsonArraysAreNeitherTextsNorTables) {
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
-TEST_F(SimulatedValues, OfNoJsonAreRefused) {
+TEST_F(Values, OfNoJsonAreRefused) {
     ny_variant_t* variant = nullptr;
     for (const char* json : {"", "{", "text", static_cast<const char*>(nullptr)}) {
         EXPECT_EQ(ny_sim_variant_from_json(json, &variant), NY_INVALID_ARGUMENT);
@@ -121,7 +121,7 @@ TEST_F(SimulatedValues, OfNoJsonAreRefused) {
     EXPECT_EQ(variant, nullptr);
 }
 
-TEST_F(SimulatedValues, ElementsBeyondTheLastAreRefused) {
+TEST_F(Values, ElementsBeyondTheLastAreRefused) {
     ny_variant_t* const variant = FromJson(R"({"key": "value"})");
     ny_table_t* table = nullptr;
     ny_array_t* keys = nullptr;
@@ -135,7 +135,7 @@ TEST_F(SimulatedValues, ElementsBeyondTheLastAreRefused) {
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
-TEST_F(SimulatedValues, TextsAreConvertedBothWays) {
+TEST_F(Values, TextsAreConvertedBothWays) {
     const std::pair<std::string, std::wstring> cases[] = {
         {"", L""},
         {"text", L"text"},
@@ -150,7 +150,7 @@ TEST_F(SimulatedValues, TextsAreConvertedBothWays) {
     }
 }
 
-TEST_F(SimulatedValues, InvalidTextsAreConvertedWithReplacements) {
+TEST_F(Values, InvalidTextsAreConvertedWithReplacements) {
     EXPECT_EQ(Widened("a\xFFz"), L"a\xFFFDz");
     EXPECT_EQ(Widened("\xC0\xAF"), L"\xFFFD\xFFFD");     // an overlong form
     EXPECT_EQ(Widened("\xE2\x82"), L"\xFFFD");           // cut short
@@ -160,7 +160,7 @@ TEST_F(SimulatedValues, InvalidTextsAreConvertedWithReplacements) {
     EXPECT_EQ(Narrowed(L"\xD83D"), "\xEF\xBF\xBD");
 }
 
-TEST_F(SimulatedValues, BuffersHaveTheSizeThatIsAskedForAndAreZeroed) {
+TEST_F(Values, BuffersHaveTheSizeThatIsAskedForAndAreZeroed) {
     ny_buffer_t* buffer = nullptr;
     ASSERT_EQ(Call<&ny_buffer_create>(&buffer, size_t{3}), NY_OK);
     const unsigned char* data = nullptr;
@@ -171,7 +171,7 @@ TEST_F(SimulatedValues, BuffersHaveTheSizeThatIsAskedForAndAreZeroed) {
     EXPECT_EQ(Call<&ny_buffer_create>(&buffer, SIZE_MAX), NY_OUT_OF_MEMORY);
 }
 
-TEST_F(SimulatedValues, LoggersKeepTheirLinesOfWhateverLength) {
+TEST_F(Values, LoggersKeepTheirLinesOfWhateverLength) {
     ny_logger_t* logger = nullptr;
     ASSERT_EQ(ny_sim_logger_create(&logger), NY_OK);
     const auto print = [&](const char* format, ...) {

@@ -8,13 +8,13 @@
 
 namespace {
 
-class SoakReport : public testing::Test {
+class FollowReport : public testing::Test {
 protected:
-    SoakReport() {
+    FollowReport() {
         conductor.Do({.kind = Operation::Kind::Enter, .product = 2, .mask = allServicesMask});
         conductor.Do({.kind = Operation::Kind::Install});
     }
-    ~SoakReport() override {
+    ~FollowReport() override {
         ny_sim_clear_faults();
         conductor.EndAll();
     }
@@ -25,7 +25,7 @@ protected:
 
 constexpr std::chrono::milliseconds briefly{200};
 
-TEST_F(SoakReport, SaysWhichProductIsNotAttachedAndWhatTheAgentAnswered) {
+TEST_F(FollowReport, SaysWhichProductIsNotAttachedAndWhatTheAgentAnswered) {
     ASSERT_EQ(conductor.WaitUntilFollowed(soon), "");
     ny_sim_clear_calls();
     ny_sim_fail_call("ny_scheduler_register_task_callbacks", 1, 77, NY_SIM_FROM_THEN_ON);
@@ -55,7 +55,7 @@ the bridge's last lines:
 }
 
 // The watcher is held up in the agent's old client.
-TEST_F(SoakReport, SaysThatTheAgentWasNotStarted) {
+TEST_F(FollowReport, SaysThatTheAgentWasNotStarted) {
     ASSERT_EQ(conductor.WaitUntilFollowed(soon), "");
     Event mayGoOn;
     const AgentHook holding("ny_msgbus_disable_watcher", [&] { EXPECT_TRUE(mayGoOn.Wait()); });
@@ -77,7 +77,7 @@ the bridge's last lines:
 }
 
 // The watcher is held up where the agent lets go of the client.
-TEST_F(SoakReport, SaysWhatIsLeftOfAnAgentThatIsGone) {
+TEST_F(FollowReport, SaysWhatIsLeftOfAnAgentThatIsGone) {
     ASSERT_EQ(conductor.WaitUntilFollowed(soon), "");
     Event mayGoOn;
     const AgentHook holding("ny_client_handler_release", [&] { EXPECT_TRUE(mayGoOn.Wait()); });

@@ -40,3 +40,9 @@ protected:
         EXPECT_TRUE(set.SetProperty(L"general", L"version", L"1.0"));
     }};
 };
+
+// The same with an agent that is there from the beginning.
+class InstalledAgentTest : public BridgeTest {
+protected:
+    InstalledAgentTest() { environment.InstallAgent(); }
+};

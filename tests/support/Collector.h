@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "VsMsgbus/CollectProperties.h"
-#include "VsMsgbus/LogSink.h"
 #include "support/HeldLocks.h"
 #include "support/LineLog.h"
+#include "support/ModuleRegistration.h"
 #include "support/Text.h"
 
 // A module's collector that notes how it is called and does what the test wants.
@@ -36,19 +36,5 @@ public:
     LineLog log;
 };
 
-// A collector in the table for as long as the object lives, or until Remove.
-class Registration {
-public:
-    Registration(const std::string& productId, Collector& collector, VsKitMsgbus::ILogSink* sink = nullptr)
-        : id(Wide(productId)) {
-        EXPECT_TRUE(VsKitMsgbusSetCollectProperties(id.c_str(), &collector, sink));
-    }
-    ~Registration() { Remove(); }
-    Registration(const Registration&) = delete;
-    Registration& operator=(const Registration&) = delete;
-
-    void Remove() { EXPECT_TRUE(VsKitMsgbusRemoveCollectProperties(id.c_str())); }
-
-private:
-    const std::wstring id;
-};
+using Registration =
+    ModuleRegistration<Collector, &VsKitMsgbusSetCollectProperties, &VsKitMsgbusRemoveCollectProperties>;

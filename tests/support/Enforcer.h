@@ -7,9 +7,9 @@
 #include <utility>
 
 #include "VsMsgbus/EnforcePolicy.h"
-#include "VsMsgbus/LogSink.h"
 #include "support/HeldLocks.h"
 #include "support/LineLog.h"
+#include "support/ModuleRegistration.h"
 #include "support/Text.h"
 
 using IPolicyBag = VsKitMsgbus::INYEnforcePolicy::IPolicyBag;
@@ -40,19 +40,5 @@ public:
     LineLog log;
 };
 
-// An enforcer in the table for as long as the object lives, or until Remove.
-class EnforcerRegistration {
-public:
-    EnforcerRegistration(const std::string& productId, Enforcer& enforcer, VsKitMsgbus::ILogSink* sink = nullptr)
-        : id(Wide(productId)) {
-        EXPECT_TRUE(VsKitMsgbusSetEnforcePolicy(id.c_str(), &enforcer, sink));
-    }
-    ~EnforcerRegistration() { Remove(); }
-    EnforcerRegistration(const EnforcerRegistration&) = delete;
-    EnforcerRegistration& operator=(const EnforcerRegistration&) = delete;
-
-    void Remove() { EXPECT_TRUE(VsKitMsgbusRemoveEnforcerPolicy(id.c_str())); }
-
-private:
-    const std::wstring id;
-};
+using EnforcerRegistration =
+    ModuleRegistration<Enforcer, &VsKitMsgbusSetEnforcePolicy, &VsKitMsgbusRemoveEnforcerPolicy>;

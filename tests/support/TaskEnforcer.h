@@ -9,6 +9,7 @@
 #include "VsMsgbus/TaskEnforcer.h"
 #include "support/HeldLocks.h"
 #include "support/LineLog.h"
+#include "support/ModuleRegistration.h"
 #include "support/Text.h"
 
 using ITaskBag = VsKitMsgbus::INYTaskEnforcer::ITaskBag;
@@ -50,21 +51,8 @@ private:
     }
 };
 
-// An enforcer in the table for as long as the object lives, or until Remove.
-class TaskEnforcerRegistration {
-public:
-    TaskEnforcerRegistration(const std::string& productId, TaskEnforcer& enforcer) : id(Wide(productId)) {
-        EXPECT_TRUE(VsKitMsgbusSetTaskEnforcer(id.c_str(), &enforcer, nullptr));
-    }
-    ~TaskEnforcerRegistration() { Remove(); }
-    TaskEnforcerRegistration(const TaskEnforcerRegistration&) = delete;
-    TaskEnforcerRegistration& operator=(const TaskEnforcerRegistration&) = delete;
-
-    void Remove() { EXPECT_TRUE(VsKitMsgbusRemoveTaskEnforcer(id.c_str())); }
-
-private:
-    const std::wstring id;
-};
+using TaskEnforcerRegistration =
+    ModuleRegistration<TaskEnforcer, &VsKitMsgbusSetTaskEnforcer, &VsKitMsgbusRemoveTaskEnforcer>;
 
 // Notes each setting that it is shown as "<section>:<key>=<value>".
 class SettingVisitor final : public ITaskBag::ISettingVisitor {

@@ -8,6 +8,7 @@
 #include "VsMsgbus/UpdateNotify.h"
 #include "support/HeldLocks.h"
 #include "support/LineLog.h"
+#include "support/ModuleRegistration.h"
 #include "support/Text.h"
 
 // A module's update callback that notes how it is called and does what the test wants; without that it answers each
@@ -45,18 +46,5 @@ public:
     LineLog log;
 };
 
-// A callback in the table for as long as the object lives, or until Remove.
-class UpdateRegistration {
-public:
-    UpdateRegistration(const std::string& productId, UpdateCallback& callback) : id(Wide(productId)) {
-        EXPECT_TRUE(VsKitMsgbusSetUpdateNotify(id.c_str(), &callback, nullptr));
-    }
-    ~UpdateRegistration() { Remove(); }
-    UpdateRegistration(const UpdateRegistration&) = delete;
-    UpdateRegistration& operator=(const UpdateRegistration&) = delete;
-
-    void Remove() { EXPECT_TRUE(VsKitMsgbusRemoveUpdateNotify(id.c_str())); }
-
-private:
-    const std::wstring id;
-};
+using UpdateRegistration =
+    ModuleRegistration<UpdateCallback, &VsKitMsgbusSetUpdateNotify, &VsKitMsgbusRemoveUpdateNotify>;

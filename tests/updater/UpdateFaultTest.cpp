@@ -3,16 +3,12 @@
 #include <initializer_list>
 
 #include "support/KeptHandles.h"
-#include "support/Services.h"
 #include "updater/UpdateTest.h"
 
-using testing::ElementsAre;
 using testing::ElementsAreArray;
 using testing::IsEmpty;
 
 namespace {
-
-constexpr int32_t codes[] = {77, -5, NY_INVALID_ARGUMENT, NY_FUNCTION_MISSING};
 
 using Calls = std::vector<std::string>;
 
@@ -61,58 +57,10 @@ TEST_F(CallsOfUpdates, AreThese) {
     EXPECT_THAT(RecordedCalls(EventCall()), IsEmpty());
 }
 
-class UpdateServiceFault : public UpdateTest {};
-
-TEST_F(UpdateServiceFault, AtEntryIsToldAndRepairedByAnUpgrade) {
-    const UpdateRegistration registration("PRODUCT2000", callback);
-    for (const int32_t code : codes) {
-        ASSERT_EQ(ny_sim_fail_call(registerUpdater, 1, code, NY_SIM_ONCE), NY_OK);
-        const Product refused("PRODUCT2000", nullptr, VsMsgbusServiceUpdate);
-        EXPECT_FALSE(refused.IsEntered());
-        EXPECT_EQ(Update(NotifyCall("PRODUCT2000")), notCalled);
-        ny_sim_clear_calls();
-        environment.UpgradeAgent("5.7." + std::to_string(code));
-        ASSERT_TRUE(WatcherCalls(registerUpdater, 2));
-        EXPECT_EQ(Update(NotifyCall("PRODUCT2000")), notified);
-    }
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-}
-
-TEST_F(UpdateServiceFault, AtTheExitOfOneProductLeavesTheOthers) {
-    const UpdateRegistration registration(productId, callback);
-    for (const int32_t code : codes) {
-        Product leaving("PRODUCT2000", nullptr, VsMsgbusServiceUpdate);
-        ASSERT_EQ(ny_sim_fail_call(unregisterUpdater, 1, code, NY_SIM_ONCE), NY_OK);
-        // This Exit takes the sink away.
-        leaving.Exit();
-        EXPECT_EQ(Update(NotifyCall()), notified);
-        UpgradeAgent("5.8." + std::to_string(code));
-        EXPECT_EQ(Update(NotifyCall("PRODUCT2000")), notCalled);
-    }
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-}
-
-TEST_F(UpdateServiceFault, AtAnUpgradeIsToldToTheSinkAndRepaired) {
-    const UpdateRegistration registration(productId, callback);
-    ASSERT_EQ(ny_sim_fail_call(unregisterUpdater, 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
-    UpgradeAgent("5.7.1");
-    EXPECT_EQ(Update(NotifyCall()), notified);
-    EXPECT_THAT(sink.log.Lines(), ElementsAre(NotReleasedLine(256, "77")));
-}
-
-TEST_F(UpdateServiceFault, AtTheLastExitLeavesTheAgentNothingDeadToCall) {
-    const UpdateRegistration registration(productId, callback);
-    ASSERT_EQ(ny_sim_fail_call(unregisterUpdater, 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
-    product.Exit();
-    ny_sim_clear_faults();
-    EXPECT_EQ(Update(NotifyCall()), notCalled);
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
-    const Product again(productId, nullptr, VsMsgbusServiceUpdate);
-    EXPECT_EQ(Update(NotifyCall()), notified);
-}
+class UpdateFault : public UpdateTest {};
 
 // An agent that neither unregisters a product nor releases its client may still call.
-TEST_F(UpdateServiceFault, ThatKeepsTheClientAliveCallsTooLate) {
+TEST_F(UpdateFault, ThatKeepsTheClientAliveCallsTooLate) {
     product.Exit();
     KeptHandles kept;
     Product keptProduct(productId, nullptr, VsMsgbusServiceUpdate);

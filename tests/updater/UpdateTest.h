@@ -20,13 +20,8 @@ inline constexpr char notified[] = "answer 0, result 20";
 inline constexpr char got[] = "answer 0, result 30, value <>";
 inline constexpr char wasSet[] = "answer 0, result 40";
 
-class UpdatingAgentTest : public BridgeTest {
-protected:
-    UpdatingAgentTest() { environment.InstallAgent(); }
-};
-
 // One product in the bridge for updates, the agent there, and no callback yet.
-class UpdateTest : public UpdatingAgentTest {
+class UpdateTest : public InstalledAgentTest {
 protected:
     // The products leave before the machine that they are on goes.
     void TearDown() override {

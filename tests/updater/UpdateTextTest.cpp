@@ -19,7 +19,7 @@ constexpr char notifyFailed[] = "Failed to execute update notify for productId P
 constexpr char setFailed[] = "Failed to execute set product info for productId PRODUCT1000, exception ";
 constexpr char getFailed[] = "Failed to execute get product info for productId PRODUCT1000, exception ";
 
-class UpdateTexts : public VsMsgbusFixture {
+class UpdateText : public VsMsgbusFixture {
 protected:
     void SetUp() override {
         VsMsgbusFixture::SetUp();
@@ -52,7 +52,7 @@ protected:
     const UpdateRegistration registration{"PRODUCT1000", callback};
 };
 
-TEST_F(UpdateTexts, AreNoneWhenAllGoesWell) {
+TEST_F(UpdateText, AreNoneWhenAllGoesWell) {
     EXPECT_EQ(Update(NotifyCall()), "answer 0, result 20");
     EXPECT_EQ(Update(SetCall()), "answer 0, result 40");
     EXPECT_EQ(Update(GetCall()), "answer 0, result 30, value <>");
@@ -60,7 +60,7 @@ TEST_F(UpdateTexts, AreNoneWhenAllGoesWell) {
     EXPECT_THAT(dropped.log.Lines(), IsEmpty());
 }
 
-TEST_F(UpdateTexts, NameTheCodeOfTheAgentsException) {
+TEST_F(UpdateText, NameTheCodeOfTheAgentsException) {
     for (const int32_t code : {77, -1, 0, 705, -2147483647 - 1}) {
         Throw([code]() -> int32_t { throw exception(code); });
         ExpectTexts(std::to_string(code));
@@ -68,20 +68,20 @@ TEST_F(UpdateTexts, NameTheCodeOfTheAgentsException) {
 }
 
 // What has no code goes as a failure that is not the agent's.
-TEST_F(UpdateTexts, NameTheCodeOfAFailureThatIsNoneOfTheAgents) {
+TEST_F(UpdateText, NameTheCodeOfAFailureThatIsNoneOfTheAgents) {
     Throw([]() -> int32_t { throw 42; });
     ExpectTexts("3");
     Throw([]() -> int32_t { throw std::bad_alloc(); });
     ExpectTexts("3");
 }
 
-TEST_F(UpdateTexts, NameTheCodeOfAnAgentCallThatFailed) {
+TEST_F(UpdateText, NameTheCodeOfAnAgentCallThatFailed) {
     ASSERT_EQ(ny_sim_fail_call("ny_variant_create_from_string", 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
     ExpectTexts("77");
     EXPECT_THAT(callback.log.Lines(), IsEmpty());
 }
 
-TEST_F(UpdateTexts, NameTheCodeOfEveryLaterAgentCallThatFailed) {
+TEST_F(UpdateText, NameTheCodeOfEveryLaterAgentCallThatFailed) {
     ny_sim_clear_calls();
     Update(GetCall());
     const size_t count = ny_sim_call_count("ny_variant_create_from_string");
@@ -93,7 +93,7 @@ TEST_F(UpdateTexts, NameTheCodeOfEveryLaterAgentCallThatFailed) {
     }
 }
 
-TEST_F(UpdateTexts, NameTheProductInItsOwnLetters) {
+TEST_F(UpdateText, NameTheProductInItsOwnLetters) {
     const std::string id = "\xC3\x9C-%s";
     bridge->AttachProduct(id, 0x100);
     const UpdateRegistration ofOther(id, callback);

@@ -22,7 +22,7 @@ namespace {
 constexpr std::string_view narrowText("narrow");
 constexpr std::wstring_view wideText(L"wide");
 
-class BorrowedTexts : public ValuesTest {
+class BorrowedTextTest : public ValuesTest {
 protected:
     void SetUp() override {
         ValuesTest::SetUp();
@@ -32,7 +32,7 @@ protected:
     static void CloseVariants() { DispatcherUnload(agentSoftwareId, "ny_variant.dll"); }
 };
 
-TEST_F(BorrowedTexts, AreHeldAsLongAsTheyAreRead) {
+TEST_F(BorrowedTextTest, AreHeldAsLongAsTheyAreRead) {
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_THAT(CallsOf([&] {
                     BorrowedWide text(functions, narrowText);
@@ -53,7 +53,7 @@ TEST_F(BorrowedTexts, AreHeldAsLongAsTheyAreRead) {
                 ElementsAre("ny_buffer_release"));
 }
 
-TEST_F(BorrowedTexts, OfNothingAreNullAndCallNothing) {
+TEST_F(BorrowedTextTest, OfNothingAreNullAndCallNothing) {
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_THAT(CallsOf([&] {
                     BorrowedWide text(functions);
@@ -63,7 +63,7 @@ TEST_F(BorrowedTexts, OfNothingAreNullAndCallNothing) {
                 IsEmpty());
 }
 
-TEST_F(BorrowedTexts, AreGivenBackToTheLibraryThatMadeThemWhenItWasClosedMeanwhile) {
+TEST_F(BorrowedTextTest, AreGivenBackToTheLibraryThatMadeThemWhenItWasClosedMeanwhile) {
     const auto inUse = LibrariesInUse::Share();
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_THAT(CallsOf([&] {
@@ -77,7 +77,7 @@ TEST_F(BorrowedTexts, AreGivenBackToTheLibraryThatMadeThemWhenItWasClosedMeanwhi
                 ElementsAre("ny_variant_release", "ny_buffer_release", "ny_wbuffer_release"));
 }
 
-TEST_F(BorrowedTexts, AreNotReadThroughFunctionsThatWereLookedUpBeforeALibraryWasClosed) {
+TEST_F(BorrowedTextTest, AreNotReadThroughFunctionsThatWereLookedUpBeforeALibraryWasClosed) {
     const auto inUse = LibrariesInUse::Share();
     const VariantOwner variant = FromJson("\"text\"");
     const TextFunctions functions = LookUpTextFunctions();
@@ -98,7 +98,7 @@ TEST_F(BorrowedTexts, AreNotReadThroughFunctionsThatWereLookedUpBeforeALibraryWa
     EXPECT_EQ(BorrowedWide(LookUpTextFunctions(), narrowText).View(), L"narrow");
 }
 
-TEST_F(BorrowedTexts, AreNotReadThroughFunctionsThatWereLookedUpWithoutAnAgent) {
+TEST_F(BorrowedTextTest, AreNotReadThroughFunctionsThatWereLookedUpWithoutAnAgent) {
     environment.RemoveAgent();
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_FALSE(functions.AreCurrent());
@@ -108,7 +108,7 @@ TEST_F(BorrowedTexts, AreNotReadThroughFunctionsThatWereLookedUpWithoutAnAgent) 
 }
 
 // A library that lacks its functions is open all the same.
-TEST_F(BorrowedTexts, OfALibraryThatDoesNotExportItsFunctionsRaiseFunctionMissing) {
+TEST_F(BorrowedTextTest, OfALibraryThatDoesNotExportItsFunctionsRaiseFunctionMissing) {
     environment.InstallAgent("5.7.0", "empty");
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_TRUE(functions.AreCurrent());
@@ -116,7 +116,7 @@ TEST_F(BorrowedTexts, OfALibraryThatDoesNotExportItsFunctionsRaiseFunctionMissin
     EXPECT_EQ(CodeOf([&] { BorrowedNarrow(functions, static_cast<ny_variant_t*>(nullptr)); }), NY_FUNCTION_MISSING);
 }
 
-TEST_F(BorrowedTexts, AreNotReadThroughFunctionsForWhoseTablesThereWasNoMemory) {
+TEST_F(BorrowedTextTest, AreNotReadThroughFunctionsForWhoseTablesThereWasNoMemory) {
     bool areCurrent = false;
     for (size_t failing = 0; !areCurrent; ++failing) {
         ASSERT_LT(failing, 100U);
@@ -133,7 +133,7 @@ TEST_F(BorrowedTexts, AreNotReadThroughFunctionsForWhoseTablesThereWasNoMemory) 
 }
 
 // An agent with one text, which stands in exactly its memory, and any length for it.
-class BorrowedTextsOfAnyLength : public BorrowedTexts {
+class BorrowedTextsOfAnyLength : public BorrowedTextTest {
 protected:
     BorrowedTextsOfAnyLength() {
         length = 0;

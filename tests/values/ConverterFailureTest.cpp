@@ -75,7 +75,7 @@ const Converter converters[] = {
      {"ny_array_get_element_at"}},
 };
 
-class ConverterFailures : public ValuesTest, public testing::WithParamInterface<Converter> {
+class ConverterFailure : public ValuesTest, public testing::WithParamInterface<Converter> {
 protected:
     static Inputs MakeInputs() {
         Inputs inputs{FromJson("\"text\""), FromJson(R"({"key": "value"})"), {}, {}};
@@ -91,7 +91,7 @@ protected:
     }
 };
 
-TEST_P(ConverterFailures, RaiseTheAgentsCodeAndLeaveNoHandleBehind) {
+TEST_P(ConverterFailure, RaiseTheAgentsCodeAndLeaveNoHandleBehind) {
     environment.InstallAgent();
     const Inputs inputs = MakeInputs();
     const size_t before = ny_sim_live_handles(NY_SIM_ANY);
@@ -109,7 +109,7 @@ TEST_P(ConverterFailures, RaiseTheAgentsCodeAndLeaveNoHandleBehind) {
     }
 }
 
-TEST_P(ConverterFailures, NameEveryCallThatMayFail) {
+TEST_P(ConverterFailure, NameEveryCallThatMayFail) {
     environment.InstallAgent();
     const Inputs inputs = MakeInputs();
     Calls made = CallsOf([&] { GetParam().run(inputs); });
@@ -117,12 +117,12 @@ TEST_P(ConverterFailures, NameEveryCallThatMayFail) {
     EXPECT_EQ(made, GetParam().failing);
 }
 
-TEST_P(ConverterFailures, WithoutAnAgentRaiseFunctionMissing) {
+TEST_P(ConverterFailure, WithoutAnAgentRaiseFunctionMissing) {
     EXPECT_EQ(CodeOf([] { GetParam().run({}); }), NY_FUNCTION_MISSING);
     EXPECT_THAT(AgentCalls(), IsEmpty());
 }
 
-INSTANTIATE_TEST_SUITE_P(Each, ConverterFailures, testing::ValuesIn(converters),
+INSTANTIATE_TEST_SUITE_P(Each, ConverterFailure, testing::ValuesIn(converters),
                          [](const testing::TestParamInfo<Converter>& tested) { return tested.param.name; });
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class Converters : public ValuesTest {
+class ConverterTest : public ValuesTest {
 protected:
     void SetUp() override {
         ValuesTest::SetUp();
@@ -21,7 +21,7 @@ protected:
     TextFunctions functions{};
 };
 
-TEST_F(Converters, ReadNarrowTextWithTheLengthOfTheFirstCallAndTheTextOfTheSecond) {
+TEST_F(ConverterTest, ReadNarrowTextWithTheLengthOfTheFirstCallAndTheTextOfTheSecond) {
     const VariantOwner variant = FromJson("\"text\"");
     std::string text;
     EXPECT_THAT(CallsOf([&] { text = NarrowFromVariant(variant.Get()); }),
@@ -30,7 +30,7 @@ TEST_F(Converters, ReadNarrowTextWithTheLengthOfTheFirstCallAndTheTextOfTheSecon
     EXPECT_EQ(text, "text");
 }
 
-TEST_F(Converters, ReadWideTextInTheSameWay) {
+TEST_F(ConverterTest, ReadWideTextInTheSameWay) {
     const VariantOwner variant = FromJson("\"text\"");
     std::wstring text;
     EXPECT_THAT(CallsOf([&] { text = WideFromVariant(variant.Get()); }),
@@ -39,26 +39,26 @@ TEST_F(Converters, ReadWideTextInTheSameWay) {
     EXPECT_EQ(text, L"text");
 }
 
-TEST_F(Converters, MakeNarrowText) {
+TEST_F(ConverterTest, MakeNarrowText) {
     EXPECT_THAT(CallsOf([&] { TextVariant(functions, std::string_view("text")); }),
                 ElementsAre("ny_variant_create_from_string", "ny_variant_release"));
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("text")).Get()), "text");
 }
 
-TEST_F(Converters, MakeWideText) {
+TEST_F(ConverterTest, MakeWideText) {
     EXPECT_THAT(CallsOf([&] { TextVariant(functions, std::wstring_view(L"text")); }),
                 ElementsAre("ny_variant_create_from_wstring", "ny_variant_release"));
     EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"text")).Get()), L"text");
 }
 
-TEST_F(Converters, TurnLengthZeroIntoAnEmptyTextInEveryDirection) {
+TEST_F(ConverterTest, TurnLengthZeroIntoAnEmptyTextInEveryDirection) {
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("")).Get()), "");
     EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"")).Get()), L"");
     EXPECT_EQ(WideFromVariant(TextVariant(functions, std::string_view("")).Get()), L"");
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::wstring_view(L"")).Get()), "");
 }
 
-TEST_F(Converters, KeepAZeroInTheMiddleInEveryDirection) {
+TEST_F(ConverterTest, KeepAZeroInTheMiddleInEveryDirection) {
     const std::string narrow("a\0b\0", 4);
     const std::wstring wide(L"a\0b\0", 4);
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view(narrow)).Get()), narrow);
@@ -67,12 +67,12 @@ TEST_F(Converters, KeepAZeroInTheMiddleInEveryDirection) {
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::wstring_view(wide)).Get()), narrow);
 }
 
-TEST_F(Converters, TakeTheLengthThatTheyAreGivenNotTheTerminator) {
+TEST_F(ConverterTest, TakeTheLengthThatTheyAreGivenNotTheTerminator) {
     EXPECT_EQ(NarrowFromVariant(TextVariant(functions, std::string_view("abcdef", 3)).Get()), "abc");
     EXPECT_EQ(WideFromVariant(TextVariant(functions, std::wstring_view(L"abcdef", 3)).Get()), L"abc");
 }
 
-TEST_F(Converters, WidenAndNarrowThroughOneVariant) {
+TEST_F(ConverterTest, WidenAndNarrowThroughOneVariant) {
     const std::string narrow = "\xC3\xBC \xE2\x82\xAC \xF0\x9F\x98\x80";
     const std::wstring wide = L"\u00FC \u20AC \U0001F600";
     EXPECT_EQ(WideFromNarrow(narrow), wide);
@@ -85,7 +85,7 @@ TEST_F(Converters, WidenAndNarrowThroughOneVariant) {
                             "ny_buffer_get_string", "ny_buffer_release", "ny_variant_release"));
 }
 
-TEST_F(Converters, ReadATablesValueByItsWideKey) {
+TEST_F(ConverterTest, ReadATablesValueByItsWideKey) {
     const VariantOwner variant = FromJson(R"({"name": "first", "n\u00FCmber": 42})");
     EXPECT_THAT(CallsOf([&] { AgentTables().FromVariant(variant.Get()); }),
                 ElementsAre("ny_variant_get_table", "ny_table_release"));
@@ -97,7 +97,7 @@ TEST_F(Converters, ReadATablesValueByItsWideKey) {
     EXPECT_EQ(CodeOf([&] { AgentTables().Value(table.Get(), L"Name"); }), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(Converters, ListATablesKeys) {
+TEST_F(ConverterTest, ListATablesKeys) {
     const TableOwner table = AgentTables().FromVariant(FromJson(R"({"one": "1", "two": "2"})").Get());
     EXPECT_THAT(CallsOf([&] { AgentTables().Keys(table.Get()); }),
                 ElementsAre("ny_table_get_keys", "ny_array_release"));
@@ -110,7 +110,7 @@ TEST_F(Converters, ListATablesKeys) {
     EXPECT_EQ(NarrowFromVariant(AgentTables().Element(keys.Get(), 1).Get()), "two");
 }
 
-TEST_F(Converters, HandTheIndexToTheAgentUnchanged) {
+TEST_F(ConverterTest, HandTheIndexToTheAgentUnchanged) {
     const TableOwner table = AgentTables().FromVariant(FromJson(R"({"one": "1"})").Get());
     const ArrayOwner keys = AgentTables().Keys(table.Get());
     EXPECT_EQ(CodeOf([&] { AgentTables().Element(keys.Get(), 1); }), NY_INVALID_ARGUMENT);
@@ -118,7 +118,7 @@ TEST_F(Converters, HandTheIndexToTheAgentUnchanged) {
     EXPECT_EQ(AgentTables().Size(AgentTables().Keys(AgentTables().FromVariant(FromJson("{}").Get()).Get()).Get()), 0U);
 }
 
-TEST_F(Converters, RaiseTheAgentsCodeForAValueOfAnotherType) {
+TEST_F(ConverterTest, RaiseTheAgentsCodeForAValueOfAnotherType) {
     const VariantOwner table = FromJson("{}");
     const VariantOwner text = FromJson("\"text\"");
     EXPECT_EQ(CodeOf([&] { NarrowFromVariant(table.Get()); }), NY_INVALID_ARGUMENT);
@@ -127,7 +127,7 @@ TEST_F(Converters, RaiseTheAgentsCodeForAValueOfAnotherType) {
     EXPECT_EQ(CodeOf([&] { NarrowFromVariant(nullptr); }), NY_INVALID_ARGUMENT);
 }
 
-TEST_F(Converters, GiveTheValueAlsoWhenTheAgentRefusesToTakeTheBufferBack) {
+TEST_F(ConverterTest, GiveTheValueAlsoWhenTheAgentRefusesToTakeTheBufferBack) {
     const VariantOwner variant = FromJson("\"kept\"");
     KeptHandles kept;
     ASSERT_EQ(ny_sim_fail_call("ny_buffer_release", 1, 66, NY_SIM_ONCE), NY_OK);

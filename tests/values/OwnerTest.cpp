@@ -15,7 +15,7 @@ static_assert(!std::is_copy_constructible_v<VariantOwner> && !std::is_copy_assig
 static_assert(std::is_nothrow_move_constructible_v<VariantOwner> && std::is_nothrow_move_assignable_v<VariantOwner>);
 static_assert(std::is_nothrow_destructible_v<VariantOwner>);
 
-class Owners : public ValuesTest {
+class Owner : public ValuesTest {
 protected:
     void SetUp() override {
         ValuesTest::SetUp();
@@ -23,12 +23,12 @@ protected:
     }
 };
 
-TEST_F(Owners, ReleaseTheirHandleOnceWhenTheyGo) {
+TEST_F(Owner, ReleaseTheirHandleOnceWhenTheyGo) {
     EXPECT_THAT(CallsOf([] { const VariantOwner owner = FromJson("1"); }), ElementsAre("ny_variant_release"));
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
 }
 
-TEST_F(Owners, OfNothingReleaseNothing) {
+TEST_F(Owner, OfNothingReleaseNothing) {
     EXPECT_THAT(CallsOf([] {
                     VariantOwner owner;
                     EXPECT_FALSE(owner);
@@ -41,7 +41,7 @@ TEST_F(Owners, OfNothingReleaseNothing) {
                 IsEmpty());
 }
 
-TEST_F(Owners, ReleaseEachKindWithItsOwnFunction) {
+TEST_F(Owner, ReleaseEachKindWithItsOwnFunction) {
     VariantOwner variant = FromJson(R"({"key": "value"})");
     TableOwner table = AgentTables().FromVariant(variant.Get());
     ArrayOwner array = AgentTables().Keys(table.Get());
@@ -51,7 +51,7 @@ TEST_F(Owners, ReleaseEachKindWithItsOwnFunction) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
 }
 
-TEST_F(Owners, ThatWereResetAreEmptyAndReleaseNoMore) {
+TEST_F(Owner, ThatWereResetAreEmptyAndReleaseNoMore) {
     VariantOwner owner = FromJson("1");
     EXPECT_TRUE(owner);
     owner.Reset();
@@ -59,7 +59,7 @@ TEST_F(Owners, ThatWereResetAreEmptyAndReleaseNoMore) {
     EXPECT_THAT(CallsOf([&] { owner.Reset(); }), IsEmpty());
 }
 
-TEST_F(Owners, PassTheirHandleOnWhenMoved) {
+TEST_F(Owner, PassTheirHandleOnWhenMoved) {
     VariantOwner first = FromJson("1");
     ny_variant_t* const handle = first.Get();
     EXPECT_THAT(CallsOf([&] {
@@ -74,7 +74,7 @@ TEST_F(Owners, PassTheirHandleOnWhenMoved) {
                 ElementsAre("ny_variant_release"));
 }
 
-TEST_F(Owners, ReleaseWhatTheyHeldWhenAnotherIsMovedIntoThem) {
+TEST_F(Owner, ReleaseWhatTheyHeldWhenAnotherIsMovedIntoThem) {
     VariantOwner first = FromJson("1");
     VariantOwner second = FromJson("2");
     ny_variant_t* const handle = second.Get();
@@ -83,14 +83,14 @@ TEST_F(Owners, ReleaseWhatTheyHeldWhenAnotherIsMovedIntoThem) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_VARIANT), 1U);
 }
 
-TEST_F(Owners, KeepTheirHandleWhenMovedIntoThemselves) {
+TEST_F(Owner, KeepTheirHandleWhenMovedIntoThemselves) {
     VariantOwner owner = FromJson("1");
     VariantOwner& itself = owner;
     EXPECT_THAT(CallsOf([&] { owner = std::move(itself); }), IsEmpty());
     EXPECT_TRUE(owner);
 }
 
-TEST_F(Owners, AreEmptiedBeforeAnAgentCallFillsThem) {
+TEST_F(Owner, AreEmptiedBeforeAnAgentCallFillsThem) {
     VariantOwner owner = FromJson("1");
     ny_variant_t** place = nullptr;
     EXPECT_THAT(CallsOf([&] { place = owner.Out(); }), ElementsAre("ny_variant_release"));
@@ -99,7 +99,7 @@ TEST_F(Owners, AreEmptiedBeforeAnAgentCallFillsThem) {
     EXPECT_EQ(owner.Get(), *place);
 }
 
-TEST_F(Owners, ForgetAHandleThatTheAgentRefusesToTakeBack) {
+TEST_F(Owner, ForgetAHandleThatTheAgentRefusesToTakeBack) {
     KeptHandles kept;
     VariantOwner owner = FromJson("1");
     ASSERT_EQ(ny_sim_fail_call("ny_variant_release", 1, 66, NY_SIM_ONCE), NY_OK);
@@ -109,7 +109,7 @@ TEST_F(Owners, ForgetAHandleThatTheAgentRefusesToTakeBack) {
     EXPECT_EQ(kept.Release(), 1U);
 }
 
-TEST_F(Owners, GiveTheirHandleToTheLibraryThatMadeItWhenThatWasClosedMeanwhile) {
+TEST_F(Owner, GiveTheirHandleToTheLibraryThatMadeItWhenThatWasClosedMeanwhile) {
     const auto inUse = LibrariesInUse::Share();
     VariantOwner owner = FromJson("1");
     const std::string path = environment.Installer().CurrentFolder().string() + "\\ny_variant.dll";
@@ -122,7 +122,7 @@ TEST_F(Owners, GiveTheirHandleToTheLibraryThatMadeItWhenThatWasClosedMeanwhile) 
     EXPECT_FALSE(owner);
 }
 
-TEST_F(Owners, TakeNothingFromALibraryThatCannotTakeItBack) {
+TEST_F(Owner, TakeNothingFromALibraryThatCannotTakeItBack) {
     environment.UpgradeAgent("5.7.1", "lacking");
     const auto inUse = LibrariesInUse::Share();
     VariantOwner owner;

@@ -9,7 +9,7 @@ namespace {
 
 using testing::ElementsAre;
 
-class WideTexts : public ValuesTest {
+class WideTextTest : public ValuesTest {
 protected:
     void SetUp() override {
         ValuesTest::SetUp();
@@ -17,7 +17,7 @@ protected:
     }
 };
 
-TEST_F(WideTexts, AreWidenedByTheAgentWhatTheirLengthIs) {
+TEST_F(WideTextTest, AreWidenedByTheAgentWhatTheirLengthIs) {
     WideText text;
     EXPECT_EQ(text.Get(), nullptr);
     const TextFunctions functions = LookUpTextFunctions();
@@ -34,12 +34,12 @@ TEST_F(WideTexts, AreWidenedByTheAgentWhatTheirLengthIs) {
     EXPECT_TRUE(text.View().empty());
 }
 
-TEST_F(WideTexts, KeepZerosAndEveryScript) {
+TEST_F(WideTextTest, KeepZerosAndEveryScript) {
     const std::string narrow("\xC3\xBC\0\xF0\x9F\x98\x80", 7);
     EXPECT_EQ(WideText(narrow).View(), WideFromNarrow(narrow));
 }
 
-TEST_F(WideTexts, GiveTheAgentEverythingBackAtOnce) {
+TEST_F(WideTextTest, GiveTheAgentEverythingBackAtOnce) {
     EXPECT_THAT(CallsOf([] {
                     const WideText text("text");
                     EXPECT_THAT(AgentCalls(), testing::SizeIs(6));
@@ -51,14 +51,14 @@ TEST_F(WideTexts, GiveTheAgentEverythingBackAtOnce) {
                             "ny_wbuffer_get_string", "ny_wbuffer_release", "ny_variant_release"));
 }
 
-TEST_F(WideTexts, ThatAreRefusedLeaveNoText) {
+TEST_F(WideTextTest, ThatAreRefusedLeaveNoText) {
     WideText text("before");
     ASSERT_EQ(ny_sim_fail_call("ny_wbuffer_get_string", 2, 66, NY_SIM_ONCE), NY_OK);
     EXPECT_EQ(CodeOf([&] { text.Assign(LookUpTextFunctions(), "after"); }), 66);
     EXPECT_EQ(text.Get(), nullptr);
 }
 
-TEST_F(WideTexts, ThatAreShortNeedNoMemory) {
+TEST_F(WideTextTest, ThatAreShortNeedNoMemory) {
     const TextFunctions functions = LookUpTextFunctions();
     WideText text;
     const std::string narrow(63, 'x');
@@ -67,7 +67,7 @@ TEST_F(WideTexts, ThatAreShortNeedNoMemory) {
     EXPECT_EQ(AllocationsOfThread(), before);
 }
 
-TEST_F(WideTexts, ThatAreLongRaiseWhenMemoryRunsOut) {
+TEST_F(WideTextTest, ThatAreLongRaiseWhenMemoryRunsOut) {
     const TextFunctions functions = LookUpTextFunctions();
     WideText text;
     const std::string narrow(100, 'x');

@@ -13,9 +13,9 @@ using win32::FaultMode;
 
 namespace {
 
-class Watched : public testing::Test {
+class WatchTest : public testing::Test {
 protected:
-    ~Watched() override {
+    ~WatchTest() override {
         win32::ClearFaults();
         win32::UnwatchLibraries();
         ::CloseHandle(event);
@@ -33,7 +33,7 @@ protected:
     DWORD (*const wait)(HANDLE, DWORD) = Sample<DWORD (*)(HANDLE, DWORD)>("SampleWait");
 };
 
-TEST_F(Watched, CallsAreThoseOfTheLibraryAlone) {
+TEST_F(WatchTest, CallsAreThoseOfTheLibraryAlone) {
     ASSERT_TRUE(win32::WatchLibrary("win32_sample.dll"));
     const size_t before = win32::Uses("SetEvent", Callers::Watched);
     ::SetEvent(event);
@@ -42,7 +42,7 @@ TEST_F(Watched, CallsAreThoseOfTheLibraryAlone) {
     EXPECT_EQ(win32::Uses("SetEvent", Callers::Watched), before + 1);
 }
 
-TEST_F(Watched, CallsFailWhileOthersDoNot) {
+TEST_F(WatchTest, CallsFailWhileOthersDoNot) {
     ASSERT_TRUE(win32::WatchLibrary("win32_sample.dll"));
     const size_t before = win32::FailedUses();
     ASSERT_TRUE(FailCall("SetEvent", 2, 5, FaultMode::Once, Callers::Watched));
@@ -55,7 +55,7 @@ TEST_F(Watched, CallsFailWhileOthersDoNot) {
     EXPECT_EQ(win32::FailedUses(), before + 1);
 }
 
-TEST_F(Watched, CallsFailFromThenOnUntilNobodyIsWatched) {
+TEST_F(WatchTest, CallsFailFromThenOnUntilNobodyIsWatched) {
     ASSERT_TRUE(win32::WatchLibrary("win32_sample.dll"));
     FailCall("SetEvent", 1, 5, FaultMode::FromThenOn, Callers::Watched);
     EXPECT_FALSE(setEvent(event));
@@ -64,7 +64,7 @@ TEST_F(Watched, CallsFailFromThenOnUntilNobodyIsWatched) {
     EXPECT_TRUE(setEvent(event));
 }
 
-TEST_F(Watched, WaitsAreNoLongerThanTheLimit) {
+TEST_F(WatchTest, WaitsAreNoLongerThanTheLimit) {
     ASSERT_TRUE(win32::WatchLibrary("win32_sample.dll"));
     win32::LimitWatchedWaits(1);
     // Without the limit, this would be the end of the test's time.
@@ -73,7 +73,7 @@ TEST_F(Watched, WaitsAreNoLongerThanTheLimit) {
     EXPECT_EQ(wait(event, INFINITE), DWORD{WAIT_OBJECT_0});
 }
 
-TEST_F(Watched, LibraryMustBeThere) {
+TEST_F(WatchTest, LibraryMustBeThere) {
     EXPECT_FALSE(win32::WatchLibrary("no_such_library.dll"));
 }
 

@@ -1,6 +1,4 @@
-// Products enter and leave, and the agent changes, while an enforcer is at work.
-#include <thread>
-
+// What the bag gives, and what becomes of a walk, when the last product leaves inside an enforcer.
 #include "policy/PolicyTest.h"
 
 using testing::ElementsAre;
@@ -28,20 +26,6 @@ protected:
         EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
         EXPECT_THAT(callbacks.lines, IsEmpty());
     }
-
-    // An enforcer that is inside from `isInside` until `mayLeave`, and then still reads its policies.
-    void Block() {
-        enforcer.enforce = [this](IPolicyBag& bag) {
-            isInside.Set();
-            EXPECT_TRUE(mayLeave.Wait());
-            EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
-            order.Add("enforcer is out");
-        };
-    }
-
-    Event isInside;
-    Event mayLeave;
-    LineLog order;
 };
 
 TEST_F(LeaveInsideEnforcer, WithTheLastProductEndsTheBridgeUnderIt) {
@@ -56,16 +40,6 @@ TEST_F(LeaveInsideEnforcer, WithTheLastProductEndsTheBridgeUnderIt) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
     EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
     EXPECT_EQ(PolicyNotice(productId).Answer(), NY_SIM_NOT_REGISTERED);
-    EXPECT_TRUE(AgentIsLetGo());
-}
-
-TEST_F(LeaveInsideEnforcer, WithTheLastProductAndThenAnExceptionIsAnsweredWithoutALine) {
-    EXPECT_EQ(Enforce([this](IPolicyBag&) {
-                  product.Exit();
-                  throw 42;
-              }),
-              3);
-    EXPECT_THAT(sink.log.Lines(), IsEmpty());
     EXPECT_TRUE(AgentIsLetGo());
 }
 
@@ -94,83 +68,6 @@ TEST_F(LeaveInsideEnforcer, CanBeFollowedByEntryInsideTheSameEnforcer) {
     const Product other("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
     EXPECT_EQ(ny_sim_has_policy_callback(productId), 0);
     EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT2000"), 1);
-}
-
-TEST_F(LeaveInsideEnforcer, WithOneOfTwoProductsLeavesTheBagWorking) {
-    const Product staying("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
-    EXPECT_EQ(Enforce([this](IPolicyBag& bag) {
-                  product.Exit();
-                  EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
-              }),
-              NY_OK);
-    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_SIM_NOT_REGISTERED);
-}
-
-TEST_F(LeaveInsideEnforcer, WithAnotherProductAndEnterWithAThird) {
-    Product other("PRODUCT2000", nullptr, VsMsgbusServicePolicy);
-    VsMsgbus* instance = nullptr;
-    EXPECT_EQ(Enforce([&](IPolicyBag& bag) {
-                  other.Exit();
-                  EXPECT_TRUE(VsMsgbusEntry("PRODUCT3000", VsMsgbusServicePolicy, nullptr, &instance));
-                  EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "d");
-              }),
-              NY_OK);
-    EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT2000"), 0);
-    EXPECT_EQ(ny_sim_has_policy_callback("PRODUCT3000"), 1);
-    EXPECT_TRUE(VsMsgbusExit("PRODUCT3000", instance));
-}
-
-// The second notification is at the bridge's door when the first one's enforcer leaves, and the agent waits for it to
-// go away: it must not wait for the enforcer that waits in Exit.
-TEST_F(LeaveInsideEnforcer, WhileAnotherNotificationWaitsForItsTurn) {
-    ny_sim_clear_calls();
-    enforcer.enforce = [this](IPolicyBag&) {
-        EXPECT_TRUE(WaitForAgentCalls("ny_variant_release", 2));
-        product.Exit();
-    };
-    const EnforcerRegistration registration(productId, enforcer);
-    const PolicyNotice first(productId);
-    const PolicyNotice second(productId);
-    EXPECT_EQ(first.Answer(), NY_OK);
-    EXPECT_EQ(second.Answer(), NY_OK);
-    EXPECT_TRUE(AgentIsLetGo());
-}
-
-// The agent lets go of a product when no callback of it runs any more.
-TEST_F(LeaveInsideEnforcer, OnAnotherThreadReturnsWhenItIsOut) {
-    Block();
-    const EnforcerRegistration registration(productId, enforcer);
-    const PolicyNotice notice(productId);
-    ASSERT_TRUE(isInside.Wait());
-    Event isUnregistering;
-    const AgentHook hook(unregisterPolicies, [&] { isUnregistering.Set(); });
-    std::thread leaver([&] {
-        product.Exit();
-        order.Add("left");
-    });
-    EXPECT_TRUE(isUnregistering.Wait());
-    mayLeave.Set();
-    leaver.join();
-    EXPECT_EQ(notice.Answer(), NY_OK);
-    EXPECT_THAT(order.Lines(), ElementsAre("enforcer is out", "left"));
-}
-
-TEST_F(LeaveInsideEnforcer, OfTheAgentWaitsForItAndIsFollowedByItsReturn) {
-    Block();
-    const EnforcerRegistration registration(productId, enforcer);
-    const PolicyNotice notice(productId);
-    ASSERT_TRUE(isInside.Wait());
-    Event isUnregistering;
-    const AgentHook unregistering(unregisterPolicies, [&] { isUnregistering.Set(); });
-    const AgentHook releasing("ny_client_handler_release", [&] { order.Add("client is released"); });
-    ny_sim_clear_calls();
-    environment.UpgradeAgent("5.7.1");
-    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
-    mayLeave.Set();
-    EXPECT_EQ(notice.Answer(), NY_OK);
-    ASSERT_TRUE(WaitForAgentCalls(registerPolicies));
-    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK);
-    EXPECT_THAT(order.Take(), ElementsAre("enforcer is out", "client is released", "enforcer is out"));
 }
 
 // A place in a walk: the beginning of the line that is noted there.

@@ -50,6 +50,12 @@ TEST_F(UpdaterCalls, OfAProductWithoutACallbackAreAnsweredAllTheSame) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
+TEST_F(UpdaterCalls, ComeWhateverTheContextOfTheRegistrationIs) {
+    EXPECT_TRUE(VsKitMsgbusSetUpdateNotify(L"PRODUCT1000", &callback, reinterpret_cast<void*>(uintptr_t{1})));
+    EXPECT_EQ(Update(NotifyCall()), notified);
+    EXPECT_TRUE(VsKitMsgbusRemoveUpdateNotify(L"PRODUCT1000"));
+}
+
 TEST_F(UpdaterCalls, RunOnTheAgentsThread) {
     std::atomic<DWORD> threadId = 0;
     callback.onNotify = [&](uint32_t&) {

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "VsMsgbus.h"
+#include "registration/Visits.h"
+#include "support/AgentRequest.h"
+#include "support/Collector.h"
+
+// Property collection, as the tests of this room use each of the four services.
+struct PropertyService {
+    static constexpr uint32_t mask = VsMsgbusServiceProperty;
+    static constexpr int kind = 8192;
+    static constexpr char registering[] = "ny_property_register_provider_callback";
+    static constexpr char unregistering[] = "ny_property_unregister_provider_callback";
+    static constexpr auto Set = &VsKitMsgbusSetCollectProperties;
+    static constexpr auto Remove = &VsKitMsgbusRemoveCollectProperties;
+
+    struct Module {
+        // What the module does in each callback, and whether what the callback lends it still works after that.
+        std::function<void()> act;
+        bool lentWorks = true;
+        Visits visits;
+        Collector object{[this](VsKitMsgbus::INYCollectProperties::ISet& set) {
+            visits.Begin();
+            if (act) {
+                act();
+            }
+            EXPECT_EQ(set.SetProperty(L"general", L"version", L"1.0"), lentWorks);
+        }};
+
+        Module() {
+            // The end of a collection.
+            object.getLogLevel = [this] {
+                visits.End();
+                return 0;
+            };
+        }
+    };
+
+    // The agent asks a product on a thread of its own.
+    using Request = AgentRequest;
+    // How many texts' variants the bridge has released before a second request waits for its turn.
+    static constexpr size_t releasesBeforeSecondTurn = 2;
+
+    // The answer with what the agent was given: when the module was called, when there is none, when it threw, when its
+    // product was the last one and left inside, and when it then threw.
+    static constexpr char called[] = "answer 0, general:version=1.0";
+    static constexpr char notCalled[] = "answer 0";
+    static constexpr char failed[] = "answer 3";
+    static constexpr char left[] = "answer 0";
+    static constexpr char leftAndFailed[] = "answer 3";
+    static std::string OutcomeOf(const Request& request) {
+        std::string outcome = "answer " + std::to_string(request.Answer());
+        for (const std::string& property : request.Properties()) {
+            outcome += ", " + property;
+        }
+        return outcome;
+    }
+
+    // The agent asks all that there is to ask: with a module, without one, and what the module notes.
+    static constexpr const char* asked = called;
+    static constexpr const char* askedInVain = notCalled;
+    static std::string Ask(const std::string& productId) { return OutcomeOf(Request(productId)); }
+    static std::vector<std::string> NotesOf(const std::string& /*productId*/) {
+        return {"CollectProperties(true)", "GetLogLevel"};
+    }
+
+    static bool IsKnownToAgent(const char* productId) { return ny_sim_has_property_provider(productId) != 0; }
+    static void Prepare() {}
+};
