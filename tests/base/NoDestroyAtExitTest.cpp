@@ -12,21 +12,21 @@ struct CountsItsEnd {
     static inline int ended = 0;
 };
 
-class UntilUnloadedTest : public testing::Test {
+class NoDestroyAtExitTest : public testing::Test {
 protected:
-    UntilUnloadedTest() { CountsItsEnd::ended = 0; }
-    ~UntilUnloadedTest() override { isProcessEnding = false; }
+    NoDestroyAtExitTest() { CountsItsEnd::ended = 0; }
+    ~NoDestroyAtExitTest() override { isProcessEnding = false; }
 
     std::optional<NoDestroyAtExit<CountsItsEnd>> object{std::in_place};
 };
 
-TEST_F(UntilUnloadedTest, IsDestroyedWithItsLibrary) {
+TEST_F(NoDestroyAtExitTest, IsDestroyedWithItsLibrary) {
     EXPECT_EQ(&object->Get(), &**object);
     object.reset();
     EXPECT_EQ(CountsItsEnd::ended, 1);
 }
 
-TEST_F(UntilUnloadedTest, IsLeftAsItIsWhenTheProcessEnds) {
+TEST_F(NoDestroyAtExitTest, IsLeftAsItIsWhenTheProcessEnds) {
     isProcessEnding = true;
     object.reset();
     EXPECT_EQ(CountsItsEnd::ended, 0);
