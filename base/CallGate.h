@@ -6,11 +6,11 @@
 
 #include "base/Mutex.h"
 
-// The longest time that the bridge waits for somebody else's code to return.
+// The longest time that the bridge waits for code of a module or of the agent to return.
 inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 
-// Knows which threads are inside code that belongs to somebody else (a module's callback), so that who takes that code
-// away can wait until they are out. Costs no allocation: a call under way is a node on its own thread's stack.
+// Knows which threads are inside a module's callback, so that the thread that takes the callback away can wait until
+// they have returned. It allocates nothing: a call under way is a node on its own thread's stack.
 class CallGate {
 public:
     // Whether a call waits until no other thread is inside. The thread inside may call again. Turns come in the order

@@ -1,6 +1,6 @@
 // Exceptions of modules that Microsoft's compiler built: g++'s `catch` does not see them, and nothing is destroyed in
 // the functions of g++'s that they pass. A ForeignFrame sees them, as that compiler's own try block does. Only C++
-// exceptions are looked at: an access violation and the like go on to whom they belong.
+// exceptions are looked at: an access violation and the like pass on.
 #pragma once
 
 #include <cstddef>
@@ -57,7 +57,7 @@ protected:
     virtual bool Takes(const ForeignThrow& thrown) noexcept = 0;
 
     // Called once when an exception of any kind, or a jump, leaves the body, whether the frame takes it or not, and
-    // before whoever takes it goes on. Only in the Windows build of g++: elsewhere destructors do it all.
+    // before the handler that takes it runs. Only in the Windows build of g++: elsewhere destructors do it all.
     virtual void Leave() noexcept {}
 
 private:

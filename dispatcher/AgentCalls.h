@@ -2,7 +2,7 @@
 //
 // The agent is given a pointer with each function that it may call, its callback data. It may use that pointer late:
 // after what it was registered for has ended, or while it ends. So the pointer is only a name here. It is looked up
-// before it is believed, and whoever is called shares what it stands for until the call returns.
+// before it is believed, and the call shares what it stands for until it returns.
 #pragma once
 
 #include <windows.h>

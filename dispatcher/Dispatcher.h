@@ -48,7 +48,7 @@ struct Dispatcher {
     uint32_t references = 0;  // one per holder; guarded by the lock of the process's dispatcher
     DispatcherLog log GUARDED_BY(lock);
     VersionQuestion question GUARDED_BY(lock);
-    std::weak_ptr<LibrariesInUse> users GUARDED_BY(lock);  // whoever is inside the libraries
+    std::weak_ptr<LibrariesInUse> users GUARDED_BY(lock);  // the threads inside them share it
     bool isReleased GUARDED_BY(lock) = false;              // a load that comes too late does nothing
 };
 

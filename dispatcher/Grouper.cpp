@@ -28,7 +28,8 @@ int32_t AddMember(Grouper& grouper, const char* product) {
     return Guarded<int32_t>(NY_OUT_OF_MEMORY, [&]() -> int32_t {
         Member* existing = nullptr;
         if (FindMember(grouper, product, &existing) == NY_OK) {
-            // Who called while there was no agent, or no whole one, must reach the one that is installed later.
+            // A module that called while there was no agent, or no whole one, must reach the one that is installed
+            // later.
             if (existing->libraries.empty()) {
                 FindDirectory(grouper, *existing);
             }

@@ -24,8 +24,8 @@ struct LibraryEntry {
     // that the next call through an entry point loads again. The system unloads it once nobody is inside any more.
     void Close(const DispatcherLog& log) noexcept;
 
-    // Resolves `count` names into a new table, remembers who holds it and stores it into `table`. Does nothing when it
-    // listed this table pointer before. Returns NY_OK or NY_OUT_OF_MEMORY.
+    // Resolves `count` names into a new table, remembers that `table` holds it and stores it into `table`. Does nothing
+    // when it listed this table pointer before. Returns NY_OK or NY_OUT_OF_MEMORY.
     int32_t LoadSymbols(const char* const* names, TablePointer& table, size_t count, const DispatcherLog& log) noexcept;
 
     // The library's own "<group>_get_version", null when it has none: such a library is not at fault.

@@ -39,7 +39,7 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
                                        request.table, request.count, log));
 }
 
-// Whoever is inside the libraries keeps this one, too. False when there is no memory for that.
+// Threads that are inside the libraries keep this one, too. False when there is no memory for that.
 bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept REQUIRES(dispatcher.lock) {
     const std::shared_ptr<LibrariesInUse> users = dispatcher.users.lock();
     return users == nullptr || Guarded(false, [&] {

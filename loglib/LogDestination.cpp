@@ -14,8 +14,8 @@ namespace {
 
 constexpr wchar_t fileVariable[] = L"LOGLIB_FILE";
 
-// Empty when the variable is not there, or changes while it is read, or is not for this process: who may start a
-// program with more rights than they have must not have it write into a file of their choice.
+// Empty when the variable is not there, or changes while it is read, or is not for this process: a user
+// who starts a program that has more rights must not choose the file that it writes.
 std::wstring FileOfEnvironment() {
     const DWORD capacity = ::GetEnvironmentVariableW(fileVariable, nullptr, 0);
     std::wstring path(capacity, L'\0');

@@ -19,7 +19,7 @@ struct LogRecord {
     const char* sourceFile;    ///< where it was logged, as the caller says
     int32_t sourceLine;        ///< in that file
     int32_t severity;          ///< as the caller gave it
-    const wchar_t* component;  ///< whom it comes from
+    const wchar_t* component;  ///< the part of the program that logs
     const wchar_t* text;       ///< as the caller gave it, line breaks included
 };
 

@@ -36,7 +36,7 @@ private:
 
 }  // namespace
 
-// Whoever has passed the walk left what was on the stack.
+// An exception that has passed the walk destroyed nothing on the stack.
 PolicyWalk::~PolicyWalk() {
     for (BorrowedWide* const left : {settingValue, settingName}) {
         if (left != nullptr) {

@@ -45,7 +45,7 @@ std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
     return answer;
 }
 
-void TaskCall::Compose(const wchar_t* head) const noexcept {
+void TaskCall::ComposeText(const wchar_t* head) const noexcept {
     ComposeUnloggedAbout(head, [](CUniStream&) {});
 }
 

@@ -29,8 +29,8 @@ public:
     Outcome AskModule(Operation operation) const noexcept;
 
     // Composes a text of `head`, the task and the product, which goes to no log.
-    void Compose(const wchar_t* head) const noexcept;
-    void ComposeFailure() const noexcept { Compose(failure); }
+    void ComposeText(const wchar_t* head) const noexcept;
+    void ComposeFailure() const noexcept { ComposeText(failure); }
 
 private:
     std::optional<int32_t> AskEnforcer(Operation operation) const;

@@ -88,7 +88,7 @@ int32_t VsMsgbusTaskExecutor::on_execute(ny_client_t* agentClient, const std::st
     int32_t status = outcome.hasFailed ? INYTaskEnforcer::Failed : INYTaskEnforcer::NothingDecided;
     if (outcome.answer == INYTaskEnforcer::Succeeded) {
         status = INYTaskEnforcer::Succeeded;
-        call.Compose(L"Successfully executed the task ");
+        call.ComposeText(L"Successfully executed the task ");
     } else if (outcome.answer == INYTaskEnforcer::Failed) {
         status = INYTaskEnforcer::Failed;
         call.ComposeFailure();

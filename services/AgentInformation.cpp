@@ -21,7 +21,7 @@ constexpr const char* keys[] = {
     "RdxPortList", "Version", "LastASCTime", "LastPolicyUpdateTime", "CryptoMode",
 };
 
-// The agent is used here alone: who logs the failure must not hold it, because a sink is the module's.
+// The agent is used here alone. The caller, which logs a failure, must not hold it: the sink is a module's.
 std::string ReadText(const char* key) {
     const AgentUse agentUse;
     if (!agentUse) {

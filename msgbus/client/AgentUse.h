@@ -8,9 +8,9 @@
 #include "base/CallGate.h"
 #include "dispatcher/LibrariesInUse.h"
 
-// One client of the agent's, from before its creation to its release: what everybody shares who is inside the agent.
-// The last one out releases the client, through the function of the libraries that made it, and lets go of them;
-// outside of any call of the agent's, which may wait there until its calls are out.
+// One client of the agent's, from before its creation to its release. Every thread inside the agent shares it. The last
+// thread out releases the client, through the function of the libraries that made it, and then the libraries; never
+// inside a call of the agent's, because the agent may wait in the release until its calls have returned.
 class AgentSession {
 public:
     // With the libraries that are open now, without a client yet. Raises std::bad_alloc.

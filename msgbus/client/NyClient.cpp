@@ -33,7 +33,7 @@ std::shared_ptr<AgentSession> ExchangeSession(NyClient& client, std::shared_ptr<
     return session;
 }
 
-// The last one who is inside the agent releases the handler: this thread, when there is nobody else.
+// The last thread inside the agent releases the handler: this one, when there is no other.
 void ReleaseHandler(NyClient& client) noexcept {
     if (ny_client_t* const handler = client.clientHandler.exchange(nullptr)) {
         CloseAgent(handler);

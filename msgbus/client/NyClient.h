@@ -27,7 +27,7 @@ enum NyClientState : uint32_t { NyClientStateStopped = 0, NyClientStateStarted =
 using NyClientStateHandler = int32_t (*)(NyClient* client, uint32_t state, void* userData);
 using NyClientNotification = void (*)(NyClient* client, uint32_t state, void* userData);
 
-// Shared by whoever is inside: a thread that changes it, its watcher, and a log line of the agent's.
+// Shared by the threads inside it: one that changes it, its watcher, and one that writes a log line of the agent's.
 struct NyClient : std::enable_shared_from_this<NyClient> {
     Dispatcher* dispatcher = nullptr;  // null until loaded
     std::atomic<ny_client_t*> clientHandler = nullptr;
@@ -61,12 +61,12 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
 // NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; the dispatcher's code.
 int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noexcept;
 
-// Has `owner` shared, in place of the context alone, by whoever is inside the context from now on. To be called before
+// From now on the threads inside the context share `owner`, in place of the context alone. To be called before
 // anybody else knows the context, whose owner then releases it. Raises std::bad_alloc.
 void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner);
 
 // Stops the watcher and lets go of client handler, dispatcher and context: at once, or when the change of a client that
-// is under way has ended. Whoever is still inside frees the context. NY_INVALID_ARGUMENT for null, else NY_OK.
+// is under way has ended. The last thread inside frees the context. NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t NyClientRelease(NyClient* client) noexcept;
 
 // Where this client's and the dispatcher's log lines go. Of the dispatcher's, a callback that drops lines less severe

@@ -9,7 +9,7 @@
 
 namespace {
 
-// Who takes a client's lines.
+// Where a client's lines go.
 struct LineTaker {
     LogLineSink callback;
     void* userData;
@@ -59,7 +59,7 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     // The thread returns into the agent's library.
     std::shared_ptr<AgentSession> session;
     {
-        // A late call may come to a new client at an old one's address, which is not yet told who takes its lines.
+        // A late call may come to a new client at an old one's address, which does not know yet where its lines go.
         const ScopedLock guard(client->lock);
         taker = TakerOf(*client);
         session = client->session;

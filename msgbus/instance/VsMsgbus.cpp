@@ -147,7 +147,7 @@ void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask)
     try {
         AttachProduct(productId, serviceMask);
     } catch (const corvane::ny::utils::exception&) {
-        // Who leaves at this moment may have the agent refuse: that is not this product's business any more.
+        // The agent may refuse a product that leaves at this moment: its Entry has not failed then.
         if (HasProduct(productId)) {
             throw;
         }

@@ -26,7 +26,7 @@ class VsMsgbus : public VsMsgbusIoContainer,
 public:
     // Creates the agent client for the product id. A failure leaves an instance without a client, see HasClient.
     explicit VsMsgbus(const char* productId);
-    // The same as an instance that whoever is inside its client shares. Ended by End. Raises std::bad_alloc.
+    // The same as an instance that the threads inside its client share. Ended by End. Raises std::bad_alloc.
     static std::shared_ptr<VsMsgbus> Make(const char* productId);
     ~VsMsgbus() override;
     VsMsgbus(const VsMsgbus&) = delete;

@@ -17,9 +17,9 @@ using VsKit::CUniStream;
 
 namespace {
 
-// Has this library stay in memory until the process ends, whoever frees it: our watcher's thread, and threads of the
-// agent's that come late, must find its code, and the C++ runtime that is linked in gives nothing back of what it takes
-// each time the library is loaded. Asking again changes nothing.
+// Keeps this library in memory until the process ends, even when a module frees it: our watcher's thread, and threads
+// of the agent's that come late, must find its code, and the C++ runtime that is linked in gives nothing back of what
+// it takes each time the library is loaded. Asking again changes nothing.
 bool KeepThisLibrary() noexcept {
     HMODULE library = nullptr;
     return ::GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_PIN,
