@@ -39,7 +39,7 @@ CallGate::Call::~Call() {
     }
     *link = next;
     gate.GiveTurn();
-    if (gate.calls == nullptr) {
+    if (gate.calls == nullptr && gate.threadsWaiting != 0) {
         gate.emptied.NotifyAll();
     }
 }
@@ -67,12 +67,11 @@ bool CallGate::WaitForOthers(std::chrono::milliseconds limit) {
         return !HasCallOfOther(self);
     }
     const auto end = Condition::Clock::now() + limit;
-    while (calls != nullptr) {
-        if (!emptied.WaitUntil(mutex, end)) {
-            return false;
-        }
+    ++threadsWaiting;
+    while (calls != nullptr && emptied.WaitUntil(mutex, end)) {
     }
-    return true;
+    --threadsWaiting;
+    return calls == nullptr;
 }
 
 void CallGate::CloseAndWait() {

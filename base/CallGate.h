@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <chrono>
+#include <cstddef>
 
 #include "base/Mutex.h"
 
@@ -80,6 +81,8 @@ private:
 
     mutable Mutex mutex;
     Condition emptied;
+    // In WaitForOthers. Without any, a call that ends wakes nobody: that costs a call of the system's.
+    size_t threadsWaiting GUARDED_BY(mutex) = 0;
     Call* calls GUARDED_BY(mutex) = nullptr;
     // In the order of arrival. While there are any, a call is inside.
     Waiter* waiters GUARDED_BY(mutex) = nullptr;
