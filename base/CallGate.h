@@ -77,7 +77,7 @@ private:
     void GiveTurn() noexcept REQUIRES(mutex);
     void TurnWaitersAway() noexcept REQUIRES(mutex);
     // The waiter's thread goes on, and its node ends, when the mutex is unlocked.
-    void EndWait(Waiter& waiter) noexcept REQUIRES(mutex);
+    static void EndWait(Waiter& waiter) noexcept;
 
     mutable Mutex mutex;
     Condition emptied;
