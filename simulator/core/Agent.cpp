@@ -2,10 +2,16 @@
 
 namespace simulator {
 
+namespace {
+
+// Never destroyed: a process may end while agent threads are still in callbacks. Made when the library is loaded and
+// not on first use: the sanitizer of data races does not see how the static C++ runtime orders first uses.
+Agent& theAgent = *new Agent;
+
+}  // namespace
+
 Agent& TheAgent() {
-    // Never destroyed: a process may end while agent threads are still in callbacks.
-    static auto* const agent = new Agent;
-    return *agent;
+    return theAgent;
 }
 
 }  // namespace simulator

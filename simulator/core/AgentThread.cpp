@@ -41,18 +41,15 @@ private:
     size_t count = 0;
 };
 
-WorkCount& Working() {
-    // Never destroyed, as the agent: threads may be at work when the process ends.
-    static auto* const working = new WorkCount;
-    return *working;
-}
+// Made when the library is loaded and never destroyed, as the agent: threads may be at work when the process ends.
+WorkCount& working = *new WorkCount;
 
 // Everything of C++ has ended when this returns, so that nothing of it is left when the library goes.
 HMODULE RunWork(void* argument) {
     const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
     start->work();
     start->work = nullptr;
-    Working().Remove();
+    working.Remove();
     return start->library;
 }
 
@@ -76,10 +73,10 @@ uint32_t StartAgentThread(std::function<void()> work) {
     start->work = std::move(work);
     start->library = ReferToThisLibrary();
     DWORD threadId = 0;
-    Working().Add();
+    working.Add();
     const HANDLE thread = CreateThread(nullptr, 0, &RunAgentThread, start.get(), 0, &threadId);
     if (thread == nullptr) {
-        Working().Remove();
+        working.Remove();
         FreeLibrary(start->library);
         throw std::bad_alloc();
     }
@@ -89,7 +86,7 @@ uint32_t StartAgentThread(std::function<void()> work) {
 }
 
 bool WaitForAgentThreads(std::chrono::milliseconds time) {
-    return Working().WaitForNone(time);
+    return working.WaitForNone(time);
 }
 
 }  // namespace simulator
