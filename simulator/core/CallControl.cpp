@@ -45,6 +45,10 @@ void ny_sim_clear_faults(void) {
     TheAgent().faults.Clear();
 }
 
+size_t ny_sim_fault_count(const char* function) {
+    return function != nullptr ? TheAgent().faults.CountTaken(function) : 0;
+}
+
 int32_t ny_sim_set_hook(const char* function, ny_sim_hook_t hook, void* userData) {
     return Guarded("ny_sim_set_hook", [&] {
         RequireSimulated(function);

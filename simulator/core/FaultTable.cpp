@@ -18,6 +18,7 @@ std::optional<int32_t> FaultTable::Take(std::string_view function) {
         --fault.callsLeft;
         return std::nullopt;
     }
+    ++taken[entry->first];
     const int32_t code = fault.code;
     if (fault.mode == NY_SIM_ONCE) {
         faults.erase(entry);
@@ -28,6 +29,12 @@ std::optional<int32_t> FaultTable::Take(std::string_view function) {
 void FaultTable::Clear() {
     const std::lock_guard lock(mutex);
     faults.clear();
+}
+
+size_t FaultTable::CountTaken(std::string_view function) const {
+    const std::lock_guard lock(mutex);
+    const auto entry = taken.find(function);
+    return entry != taken.end() ? entry->second : 0;
 }
 
 }  // namespace simulator

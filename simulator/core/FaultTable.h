@@ -1,6 +1,7 @@
 // The answers that were injected.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -20,6 +21,8 @@ public:
     // Counts one call of the function. The code that it has to answer, if any.
     std::optional<int32_t> Take(std::string_view function);
     void Clear();
+    // How many calls of the function were given a code since the object was made.
+    size_t CountTaken(std::string_view function) const;
 
 private:
     struct Fault {
@@ -28,8 +31,9 @@ private:
         ny_sim_fault_mode mode;
     };
 
-    std::mutex mutex;
+    mutable std::mutex mutex;
     std::map<std::string, Fault, std::less<>> faults;
+    std::map<std::string, size_t, std::less<>> taken;
 };
 
 }  // namespace simulator

@@ -34,6 +34,9 @@ enum ny_sim_fault_mode : int32_t { NY_SIM_ONCE = 0, NY_SIM_FROM_THEN_ON = 1 };
 // the next one), once or from then on. A second fault for the same function replaces the first.
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode);
 void ny_sim_clear_faults(void);
+// How many calls of that function were answered such a code since the process began; 0 for null and unknown names. It
+// is counted as the code is given: clearing faults, the call record or everything changes nothing about it.
+size_t ny_sim_fault_count(const char* function);
 
 // Runs at the start of every call of `function`, on the calling thread, before any fault is looked at and while no lock
 // of the simulated agent is held. It may block. A null hook removes it; removing waits for none that runs.

@@ -50,6 +50,20 @@ TEST_F(FaultTest, KeepTheFunctionFromDoingAnything) {
     EXPECT_EQ(Call<&ny_variant_release>(variant), NY_OK);
 }
 
+TEST_F(FaultTest, AreCountedForTheirFunctionWhateverIsCleared) {
+    const size_t before = ny_sim_fault_count("ny_variant_init");
+    const size_t ofOther = ny_sim_fault_count("ny_variant_deinit");
+    ASSERT_EQ(ny_sim_fail_call("ny_variant_init", 2, 77, NY_SIM_FROM_THEN_ON), NY_OK);
+    EXPECT_THAT(Answers(3), ElementsAre(0, 77, 77));
+    ny_sim_clear_calls();
+    ny_sim_reset();
+    EXPECT_THAT(Answers(1), ElementsAre(0));
+    EXPECT_EQ(ny_sim_fault_count("ny_variant_init"), before + 2);
+    EXPECT_EQ(ny_sim_fault_count("ny_variant_deinit"), ofOther);
+    EXPECT_EQ(ny_sim_fault_count("ny_variant_inti"), 0U);
+    EXPECT_EQ(ny_sim_fault_count(nullptr), 0U);
+}
+
 TEST_F(FaultTest, AreForgottenByAReset) {
     ASSERT_EQ(ny_sim_fail_call("ny_variant_init", 1, 77, NY_SIM_FROM_THEN_ON), NY_OK);
     ny_sim_reset();

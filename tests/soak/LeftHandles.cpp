@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <string_view>
+#include <utility>
 
 namespace {
 
 struct Release {
-    std::string_view function;
+    const char* function;
     ny_sim_handle_kind kind;
 };
 
@@ -18,33 +18,35 @@ constexpr Release releases[] = {
     {"ny_policy_bag_release", NY_SIM_POLICY_BAG}, {"ny_policy_bag_iterator_release", NY_SIM_POLICY_ITERATOR},
 };
 
+// Since the process began.
 std::map<ny_sim_handle_kind, size_t> RefusedReleases() {
     std::map<ny_sim_handle_kind, size_t> refused;
-    ny_sim_call_t call{};
-    for (size_t i = 0; ny_sim_get_call(i, &call) == NY_OK; ++i) {
-        for (const Release& release : releases) {
-            if (call.result != NY_OK && release.function == call.function) {
-                ++refused[release.kind];
-                ++refused[NY_SIM_ANY];
-            }
-        }
+    for (const Release& release : releases) {
+        refused[release.kind] = ny_sim_fault_count(release.function);
+        refused[NY_SIM_ANY] += refused[release.kind];
     }
     return refused;
 }
 
+size_t Count(const std::map<ny_sim_handle_kind, size_t>& counts, ny_sim_handle_kind kind) {
+    const auto found = counts.find(kind);
+    return found != counts.end() ? found->second : 0;
+}
+
 }  // namespace
 
+LeftHandles::LeftHandles() : refused(RefusedReleases()) {}
+
 void LeftHandles::Check() {
-    auto refused = RefusedReleases();
-    ny_sim_clear_calls();
+    const auto refusedBefore = std::exchange(refused, RefusedReleases());
     ForEachKindOfHandle([&](ny_sim_handle_kind kind) {
         const size_t alive = ny_sim_live_handles(kind);
-        EXPECT_LE(alive, left[kind] + refused[kind]) << "handles of kind " << kind;
+        const size_t refusedSince = Count(refused, kind) - Count(refusedBefore, kind);
+        EXPECT_LE(alive, Count(left, kind) + refusedSince) << "handles of kind " << kind;
         left[kind] = alive;
     });
 }
 
 size_t LeftHandles::Of(ny_sim_handle_kind kind) const {
-    const auto found = left.find(kind);
-    return found != left.end() ? found->second : 0;
+    return Count(left, kind);
 }

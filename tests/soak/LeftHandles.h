@@ -8,15 +8,18 @@
 // The handles that the agent did not take back, and so keeps for good, by kind.
 class LeftHandles {
 public:
-    // To be called while nobody uses the agent and with the call record of the time since the last call; clears it. A
-    // test failure when there are more handles than before and were refused since. There may be fewer: several
-    // references to one handle are one.
+    LeftHandles();
+
+    // To be called while nobody uses the agent. A test failure when there are more handles than at the last call and
+    // releases that were refused since. There may be fewer: several references to one handle are one.
     void Check();
 
     size_t Of(ny_sim_handle_kind kind) const;
 
 private:
     std::map<ny_sim_handle_kind, size_t> left;
+    // Releases since the process began.
+    std::map<ny_sim_handle_kind, size_t> refused;
 };
 
 // From NY_SIM_ANY, which is all of them, on.
