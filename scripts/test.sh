@@ -75,6 +75,11 @@ RunTests() {
         awk '{sum += $1} END {print sum + 0}')
     failed=$(sed -n 's/^.* tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\1 of \2/p' "$LOGS/tests-$preset.log")
     echo "$title: $passed tests passed, ${failed:-some} processes failed, $((SECONDS - begin)) s"
+    if [ "$status" -ne 0 ]; then
+        # What failed, and what a sanitizer says of a program whose tests all passed.
+        sed -nE 's/\r$//; s/^(\[  FAILED  \] [^ ,]+\.[^ ,]+).*/\1/p; /^SUMMARY: /p' "build/$preset/Testing/Temporary/LastTest.log" |
+            sort -u | head -n 40
+    fi
     return "$status"
 }
 
