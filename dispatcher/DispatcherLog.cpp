@@ -1,10 +1,14 @@
 #include "dispatcher/DispatcherLog.h"
 
-#include <cstdarg>
 #include <cstdio>
 #include <utility>
 
 #include "base/Boundary.h"
+
+FormattedLine::FormattedLine(const char* format, va_list arguments) noexcept {
+    std::vsnprintf(text, sizeof text, format, arguments);
+    text[sizeof text - 1] = '\0';
+}
 
 int32_t LogTarget::Deliver(uint32_t severity, const char* module, const char* message) const {
     if (sink == nullptr) {
@@ -23,13 +27,11 @@ void DispatcherLog::Write(LogSeverity severity, const char* format, ...) const n
     if (pending.target.sink == nullptr || severity > pending.target.leastSevere) {
         return;
     }
-    char line[logLineCapacity] = {};
     va_list arguments{};
     va_start(arguments, format);
-    std::vsnprintf(line, sizeof line, format, arguments);
+    const FormattedLine line(format, arguments);
     va_end(arguments);
-    line[sizeof line - 1] = '\0';
-    Guarded([&] { pending.lines.push_back({severity, line}); });
+    Guarded([&] { pending.lines.push_back({severity, line.Text()}); });
 }
 
 DispatcherLog::Lines DispatcherLog::Take() const noexcept {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdarg>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -16,6 +17,17 @@ enum LogSeverity : uint32_t {
 
 // A line longer than this, terminator included, is cut.
 inline constexpr int logLineCapacity = 2048;
+
+// The line of a format and its arguments, cut where it is longer than logLineCapacity.
+class FormattedLine {
+public:
+    LIKE_PRINTF(2, 0) FormattedLine(const char* format, va_list arguments) noexcept;
+
+    const char* Text() const noexcept { return text; }
+
+private:
+    char text[logLineCapacity] = {};
+};
 
 // What takes a finished line. The texts are valid during the call.
 using LogLineSink = int32_t (*)(uint32_t severity, const char* module, const char* message, void* userData);

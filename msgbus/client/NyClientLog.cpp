@@ -1,5 +1,4 @@
 #include <cstdarg>
-#include <cstdio>
 
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
@@ -37,13 +36,11 @@ int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, con
     if (client == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    char line[logLineCapacity] = {};
     va_list arguments{};
     va_start(arguments, format);
-    std::vsnprintf(line, sizeof line, format, arguments);
+    const FormattedLine line(format, arguments);
     va_end(arguments);
-    line[sizeof line - 1] = '\0';
-    return Deliver(TakerOf(*client), severity, module, line);
+    return Deliver(TakerOf(*client), severity, module, line.Text());
 }
 
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
