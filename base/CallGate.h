@@ -53,13 +53,13 @@ public:
     // No call enters any more; those inside go on.
     void Close();
     bool IsClosed() const;
-    // Whether the thread is.
+    // Whether a call of that thread is inside.
     bool IsInside(DWORD threadId) const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is
     // inside itself: waiting there for others could be waiting for itself. False when others are still inside.
     bool WaitForOthers(std::chrono::milliseconds limit = callWaitLimit);
-    // Both, one after the other.
+    // Closes the gate, then waits for the others up to callWaitLimit.
     void CloseAndWait();
 
 private:

@@ -33,7 +33,8 @@ private:
     SRWLOCK slimLock = SRWLOCK_INIT;
 };
 
-// What threads wait for under a Mutex. A wait may end early: the thread looks again whether what it waits for is there.
+// Lets threads sleep under a Mutex until another thread notifies them. A sleep may end early: the thread checks again
+// whether it must go on waiting.
 class Condition {
 public:
     using Clock = std::chrono::steady_clock;
@@ -42,7 +43,7 @@ public:
     Condition(const Condition&) = delete;
     Condition& operator=(const Condition&) = delete;
 
-    // To be called with the mutex locked that the threads wait under.
+    // The caller holds the mutex that the threads wait under.
     void NotifyAll() noexcept { ::WakeAllConditionVariable(&variable); }
 
     // Waits, with the mutex unlocked.

@@ -1,6 +1,5 @@
 #include "policy/VsMsgbusPolicyEnforcer.h"
 
-#include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/LoggedCallback.h"

@@ -1,10 +1,8 @@
 #include "property/VsMsgbusPropertyProvider.h"
 
-#include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
 #include "msgbus/LoggedCallback.h"
 #include "property/CollectorTable.h"
-#include "values/AgentException.h"
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 

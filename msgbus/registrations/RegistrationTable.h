@@ -14,8 +14,8 @@
 #include "base/OwnerLock.h"
 #include "msgbus/client/AgentUse.h"
 
-// What becomes of a record for an id that has one. Left alive means that it is never freed, which some services'
-// contract asks for.
+// What becomes of a record for an id that has one. A leaked record is never freed, which the contract of some services
+// asks for.
 enum class DuplicateRecord { Dropped, Leaked };
 
 // Loses the record for good. A function of its own, because leak reports are told by its name that this is meant.

@@ -1,4 +1,4 @@
-// What the bag gives, and what becomes of a walk, when the last product leaves inside an enforcer.
+// The last product leaves inside an enforcer: the bag gives nothing more, and a walk ends.
 #include "policy/PolicyTest.h"
 
 using testing::ElementsAre;

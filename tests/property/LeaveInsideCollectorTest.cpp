@@ -1,4 +1,4 @@
-// What the setter does when the last product leaves inside a collector.
+// The last product leaves inside a collector: the property setter adds nothing more.
 #include "property/PropertyTest.h"
 
 using testing::ElementsAre;

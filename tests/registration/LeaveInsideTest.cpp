@@ -39,7 +39,7 @@ TYPED_TEST(LeaveInside, OfTheLastProductAndThenAnExceptionIsAnsweredWithoutALine
     EXPECT_TRUE(AgentIsLetGo());
 }
 
-// What the module was lent is of the client that is gone.
+// The object that the module was lent belongs to the client that is gone.
 TYPED_TEST(LeaveInside, CanBeFollowedByEntryInsideTheSameModule) {
     VsMsgbus* instance = nullptr;
     this->LeaveAndThen([&] { EXPECT_TRUE(VsMsgbusEntry(otherId, TypeParam::mask, nullptr, &instance)); });

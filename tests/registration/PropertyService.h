@@ -15,7 +15,7 @@ struct PropertyService {
     static constexpr auto Remove = &VsKitMsgbusRemoveCollectProperties;
 
     struct Module {
-        // What the module does in each callback, and whether what the callback lends it still works after that.
+        // The module calls `act` in each callback. `lentWorks` says whether the setter still works after that.
         std::function<void()> act;
         bool lentWorks = true;
         Visits visits;
