@@ -52,5 +52,6 @@
 #include "VsMsgbus/LpcBuffer.h"
 #include "VsMsgbus/TaskEnforcer.h"
 #include "VsMsgbus/UpdateNotify.h"
+#include "VsMsgbus/Version.h"
 #include "VsMsgbus/ny_dl.h"
 #include "VsMsgbus/ny_temp_buffer.h"

@@ -19,7 +19,7 @@ protected:
 
 TEST_F(LayerProperties, AreTextsNumbersAndMoments) {
     using namespace std::chrono;
-    const auto lines = AskFor([](vsmsgbus::Properties& properties) {
+    const auto answers = AskFor([](vsmsgbus::Properties& properties) {
         EXPECT_TRUE(properties.Set("general", L"text", "\xC3\xA9"));
         EXPECT_TRUE(properties.Set("general", "wide", L"wide"));
         EXPECT_TRUE(properties.Set("general", "number", -12));
@@ -29,9 +29,9 @@ TEST_F(LayerProperties, AreTextsNumbersAndMoments) {
         const auto moment = sys_days(year(2026) / 3 / 1) + hours(8) + minutes(5) + seconds(9) + milliseconds(999);
         EXPECT_TRUE(properties.Set("general", "moment", system_clock::time_point(moment)));
     });
-    EXPECT_THAT(lines, ElementsAre("answer 0", "general:text=\xC3\xA9", "general:wide=wide", "general:number=-12",
-                                   "general:large=18446744073709551615", "general:yes=true", "general:no=false",
-                                   "general:moment=2026-03-01T08:05:09Z"));
+    EXPECT_THAT(answers, ElementsAre("answer 0", "general:text=\xC3\xA9", "general:wide=wide", "general:number=-12",
+                                     "general:large=18446744073709551615", "general:yes=true", "general:no=false",
+                                     "general:moment=2026-03-01T08:05:09Z"));
 }
 
 TEST_F(LayerProperties, ThatTheAgentRefusesAreToldTheLogHandler) {

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
-# runs; its module also as Microsoft's toolchain would build it.
+# runs; its plain module also as Microsoft's toolchain would build it.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 sources="$1" package="$2/unpacked"
 work=$(mktemp -d)
@@ -12,10 +12,10 @@ Configure() {
         -DCMAKE_PREFIX_PATH="$work/package" "${@:3}"
 }
 
-# RunHost WHAT: the host tells what the module answered.
+# RunHost WHAT MODULE: the host tells what the module answered.
 RunHost() {
     local output
-    output=$("$sources/scripts/wine-run.sh" "$work/build/bin/host.exe" | tr -d '\r')
+    output=$("$sources/scripts/wine-run.sh" "$work/build/bin/host.exe" "$2" | tr -d '\r')
     [ "$output" = "General: Version = 1.0
 General: State = running
 the module has left" ] || Fail "the host of $1 says: $output"
@@ -25,12 +25,13 @@ the module has left" ] || Fail "the host of $1 says: $output"
 cp -r "$package" "$work/package"
 Configure "$work/package/example" "$work/build" -DCMAKE_CXX_COMPILER=x86_64-w64-mingw32-g++-posix
 cmake --build "$work/build"
-RunHost "the module"
+RunHost "the module" MyModule.dll
+RunHost "the plain module" PlainModule.dll
 
 # There is nothing that this compiler could link a program for its trial with.
 Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_COMPILER=clang++-14 \
     -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_CXX_COMPILER_WORKS=1 -DCMAKE_CXX_STANDARD_LIBRARIES=
 cmake --build "$work/microsoft"
-cp "$work/microsoft/MyModule.dll" "$work/build/bin/"
-RunHost "the module for Microsoft's C++ ABI"
+cp "$work/microsoft/PlainModule.dll" "$work/build/bin/"
+RunHost "the plain module for Microsoft's C++ ABI" PlainModule.dll
 Passed

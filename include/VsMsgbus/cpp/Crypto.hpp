@@ -13,6 +13,7 @@
 
 namespace vsmsgbus {
 
+/// Data of any kind.
 using Bytes = std::vector<unsigned char>;
 
 namespace detail {
@@ -45,8 +46,10 @@ inline Bytes RunCrypto(decltype(VsKitMsgbusEncryptData)& function, const char* d
 }  // namespace detail
 
 /// Has the agent encrypt the data. Any thread, while a product is in the bridge.
+/// @param data  what is to be encrypted; may be empty
 /// @param type  handed to the agent, which defines what it means
 /// Throws Error, with code -1, when no product is in the bridge, no agent is there, or the agent failed.
+/// @returns the encrypted data, whose size is the agent's affair
 inline Bytes Encrypt(std::span<const unsigned char> data, uint64_t type) {
     return detail::RunCrypto(VsKitMsgbusEncryptData, "encrypting", data, type);
 }

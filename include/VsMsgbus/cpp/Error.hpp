@@ -28,8 +28,11 @@ public:
 
     /// All of it in one line, UTF-8.
     const char* what() const noexcept override { return text.c_str(); }
+    /// The agent's or the bridge's code; 0 when it is not told.
     int32_t Code() const noexcept { return failureCode; }
+    /// What was being done.
     const std::string& Doing() const noexcept { return whatWasDone; }
+    /// What helps; empty when nothing is known.
     const std::string& Remedy() const noexcept { return whatHelps; }
 
 private:

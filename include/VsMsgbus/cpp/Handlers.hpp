@@ -18,11 +18,15 @@ namespace vsmsgbus {
 /// the log handler and answered as a failure. They stay alive until no call is in them any more, and may end the
 /// product.
 struct Handlers {
+    /// Asked for the product's properties.
     PropertiesHandler properties = nullptr;
+    /// Told that policies may have changed.
     PoliciesHandler policies = nullptr;
 #if defined(__cpp_lib_jthread)
+    /// Given tasks.
     TasksHandler tasks = nullptr;
 #endif
+    /// Told of updates, and asked about the product.
     UpdateHandlers updates = {};
     /// Kept under the product's id for the life of the process, see VsKitHealthCheckRegisterCB: no lambda with
     /// captures, and nothing that is unloaded.

@@ -13,6 +13,7 @@ namespace vsmsgbus {
 /// agent does not know it; an empty value is nothing, too.
 namespace Information {
 
+/// The value of that index.
 inline std::optional<std::wstring> Read(VsMsgbusInformation index) {
     VsKitMsgbus::lpc_buffer text;
     if (VsKitMsgbusGetInformation(index, &text) != 1) {
@@ -21,36 +22,47 @@ inline std::optional<std::wstring> Read(VsMsgbusInformation index) {
     return VsKitMsgbus::TakeWideText(text);
 }
 
+/// "AgentMode", as the agent writes it
 inline std::optional<std::wstring> AgentMode() {
     return Read(VsMsgbusInformationAgentMode);
 }
+/// "GUID": who the agent is
 inline std::optional<std::wstring> Guid() {
     return Read(VsMsgbusInformationGUID);
 }
+/// "LogLocation": where the agent logs
 inline std::optional<std::wstring> LogLocation() {
     return Read(VsMsgbusInformationLogLocation);
 }
+/// "RdxServerLastUsed"
 inline std::optional<std::wstring> LastServer() {
     return Read(VsMsgbusInformationRdxServerLastUsed);
 }
+/// "RdxPortLastUsed"
 inline std::optional<std::wstring> LastPort() {
     return Read(VsMsgbusInformationRdxPortLastUsed);
 }
+/// "RdxServerList"
 inline std::optional<std::wstring> Servers() {
     return Read(VsMsgbusInformationRdxServerList);
 }
+/// "RdxPortList"
 inline std::optional<std::wstring> Ports() {
     return Read(VsMsgbusInformationRdxPortList);
 }
+/// "Version": the agent's
 inline std::optional<std::wstring> Version() {
     return Read(VsMsgbusInformationVersion);
 }
+/// "LastASCTime"
 inline std::optional<std::wstring> LastContact() {
     return Read(VsMsgbusInformationLastASCTime);
 }
+/// "LastPolicyUpdateTime"
 inline std::optional<std::wstring> LastPolicyUpdate() {
     return Read(VsMsgbusInformationLastPolicyUpdateTime);
 }
+/// "CryptoMode"
 inline std::optional<std::wstring> CryptoMode() {
     return Read(VsMsgbusInformationCryptoMode);
 }

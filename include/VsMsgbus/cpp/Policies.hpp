@@ -28,9 +28,9 @@ struct Setting {
     std::wstring_view settings;  ///< the settings object's name
     std::wstring_view intParam;  ///< the settings object's first parameter
     std::wstring_view strParam;  ///< the settings object's second parameter
-    std::wstring_view section;
-    std::wstring_view name;
-    std::wstring_view value;
+    std::wstring_view section;   ///< the section's name
+    std::wstring_view name;      ///< the setting's own
+    std::wstring_view value;     ///< the setting's own
 };
 
 namespace detail {
@@ -86,6 +86,7 @@ private:
 /// Settings that are kept, each with texts of its own: a range of Setting. The texts live as long as this object.
 class SettingList {
 public:
+    /// Copies the setting's texts. Throws std::bad_alloc.
     void Add(const Setting& setting) {
         Setting kept;
         for (const auto member : {&Setting::feature, &Setting::category, &Setting::type, &Setting::policy,
@@ -101,10 +102,15 @@ public:
         all.push_back(kept);
     }
 
+    /// The first one, in the order in which they were added.
     auto begin() const noexcept { return all.cbegin(); }
+    /// Behind the last one.
     auto end() const noexcept { return all.cend(); }
+    /// How many there are.
     size_t size() const noexcept { return all.size(); }
+    /// Whether there is none.
     bool empty() const noexcept { return all.empty(); }
+    /// By its index, which is less than size().
     const Setting& operator[](size_t index) const noexcept { return all[index]; }
 
 private:
@@ -137,8 +143,10 @@ private:
 /// VsKitMsgbus::INYEnforcePolicy::IPolicyBag::EnumeratePolicies.
 class Policies {
 public:
+    /// What the bridge hands over.
     using Bag = VsKitMsgbus::INYEnforcePolicy::IPolicyBag;
 
+    /// For the layer alone.
     Policies(const wchar_t* idOfProduct, Bag& policyBag, detail::Log& productLog)
         : productId(idOfProduct), bag(policyBag), log(productLog) {}
     Policies(const Policies&) = delete;
@@ -172,6 +180,7 @@ public:
         return list;
     }
 
+    /// The same for the policies of a user account.
     SettingList SettingsOfUser(const Text& user, const Text& domain) {
         SettingList list;
         WalkOfUser(user, domain, [&](const Setting& setting) { list.Add(setting); });

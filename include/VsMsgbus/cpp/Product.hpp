@@ -25,6 +25,7 @@ public:
     /// the id is empty, when no service has a handler, or when memory or the agent's client could not be had. An absent
     /// agent is no error.
     ///
+    /// @param handlers   what the product does
     /// @param productId  one id for everything, UTF-8; the agent must use the same, letter for letter
     Product(std::string_view productId, Handlers handlers) : id(productId), mask(handlers.Mask()) {
         Require(!id.empty() && id.find('\0') == std::string::npos, "The product id must be a text that is not empty.");
@@ -41,7 +42,9 @@ public:
     }
 
     ~Product() { Leave(); }
+    /// The other one is out afterwards, and this one in its place; handlers that run go on.
     Product(Product&&) noexcept = default;
+    /// Leaves first.
     Product& operator=(Product&& other) noexcept {
         if (this != &other) {
             Leave();
@@ -54,7 +57,9 @@ public:
         return *this;
     }
 
+    /// As it was given.
     const std::string& Id() const noexcept { return id; }
+    /// The VsMsgbusService bits that it entered with.
     uint32_t Mask() const noexcept { return mask; }
     /// Whether the agent refused one of the services when the product entered. The product is in, and the bridge asks
     /// again when the agent starts anew.

@@ -19,6 +19,7 @@ namespace vsmsgbus {
 /// waits for.
 class Properties {
 public:
+    /// For the layer alone.
     explicit Properties(VsKitMsgbus::INYCollectProperties::ISet& toFill) : set(toFill) {}
     Properties(const Properties&) = delete;
     Properties& operator=(const Properties&) = delete;

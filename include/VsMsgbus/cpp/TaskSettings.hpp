@@ -22,16 +22,22 @@ namespace vsmsgbus {
 template <class T>
 class TaskSetting {
 public:
+    /// One that is absent.
     TaskSetting() = default;
+    /// One that is there; malformed ones have a value of no meaning.
     TaskSetting(std::wstring settingText, bool isWellFormed, T settingValue)
         : text(std::move(settingText)), value(std::move(settingValue)), state(isWellFormed ? Found : Malformed) {}
 
+    /// Whether the agent does not give it.
     bool IsAbsent() const noexcept { return state == Absent; }
+    /// Whether it is there and no T.
     bool IsMalformed() const noexcept { return state == Malformed; }
+    /// Whether it was found.
     explicit operator bool() const noexcept { return state == Found; }
 
     /// Only when it was found.
     const T& operator*() const noexcept { return value; }
+    /// The value when it was found, else the other one.
     T ValueOr(T otherwise) const { return state == Found ? value : std::move(otherwise); }
     /// As the agent gives it, also when it is malformed.
     const std::wstring& AsText() const noexcept { return text; }
@@ -96,12 +102,15 @@ private:
 /// the agent anew.
 class TaskSettings {
 public:
+    /// What the bridge hands over.
     using Bag = VsKitMsgbus::INYTaskEnforcer::ITaskBag;
 
+    /// For the layer alone.
     explicit TaskSettings(Bag& taskBag) : bag(taskBag) {}
     TaskSettings(const TaskSettings&) = delete;
     TaskSettings& operator=(const TaskSettings&) = delete;
 
+    /// Empty when the task has none.
     std::wstring TaskName() { return bag.TaskName(); }
 
     /// One setting as a text (std::wstring or std::string), a bool or a whole number of any type. Absent as well when
@@ -137,6 +146,7 @@ public:
         return settings;
     }
 
+    /// How many sections of settings there are; 0 also when the agent does not give them.
     size_t CountSections() { return bag.CountEntries(); }
 
 private:

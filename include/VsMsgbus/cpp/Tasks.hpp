@@ -1,5 +1,6 @@
 /// @file
-/// Scheduled tasks: running them, stopping them, reporting how they end. Needs the standard library's <stop_token>.
+/// Scheduled tasks: running them, stopping them, reporting how they end. Needs the standard library's stop tokens:
+/// there only where `__cpp_lib_jthread` is defined.
 #pragma once
 
 #include <version>
@@ -16,19 +17,23 @@
 
 namespace vsmsgbus {
 
+/// How a task ended.
 enum class TaskResult : int32_t {
-    Failed = VsKitMsgbus::INYTaskEnforcer::Failed,
-    Done = VsKitMsgbus::INYTaskEnforcer::Succeeded,
+    Failed = VsKitMsgbus::INYTaskEnforcer::Failed,   ///< the task has failed
+    Done = VsKitMsgbus::INYTaskEnforcer::Succeeded,  ///< the task is done
 };
 
 /// One execution of a task. Any thread.
 class TaskRun {
 public:
+    /// For the layer alone.
     TaskRun(std::wstring taskId, std::stop_token token) : id(std::move(taskId)), stopToken(std::move(token)) {}
 
+    /// The task's id.
     const std::wstring& Id() const noexcept { return id; }
     /// Triggered when the agent stops the task, and when the product leaves: end soon then.
     const std::stop_token& StopToken() const noexcept { return stopToken; }
+    /// Whether the token was triggered.
     bool IsToStop() const noexcept { return stopToken.stop_requested(); }
     /// Tells the agent that the task is getting on: the status VsKitMsgbus::INYTaskEnforcer::AgentDefined. There is no
     /// number that goes with it.
@@ -42,6 +47,7 @@ private:
 /// A task that the agent wants to be executed: the run and the settings, which are valid while the handler runs.
 class Task : public TaskRun, public TaskSettings {
 public:
+    /// For the layer alone.
     Task(const wchar_t* taskId, std::stop_token token, Bag& taskBag)
         : TaskRun(taskId, std::move(token)), TaskSettings(taskBag) {}
 };
@@ -52,11 +58,14 @@ using TaskWork = std::function<TaskResult(const TaskRun& run)>;
 /// What a handler answers: how the task ended, or the work that the layer is to run on a thread of its own.
 class TaskOutcome {
 public:
+    /// The task has ended, in the handler.
     TaskOutcome(TaskResult taskResult) : result(taskResult) {}
     /// See OnOwnThread.
     explicit TaskOutcome(TaskWork workToDo) : work(std::move(workToDo)) {}
 
+    /// Empty when the task has ended.
     const TaskWork& Work() const noexcept { return work; }
+    /// Failed when there is work.
     TaskResult Result() const noexcept { return result; }
 
 private:

@@ -104,11 +104,17 @@ inline std::string Utf8(std::wstring_view wide) {
 /// text with its terminator is referred to and not copied. A zero ends the text.
 class Text {
 public:
+    /// UTF-8, zero-terminated or null.
     Text(const char* utf8) : Text(std::string_view(utf8 != nullptr ? utf8 : "")) {}
+    /// UTF-8.
     Text(std::string_view utf8) : converted(Wide(utf8)), text(converted.c_str()) {}
+    /// UTF-8.
     Text(const std::string& utf8) : Text(std::string_view(utf8)) {}
+    /// Zero-terminated or null; referred to.
     Text(const wchar_t* wide) : text(wide != nullptr ? wide : L"") {}
+    /// Copied, to end it with a zero.
     Text(std::wstring_view wide) : converted(wide), text(converted.c_str()) {}
+    /// Referred to.
     Text(const std::wstring& wide) : text(wide.c_str()) {}
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;

@@ -14,10 +14,10 @@ namespace vsmsgbus {
 
 /// What the agent tells of an update: the texts in the agent's own order, valid during the call.
 struct UpdateNotice {
-    std::wstring_view second;
-    std::wstring_view third;
-    std::wstring_view fourth;
-    uint32_t& number;  ///< may be changed, which the agent sees
+    std::wstring_view second;  ///< the agent's second text
+    std::wstring_view third;   ///< the agent's third text
+    std::wstring_view fourth;  ///< the agent's fourth text
+    uint32_t& number;          ///< may be changed, which the agent sees
 };
 
 /// What a product does about updates; what is not set is answered as for a product without a callback. For one product
@@ -30,6 +30,7 @@ struct UpdateHandlers {
     /// Sets the value of that name; false when the product does not take it.
     std::function<bool(std::wstring_view name, std::wstring_view value)> set = nullptr;
 
+    /// Whether there is a handler.
     bool IsAnySet() const noexcept { return notify || get || set; }
 };
 

@@ -44,6 +44,10 @@ __declspec(dllexport) void ModuleEnforceLocally(const wchar_t* productId);
 // Has the bridge free what a task carries.
 __declspec(dllexport) void ModuleFreeTaskCookie(const wchar_t* productId, wchar_t* cookie);
 
+// A product of the C++ layer, with properties, policies and updates.
+__declspec(dllexport) bool ModuleLoadLayer(const char* productId);
+__declspec(dllexport) bool ModuleUnloadLayer();
+
 // Reads what the agent knows of itself.
 __declspec(dllexport) void ModuleReadInformation();
 

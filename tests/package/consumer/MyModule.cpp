@@ -1,33 +1,41 @@
 // A module that answers the agent when it asks for the product's properties.
-#include <VsMsgbus.h>
+#include <exception>
+#include <iostream>
+#include <optional>
+
+#include <vsmsgbus.hpp>
+
+#include "MyModule.h"
 
 namespace {
 
-constexpr char productId[] = "MYPRODUCT1000";
-constexpr wchar_t wideProductId[] = L"MYPRODUCT1000";
+std::optional<vsmsgbus::Product> product;
 
 // Called on a thread of the agent's.
-class Collector final : public VsKitMsgbus::INYCollectProperties {
-public:
-    void CollectProperties(bool /*full*/, ISet* set) override {
-        set->SetProperty(L"General", L"Version", L"1.0");
-        set->SetProperty(L"General", L"State", L"running");
-    }
-    int32_t GetLogLevel() override { return 0; }
-};
+void Tell(vsmsgbus::Properties& properties) {
+    properties.Set("General", "Version", "1.0");
+    properties.Set("General", "State", "running");
+}
 
-Collector collector;
-VsMsgbus* bridge = nullptr;
+// What the bridge and the agent have to say.
+void Log(int /*level*/, std::wstring_view line) {
+    std::cerr << vsmsgbus::Utf8(line) << '\n';
+}
 
 }  // namespace
 
 // The host calls these two; never call the bridge from DllMain.
-extern "C" __declspec(dllexport) bool LoadModule() {
-    return VsKitMsgbusSetCollectProperties(wideProductId, &collector, nullptr) &&
-           VsMsgbusEntry(productId, VsMsgbusServiceProperty, nullptr, &bridge);
+bool MyModuleLoad() {
+    try {
+        product.emplace(myProductId, vsmsgbus::Handlers{.properties = Tell, .log = Log});
+        return true;
+    } catch (const std::exception& failure) {
+        std::cerr << failure.what() << '\n';
+        return false;
+    }
 }
 
-extern "C" __declspec(dllexport) bool UnloadModule() {
-    // After Remove no thread of the agent's is inside the collector, so that the module may go.
-    return VsMsgbusExit(productId, bridge) && VsKitMsgbusRemoveCollectProperties(wideProductId);
+bool MyModuleUnload() {
+    // Afterwards no thread of the agent's is inside the handlers, so that the module may go.
+    return !product || product->Leave();
 }

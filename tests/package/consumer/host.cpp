@@ -1,5 +1,6 @@
-// Loads MyModule.dll on a machine on which the simulated agent is installed, has the agent ask it for its properties,
-// and prints them. The machine is pretended: what is written to HKEY_LOCAL_MACHINE is this program's own.
+// host [MODULE]: loads the module, MyModule.dll if none is named, on a machine on which the simulated agent is
+// installed, has the agent ask it for its properties, and prints them. The machine is pretended: what is written to
+// HKEY_LOCAL_MACHINE is this program's own.
 #include <windows.h>
 
 #include <cstdint>
@@ -12,6 +13,8 @@
 #include <AgentInstaller.h>
 #include <RegistryRedirect.h>
 #include <ny_simulator.h>
+
+#include "MyModule.h"
 
 namespace fs = std::filesystem;
 using simulator::AgentInstaller;
@@ -41,7 +44,7 @@ private:
     AgentInstaller installer;
 };
 
-void Demand(bool isTrue, const char* whatIsWrong) {
+void Demand(bool isTrue, const std::string& whatIsWrong) {
     if (!isTrue) {
         throw std::runtime_error(whatIsWrong);
     }
@@ -55,7 +58,8 @@ bool CallModule(HMODULE module, const char* function) {
 
 void PrintProperties(const char* productId) {
     ny_sim_property_request_t* request = nullptr;
-    Demand(ny_sim_request_properties(productId, &request) == NY_OK, "the module is not registered with the agent");
+    Demand(ny_sim_request_properties(productId, &request) == NY_OK,
+           std::string("the agent has no collector of the product ") + productId);
     constexpr uint32_t tenSeconds = 10000;
     int32_t answer = NY_UNEXPECTED;
     const bool isAnswered = ny_sim_property_request_wait(request, tenSeconds, &answer) == NY_OK;
@@ -71,13 +75,13 @@ void PrintProperties(const char* productId) {
     Demand(isAnswered && answer == NY_OK, "the module did not answer well");
 }
 
-void Run() {
+void Run(const std::string& file) {
     const Machine machine;
-    const HMODULE module = ::LoadLibraryA("MyModule.dll");
-    Demand(module != nullptr, "MyModule.dll cannot be loaded");
-    Demand(CallModule(module, "LoadModule"), "the module did not enter the bridge");
-    PrintProperties("MYPRODUCT1000");
-    Demand(CallModule(module, "UnloadModule"), "the module did not leave the bridge");
+    const HMODULE module = ::LoadLibraryA(file.c_str());
+    Demand(module != nullptr, file + " cannot be loaded, code " + std::to_string(::GetLastError()));
+    Demand(CallModule(module, "MyModuleLoad"), "the module did not enter the bridge");
+    PrintProperties(myProductId);
+    Demand(CallModule(module, "MyModuleUnload"), "the module did not leave the bridge");
     Demand(::FreeLibrary(module) != 0, "the module cannot be unloaded");
     Demand(ny_sim_live_handles(NY_SIM_ANY) == 0, "handles of the agent were left alive");
     std::cout << "the module has left\n";
@@ -85,9 +89,9 @@ void Run() {
 
 }  // namespace
 
-int main() {
+int main(int count, char** arguments) {
     try {
-        Run();
+        Run(count > 1 ? arguments[1] : "MyModule.dll");
         return 0;
     } catch (const std::exception& failure) {
         std::cerr << failure.what() << '\n';

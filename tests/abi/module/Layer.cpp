@@ -1,0 +1,68 @@
+#include <exception>
+#include <optional>
+#include <string>
+
+#include "abi/module/Module.h"
+#include "abi/module/Told.h"
+#include "vsmsgbus.hpp"
+
+namespace {
+
+std::optional<vsmsgbus::Product> product;
+
+std::wstring Text(std::wstring_view text) {
+    return std::wstring(text);
+}
+
+// Needs of the standard library what this build has: no std::exception that carries a text, and no threads.
+class Refusal : public std::exception {
+public:
+    const char* what() const noexcept override { return "refused"; }
+};
+
+void TellProperties(vsmsgbus::Properties& properties) {
+    properties.Set("General", L"Version", "1.0");
+    properties.Set("General", "Number", 12);
+    properties.Set("General", "Flag", true);
+    throw Refusal();
+}
+
+void ReadPolicies(vsmsgbus::Policies& policies) {
+    policies.Walk([](const vsmsgbus::Setting& setting) {
+        Told() << L"Walk " << Text(setting.section).c_str() << L" " << Text(setting.name).c_str();
+    });
+    for (const vsmsgbus::Setting& setting : policies.Settings()) {
+        Told() << L"Settings " << Text(setting.policy).c_str() << L" " << Text(setting.value).c_str();
+    }
+    for (const auto& [name, value] : policies.Section("S")) {
+        Told() << L"Section " << name.c_str() << L" " << value.c_str();
+    }
+    Told() << L"Digests " << vsmsgbus::Wide(policies.Digests()).c_str();
+}
+
+std::optional<std::wstring> ValueOf(std::wstring_view name) {
+    return name == L"a key" ? std::optional<std::wstring>(L"its value") : std::nullopt;
+}
+
+void Log(int level, std::wstring_view line) {
+    Told() << L"log " << level << L": " << Text(line).c_str();
+}
+
+}  // namespace
+
+bool ModuleLoadLayer(const char* productId) {
+    try {
+        product.emplace(
+            productId,
+            vsmsgbus::Handlers{
+                .properties = TellProperties, .policies = ReadPolicies, .updates = {.get = ValueOf}, .log = Log});
+        return true;
+    } catch (const vsmsgbus::Error& error) {
+        Told() << vsmsgbus::Wide(error.what()).c_str();
+        return false;
+    }
+}
+
+bool ModuleUnloadLayer() {
+    return product->Leave();
+}
