@@ -12,4 +12,6 @@ foreach(heading IN LISTS headings)
 endforeach()
 string(REPLACE "](#" "](#${page}-" text "${text}")
 string(REGEX REPLACE "\\]\\(([A-Z_]+)\\.md#" "](#\\1-" text "${text}")
+# To doxygen one alone means that no link is to be made of a word.
+string(REPLACE "%" "%%" text "${text}")
 file(WRITE ${TO} "${text}")

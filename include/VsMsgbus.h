@@ -10,9 +10,9 @@
 ///
 /// A module enters with VsMsgbusEntry, registers what it offers, and leaves with VsMsgbusExit before it is unloaded.
 ///
-/// Beside this reference stand guides: GETTING_STARTED.md, the way to a first module; WHY_NOT_ASKED.md, for a module
-/// whose callbacks are not called; LOG_LINES.md, every line that the bridge writes; STATUS_NUMBERS.md, what the numbers
-/// mean.
+/// Guides: @ref md_guides_GETTING_STARTED, the way to a first module; @ref md_guides_WHY_NOT_ASKED, for a module whose
+/// callbacks are not called; @ref md_guides_LOG_LINES, every line that the bridge writes; @ref
+/// md_guides_STATUS_NUMBERS, what callbacks and exports answer. In the sources they stand in docs/.
 ///
 /// Conventions
 ///
