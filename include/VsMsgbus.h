@@ -10,6 +10,10 @@
 ///
 /// A module enters with VsMsgbusEntry, registers what it offers, and leaves with VsMsgbusExit before it is unloaded.
 ///
+/// Guides: @ref md_guides_GETTING_STARTED, the way to a first module; @ref md_guides_WHY_NOT_ASKED, for a module whose
+/// callbacks are not called; @ref md_guides_LOG_LINES, every line that the bridge writes; @ref
+/// md_guides_STATUS_NUMBERS, what callbacks and exports answer. In the sources they stand in docs/.
+///
 /// Conventions
 ///
 ///  1. Exports are plain functions with C linkage, and one member, VsKitMsgbus::lpc_buffer::Release; none lets an
@@ -25,7 +29,11 @@
 ///     for DllMain.
 ///  6. Callbacks come on the threads that the comments name: the agent's, the bridge's watcher's, or the module's own
 ///     inside an export. The bridge holds no lock of its own meanwhile that other modules could wait for, and a
-///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds.
+///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds, and
+///     answers true also when somebody is still inside then. Its time tells: a Remove that was not called inside a
+///     callback of the same interface and returned in less than 15 seconds has seen everybody out. After one that took
+///     that long a thread may be inside: keep the object, and do not unload the module. A second Remove does not wait
+///     again. Hold no lock that a callback needs.
 ///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and where there
 ///     is a destructor it is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A
 ///     module derives from an interface directly, and overrides what is there.
@@ -39,7 +47,13 @@
 ///     another library. One operation does so by contract, IPolicyBag::GetDigest: where the module does not have the
 ///     bridge's library, it does not compile, and GetDigestText takes its place. Members that are not virtual and give
 ///     a std::string make it in the module.
-///  10. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there.
+///  10. An absent agent is no error: registrations wait for it, and calls that need it answer that it is not there. An
+///     agent whose registry key was missing is noticed within 15 seconds, a change in a key that is there at once.
+///  11. A product is registered with the agent for the services that the mask of its VsMsgbusEntry names. They are
+///     VsMsgbusServiceProperty for VsKitMsgbusSetCollectProperties, VsMsgbusServicePolicy for
+///     VsKitMsgbusSetEnforcePolicy, VsMsgbusServiceTask for VsKitMsgbusSetTaskEnforcer, VsMsgbusServiceUpdate for
+///     VsKitMsgbusSetUpdateNotify. What a module asks of the agent (crypto, information) and health checks need no
+///     bit.
 #pragma once
 
 #include "VsMsgbus/CollectProperties.h"

@@ -1,13 +1,17 @@
 #!/usr/bin/env bash
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
 # also in the simulated agent and the demo, which takes as long again and needs a build of the release preset. What
-# clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes.
+# clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes. First the pages: that
+# their links lead somewhere, and that docs/LOG_LINES.md has every line that the sources write.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
 # Each line is read as one, which takes a tenth of the time: headers are what takes long. The longest first.
 joints=("msgbus library" "policy services" "base dispatcher values" "property scheduler updater" "loglib")
 [ "${1:-}" = --all ] && joints+=("simulator/core" "demo/host" "demo/module" "simulator/agent simulator/setup")
+
+scripts/check-links.py
+scripts/check-log-lines.py
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' | while read -r file; do
     [ -e "$file" ] && echo "$file"

@@ -9,6 +9,9 @@ namespace VsKitMsgbus {
 /// What a module implements to answer property requests. The module owns it and keeps it alive until
 /// VsKitMsgbusRemoveCollectProperties has returned. The order of the slots is the contract.
 ///
+/// The mask that the product gives to VsMsgbusEntry has to name VsMsgbusServiceProperty: only then is the product
+/// registered with the agent for this service.
+///
 /// Both operations are called on a thread of the agent's, for one product never two at a time. What they throw ends the
 /// request with a failure and goes no further.
 class INYCollectProperties {
@@ -47,7 +50,8 @@ extern "C" {
 /// Registers the module's collector under a product id, before or after VsMsgbusEntry and whether or not the agent is
 /// there. Any thread.
 ///
-/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry.
+/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry, whose mask has to name
+///                   VsMsgbusServiceProperty for the agent to ask the product.
 /// @param collector  not owned; see INYCollectProperties.
 /// @param sink       a VsKitMsgbus::ILogSink of the module's, not owned, or null: where failures to add a property are
 ///                   written. Alive as long as the collector.
@@ -61,7 +65,8 @@ bool VsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYC
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the collector's
 /// own callback this returns at once, and the collector is not called again after that callback.
 ///
-/// Always returns true, also for null and for an id that has no collector.
+/// Always returns true, also for null, for an id that has no collector, and after 15 seconds with somebody still
+/// inside: convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveCollectProperties(const wchar_t* productId) noexcept;
 
 }  // extern "C"

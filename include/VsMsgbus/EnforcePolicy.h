@@ -12,6 +12,9 @@ namespace VsKitMsgbus {
 /// What a module implements to enforce policies. The module owns it and keeps it alive until
 /// VsKitMsgbusRemoveEnforcerPolicy has returned. The order of the slots is the contract.
 ///
+/// The mask that the product gives to VsMsgbusEntry has to name VsMsgbusServicePolicy: only then is the product
+/// registered with the agent for this service.
+///
 /// The operations are called on a thread of the agent's, for one product never two at a time. What they throw ends the
 /// notification with a failure and goes no further.
 class INYEnforcePolicy {
@@ -49,8 +52,22 @@ public:
                                            const wchar_t* domain) = 0;
 
         /// Slot 2: Tells `callbacks` of the machine's policies for the product, except for the setting "bopEnabled" of
-        /// policies of the category "QTP_BufferOverflow_Policies". The names of policies of five well-known categories
-        /// are recorded in the registry, when OnContainer returned true.
+        /// policies of the category "QTP_BufferOverflow_Policies".
+        ///
+        /// When OnContainer returned true, the names of policies of five categories, compared exactly, are recorded in
+        /// the registry: as text (REG_SZ) in `HKEY_LOCAL_MACHINE\SOFTWARE\Corvane\Endpoint\AV`, in a value for each
+        /// category. Of several policies of a category the name of the last one stays.
+        ///
+        ///     category                        value
+        ///     QTP_General_Policies            OASPolicyName
+        ///     QTP_OnDemandScan_Policies       ODSPolicyName
+        ///     QTP_BehaviorBlock_Policies      APPolicyName
+        ///     QTP_BufferOverflow_Policies     EPPolicyName
+        ///     QTP_CommonScan_Policies         CommonScanPolicyName
+        ///
+        /// The bridge never creates that key. Where it is missing, or this process may not open it with full access,
+        /// nothing is recorded and nothing is said; the walk goes on. What is recorded, and a value that could not be
+        /// written, is told to the host's log (loglib/LogLib.h).
         ///
         /// @returns true when all policies were told, also when there is none. False when productId or callbacks is
         /// null, when there is no agent client, or when the agent answered an error: what was told until then stays
@@ -122,7 +139,8 @@ extern "C" {
 /// Registers the module's enforcer under a product id, before or after VsMsgbusEntry and whether or not the agent is
 /// there. Any thread.
 ///
-/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry.
+/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry, whose mask has to name
+///                   VsMsgbusServicePolicy for the agent to notify the product.
 /// @param enforcer   not owned; see INYEnforcePolicy.
 /// @param sink       a VsKitMsgbus::ILogSink of the module's, not owned, or null: where failures to read policies are
 ///                   written. Alive as long as the enforcer.
@@ -136,7 +154,8 @@ bool VsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnfor
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the enforcer's
 /// own callback this returns at once, and the enforcer is not called again after that callback.
 ///
-/// Always returns true, also for null and for an id that has no enforcer.
+/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with somebody still inside:
+/// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept;
 
 /// Asks the agent to notify the product of its policies again; the notification comes on a thread of the agent's, maybe

@@ -10,12 +10,13 @@
 class VsMsgbus;
 struct VsMsgbusClientRecord;
 
-/// The services of VsMsgbusEntry's mask. Other bits are kept and ignored.
+/// The services of VsMsgbusEntry's mask. Other bits are kept and ignored. Without a service's bit the product
+/// is not registered with the agent for it: the interface is not called, and nothing is said.
 enum VsMsgbusService : uint32_t {
-    VsMsgbusServiceUpdate = 0x100,     ///< update notifications and product information
-    VsMsgbusServiceTask = 0x800,       ///< scheduled tasks
-    VsMsgbusServicePolicy = 0x1000,    ///< policy enforcement
-    VsMsgbusServiceProperty = 0x2000,  ///< property collection
+    VsMsgbusServiceUpdate = 0x100,     ///< update notifications and product information: VsKitMsgbusSetUpdateNotify
+    VsMsgbusServiceTask = 0x800,       ///< scheduled tasks: VsKitMsgbusSetTaskEnforcer
+    VsMsgbusServicePolicy = 0x1000,    ///< policy enforcement: VsKitMsgbusSetEnforcePolicy
+    VsMsgbusServiceProperty = 0x2000,  ///< property collection: VsKitMsgbusSetCollectProperties
 };
 
 extern "C" {
@@ -23,6 +24,8 @@ extern "C" {
 /// Enters the bridge for one product. The first Entry of the process creates the bridge instance, which from then on
 /// follows the agent: it starts when the agent is installed (within this call, when it already is), stops when it is
 /// removed, and starts again when it is upgraded. The bridge need not be told anything; an absent agent is no failure.
+/// An agent whose registry key, `HKEY_LOCAL_MACHINE\Software\Corvane\Agent`, was missing is noticed within 15 seconds
+/// of its installation; a change in a key that is there is noticed at once.
 ///
 /// @param productId    the product's id, zero-terminated; it is copied. The same id, as wide text, names the product in
 ///                     the registrations of callback interfaces.

@@ -34,8 +34,8 @@ enum VsMsgbusInformation : unsigned int {
 
 extern "C" {
 
-/// Reads one value as wide text. Any thread, at any time. `out` is emptied first in every case (the text that it held
-/// is freed) and must have been empty or filled by the bridge before.
+/// Reads one value as wide text. Any thread, at any time, without a bit of the mask. `out` is emptied first in every
+/// case (the text that it held is freed) and must have been empty or filled by the bridge before.
 ///
 /// A failure of the agent's is logged as "Failed to get the agent info, excpetion:[CODE]", like all lines about
 /// information at level 3 of the process's log sink, as every line of the bridge: they tell of failures, so no severity

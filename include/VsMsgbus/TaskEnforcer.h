@@ -13,6 +13,9 @@ namespace VsKitMsgbus {
 /// What a module implements to be given tasks. The module owns it and keeps it alive until
 /// VsKitMsgbusRemoveTaskEnforcer has returned. The order of the slots is the contract.
 ///
+/// The mask that the product gives to VsMsgbusEntry has to name VsMsgbusServiceTask: only then is the product
+/// registered with the agent for this service.
+///
 /// Slots 1 to 4 are called on threads of the agent's, which wait for them, and with no lock of the bridge's held. They
 /// run side by side: a task is stopped while it is executed, and several tasks of one product may run at once. `taskId`
 /// is zero-terminated UTF-16 and, like `bag`, valid during the call. What they throw counts as a failure and goes no
@@ -21,7 +24,8 @@ class INYTaskEnforcer {
 public:
     class ITaskBag;
 
-    /// What a task's execution ended with. The agent is told 3 and 4 as they are, and 2 for every other answer.
+    /// What a task's execution ended with. The agent is told 3 and 4 as they are, and 2 for every other answer: 0 and 1
+    /// are no success. UpdateTaskStatus and UpdateMsgbusTaskStatus tell other numbers as they are, see there.
     enum : int32_t {
         NothingDecided = 2,  ///< the task goes on, or nobody can say
         Failed = 3,          ///< the task has failed
@@ -146,7 +150,8 @@ bool VsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEn
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload: stop your tasks first. From
 /// inside the enforcer's own callback this returns at once. VsMsgbusExit does not take the enforcer away.
 ///
-/// Always returns true, also for null and for an id that has no enforcer.
+/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with somebody still inside:
+/// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept;
 
 /// Hands a cookie to FreeCookie of the enforcer that is registered for the product id, within this call. A cookie is
@@ -157,7 +162,8 @@ void VsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept;
 /// Tells the agent how a task stands. Any thread, also from inside the enforcer's callbacks.
 ///
 /// @param taskId  zero-terminated UTF-16; of each unit the low byte alone goes to the agent.
-/// @param status  NothingDecided, Succeeded and AgentDefined are told as they are, every other value as Failed.
+/// @param status  NothingDecided, Succeeded and AgentDefined are told as they are, every other value as Failed: a
+///                percentage is no status.
 ///
 /// Nothing happens when taskId is null, when no product is in the bridge, and while the agent is not there; what the
 /// agent answers is not told. Waits for the agent's answer alone.

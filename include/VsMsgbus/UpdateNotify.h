@@ -24,6 +24,9 @@ enum etag_PRODUCT_RETURN_VALUE : int32_t {
 /// What a module implements to hear of updates. The module owns it and keeps it alive until
 /// VsKitMsgbusRemoveUpdateNotify has returned. The order of the slots is the contract.
 ///
+/// The mask that the product gives to VsMsgbusEntry has to name VsMsgbusServiceUpdate: only then is the product
+/// registered with the agent for this service.
+///
 /// All operations are called on a thread of the agent's, for one product never two at a time. Texts are zero-terminated
 /// UTF-16, never null (a text that the agent lacks comes empty), and valid during the call. What an operation throws
 /// goes no further: the agent is then answered as for a product that has no callback.
@@ -66,7 +69,8 @@ extern "C" {
 /// Registers the module's callback under a product id, before or after VsMsgbusEntry and whether or not the agent is
 /// there. Any thread.
 ///
-/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry.
+/// @param productId  zero-terminated UTF-16, compared exactly; the id given to VsMsgbusEntry, whose mask has to name
+///                   VsMsgbusServiceUpdate for the agent to call the product.
 /// @param callback   not owned; see INYUpdateNotifyCallback.
 /// @param context    whatever the module likes; kept and never looked at.
 ///
@@ -80,7 +84,8 @@ bool VsKitMsgbusSetUpdateNotify(const wchar_t* productId, VsKitMsgbus::INYUpdate
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the callback's
 /// own operations this returns at once.
 ///
-/// Always returns true, also for null and for an id that has no callback.
+/// Always returns true, also for null, for an id that has no callback, and after 15 seconds with somebody still inside:
+/// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveUpdateNotify(const wchar_t* productId) noexcept;
 
 }  // extern "C"

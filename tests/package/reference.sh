@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# reference.sh SOURCES FOLDER: the packaged reference explains every exported function, interface and slot.
+# reference.sh SOURCES FOLDER: the packaged reference explains every exported function, interface and slot, and has the
+# guides.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 sources="$1" pages="$2/installed/doc"
 
@@ -19,5 +20,9 @@ for name in $(sed -nE 's/^ +virtual .*[ *&]([A-Za-z_0-9]+)\(.*/\1/p' "$sources"/
     # What stands in a slot that a module's compiler may not call is not explained.
     [ "$name" != ReservedForGetDigest ] || continue
     Explains "~?$name"
+done
+for guide in GETTING_STARTED WHY_NOT_ASKED LOG_LINES STATUS_NUMBERS; do
+    grep -q "href=\"md_guides_$guide\.html\"" "$pages/index.html" || Fail "the reference does not lead to the guide $guide"
+    [ -e "$pages/md_guides_$guide.html" ] || Fail "the reference lacks the guide $guide"
 done
 Passed
