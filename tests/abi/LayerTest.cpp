@@ -27,15 +27,14 @@ TEST_F(AbiLayer, ServesTheAgentAndCatchesWhatItsHandlersThrow) {
               NY_OK);
     ASSERT_TRUE(Load(id));
     EXPECT_EQ(Ask(id),
-              (std::vector<std::string>{"answer 3", "General:Version=1.0", "General:Number=12", "General:Flag=true"}));
-    EXPECT_EQ(module.log.Take(),
-              (std::vector<std::string>{"log 3: the handler of properties threw: refused",
-                                        "log 3: Failed to add property in the property bag for product id ABI1000 due "
-                                        "to unknown exception"}));
+              (std::vector<std::string>{"answer 0", "General:Version=1.0", "General:Number=12", "General:Flag=true"}));
     EXPECT_EQ(PolicyNotice(id).Answer(), NY_OK);
     EXPECT_EQ(module.log.Take(), (std::vector<std::string>{"Walk S X", "Walk S Y", "Settings N 1", "Settings N 2",
                                                            "Section X 1", "Section Y 2", "Digests d1"}));
     EXPECT_EQ(Update(GetCall(id)), "answer 0, result 0, value <its value>");
+    EXPECT_EQ(module.log.Take(), std::vector<std::string>{});
+    EXPECT_EQ(Update(SetCall(id)), "answer 0, result 1");
+    EXPECT_EQ(module.log.Take(), std::vector<std::string>{"log 3: the handler of updates threw: refused"});
 }
 
 TEST_F(AbiLayer, SaysWhyAProductCannotBeMade) {

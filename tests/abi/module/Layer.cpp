@@ -24,7 +24,6 @@ void TellProperties(vsmsgbus::Properties& properties) {
     properties.Set("General", L"Version", "1.0");
     properties.Set("General", "Number", 12);
     properties.Set("General", "Flag", true);
-    throw Refusal();
 }
 
 void ReadPolicies(vsmsgbus::Policies& policies) {
@@ -44,6 +43,10 @@ std::optional<std::wstring> ValueOf(std::wstring_view name) {
     return name == L"a key" ? std::optional<std::wstring>(L"its value") : std::nullopt;
 }
 
+bool SetNothing(std::wstring_view /*name*/, std::wstring_view /*value*/) {
+    throw Refusal();
+}
+
 void Log(int level, std::wstring_view line) {
     Told() << L"log " << level << L": " << Text(line).c_str();
 }
@@ -55,7 +58,7 @@ bool ModuleLoadLayer(const char* productId) {
         product.emplace(
             productId,
             vsmsgbus::Handlers{
-                .properties = TellProperties, .policies = ReadPolicies, .updates = {.get = ValueOf}, .log = Log});
+                .properties = TellProperties, .policies = ReadPolicies, .updates = {.get = ValueOf, .set = SetNothing}, .log = Log});
         return true;
     } catch (const vsmsgbus::Error& error) {
         Told() << vsmsgbus::Wide(error.what()).c_str();
