@@ -4,9 +4,13 @@
 
 #include <algorithm>
 
-#include "Agent.h"
-
 namespace simulator {
+
+namespace {
+
+AgentLock& theLock = *new AgentLock;
+
+}  // namespace
 
 void AgentLock::Switch(bool on) {
     const std::lock_guard lock(mutex);
@@ -59,10 +63,14 @@ bool AgentLock::GoesWithout(uint32_t threadId) const {
     return !isOn || std::find(without.begin(), without.end(), threadId) != without.end();
 }
 
-AgentLockHold::AgentLockHold() : entered(TheAgent().hostility.lock.Enter()) {}
+AgentLock& TheAgentLock() {
+    return theLock;
+}
+
+AgentLockHold::AgentLockHold() : entered(theLock.Enter()) {}
 
 AgentLockHold::~AgentLockHold() {
-    TheAgent().hostility.lock.Leave(entered);
+    theLock.Leave(entered);
 }
 
 }  // namespace simulator

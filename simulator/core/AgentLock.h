@@ -38,6 +38,9 @@ private:
     std::vector<uint32_t> without;  // the threads inside without the lock, once for each Enter
 };
 
+// The one lock of this process; lives as TheFrame does.
+AgentLock& TheAgentLock();
+
 // While it lives, the calling thread has the lock, if that is on.
 class AgentLockHold {
 public:

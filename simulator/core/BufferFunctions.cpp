@@ -1,4 +1,5 @@
 // Buffers and wide buffers.
+#include "HandleTable.h"
 #include "Simulate.h"
 #include "Values.h"
 #include "ny_core.h"

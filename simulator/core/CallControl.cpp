@@ -1,9 +1,8 @@
-// Control functions: faults, hooks, the call record and handles.
-#include "Agent.h"
+// Control functions: faults, hooks, the call record and misuse.
 #include "AgentThread.h"
+#include "Frame.h"
 #include "FunctionName.h"
 #include "Guarded.h"
-#include "ny_core.h"
 #include "ny_simulator.h"
 
 using namespace simulator;
@@ -20,61 +19,48 @@ void RequireSimulated(const char* function) {
 
 }  // namespace
 
-void ny_sim_reset(void) {
-    Agent& agent = TheAgent();
-    agent.faults.Clear();
-    agent.hooks.Clear();
-    agent.calls.Clear();
-    agent.misuse.Clear();
-    agent.policies.Replace({});
-    agent.information.SetAll({});
-    agent.scheduler.SetTasks({});
-    agent.scheduler.ClearReports();
-    agent.hostility.Clear();
-}
-
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode) {
     return Guarded("ny_sim_fail_call", [&] {
         RequireSimulated(function);
         Require(nth != 0 && (mode == NY_SIM_ONCE || mode == NY_SIM_FROM_THEN_ON));
-        TheAgent().faults.Set(function, nth, code, mode);
+        TheFrame().faults.Set(function, nth, code, mode);
     });
 }
 
 void ny_sim_clear_faults(void) {
-    TheAgent().faults.Clear();
+    TheFrame().faults.Clear();
 }
 
 size_t ny_sim_fault_count(const char* function) {
-    return function != nullptr ? TheAgent().faults.CountTaken(function) : 0;
+    return function != nullptr ? TheFrame().faults.CountTaken(function) : 0;
 }
 
 int32_t ny_sim_set_hook(const char* function, ny_sim_hook_t hook, void* userData) {
     return Guarded("ny_sim_set_hook", [&] {
         RequireSimulated(function);
-        TheAgent().hooks.Set(function, hook, userData);
+        TheFrame().hooks.Set(function, hook, userData);
     });
 }
 
 size_t ny_sim_call_count(const char* function) {
-    return TheAgent().calls.Count(function);
+    return TheFrame().calls.Count(function);
 }
 
 int32_t ny_sim_get_call(size_t index, ny_sim_call_t* out) {
     return Guarded("ny_sim_get_call", [&] {
-        const auto call = TheAgent().calls.At(index);
+        const auto call = TheFrame().calls.At(index);
         Require(call && out != nullptr);
         *out = *call;
     });
 }
 
 void ny_sim_clear_calls(void) {
-    TheAgent().calls.Clear();
+    TheFrame().calls.Clear();
 }
 
 int32_t ny_sim_wait_calls(const char* function, size_t count, uint32_t milliseconds) {
     return Guarded("ny_sim_wait_calls", [&] {
-        if (!TheAgent().calls.WaitForEnded(function, count, std::chrono::milliseconds(milliseconds))) {
+        if (!TheFrame().calls.WaitForEnded(function, count, std::chrono::milliseconds(milliseconds))) {
             throw Failure{NY_SIM_TIMEOUT};
         }
     });
@@ -88,22 +74,14 @@ int32_t ny_sim_wait_idle(uint32_t milliseconds) {
     });
 }
 
-size_t ny_sim_live_handles(ny_sim_handle_kind kind) {
-    return TheAgent().handles.CountOwned(static_cast<HandleKind>(kind));
-}
-
-int32_t ny_core_handle_kind(const void* handle) {
-    return static_cast<int32_t>(TheAgent().handles.KindOf(handle));
-}
-
 size_t ny_sim_misuse_count(void) {
-    return TheAgent().misuse.Count();
+    return TheFrame().misuse.Count();
 }
 
 const char* ny_sim_last_misuse(void) {
-    return TheAgent().misuse.Last();
+    return TheFrame().misuse.Last();
 }
 
 void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks) {
-    TheAgent().lockCheck.Set(heldLocks);
+    TheFrame().lockCheck.Set(heldLocks);
 }

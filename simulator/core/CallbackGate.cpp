@@ -3,10 +3,19 @@
 #include <windows.h>
 
 #include <algorithm>
-
-#include "Agent.h"
+#include <atomic>
 
 namespace simulator {
+
+namespace {
+
+std::atomic<bool> impatient = false;
+
+}  // namespace
+
+void CallbackGate::SetImpatient(bool on) {
+    impatient = on;
+}
 
 bool CallbackGate::Enter() {
     const std::lock_guard lock(mutex);
@@ -29,7 +38,7 @@ void CallbackGate::Close() {
 }
 
 void CallbackGate::WaitForOthers() {
-    if (TheAgent().hostility.impatient) {
+    if (impatient) {
         return;
     }
     const uint32_t self = GetCurrentThreadId();

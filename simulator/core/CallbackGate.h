@@ -14,6 +14,9 @@ namespace simulator {
 // ends it closes the gate and waits until the others are out.
 class CallbackGate {
 public:
+    // Whether no gate waits for callbacks any more. Off at first.
+    static void SetImpatient(bool on);
+
     // The calling thread is about to run a callback; false when the gate is closed, and then it must not.
     bool Enter();
     // The calling thread's callback, the one entered last, has returned.

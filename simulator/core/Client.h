@@ -7,9 +7,8 @@
 #include <string>
 
 #include "CallbackGate.h"
+#include "Callbacks.h"
 #include "RegistrationTable.h"
-#include "Scheduler.h"
-#include "ny_agent.h"
 
 namespace simulator {
 
@@ -17,35 +16,6 @@ class Logger;
 
 // Has no state of its own: it is there to be named.
 struct MessageBus {};
-
-// Nothing of an event can be read.
-struct UpdaterEvent {};
-
-struct LogCallback {
-    ny_log_callback_t call = nullptr;
-    void* userData = nullptr;
-};
-
-struct PassphraseCallback {
-    ny_passphrase_callback_t call = nullptr;
-    void* userData = nullptr;
-};
-
-struct PropertyProvider {
-    ny_property_provider_t call = nullptr;
-    void* callbackData = nullptr;
-};
-
-struct PolicyCallback {
-    ny_policy_callback_t call = nullptr;
-    void* callbackData = nullptr;
-    uint32_t mask = 0;
-};
-
-struct UpdaterCallbacks {
-    ny_updater_callbacks_t table = {};
-    void* userData = nullptr;
-};
 
 // What a client was told by the setters.
 struct ClientSettings {

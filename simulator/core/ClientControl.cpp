@@ -1,11 +1,10 @@
 // Control functions: clients and what the agent does to all of them.
 #include <algorithm>
-#include <string_view>
 #include <vector>
 
-#include "Agent.h"
 #include "AgentThread.h"
 #include "Client.h"
+#include "ClientTable.h"
 #include "Guarded.h"
 #include "Signal.h"
 #include "ny_simulator.h"
@@ -24,26 +23,15 @@ void Log(Client& client, uint32_t severity, const char* module, const char* mess
 }  // namespace
 
 size_t ny_sim_started_clients(void) {
-    const auto clients = TheAgent().clients.All();
+    const auto clients = TheClients().All();
     return static_cast<size_t>(
         std::count_if(clients.begin(), clients.end(), [](const auto& client) { return client->started.load(); }));
-}
-
-int32_t ny_sim_has_property_provider(const char* productId) {
-    if (productId == nullptr) {
-        return 0;
-    }
-    const auto clients = TheAgent().clients.All();
-    return std::any_of(clients.begin(), clients.end(),
-                       [productId](const auto& client) { return client->propertyProviders.Find(productId) != nullptr; })
-               ? 1
-               : 0;
 }
 
 int32_t ny_sim_emit_log(uint32_t severity, const char* module, const char* message) {
     return Guarded("ny_sim_emit_log", [&] {
         Require(module != nullptr && message != nullptr);
-        auto clients = TheAgent().clients.All();
+        auto clients = TheClients().All();
         std::erase_if(clients, [](const auto& client) { return client->Settings().logCallback.call == nullptr; });
         if (clients.empty()) {
             throw Failure{NY_SIM_NOT_REGISTERED};

@@ -1,5 +1,8 @@
 // The client handler.
 #include "Client.h"
+#include "ClientTable.h"
+#include "HandleTable.h"
+#include "OnRegistered.h"
 #include "Simulate.h"
 #include "ny_core.h"
 
@@ -12,7 +15,7 @@ ny_client_t* CreateClient(const char* productId) {
     client->ownBus = Handles().Lend<ny_msgbus_t>(std::make_shared<MessageBus>());
     client->Set([&](ClientSettings& settings) { settings.bus = client->ownBus; });
     client->handle = Handles().Own<ny_client_t>(client);
-    TheAgent().clients.Add(client);
+    TheClients().Add(client);
     return client->handle;
 }
 
@@ -21,7 +24,7 @@ void ReleaseClient(ny_client_t* handle) {
     const auto client = Handles().Get(handle);
     client->EndCallbacks();
     Handles().Release(handle);
-    TheAgent().clients.Remove(client);
+    TheClients().Remove(client);
     Handles().EndLoan(client->ownBus);
 }
 
@@ -66,8 +69,8 @@ int32_t ny_core_client_handler_set_logger_callback(ny_client_t* client, ny_log_c
         const AgentLockHold hold;
         target->Set([&](ClientSettings& settings) { settings.logCallback = {callback, userData}; });
         if (callback != nullptr) {
-            TheAgent().hostility.OnRegistered(target, std::make_shared<Registration<LogCallback>>(
-                                                          target->productId, LogCallback{callback, userData}));
+            OnRegistered(target, std::make_shared<Registration<LogCallback>>(target->productId,
+                                                                             LogCallback{callback, userData}));
         }
     });
 }

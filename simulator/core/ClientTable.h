@@ -23,4 +23,7 @@ private:
     Clients clients;
 };
 
+// The one table of this process; lives as TheFrame does.
+ClientTable& TheClients();
+
 }  // namespace simulator

@@ -3,7 +3,7 @@
 #include <new>
 #include <stdexcept>
 
-#include "Agent.h"
+#include "Frame.h"
 
 namespace simulator {
 
@@ -13,7 +13,7 @@ int32_t AnswerOfCurrentException(const char* function) noexcept {
     } catch (const Failure& failure) {
         return failure.code;
     } catch (const HandleMisuse& misuse) {
-        TheAgent().misuse.Add(function, misuse.description);
+        TheFrame().misuse.Add(function, misuse.description);
         return NY_INVALID_ARGUMENT;
     } catch (const std::bad_alloc&) {
         return NY_OUT_OF_MEMORY;

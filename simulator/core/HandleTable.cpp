@@ -15,6 +15,8 @@ namespace {
 constexpr uintptr_t firstHandle = 0x4E59'0000'0000'0000;
 constexpr uintptr_t handleSpacing = 16;
 
+HandleTable& theHandles = *new HandleTable;
+
 HandleMisuse Describe(const void* handle, HandleKind kind, const char* complaint) {
     std::array<char, 160> text{};
     std::snprintf(text.data(), text.size(), "the %s handle 0x%" PRIxPTR " %s", NameOf(kind),
@@ -87,6 +89,10 @@ size_t HandleTable::CountOwned(HandleKind kind) const {
     return static_cast<size_t>(std::count_if(entries.begin(), entries.end(), [kind](const auto& entry) {
         return entry.second.references.owned != 0 && (kind == HandleKind::Any || kind == entry.second.kind);
     }));
+}
+
+HandleTable& Handles() {
+    return theHandles;
 }
 
 }  // namespace simulator

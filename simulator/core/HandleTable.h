@@ -81,4 +81,7 @@ private:
     uintptr_t lastNumber = 0;
 };
 
+// The one table of this process; lives as TheFrame does.
+HandleTable& Handles();
+
 }  // namespace simulator

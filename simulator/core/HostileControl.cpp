@@ -1,7 +1,9 @@
 // Control functions: what no agent should do.
-#include "Agent.h"
+#include "AgentLock.h"
 #include "AgentThread.h"
+#include "CallbackGate.h"
 #include "Guarded.h"
+#include "Hostility.h"
 #include "Signal.h"
 #include "ny_simulator.h"
 
@@ -31,7 +33,7 @@ size_t Count(const char* function, size_t (RememberedRegistrations::*count)(ny_s
     size_t counted = 0;
     Guarded(function, [&] {
         Require(productId != nullptr);
-        counted = (TheAgent().hostility.remembered.*count)(callback, productId);
+        counted = (TheHostility().remembered.*count)(callback, productId);
     });
     return counted;
 }
@@ -44,31 +46,31 @@ struct ny_sim_late_call {
 };
 
 void ny_sim_set_one_lock(int32_t on) {
-    TheAgent().hostility.lock.Switch(on != 0);
+    TheAgentLock().Switch(on != 0);
 }
 
 void ny_sim_set_impatient(int32_t on) {
-    TheAgent().hostility.impatient = on != 0;
+    CallbackGate::SetImpatient(on != 0);
 }
 
 int32_t ny_sim_call_in_register(ny_sim_callback callback, ny_sim_register_call mode) {
-    return Guarded("ny_sim_call_in_register", [&] { TheAgent().hostility.registerCalls.Set(callback, mode); });
+    return Guarded("ny_sim_call_in_register", [&] { TheHostility().registerCalls.Set(callback, mode); });
 }
 
 size_t ny_sim_register_call_count(void) {
-    return TheAgent().hostility.registerCalls.Count();
+    return TheHostility().registerCalls.Count();
 }
 
 int32_t ny_sim_register_call_answer(size_t index, int32_t* answer) {
     return Guarded("ny_sim_register_call_answer", [&] {
-        const auto given = TheAgent().hostility.registerCalls.AnswerAt(index);
+        const auto given = TheHostility().registerCalls.AnswerAt(index);
         Require(given && answer != nullptr);
         *answer = *given;
     });
 }
 
 void ny_sim_set_remember(int32_t on) {
-    TheAgent().hostility.remembered.Switch(on != 0);
+    TheHostility().remembered.Switch(on != 0);
 }
 
 size_t ny_sim_remembered_count(ny_sim_callback callback, const char* productId) {
@@ -84,7 +86,7 @@ int32_t ny_sim_call_late(ny_sim_callback callback, const char* productId, size_t
         Require(productId != nullptr && out != nullptr);
         auto handle = std::make_unique<ny_sim_late_call_t>();
         handle->call = std::make_shared<LateCall>();
-        handle->call->call = TheAgent().hostility.remembered.MakeCall(callback, productId, index);
+        handle->call->call = TheHostility().remembered.MakeCall(callback, productId, index);
         handle->threadId = StartAgentThread([call = handle->call] { call->Run(); });
         *out = handle.release();
     });

@@ -1,33 +1,20 @@
 // What a hostile agent does beyond its contract.
 #pragma once
 
-#include <atomic>
-#include <memory>
-
-#include "AgentLock.h"
 #include "RegisterCalls.h"
 #include "RememberedRegistrations.h"
 
 namespace simulator {
 
 struct Hostility {
-    // A client has been given a registration, and register is about to return.
-    void OnRegistered(const std::shared_ptr<Client>& client, const AnyRegistration& registration) {
-        remembered.Note(*client, registration);
-        registerCalls.Make(client, registration);
-    }
+    // Ends all hostility.
+    void Clear();
 
-    void Clear() {
-        lock.Switch(false);
-        impatient = false;
-        registerCalls.Clear();
-        remembered.Switch(false);
-    }
-
-    AgentLock lock;
-    std::atomic<bool> impatient = false;  // whether the end of a registration waits for no callback
     RegisterCalls registerCalls;
     RememberedRegistrations remembered;
 };
+
+// The one hostility of this process; lives as TheFrame does.
+Hostility& TheHostility();
 
 }  // namespace simulator

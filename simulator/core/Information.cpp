@@ -4,6 +4,12 @@
 
 namespace simulator {
 
+namespace {
+
+Information& theInformation = *new Information;
+
+}  // namespace
+
 void Information::Set(const std::string& key, ValuePointer value) {
     const std::lock_guard lock(mutex);
     if (value == nullptr) {
@@ -23,6 +29,10 @@ ValuePointer Information::Find(std::string_view key) const {
     const std::lock_guard lock(mutex);
     const auto entry = values.find(key);
     return entry == values.end() ? nullptr : entry->second;
+}
+
+Information& TheInformation() {
+    return theInformation;
 }
 
 }  // namespace simulator

@@ -24,4 +24,7 @@ private:
     std::map<std::string, ValuePointer, std::less<>> values;
 };
 
+// The one information of this process; lives as TheFrame does.
+Information& TheInformation();
+
 }  // namespace simulator

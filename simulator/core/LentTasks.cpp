@@ -4,6 +4,12 @@
 
 namespace simulator {
 
+namespace {
+
+LentTasks& theLentTasks = *new LentTasks;
+
+}  // namespace
+
 ny_task_t* LentTasks::Lend(const TaskPointer& task, const ny_task_methods_t& accessors) {
     auto loan = std::make_shared<LentTask>();
     loan->task = task;
@@ -45,6 +51,10 @@ std::shared_ptr<LentTask> LentTasks::Get(const ny_task_t* object) const {
 size_t LentTasks::Count() const {
     const std::lock_guard lock(mutex);
     return lent.size();
+}
+
+LentTasks& TheLentTasks() {
+    return theLentTasks;
 }
 
 }  // namespace simulator

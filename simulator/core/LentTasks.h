@@ -52,4 +52,7 @@ private:
     ny_task_t* const object;
 };
 
+// The one record of this process; lives as TheFrame does.
+LentTasks& TheLentTasks();
+
 }  // namespace simulator

@@ -2,6 +2,7 @@
 #include <cstdio>
 #include <string>
 
+#include "HandleTable.h"
 #include "Logger.h"
 #include "Simulate.h"
 #include "base/Attributes.h"
@@ -35,7 +36,7 @@ LIKE_PRINTF(7, 0)
 int32_t ny_core_log_v(ny_logger_t* logger, uint32_t severity, const char* module, const char* file, uint32_t line,
                       const char* function, const char* format, va_list arguments) {
     return Simulate("ny_log_v", [&] {
-        const auto target = TheAgent().handles.Get(logger);
+        const auto target = Handles().Get(logger);
         Require(format != nullptr);
         target->Add(std::to_string(severity) + '|' + OrEmpty(module) + '|' + OrEmpty(file) + '|' +
                     std::to_string(line) + '|' + OrEmpty(function) + '|' + Format(format, arguments));

@@ -1,5 +1,6 @@
 // The message bus.
 #include "Client.h"
+#include "HandleTable.h"
 #include "Simulate.h"
 #include "ny_core.h"
 
@@ -13,5 +14,5 @@ int32_t ny_core_msgbus_get_version(uint32_t* out, uint32_t version) {
 }
 
 int32_t ny_core_msgbus_disable_watcher(ny_msgbus_t* bus) {
-    return Simulate("ny_msgbus_disable_watcher", [&] { static_cast<void>(TheAgent().handles.Get(bus)); });
+    return Simulate("ny_msgbus_disable_watcher", [&] { static_cast<void>(Handles().Get(bus)); });
 }

@@ -1,4 +1,5 @@
 // Bags of policies and the iterators over them.
+#include "HandleTable.h"
 #include "PolicyIterator.h"
 #include "PolicyUri.h"
 #include "Simulate.h"

@@ -1,9 +1,10 @@
 // Control functions: policies and the notifications of them.
-#include "Agent.h"
 #include "AgentThread.h"
+#include "ClientTable.h"
 #include "Guarded.h"
 #include "PolicyJson.h"
 #include "PolicyNotification.h"
+#include "PolicyStore.h"
 #include "ny_simulator.h"
 
 using namespace simulator;
@@ -22,7 +23,7 @@ struct Found {
 };
 
 Found FindCallback(const char* productId) {
-    for (const auto& client : TheAgent().clients.All()) {
+    for (const auto& client : TheClients().All()) {
         if (auto callback = client->policyCallbacks.Find(productId)) {
             return {client, std::move(callback)};
         }
@@ -47,7 +48,7 @@ void Notify(const char* productId, const PolicyText& toldId, ny_sim_policy_reque
 int32_t ny_sim_policies_from_json(const char* json) {
     return Guarded("ny_sim_policies_from_json", [&] {
         Require(json != nullptr);
-        TheAgent().policies.Replace(PoliciesFromJson(json));
+        ThePolicies().Replace(PoliciesFromJson(json));
     });
 }
 

@@ -1,6 +1,8 @@
 // What a product does to be told of its policies.
 #include "AgentThread.h"
 #include "Client.h"
+#include "HandleTable.h"
+#include "OnRegistered.h"
 #include "PolicyNotification.h"
 #include "Simulate.h"
 #include "ny_core.h"
@@ -13,8 +15,7 @@ int32_t ny_core_policy_register_notification_callback(ny_client_t* client, const
         const auto target = Handles().Get(client);
         Require(productId != nullptr && callback != nullptr);
         const AgentLockHold hold;
-        TheAgent().hostility.OnRegistered(target,
-                                          target->policyCallbacks.Add(productId, {callback, callbackData, mask}));
+        OnRegistered(target, target->policyCallbacks.Add(productId, {callback, callbackData, mask}));
     });
 }
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <utility>
 
-#include "Agent.h"
+#include "HandleTable.h"
 #include "Policy.h"
 
 namespace simulator {
@@ -20,12 +20,12 @@ public:
 
     Handle* Lend(std::shared_ptr<typename HandleTraits<Handle>::Object> object) {
         End();
-        handle = TheAgent().handles.Lend<Handle>(std::move(object));
+        handle = Handles().Lend<Handle>(std::move(object));
         return handle;
     }
     void End() {
         if (Handle* const ended = std::exchange(handle, nullptr)) {
-            TheAgent().handles.EndLoan(ended);
+            Handles().EndLoan(ended);
         }
     }
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Agent.h"
 #include "Guarded.h"
+#include "HandleTable.h"
 #include "PolicyUri.h"
 #include "ny_simulator.h"
 
@@ -27,7 +27,7 @@ int32_t PolicyNotification::Notify() {
     if (!pass) {
         return NY_SIM_NOT_REGISTERED;
     }
-    HandleTable& handles = TheAgent().handles;
+    HandleTable& handles = Handles();
     const auto uri = std::make_shared<PolicyUri>();
     uri->SetSoftwareId(callback->productId.c_str());
     auto* const handle = handles.Lend<ny_policy_uri_t>(uri);

@@ -5,6 +5,12 @@
 
 namespace simulator {
 
+namespace {
+
+PolicyStore& thePolicies = *new PolicyStore;
+
+}  // namespace
+
 void PolicyStore::Replace(std::vector<PolicyPointer> replacement) {
     const std::lock_guard lock(mutex);
     policies.swap(replacement);
@@ -16,6 +22,10 @@ std::vector<PolicyPointer> PolicyStore::Find(const std::string& softwareId, cons
     std::copy_if(policies.begin(), policies.end(), std::back_inserter(found),
                  [&](const PolicyPointer& policy) { return policy->softwareId == softwareId && policy->user == user; });
     return found;
+}
+
+PolicyStore& ThePolicies() {
+    return thePolicies;
 }
 
 }  // namespace simulator

@@ -20,4 +20,7 @@ private:
     std::vector<PolicyPointer> policies;
 };
 
+// The one store of this process; lives as TheFrame does.
+PolicyStore& ThePolicies();
+
 }  // namespace simulator

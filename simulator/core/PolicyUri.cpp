@@ -1,7 +1,7 @@
 #include "PolicyUri.h"
 
-#include "Agent.h"
 #include "Failure.h"
+#include "PolicyStore.h"
 
 namespace simulator {
 
@@ -20,7 +20,7 @@ void PolicyUri::SetUser(const char* name) {
 std::vector<PolicyPointer> PolicyUri::Find() const {
     const std::lock_guard lock(mutex);
     Require(softwareId.has_value());
-    return TheAgent().policies.Find(*softwareId, user);
+    return ThePolicies().Find(*softwareId, user);
 }
 
 const PolicyPointer& PolicyUri::PolicyOf(const std::shared_ptr<const PolicyBag>& owner) const {

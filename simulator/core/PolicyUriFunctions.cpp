@@ -1,4 +1,5 @@
 // Policy uris.
+#include "HandleTable.h"
 #include "PolicyUri.h"
 #include "Simulate.h"
 #include "ny_core.h"

@@ -4,19 +4,11 @@
 #include <functional>
 #include <memory>
 #include <string>
-#include <variant>
 
-#include "Client.h"
-#include "RegistrationTable.h"
+#include "OnRegistered.h"
 #include "ny_simulator.h"
 
 namespace simulator {
-
-// A registration of any of the services, or of the log.
-using AnyRegistration =
-    std::variant<RegistrationTable<PropertyProvider>::Pointer, RegistrationTable<PolicyCallback>::Pointer,
-                 RegistrationTable<TaskHandler>::Pointer, RegistrationTable<UpdaterCallbacks>::Pointer,
-                 RegistrationTable<LogCallback>::Pointer>;
 
 // Whether that callback is one of the registration's. Throws Failure for an unknown one.
 bool IsOf(ny_sim_callback callback, const AnyRegistration& registration);

@@ -1,6 +1,8 @@
 // Control functions: property requests.
-#include "Agent.h"
+#include <algorithm>
+
 #include "AgentThread.h"
+#include "ClientTable.h"
 #include "Guarded.h"
 #include "PropertyRequest.h"
 #include "ny_simulator.h"
@@ -17,7 +19,7 @@ namespace {
 
 // Null when no client has a provider of that product.
 std::shared_ptr<PropertyRequest> FindProvider(const char* productId) {
-    for (const auto& client : TheAgent().clients.All()) {
+    for (const auto& client : TheClients().All()) {
         if (auto provider = client->propertyProviders.Find(productId)) {
             return std::make_shared<PropertyRequest>(client, std::move(provider));
         }
@@ -30,6 +32,17 @@ bool IsAnswered(const ny_sim_property_request_t* handle) {
 }
 
 }  // namespace
+
+int32_t ny_sim_has_property_provider(const char* productId) {
+    if (productId == nullptr) {
+        return 0;
+    }
+    const auto clients = TheClients().All();
+    return std::any_of(clients.begin(), clients.end(),
+                       [productId](const auto& client) { return client->propertyProviders.Find(productId) != nullptr; })
+               ? 1
+               : 0;
+}
 
 int32_t ny_sim_request_properties(const char* productId, ny_sim_property_request_t** out) {
     return Guarded("ny_sim_request_properties", [&] {

@@ -1,5 +1,7 @@
 // What a product does to give the agent its properties.
 #include "Client.h"
+#include "HandleTable.h"
+#include "OnRegistered.h"
 #include "PropertyBag.h"
 #include "Simulate.h"
 #include "ny_core.h"
@@ -12,7 +14,7 @@ int32_t ny_core_property_register_provider_callback(ny_client_t* client, const c
         const auto target = Handles().Get(client);
         Require(productId != nullptr && provider != nullptr);
         const AgentLockHold hold;
-        TheAgent().hostility.OnRegistered(target, target->propertyProviders.Add(productId, {provider, callbackData}));
+        OnRegistered(target, target->propertyProviders.Add(productId, {provider, callbackData}));
     });
 }
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Agent.h"
 #include "Guarded.h"
+#include "HandleTable.h"
 #include "ny_simulator.h"
 
 namespace simulator {
@@ -25,7 +25,7 @@ int32_t PropertyRequest::Ask() {
     if (!pass) {
         return NY_SIM_NOT_REGISTERED;
     }
-    HandleTable& handles = TheAgent().handles;
+    HandleTable& handles = Handles();
     const auto bag = std::make_shared<PropertyBag>();
     auto* const handle = handles.Own<ny_property_bag_t>(bag);
     const PropertyProvider& callback = provider->callbacks;

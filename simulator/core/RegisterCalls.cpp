@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Agent.h"
+#include "AgentLock.h"
 #include "AgentThread.h"
 #include "Failure.h"
 #include "Signal.h"
@@ -17,7 +17,7 @@ struct CallOnOtherThread {
     Signal done;
 
     void Run() {
-        AgentLock& lock = TheAgent().hostility.lock;
+        AgentLock& lock = TheAgentLock();
         lock.Share();
         answer = call();
         lock.EndShare();

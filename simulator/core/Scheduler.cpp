@@ -9,6 +9,8 @@ namespace simulator {
 
 namespace {
 
+Scheduler& theScheduler = *new Scheduler;
+
 uint64_t Now() {
     return static_cast<uint64_t>(
         std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::system_clock::now().time_since_epoch())
@@ -16,16 +18,6 @@ uint64_t Now() {
 }
 
 }  // namespace
-
-std::string TaskHandlerKey(std::string_view productId, const char* taskType) {
-    std::string key(productId);
-    if (taskType != nullptr) {
-        // No product id holds a zero.
-        key += '\0';
-        key += taskType;
-    }
-    return key;
-}
 
 void Scheduler::SetTasks(std::vector<TaskPointer> newTasks) {
     const std::lock_guard lock(mutex);
@@ -77,6 +69,10 @@ ny_sim_task_report_t Scheduler::Show(const Report& report) {
     ny_sim_task_report_t shown = report.report;
     shown.taskId = report.taskId.c_str();
     return shown;
+}
+
+Scheduler& TheScheduler() {
+    return theScheduler;
 }
 
 }  // namespace simulator

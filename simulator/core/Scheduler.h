@@ -15,16 +15,6 @@
 
 namespace simulator {
 
-// What a product registers for tasks.
-struct TaskHandler {
-    ny_task_callbacks_t callbacks = {};
-    void* userData = nullptr;
-    ny_task_methods_t accessors = {};  // of the library through which it registered
-};
-
-// Under which a client keeps such a registration; a null type stands for every type.
-std::string TaskHandlerKey(std::string_view productId, const char* taskType);
-
 class Scheduler {
 public:
     void SetTasks(std::vector<TaskPointer> newTasks);
@@ -52,5 +42,8 @@ private:
     std::vector<TaskPointer> tasks;
     std::deque<Report> reports;
 };
+
+// The one scheduler of this process; lives as TheFrame does.
+Scheduler& TheScheduler();
 
 }  // namespace simulator

@@ -1,7 +1,9 @@
 // Control functions: tasks, requests and reports.
-#include "Agent.h"
 #include "AgentThread.h"
+#include "ClientTable.h"
 #include "Guarded.h"
+#include "LentTasks.h"
+#include "Scheduler.h"
 #include "TaskRequest.h"
 #include "ny_simulator.h"
 
@@ -15,10 +17,6 @@ struct ny_sim_task_request {
 
 namespace {
 
-Scheduler& TheScheduler() {
-    return TheAgent().scheduler;
-}
-
 TaskRequest::Callback CallbackOf(ny_sim_task_operation operation) {
     switch (operation) {
         case NY_SIM_TASK_EXECUTE: return &ny_task_callbacks_t::execute;
@@ -30,7 +28,7 @@ TaskRequest::Callback CallbackOf(ny_sim_task_operation operation) {
 }
 
 std::shared_ptr<TaskRequest> MakeRequest(const TaskPointer& task, TaskRequest::Callback callback) {
-    const auto clients = TheAgent().clients.All();
+    const auto clients = TheClients().All();
     const char* const type = task->type ? task->type->c_str() : nullptr;
     for (const char* const registeredType : {type, static_cast<const char*>(nullptr)}) {
         for (const auto& client : clients) {
@@ -60,7 +58,7 @@ int32_t ny_sim_has_task_callbacks(const char* productId, const char* taskType) {
     const int32_t found = Guarded("ny_sim_has_task_callbacks", [&] {
         Require(productId != nullptr);
         const std::string key = TaskHandlerKey(productId, taskType);
-        for (const auto& client : TheAgent().clients.All()) {
+        for (const auto& client : TheClients().All()) {
             if (client->taskHandlers.Find(key) != nullptr) {
                 return;
             }
@@ -71,7 +69,7 @@ int32_t ny_sim_has_task_callbacks(const char* productId, const char* taskType) {
 }
 
 size_t ny_sim_lent_tasks(void) {
-    return TheAgent().lentTasks.Count();
+    return TheLentTasks().Count();
 }
 
 int32_t ny_sim_request_task(const char* taskId, ny_sim_task_operation operation, ny_sim_task_request_t** out) {

@@ -1,5 +1,8 @@
 // What a product does to be given its tasks.
 #include "Client.h"
+#include "HandleTable.h"
+#include "OnRegistered.h"
+#include "Scheduler.h"
 #include "Simulate.h"
 #include "ny_core.h"
 
@@ -12,8 +15,8 @@ int32_t ny_core_scheduler_register_task_callbacks(ny_client_t* client, const cha
         const auto target = Handles().Get(client);
         Require(productId != nullptr && callbacks != nullptr && accessors != nullptr);
         const AgentLockHold hold;
-        TheAgent().hostility.OnRegistered(
-            target, target->taskHandlers.Add(TaskHandlerKey(productId, taskType), {*callbacks, userData, *accessors}));
+        OnRegistered(target,
+                     target->taskHandlers.Add(TaskHandlerKey(productId, taskType), {*callbacks, userData, *accessors}));
     });
 }
 
@@ -30,6 +33,6 @@ int32_t ny_core_scheduler_update_task_status(ny_client_t* client, const char* ta
     return Simulate("ny_scheduler_update_task_status", [&] {
         static_cast<void>(Handles().Get(client));
         Require(taskId != nullptr);
-        TheAgent().scheduler.AddReport(taskId, status);
+        TheScheduler().AddReport(taskId, status);
     });
 }

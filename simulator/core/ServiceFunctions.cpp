@@ -5,6 +5,8 @@
 #include <utility>
 
 #include "Client.h"
+#include "HandleTable.h"
+#include "Information.h"
 #include "Simulate.h"
 #include "SystemCrypto.h"
 #include "Values.h"
@@ -73,7 +75,7 @@ int32_t ny_core_info_get(ny_client_t* client, const char* key, ny_variant_t** ou
     return Simulate("ny_info_get", [&] {
         static_cast<void>(Handles().Get(client));
         Require(key != nullptr && out != nullptr);
-        ValuePointer value = TheAgent().information.Find(key);
+        ValuePointer value = TheInformation().Find(key);
         if (value == nullptr) {
             throw Failure{NY_SIM_UNKNOWN_KEY};
         }

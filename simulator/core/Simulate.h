@@ -3,7 +3,7 @@
 
 #include <cstdint>
 
-#include "Agent.h"
+#include "Frame.h"
 #include "FunctionName.h"
 #include "Guarded.h"
 
@@ -15,18 +15,18 @@ namespace simulator {
 template <class Body>
 int32_t Simulate(FunctionName name, const Body& body) noexcept {
     const char* const function = name.text;
-    Agent& agent = TheAgent();
+    Frame& frame = TheFrame();
     uint64_t call = CallRecord::noCall;
     const int32_t result = Guarded(function, [&] {
-        call = agent.calls.Begin(function);
-        agent.lockCheck.Run(function, agent.misuse);
-        agent.hooks.Run(function);
-        if (const auto injected = agent.faults.Take(function)) {
+        call = frame.calls.Begin(function);
+        frame.lockCheck.Run(function, frame.misuse);
+        frame.hooks.Run(function);
+        if (const auto injected = frame.faults.Take(function)) {
             throw Failure{*injected};
         }
         body();
     });
-    agent.calls.End(call, result);
+    frame.calls.End(call, result);
     return result;
 }
 

@@ -1,4 +1,6 @@
 // The accessors of a task object.
+#include "HandleTable.h"
+#include "LentTasks.h"
 #include "Simulate.h"
 #include "ny_core.h"
 
@@ -28,14 +30,14 @@ ValuePointer Find(const ValuePointer& table, const char* key) {
 }
 
 void HandOut(const ValuePointer& value, ny_variant_t** out) {
-    *out = TheAgent().handles.Own<ny_variant_t>(value);
+    *out = Handles().Own<ny_variant_t>(value);
 }
 
 }  // namespace
 
 int32_t ny_core_task_get_id(ny_task_t* task, const char** id) {
     return Simulate("ny_task.get_id", [&] {
-        const auto lent = TheAgent().lentTasks.Get(task);
+        const auto lent = TheLentTasks().Get(task);
         if (Behave(*lent, Accessor::GetId, id)) {
             *id = lent->id.c_str();
         }
@@ -44,7 +46,7 @@ int32_t ny_core_task_get_id(ny_task_t* task, const char** id) {
 
 int32_t ny_core_task_get_name(ny_task_t* task, const char** name) {
     return Simulate("ny_task.get_name", [&] {
-        const auto lent = TheAgent().lentTasks.Get(task);
+        const auto lent = TheLentTasks().Get(task);
         if (Behave(*lent, Accessor::GetName, name)) {
             *name = lent->task->name ? lent->name.c_str() : nullptr;
         }
@@ -53,7 +55,7 @@ int32_t ny_core_task_get_name(ny_task_t* task, const char** name) {
 
 int32_t ny_core_task_get_setting(ny_task_t* task, const char* section, const char* name, ny_variant_t** out) {
     return Simulate("ny_task.get_setting", [&] {
-        const auto lent = TheAgent().lentTasks.Get(task);
+        const auto lent = TheLentTasks().Get(task);
         if (Behave(*lent, Accessor::GetSetting, out)) {
             HandOut(Find(Find(lent->task->settings, section), name), out);
         }
@@ -62,7 +64,7 @@ int32_t ny_core_task_get_setting(ny_task_t* task, const char* section, const cha
 
 int32_t ny_core_task_get_section(ny_task_t* task, const char* section, ny_variant_t** out) {
     return Simulate("ny_task.get_section", [&] {
-        const auto lent = TheAgent().lentTasks.Get(task);
+        const auto lent = TheLentTasks().Get(task);
         if (Behave(*lent, Accessor::GetSection, out)) {
             HandOut(Find(lent->task->settings, section), out);
         }
@@ -71,7 +73,7 @@ int32_t ny_core_task_get_section(ny_task_t* task, const char* section, ny_varian
 
 int32_t ny_core_task_get_settings(ny_task_t* task, ny_variant_t** out) {
     return Simulate("ny_task.get_settings", [&] {
-        const auto lent = TheAgent().lentTasks.Get(task);
+        const auto lent = TheLentTasks().Get(task);
         if (Behave(*lent, Accessor::GetSettings, out)) {
             HandOut(lent->task->settings, out);
         }

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "Agent.h"
 #include "Guarded.h"
+#include "LentTasks.h"
 
 namespace simulator {
 
@@ -29,7 +29,7 @@ int32_t TaskRequest::Ask() {
     if (!pass || registered.callbacks.*callback == nullptr) {
         return NY_SIM_NOT_REGISTERED;
     }
-    const TaskLoan loan(TheAgent().lentTasks, task, registered.accessors);
+    const TaskLoan loan(TheLentTasks(), task, registered.accessors);
     return (registered.callbacks.*callback)(client->handle, task->productId.c_str(),
                                             task->type ? task->type->c_str() : nullptr, loan.Object(),
                                             registered.userData);

@@ -1,8 +1,8 @@
 // Control functions: the updater's calls.
 #include <algorithm>
 
-#include "Agent.h"
 #include "AgentThread.h"
+#include "ClientTable.h"
 #include "Guarded.h"
 #include "UpdaterRequest.h"
 #include "ny_simulator.h"
@@ -19,7 +19,7 @@ namespace {
 
 // Null when no client has callbacks of that product.
 std::shared_ptr<UpdaterRequest> FindUpdater(UpdaterCall call) {
-    for (const auto& client : TheAgent().clients.All()) {
+    for (const auto& client : TheClients().All()) {
         if (auto updater = client->updaters.Find(call.product)) {
             return std::make_shared<UpdaterRequest>(std::move(call), client, std::move(updater));
         }
@@ -33,7 +33,7 @@ int32_t ny_sim_has_updater(const char* productId) {
     if (productId == nullptr) {
         return 0;
     }
-    const auto clients = TheAgent().clients.All();
+    const auto clients = TheClients().All();
     return std::any_of(clients.begin(), clients.end(),
                        [productId](const auto& client) { return client->updaters.Find(productId) != nullptr; })
                ? 1

@@ -1,5 +1,7 @@
 // What a product does to hear of updates.
 #include "Client.h"
+#include "HandleTable.h"
+#include "OnRegistered.h"
 #include "Simulate.h"
 #include "ny_core.h"
 
@@ -20,7 +22,7 @@ int32_t ny_core_updater_register_callbacks(ny_client_t* client, const char* prod
         const auto target = Handles().Get(client);
         Require(productId != nullptr && IsComplete(callbacks));
         const AgentLockHold hold;
-        TheAgent().hostility.OnRegistered(target, target->updaters.Add(productId, {*callbacks, userData}));
+        OnRegistered(target, target->updaters.Add(productId, {*callbacks, userData}));
     });
 }
 

@@ -2,11 +2,14 @@
 
 #include <utility>
 
-#include "Agent.h"
 #include "Guarded.h"
+#include "HandleTable.h"
 #include "OptionalText.h"
 
 namespace simulator {
+
+// Nothing of an event can be read.
+struct UpdaterEvent {};
 
 UpdaterRequest::UpdaterRequest(UpdaterCall updaterCall, std::shared_ptr<Client> calledClient, Updater calledUpdater)
     : call(std::move(updaterCall)), client(std::move(calledClient)), updater(std::move(calledUpdater)) {}

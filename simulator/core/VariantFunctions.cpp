@@ -1,4 +1,5 @@
 // Variants, tables and arrays.
+#include "HandleTable.h"
 #include "Simulate.h"
 #include "TextConversion.h"
 #include "Values.h"
