@@ -1,6 +1,6 @@
 // ny_variant.dll: buffers.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_buffer_create(ny_buffer_t** out, size_t size) {
     return ny_core_buffer_create(out, size);

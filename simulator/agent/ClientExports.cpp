@@ -1,6 +1,6 @@
 // ny_client.dll: the client handler.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_client_handler_create(const char* productId, ny_client_t** out) {
     return ny_core_client_handler_create(productId, out);

@@ -1,6 +1,6 @@
 // ny_msgbus.dll. Compiled once for each build, because of its version.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_msgbus_get_version(uint32_t* out) {
     return ny_core_msgbus_get_version(out, AGENT_VERSION);

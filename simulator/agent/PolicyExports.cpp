@@ -1,6 +1,6 @@
 // ny_client.dll: policies.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_policy_get(ny_client_t* client, ny_policy_uri_t* uri, ny_policy_bag_t** out) {
     return ny_core_policy_get(client, uri, out);

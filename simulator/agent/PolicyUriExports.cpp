@@ -1,6 +1,6 @@
 // ny_client.dll: policy uris.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_policy_uri_create(ny_policy_uri_t** out) {
     return ny_core_policy_uri_create(out);

@@ -1,6 +1,6 @@
 // ny_client.dll: properties.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_property_register_provider_callback(ny_client_t* client, const char* productId,
                                                ny_property_provider_t provider, void* callbackData) {

@@ -1,6 +1,6 @@
 // ny_client.dll: the scheduler, and the accessors of the task objects that it lends.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // ny_client.dll: crypto and information.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_crypto_encrypt_data_by_type(ny_client_t* client, uint64_t type, const unsigned char* data, uint32_t size,
                                        ny_buffer_t** buffer) {

@@ -1,6 +1,6 @@
 // ny_client.dll: the updater.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_updater_register_callbacks(ny_client_t* client, const char* productId,
                                       const ny_updater_callbacks_t* callbacks, void* userData) {

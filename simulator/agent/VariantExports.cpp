@@ -1,6 +1,6 @@
 // ny_variant.dll: variants, tables and arrays.
 #include "ny_agent.h"
-#include "ny_core.h"
+#include "simulator/core/ny_core.h"
 
 int32_t ny_variant_init(void) {
     return ny_core_variant_init();

@@ -1,10 +1,10 @@
 // Control functions: what concerns every part of the agent.
-#include "Frame.h"
-#include "Hostility.h"
-#include "Information.h"
-#include "PolicyStore.h"
-#include "Scheduler.h"
 #include "ny_simulator.h"
+#include "simulator/core/frame/Frame.h"
+#include "simulator/core/hostility/Hostility.h"
+#include "simulator/core/policy/PolicyStore.h"
+#include "simulator/core/scheduler/Scheduler.h"
+#include "simulator/core/services/Information.h"
 
 using namespace simulator;
 

@@ -1,0 +1,61 @@
+// A client of the agent: what a product's process is to it.
+#pragma once
+
+#include <atomic>
+#include <memory>
+#include <mutex>
+#include <string>
+
+#include "simulator/core/client/Callbacks.h"
+#include "simulator/core/client/RegistrationTable.h"
+#include "simulator/core/threads/CallbackGate.h"
+
+namespace simulator {
+
+class Logger;
+
+// Has no state of its own: it is there to be named.
+struct MessageBus {};
+
+// What a client was told by the setters.
+struct ClientSettings {
+    uint32_t threadOption = 0;
+    std::shared_ptr<Logger> logger;
+    LogCallback logCallback;
+    PassphraseCallback passphraseCallback;
+    ny_msgbus_t* bus = nullptr;
+};
+
+class Client {
+public:
+    explicit Client(const char* product) : productId(product) {}
+
+    ClientSettings Settings() const;
+    // Changes the settings: `change` gets a reference to them and must not call back.
+    template <class Change>
+    void Set(const Change& change) {
+        const std::lock_guard lock(mutex);
+        change(settings);
+    }
+
+    // Ends every registration and every callback; returns when none runs on another thread.
+    void EndCallbacks();
+
+    const std::string productId;
+    // Both are set before the client is handed out and stay.
+    ny_client_t* handle = nullptr;
+    ny_msgbus_t* ownBus = nullptr;
+
+    std::atomic<bool> started = false;
+    CallbackGate logGate;
+    RegistrationTable<PropertyProvider> propertyProviders;
+    RegistrationTable<PolicyCallback> policyCallbacks;
+    RegistrationTable<UpdaterCallbacks> updaters;
+    RegistrationTable<TaskHandler> taskHandlers;  // by TaskHandlerKey
+
+private:
+    mutable std::mutex mutex;
+    ClientSettings settings;
+};
+
+}  // namespace simulator
