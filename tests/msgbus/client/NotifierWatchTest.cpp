@@ -1,5 +1,5 @@
 // What the install watcher's thread makes of changes in the registry.
-#include "msgbus/NotifierFixture.h"
+#include "msgbus/client/NotifierFixture.h"
 
 namespace {
 

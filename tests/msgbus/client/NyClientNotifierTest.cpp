@@ -1,6 +1,6 @@
 // The install watcher's creation, start, stop and destruction: codes and lines.
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/SystemCalls.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/SystemCalls.h"
 #include "support/FailingMemory.h"
 
 namespace {

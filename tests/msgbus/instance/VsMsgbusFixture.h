@@ -4,7 +4,7 @@
 #include <string>
 
 #include "msgbus/BridgeLog.h"
-#include "msgbus/FakeIo.h"
+#include "msgbus/instance/FakeIo.h"
 #include "msgbus/instance/VsMsgbus.h"
 #include "support/AgentEnvironment.h"
 #include "support/CapturingSink.h"

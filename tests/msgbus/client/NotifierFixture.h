@@ -5,9 +5,9 @@
 #include <functional>
 #include <string>
 
-#include "msgbus/WatchCount.h"
 #include "msgbus/client/NyClient.h"
 #include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/WatchCount.h"
 #include "support/AgentEnvironment.h"
 #include "support/Event.h"
 

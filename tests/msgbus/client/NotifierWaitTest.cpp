@@ -1,6 +1,6 @@
 // The install watcher's waits, shortened: for the first change, and for a key that is missing.
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/SystemCalls.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/SystemCalls.h"
 
 namespace {
 

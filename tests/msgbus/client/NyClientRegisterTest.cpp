@@ -5,10 +5,10 @@
 #include <memory>
 #include <utility>
 
-#include "msgbus/NyClientFixture.h"
-#include "msgbus/SystemCalls.h"
-#include "msgbus/WatchCount.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/SystemCalls.h"
+#include "msgbus/client/WatchCount.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

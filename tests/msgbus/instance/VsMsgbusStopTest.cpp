@@ -1,5 +1,5 @@
 // How the bridge instance lets go of its service objects, and what of it reaches the log sink.
-#include "msgbus/VsMsgbusFixture.h"
+#include "msgbus/instance/VsMsgbusFixture.h"
 
 namespace {
 

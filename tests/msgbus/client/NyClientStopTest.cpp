@@ -1,5 +1,5 @@
 // Stopping the agent's client handler.
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // The install watcher's real time: each of these tests takes more than fifteen seconds.
 #include <chrono>
 
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/SystemCalls.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/SystemCalls.h"
 
 namespace {
 

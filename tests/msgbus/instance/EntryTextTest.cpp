@@ -1,10 +1,10 @@
 // The texts of Entry and Exit, which are composed and dropped; the "%s" in them is kept on purpose.
 #include "VsMsgbus/Entry.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/SystemCalls.h"
-#include "msgbus/VsMsgbusFixture.h"
-#include "msgbus/WatchCount.h"
 #include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/SystemCalls.h"
+#include "msgbus/client/WatchCount.h"
+#include "msgbus/instance/VsMsgbusFixture.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

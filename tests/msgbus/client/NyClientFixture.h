@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dispatcher/groups/ClientHandlerGroup.h"
-#include "msgbus/ClientLines.h"
+#include "msgbus/client/ClientLines.h"
 #include "msgbus/client/NyClient.h"
 #include "msgbus/client/VsMsgbusClientRecord.h"
 #include "support/AgentEnvironment.h"

@@ -1,8 +1,8 @@
 // Stopping the install watcher while its thread is busy, pauses, or is the caller.
 #include <chrono>
 
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/SystemCalls.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/SystemCalls.h"
 
 namespace {
 

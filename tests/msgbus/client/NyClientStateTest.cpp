@@ -1,7 +1,7 @@
 // What the point product is told when the agent comes and goes.
 #include <windows.h>
 
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/FailingMemory.h"
 
 namespace {

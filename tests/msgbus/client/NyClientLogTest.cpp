@@ -1,5 +1,5 @@
 // Where an agent client's log lines go.
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include <thread>
 
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "msgbus/FakeIo.h"
+#include "msgbus/instance/FakeIo.h"
 #include "values/AgentException.h"
 
 namespace {

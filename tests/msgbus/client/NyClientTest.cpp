@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "dispatcher/Dispatcher.h"
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/FailingMemory.h"
 
 namespace {

@@ -4,9 +4,9 @@
 #include <memory>
 #include <optional>
 
-#include "msgbus/VsMsgbusFixture.h"
-#include "msgbus/WatchCount.h"
 #include "msgbus/client/NyClientNotifier.h"
+#include "msgbus/client/WatchCount.h"
+#include "msgbus/instance/VsMsgbusFixture.h"
 #include "support/Event.h"
 #include "support/FailingMemory.h"
 

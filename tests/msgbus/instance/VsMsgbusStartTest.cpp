@@ -1,7 +1,7 @@
 // The bridge instance's start, step by step, and the notifications that lead to it.
 #include <thread>
 
-#include "msgbus/VsMsgbusFixture.h"
+#include "msgbus/instance/VsMsgbusFixture.h"
 #include "support/AgentCalls.h"
 #include "support/AgentFunctions.h"
 #include "support/AnsweredCalls.h"

@@ -1,7 +1,7 @@
 // The agent's keys in the machine's own HKEY_LOCAL_MACHINE, where its two views differ.
 #include "dispatcher/RuntimePath.h"
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/RealRegistry.h"
 
 namespace {

@@ -2,8 +2,8 @@
 #include <cstring>
 #include <string_view>
 
-#include "msgbus/NotifierFixture.h"
-#include "msgbus/SystemCalls.h"
+#include "msgbus/client/NotifierFixture.h"
+#include "msgbus/client/SystemCalls.h"
 
 namespace {
 

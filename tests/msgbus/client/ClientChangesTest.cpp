@@ -4,7 +4,7 @@
 #include <functional>
 #include <thread>
 
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/Event.h"
 
 namespace {

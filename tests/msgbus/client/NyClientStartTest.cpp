@@ -1,5 +1,5 @@
 // Starting the agent's client handler: which agent functions are called, in order, and what each failure means.
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "support/FailingMemory.h"
 
 namespace {
