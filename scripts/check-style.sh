@@ -10,7 +10,7 @@ joints=("msgbus library" "policy services" "base dispatcher values" "property sc
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
-    "simulator/agent simulator/setup")
+    "simulator/exports simulator/setup")
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' | while read -r file; do
     [ -e "$file" ] && echo "$file"

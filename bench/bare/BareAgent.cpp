@@ -1,4 +1,4 @@
-#include "bench/agent/BareAgent.h"
+#include "bench/bare/BareAgent.h"
 
 BareAgent* TheBareAgent() {
     static constinit BareAgent agent;

@@ -1,7 +1,7 @@
 // ny_client.dll of the bare agent: policies. A bag of any size is three numbers that are counted down: one walk at a
 // time.
-#include "bench/agent/BareAgent.h"
-#include "bench/agent/BareHandle.h"
+#include "bench/bare/BareAgent.h"
+#include "bench/bare/BareHandle.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "bench/agent/bench_calls.h"
+#include "bench/bare/bench_calls.h"
 
 int32_t bench_call0(void) {
     return 0;

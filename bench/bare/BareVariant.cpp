@@ -2,8 +2,8 @@
 #include <algorithm>
 #include <iterator>
 
-#include "bench/agent/BareAgent.h"
-#include "bench/agent/BareHandle.h"
+#include "bench/bare/BareAgent.h"
+#include "bench/bare/BareHandle.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // ny_client.dll of the bare agent: all but policies.
-#include "bench/agent/BareAgent.h"
-#include "bench/agent/BareHandle.h"
+#include "bench/bare/BareAgent.h"
+#include "bench/bare/BareHandle.h"
 
 namespace {
 BareAgent& agent = *TheBareAgent();
