@@ -1,4 +1,4 @@
-// What stands behind the names that the agent exports and the simulated agent does nothing for.
+// The one function behind all names that the agent exports and that are not simulated.
 #include "ny_simulator.h"
 
 extern "C" int32_t ny_agent_not_simulated() {

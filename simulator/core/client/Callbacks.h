@@ -13,11 +13,6 @@ struct LogCallback {
     void* userData = nullptr;
 };
 
-struct PassphraseCallback {
-    ny_passphrase_callback_t call = nullptr;
-    void* userData = nullptr;
-};
-
 struct PropertyProvider {
     ny_property_provider_t call = nullptr;
     void* callbackData = nullptr;

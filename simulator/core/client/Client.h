@@ -1,4 +1,4 @@
-// A client of the agent: what a product's process is to it.
+// A client of the agent: a process with products, as the agent sees it.
 #pragma once
 
 #include <atomic>
@@ -12,17 +12,12 @@
 
 namespace simulator {
 
-class Logger;
-
-// Has no state of its own: it is there to be named.
+// Has no state: only its handle is used.
 struct MessageBus {};
 
-// What a client was told by the setters.
+// What the agent uses of what a client was told by its setters.
 struct ClientSettings {
-    uint32_t threadOption = 0;
-    std::shared_ptr<Logger> logger;
     LogCallback logCallback;
-    PassphraseCallback passphraseCallback;
     ny_msgbus_t* bus = nullptr;
 };
 
@@ -31,7 +26,7 @@ public:
     explicit Client(const char* product) : productId(product) {}
 
     ClientSettings Settings() const;
-    // Changes the settings: `change` gets a reference to them and must not call back.
+    // Changes the settings: `change` gets a reference to them and must not use the client.
     template <class Change>
     void Set(const Change& change) {
         const std::lock_guard lock(mutex);

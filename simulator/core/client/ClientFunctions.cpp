@@ -19,7 +19,7 @@ ny_client_t* CreateClient(const char* productId) {
     return client->handle;
 }
 
-// The handle lives until the callbacks are out: they may still name it.
+// The handle stays alive until no callback runs: a callback may use it.
 void ReleaseClient(ny_client_t* handle) {
     const auto client = Handles().Get(handle);
     client->EndCallbacks();
@@ -49,17 +49,14 @@ int32_t ny_core_client_handler_release(ny_client_t* client) {
     return Simulate("ny_client_handler_release", [&] { ReleaseClient(client); });
 }
 
-int32_t ny_core_client_handler_set_thread_option(ny_client_t* client, uint32_t option) {
-    return Simulate("ny_client_handler_set_thread_option", [&] {
-        Handles().Get(client)->Set([&](ClientSettings& settings) { settings.threadOption = option; });
-    });
+int32_t ny_core_client_handler_set_thread_option(ny_client_t* client, uint32_t) {
+    return Simulate("ny_client_handler_set_thread_option", [&] { static_cast<void>(Handles().Get(client)); });
 }
 
 int32_t ny_core_client_handler_set_logger(ny_client_t* client, ny_logger_t* logger) {
     return Simulate("ny_client_handler_set_logger", [&] {
-        const auto target = Handles().Get(client);
-        const auto object = Handles().Get(logger);
-        target->Set([&](ClientSettings& settings) { settings.logger = object; });
+        static_cast<void>(Handles().Get(client));
+        static_cast<void>(Handles().Get(logger));
     });
 }
 
@@ -75,13 +72,9 @@ int32_t ny_core_client_handler_set_logger_callback(ny_client_t* client, ny_log_c
     });
 }
 
-int32_t ny_core_client_handler_set_msgbus_passphrase_callback(ny_client_t* client, ny_passphrase_callback_t callback,
-                                                              void* userData) {
-    return Simulate("ny_client_handler_set_msgbus_passphrase_callback", [&] {
-        Handles().Get(client)->Set([&](ClientSettings& settings) {
-            settings.passphraseCallback = {callback, userData};
-        });
-    });
+int32_t ny_core_client_handler_set_msgbus_passphrase_callback(ny_client_t* client, ny_passphrase_callback_t, void*) {
+    return Simulate("ny_client_handler_set_msgbus_passphrase_callback",
+                    [&] { static_cast<void>(Handles().Get(client)); });
 }
 
 int32_t ny_core_client_handler_get_msgbus(ny_client_t* client, ny_msgbus_t** out) {

@@ -15,7 +15,7 @@ public:
 
     void Add(std::shared_ptr<Client> client);
     void Remove(const std::shared_ptr<Client>& client);
-    // The clients of this moment, to be walked with no lock held.
+    // A copy, so that the caller walks the clients with no lock held.
     Clients All() const;
 
 private:

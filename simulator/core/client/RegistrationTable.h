@@ -23,7 +23,7 @@ struct Registration {
     const std::string productId;
     const Callbacks callbacks;
     CallbackGate gate;
-    // Once unregister has ended it; shared by its copies.
+    // Set when unregister has ended the registration; its copies share it.
     std::shared_ptr<std::atomic<bool>> isUnregistered = std::make_shared<std::atomic<bool>>(false);
 };
 
@@ -61,7 +61,7 @@ public:
         *registration->isUnregistered = true;
     }
 
-    // Ends all of them as Remove does, and takes no more.
+    // Ends all registrations as Remove does. Add fails from now on.
     void EndAll() {
         std::vector<Pointer> remaining;
         {

@@ -9,7 +9,7 @@ using namespace simulator;
 
 namespace {
 
-// A fault or a hook for a name that is never called, a misspelt one say, must not pass for one that is in force.
+// Refuses a name that no function has: a test that misspells one must not believe that its fault or hook is set.
 void RequireSimulated(const char* function) {
     Require(function != nullptr);
     if (!IsSimulated(function)) {

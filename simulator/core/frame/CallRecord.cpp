@@ -47,7 +47,7 @@ std::optional<ny_sim_call_t> CallRecord::At(size_t index) const {
 void CallRecord::Clear() {
     const std::lock_guard lock(mutex);
     firstNumber += calls.size();
-    // With its memory: the record of a busy moment is large.
+    // Frees the memory, too: the record of a busy moment is large.
     calls = {};
 }
 

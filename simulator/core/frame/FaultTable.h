@@ -1,4 +1,4 @@
-// The answers that were injected.
+// The answers that tests have injected.
 #pragma once
 
 #include <cstddef>
@@ -18,7 +18,7 @@ class FaultTable {
 public:
     // Sets the function's fault in the place of an earlier one; `nth` counts from 1.
     void Set(std::string_view function, uint32_t nth, int32_t code, ny_sim_fault_mode mode);
-    // Counts one call of the function. The code that it has to answer, if any.
+    // Counts one call of the function. Returns the code that the call has to answer, if any.
     std::optional<int32_t> Take(std::string_view function);
     void Clear();
     // How many calls of the function were given a code since the object was made.

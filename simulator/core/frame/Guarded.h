@@ -1,4 +1,4 @@
-// The border that no exception crosses.
+// Turns what a function's body throws into the function's answer.
 #pragma once
 
 #include <cstdint>

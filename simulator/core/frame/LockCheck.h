@@ -1,4 +1,4 @@
-// Whether those who call the agent hold locks of their own.
+// Finds callers of the agent that hold locks of their own.
 #pragma once
 
 #include <atomic>
@@ -11,7 +11,7 @@ namespace simulator {
 
 class LockCheck {
 public:
-    // Null asks nobody.
+    // `function` counts the calling thread's locks; null switches the check off.
     void Set(ny_sim_held_locks_t function) noexcept { heldLocks = function; }
 
     // Counts a misuse when the calling thread, which calls `function`, holds any.

@@ -9,9 +9,9 @@
 
 namespace simulator {
 
-// Records the call of the function, asks for locks of the caller's, runs the function's hook, and answers an injected
-// fault in the place of the body, which says by Failure or HandleMisuse that it does not end well. The record comes
-// before the hook, so that a call held up by its hook is seen as begun.
+// Records the call of the function, counts a misuse when the caller holds locks, and runs the function's hook. Then it
+// answers an injected fault or runs the body, which fails by throwing Failure or HandleMisuse. The record comes before
+// the hook, so that tests see a call that its hook holds up.
 template <class Body>
 int32_t Simulate(FunctionName name, const Body& body) noexcept {
     const char* const function = name.text;

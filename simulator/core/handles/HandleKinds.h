@@ -19,7 +19,7 @@ struct UpdaterEvent;
 struct Value;
 struct WideBuffer;
 
-// The kinds of the control interface, and those that the agent only ever lends.
+// The kinds of the control interface, and two that the agent only lends.
 enum class HandleKind : int32_t {
     Any = NY_SIM_ANY,
     Buffer = NY_SIM_BUFFER,

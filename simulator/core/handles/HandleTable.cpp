@@ -11,7 +11,7 @@ namespace simulator {
 
 namespace {
 
-// No 64-bit processor takes these for the address of anything; the spacing keeps them aligned as handles usually are.
+// No 64-bit processor accepts these as addresses. The spacing aligns them as pointers are.
 constexpr uintptr_t firstHandle = 0x4E59'0000'0000'0000;
 constexpr uintptr_t handleSpacing = 16;
 
@@ -50,7 +50,7 @@ std::shared_ptr<void> HandleTable::Find(HandleKind kind, const void* handle) con
 }
 
 void HandleTable::Drop(HandleKind kind, const void* handle, size_t References::*count) {
-    // Declared before the lock, so that the object ends after it: its end may release other handles.
+    // Declared before the lock, so that the object is destroyed without it: its destructor may release other handles.
     std::shared_ptr<void> object;
     const std::lock_guard lock(mutex);
     const auto entry = entries.find(Locate(kind, handle)->first);

@@ -13,9 +13,9 @@
 
 namespace simulator {
 
-// A handle is a number that is never given out twice and that is no address: a dead handle stays dead, whatever was
-// made since, and one that is taken for a pointer faults at once. While a handle is alive, handing out the same object
-// again gives the same handle with one more reference. What only the agent itself still refers to has no handle.
+// A handle is a number that is never given out twice, so that a dead handle stays dead. It is no address, so that a
+// program that reads through it faults at once. While a handle is alive, handing out the same object again gives the
+// same handle with one more reference. An object without such references has no handle.
 class HandleTable {
 public:
     // Hands the object out as owned: one reference that the user releases.
@@ -24,7 +24,7 @@ public:
         return static_cast<Handle*>(Refer(HandleTraits<Handle>::kind, std::move(object), &References::owned));
     }
 
-    // Hands the object out as borrowed: valid until as many calls of EndLoan; the user cannot release it.
+    // Hands the object out as borrowed, until EndLoan is called as often. The user cannot release it.
     template <class Handle>
     Handle* Lend(std::shared_ptr<typename HandleTraits<Handle>::Object> object) {
         return static_cast<Handle*>(Refer(HandleTraits<Handle>::kind, std::move(object), &References::lent));
@@ -50,7 +50,7 @@ public:
         Drop(HandleTraits<Handle>::kind, handle, &References::lent);
     }
 
-    // What stands behind the handle; Any when it is not alive.
+    // The kind of the handle; Any when it is not alive.
     HandleKind KindOf(const void* handle) const;
 
     // Handles with owned references.

@@ -27,7 +27,7 @@ using namespace simulator;
 
 namespace {
 
-// 0 for what is not a product or a callback.
+// 0 for a null product and for an unknown callback.
 size_t Count(const char* function, size_t (RememberedRegistrations::*count)(ny_sim_callback, std::string_view) const,
              ny_sim_callback callback, const char* productId) {
     size_t counted = 0;

@@ -73,7 +73,7 @@ int32_t WriteHostileLine(const LogRegistration& registration) {
     return callback.call(3, "hostile", "a line", callback.userData);
 }
 
-// Makes the callback for whatever registered.
+// One function for each kind of registration.
 struct CallMaker {
     std::function<int32_t()> operator()(const PropertyRegistration& registration) const {
         return CallOf(std::make_shared<PropertyRequest>(client, registration));
@@ -118,7 +118,7 @@ bool IsOf(ny_sim_callback callback, const AnyRegistration& registration) {
 
 std::string ProductOf(const AnyRegistration& registration) {
     const std::string key = std::visit([](const auto& pointer) { return pointer->productId; }, registration);
-    // Behind a zero stands the type of tasks.
+    // In the key of a TaskHandler the task type follows a zero.
     return key.substr(0, key.find('\0'));
 }
 

@@ -1,4 +1,4 @@
-// A call into a product that is made because the control interface says so.
+// Calls into products that the control interface asks for.
 #pragma once
 
 #include <functional>
@@ -19,11 +19,11 @@ std::string ProductOf(const AnyRegistration& registration);
 // Whether unregister has ended the registration, or the one that it is a copy of.
 bool IsUnregistered(const AnyRegistration& registration);
 
-// A registration with the same functions and data as the other, and a life of its own. What it needs of the agent's
-// libraries is replaced by what does not go with them.
+// A registration with the same functions and data, which lives on without the other. Its accessors of tasks are
+// replaced by some that stay when the agent's libraries are unloaded.
 AnyRegistration CopyOf(const AnyRegistration& registration);
 
-// Makes the callback, which must be one of the registration's, and gives back its answer.
+// A function that makes the callback, which must be one of the registration's, and returns its answer.
 std::function<int32_t()> MakeProductCall(ny_sim_callback callback, std::shared_ptr<Client> client,
                                          AnyRegistration registration);
 

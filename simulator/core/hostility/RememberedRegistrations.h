@@ -1,4 +1,4 @@
-// What was registered once, whether or not it still is.
+// The registrations made while this is switched on, also those that have ended.
 #pragma once
 
 #include <functional>
@@ -11,7 +11,7 @@
 
 namespace simulator {
 
-// Keeps copies: neither a client nor a registration lives longer for being remembered.
+// Keeps copies, so that no client and no registration lives longer than without it.
 class RememberedRegistrations {
 public:
     // Switching it off forgets all.
@@ -19,15 +19,15 @@ public:
     // Notes the registration, if switched on.
     void Note(const Client& client, const AnyRegistration& registration);
 
-    // These take the registrations of the product that have such a callback, the oldest first. Throw Failure for an
-    // unknown callback, MakeCall also when there are not so many.
+    // These look at the product's registrations that have such a callback, the oldest first. They throw Failure for an
+    // unknown callback, MakeCall also for an index beyond the last.
     size_t Count(ny_sim_callback callback, std::string_view productId) const;
     size_t CountUnregistered(ny_sim_callback callback, std::string_view productId) const;
     std::function<int32_t()> MakeCall(ny_sim_callback callback, std::string_view productId, size_t index) const;
 
 private:
     struct Remembered {
-        std::shared_ptr<Client> client;  // has nothing but the name and the handle of the one that registered
+        std::shared_ptr<Client> client;  // a copy that has only product id and handle
         AnyRegistration registration;
     };
 

@@ -1,4 +1,4 @@
-// What the agent holds as policies.
+// The agent's policies.
 #pragma once
 
 #include <memory>
@@ -41,7 +41,7 @@ struct Policy {
 // Never changes once it is made.
 using PolicyPointer = std::shared_ptr<const Policy>;
 
-// What one fetch gave.
+// The policies that one fetch gave.
 struct PolicyBag {
     std::vector<PolicyPointer> policies;
 };

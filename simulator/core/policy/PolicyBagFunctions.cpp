@@ -9,7 +9,7 @@ using namespace simulator;
 
 namespace {
 
-// The iterator, which must be of that kind.
+// Throws Failure for an iterator of another kind.
 template <class Iterator>
 std::shared_ptr<Iterator> Get(ny_policy_bag_iterator_t* handle) {
     auto iterator = std::dynamic_pointer_cast<Iterator>(Handles().Get(handle));

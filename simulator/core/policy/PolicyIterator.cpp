@@ -20,7 +20,7 @@ const Item& Take(const std::vector<Item>& items, size_t& next) {
 
 const PolicySection& FindSection(const Policy& policy, const char* name) {
     const auto found = std::find_if(policy.sections.begin(), policy.sections.end(), [&](const PolicySection& section) {
-        // As they are handed out: up to the first zero.
+        // Names are handed out up to their first zero, and compared so.
         return section.name.has_value() == (name != nullptr) &&
                (name == nullptr || std::strcmp(name, section.name->c_str()) == 0);
     });

@@ -9,7 +9,7 @@
 
 namespace simulator {
 
-// The item that an iterator has handed out last: borrowed until the next one takes its place.
+// The item that an iterator handed out last. The user borrows it until the next one.
 template <class Handle>
 class Loan {
 public:
@@ -33,7 +33,7 @@ private:
     Handle* handle = nullptr;
 };
 
-// Used by one thread at a time. The end of an iteration throws Failure with NY_ITERATOR_END, however often it is asked.
+// Used by one thread at a time. Next throws Failure with NY_ITERATOR_END after the last item, at every call.
 class PolicyIterator {
 public:
     virtual ~PolicyIterator() = default;

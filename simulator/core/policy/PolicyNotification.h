@@ -15,7 +15,7 @@ class PolicyNotification {
 public:
     using Callback = RegistrationTable<PolicyCallback>::Pointer;
 
-    // `productToTell` is what the callback is told, usually its own product.
+    // `productToTell` is the product id that the callback gets, usually its own.
     PolicyNotification(std::shared_ptr<Client> notifiedClient, Callback notifiedCallback, PolicyText productToTell);
 
     // Calls the callback and keeps its answer; called once, on an agent thread. A registration that ended before the

@@ -8,8 +8,8 @@
 
 namespace simulator {
 
-// Names policies: which ones are wanted, when a product made it; one policy of a bag, when an iterator gave it. Only
-// the latter has the policy's texts.
+// A uri that a product made says which policies it wants. A uri that an iterator gave names one policy of a bag and has
+// that policy's texts.
 class PolicyUri {
 public:
     PolicyUri() = default;
@@ -20,7 +20,7 @@ public:
     void SetSoftwareId(const char* id);
     void SetUser(const char* name);
 
-    // The policies that are wanted. Throws Failure unless a software id was set.
+    // The policies that the product wants. Throws Failure unless a software id was set.
     std::vector<PolicyPointer> Find() const;
 
     // The text of the policy, null when there is no policy or the policy lacks it.

@@ -1,4 +1,4 @@
-// One question of the agent's to a product: what are your properties.
+// One request of the agent's for a product's properties.
 #pragma once
 
 #include <cstdint>

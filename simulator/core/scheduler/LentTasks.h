@@ -11,8 +11,7 @@
 
 namespace simulator {
 
-// A task object is no handle: whoever has one looks into it. It is real memory that ends with its loan, together with
-// the texts that it lent.
+// A task object is no handle but memory that products read. The end of its loan frees it and the texts that it lent.
 struct LentTask {
     ny_task object = {};
     ny_task_methods_t methods = {};
@@ -23,7 +22,7 @@ struct LentTask {
 
 class LentTasks {
 public:
-    // Makes an object of the task, whose accessors are those given, without the ones that the task lacks.
+    // Makes an object for the task, with the given accessors but those that the task lacks.
     ny_task_t* Lend(const TaskPointer& task, const ny_task_methods_t& accessors);
     void EndLoan(ny_task_t* object);
 

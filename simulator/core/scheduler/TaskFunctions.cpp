@@ -8,7 +8,7 @@ using namespace simulator;
 
 namespace {
 
-// What the task says about one accessor comes before what the accessor does. False when all it does is to give null.
+// Fails or gives null where the task says so for this accessor. False when it gave null, and the accessor is done.
 template <class Out>
 bool Behave(const LentTask& lent, Accessor accessor, Out* out) {
     Require(out != nullptr);

@@ -17,7 +17,7 @@ public:
 
 private:
     mutable std::mutex mutex;
-    std::deque<std::string> lines;  // never moves what was handed out
+    std::deque<std::string> lines;  // does not move lines that were handed out
 };
 
 }  // namespace simulator

@@ -20,7 +20,7 @@ namespace {
 std::atomic<uint64_t> lastCryptoType = 0;
 
 const SystemCrypto& Crypto() {
-    // Never destroyed, as the agent. A lock orders first uses in a way that the sanitizer of data races sees.
+    // Never destroyed, as TheFrame. The sanitizer of data races sees how a lock orders first uses.
     static std::mutex creation;
     static const SystemCrypto* crypto = nullptr;
     const std::lock_guard lock(creation);
@@ -30,7 +30,7 @@ const SystemCrypto& Crypto() {
     return *crypto;
 }
 
-// Puts the bytes into the caller's buffer. One that is too small is replaced, as the real agent may do with any.
+// Puts the bytes into the caller's buffer. A buffer that is too small is replaced; the real agent may replace any.
 void Fill(ny_buffer_t** buffer, std::string bytes) {
     const auto content = Handles().Get(*buffer);
     if (bytes.size() <= content->bytes.size()) {
@@ -41,7 +41,7 @@ void Fill(ny_buffer_t** buffer, std::string bytes) {
     Handles().Release(std::exchange(*buffer, larger));
 }
 
-// The data that a product gives, once its arguments were looked at.
+// The product's data. Notes the type. Throws Failure for wrong arguments.
 std::string_view TakeData(ny_client_t* client, uint64_t type, const unsigned char* data, uint32_t size,
                           ny_buffer_t** buffer) {
     static_cast<void>(Handles().Get(client));

@@ -33,7 +33,7 @@ using Algorithm = std::unique_ptr<void, CloseAlgorithm>;
 using Key = std::unique_ptr<void, DestroyKey>;
 using RunningHash = std::unique_ptr<void, DestroyHash>;
 
-// Windows takes what it reads as something that it could change.
+// Windows takes a pointer to non-const, also to what it only reads.
 UCHAR* Bytes(std::string_view text) {
     return reinterpret_cast<UCHAR*>(const_cast<char*>(text.data()));
 }
@@ -83,7 +83,7 @@ SystemCrypto::SystemCrypto() : key(RandomBytes(keySize)) {}
 std::string SystemCrypto::Encrypt(std::string_view data) const {
     const Cipher cipher(key);
     std::string encrypted = RandomBytes(blockSize);
-    // The system changes the vector that it is given.
+    // A copy: the system changes the vector that it is given.
     std::string vector = encrypted;
     const ULONG room = SizeOf(data) + blockSize;
     encrypted.resize(blockSize + room);

@@ -9,21 +9,20 @@
 
 namespace simulator {
 
-// Recursive, and off until it is switched on. A thread that its owner waits for shares it. A thread that is inside
-// since the lock was off goes on without it: its owner may wait for that thread.
+// Recursive, and off until it is switched on. Its owners are the thread that entered and those that it waits for. A
+// thread that entered while it was off goes on without it until it leaves: an owner may wait for that thread.
 class AgentLock {
 public:
     void Switch(bool on);
 
-    // Waits until the lock is free or the calling thread's. False when the thread goes on without it.
+    // Waits until the lock is free or the calling thread owns it. False when the thread goes on without it.
     bool Enter();
-    // With what Enter answered.
+    // `hasEntered` is what Enter answered.
     void Leave(bool hasEntered) noexcept;
 
-    // The calling thread works for the thread that has the lock and that waits for it: the lock is its own, too. Does
-    // nothing when nobody has it.
+    // Makes the calling thread one more owner: the owner waits for it. Does nothing when the lock is free.
     void Share();
-    // The calling thread has shared enough.
+    // Ends what Share began.
     void EndShare() noexcept;
 
 private:

@@ -41,10 +41,10 @@ private:
     size_t count = 0;
 };
 
-// Made when the library is loaded and never destroyed, as the agent: threads may be at work when the process ends.
+// Made when the library is loaded and never destroyed: threads may be at work when the process ends.
 WorkCount& working = *new WorkCount;
 
-// Everything of C++ has ended when this returns, so that nothing of it is left when the library goes.
+// When this returns, all C++ objects of the thread are destroyed: the library may then be unloaded.
 HMODULE RunWork(void* argument) {
     const std::unique_ptr<ThreadStart> start(static_cast<ThreadStart*>(argument));
     start->work();
@@ -60,7 +60,7 @@ DWORD WINAPI RunAgentThread(void* argument) {
 
 HMODULE ReferToThisLibrary() {
     HMODULE library = nullptr;
-    // A function's address can be given as the text that this flag makes it not be.
+    // With this flag the text parameter is an address inside the library.
     GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS, reinterpret_cast<const char*>(&RunAgentThread),
                        &library);
     return library;

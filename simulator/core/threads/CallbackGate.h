@@ -1,4 +1,4 @@
-// Who is inside a callback at the moment.
+// Which threads are inside a callback.
 #pragma once
 
 #include <condition_variable>
@@ -10,11 +10,11 @@
 
 namespace simulator {
 
-// One for each thing that can be unregistered: its callbacks go through the gate one by one or together, and whoever
-// ends it closes the gate and waits until the others are out.
+// Each registration has one. Several threads may be inside. The thread that ends the registration closes the gate and
+// waits until the others have left.
 class CallbackGate {
 public:
-    // Whether no gate waits for callbacks any more. Off at first.
+    // While on, WaitForOthers returns at once. Off at first.
     static void SetImpatient(bool on);
 
     // The calling thread is about to run a callback; false when the gate is closed, and then it must not.
@@ -24,8 +24,7 @@ public:
 
     // From now on Enter answers false.
     void Close();
-    // Returns when no thread other than the calling one is inside, so a callback may end what it was called for; at
-    // once when the agent is impatient.
+    // Returns when no other thread is inside. A callback may thus end its own registration.
     void WaitForOthers();
 
 private:
@@ -35,7 +34,7 @@ private:
     bool closed = false;
 };
 
-// A callback's way through the gate, with the agent's one lock held, if it has one.
+// While it lives, the calling thread is inside the gate and has the agent's one lock, if that is on.
 class CallbackPass {
 public:
     explicit CallbackPass(CallbackGate& callbackGate) : gate(callbackGate), entered(gate.Enter()) {}
@@ -51,7 +50,7 @@ public:
     explicit operator bool() const { return entered; }
 
 private:
-    // Taken first: who has the lock may wait at the gate.
+    // Taken before the gate is entered: the lock's owner may wait until the threads inside have left.
     AgentLockHold hold;
     CallbackGate& gate;
     bool entered;

@@ -26,7 +26,7 @@ struct UpdaterCall {
     bool withoutOut = false;
 };
 
-// Throws Failure when the text is no such description; a member that is not known is not ignored.
+// Throws Failure when the text is no such description or has an unknown member.
 UpdaterCall UpdaterCallFromJson(const char* json);
 
 }  // namespace simulator

@@ -12,10 +12,10 @@ namespace simulator {
 // Keeps the keys of an object in the order of the text.
 using Json = nlohmann::ordered_json;
 
-// What ValueFromJson makes of the text of such a value.
+// The value that ValueFromJson makes of such a text.
 ValuePointer ValueFrom(const Json& json);
 
-// Refuses what is not a text.
+// Throws Failure for what is not a text.
 inline std::string TextFrom(const Json& json) {
     Require(json.is_string());
     return json.get<std::string>();

@@ -5,7 +5,7 @@
 
 namespace simulator {
 
-// What is handed out for a text that may be lacking: null when it is.
+// The text, or null when there is none.
 inline const char* TextOrNull(const std::optional<std::string>& text) {
     return text ? text->c_str() : nullptr;
 }

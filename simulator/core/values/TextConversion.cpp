@@ -19,8 +19,8 @@ constexpr bool IsLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// How a character of UTF-8 goes on after its first byte: how many bytes follow, and between which bounds the first of
-// them lies, which is what rules out overlong forms, surrogates and numbers beyond the last character.
+// What the first byte of a character in UTF-8 says: how many bytes follow, and the bounds of the first of them. These
+// bounds rule out overlong forms, surrogates and numbers beyond the last character.
 struct Lead {
     size_t following = 0;
     char32_t bits = replacement;
