@@ -90,7 +90,7 @@ size_t ny_sim_misuse_count(void);
 const char* ny_sim_last_misuse(void);
 
 // How many locks of its own the calling thread holds; a function of the program that calls the agent.
-typedef size_t (*ny_sim_held_locks_t)(void);
+typedef size_t (*ny_sim_held_locks_t)();
 // Asked at the start of every call of an agent function, on the calling thread: a caller that holds a lock while the
 // agent runs can deadlock the process. Null, as at first, switches the check off. ny_sim_reset does not change it.
 void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks);
