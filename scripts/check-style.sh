@@ -8,7 +8,10 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
 # Each line is read as one, which takes a tenth of the time: headers are what takes long. The longest first.
 joints=("msgbus library" "policy services" "base dispatcher values" "property scheduler updater" "loglib")
-[ "${1:-}" = --all ] && joints+=("simulator/core" "demo/host" "demo/module" "simulator/agent simulator/setup")
+core=simulator/core
+[ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
+    "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
+    "simulator/exports simulator/setup")
 
 scripts/check-links.py
 scripts/check-log-lines.py
@@ -22,8 +25,8 @@ clang-format-14 --dry-run --Werror "${sources[@]}"
 compiler=x86_64-w64-mingw32-g++-posix
 mapfile -t flags < <("$compiler" -x c++ -E -v - </dev/null 2>&1 | sed -n 's/^ \(.*\/c++.*\)$/-isystem\1/p')
 flags+=(--target=x86_64-w64-mingw32 -std=c++20 -DNOMINMAX -DUNICODE -DWIN32_LEAN_AND_MEAN -D_UNICODE
-    -D_WIN32_WINNT=0x0601 -DFMT_HEADER_ONLY -DAGENT_VERSION=0 -I. -Iinclude -Iagent -Isimulator/core -Isimulator/include
-    -Isimulator/setup -Idemo/module)
+    -D_WIN32_WINNT=0x0601 -DFMT_HEADER_ONLY -DAGENT_VERSION=0 -I. -Iinclude -Iagent -Isimulator/include -Isimulator/setup
+    -Idemo/module)
 for library in build/release/third_party/*/; do
     flags+=(-isystem "$library")
 done

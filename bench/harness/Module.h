@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "VsMsgbus.h"
-#include "bench/agent/BareAgent.h"
+#include "bench/bare/BareAgent.h"
 #include "tests/policy/SettingCounter.h"
 
 namespace bench {

@@ -1,7 +1,7 @@
 // A group of the lazy entry points for the functions of ny_calls.dll.
 #pragma once
 
-#include "bench/agent/bench_calls.h"
+#include "bench/bare/bench_calls.h"
 #include "dispatcher/EntryPoint.h"
 
 inline constexpr NameTable<3> callsNames = {"bench_call0", "bench_call2", "bench_call5"};

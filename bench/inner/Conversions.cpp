@@ -1,5 +1,5 @@
 // Narrow text to wide and back, through the agent's values.
-#include "bench/agent/BareAgent.h"
+#include "bench/bare/BareAgent.h"
 #include "bench/floor/AgentPointers.h"
 #include "bench/floor/FloorAgent.h"
 #include "bench/harness/Stage.h"

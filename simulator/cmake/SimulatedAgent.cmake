@@ -1,9 +1,9 @@
 # The builds of the simulated agent: folders of libraries that all have the same file names.
 #
 # Each library <name>.dll has its sources in the object library <name>_objects, its sources that depend on the build in
-# the list <name>_BUILD_SOURCES, and its exports in agent/<name>.def.
+# the list <name>_BUILD_SOURCES, and its exports in exports/<name>.def.
 set(SIMULATED_AGENT_LIBRARIES ny_client ny_variant ny_msgbus ny_logger)
-set(SIMULATED_AGENT_DIR ${CMAKE_CURRENT_SOURCE_DIR}/agent)
+set(SIMULATED_AGENT_DIR ${CMAKE_CURRENT_SOURCE_DIR}/exports)
 
 # Everything that was added by the functions below.
 add_custom_target(simulated_agents ALL)

@@ -1,7 +1,7 @@
 // The border between the four agent libraries and ny_simulator.dll, in plain C: C++ objects do not cross it, because
 // every one of these libraries carries a C++ runtime of its own. Not for users of the simulated agent.
 //
-// An agent function lives in its library and is there as long as that library is loaded; what it does is done here.
+// An agent function can be called while its library is loaded. The library's function calls the one declared here.
 // Each declaration takes its type from the agent's prototype.
 #pragma once
 
@@ -92,7 +92,7 @@ decltype(ny_crypto_decrypt_data_by_type) ny_core_crypto_decrypt_data_by_type;
 decltype(ny_crypto_hash_data_by_type) ny_core_crypto_hash_data_by_type;
 decltype(ny_info_get) ny_core_info_get;
 
-// `version` is what the calling library's build was made as.
+// `version` is that of the calling library's build.
 int32_t ny_core_msgbus_get_version(uint32_t* out, uint32_t version);
 decltype(ny_msgbus_disable_watcher) ny_core_msgbus_disable_watcher;
 

@@ -19,7 +19,7 @@ extern "C" {
 enum ny_sim_code : int32_t {
     NY_SIM_NOT_REGISTERED = 1001,  // the product has no registration of that service
     NY_SIM_TIMEOUT = 1002,         // the time given has passed
-    NY_SIM_NOT_SIMULATED = 1003,   // the agent exports this name, the simulated agent does nothing behind it
+    NY_SIM_NOT_SIMULATED = 1003,   // the agent exports this name, but the function is not simulated
 };
 
 // Forgets faults, hooks, the call record, the misuse count, the policies, the scheduler's tasks and reports, and all
@@ -34,8 +34,8 @@ enum ny_sim_fault_mode : int32_t { NY_SIM_ONCE = 0, NY_SIM_FROM_THEN_ON = 1 };
 // the next one), once or from then on. A second fault for the same function replaces the first.
 int32_t ny_sim_fail_call(const char* function, uint32_t nth, int32_t code, ny_sim_fault_mode mode);
 void ny_sim_clear_faults(void);
-// How many calls of that function were answered such a code since the process began; 0 for null and unknown names. It
-// is counted as the code is given: clearing faults, the call record or everything changes nothing about it.
+// How many calls of that function were answered such a code since the process began; 0 for null and unknown names. No
+// clear and no reset changes it.
 size_t ny_sim_fault_count(const char* function);
 
 // Runs at the start of every call of `function`, on the calling thread, before any fault is looked at and while no lock
@@ -89,10 +89,10 @@ size_t ny_sim_misuse_count(void);
 // What the last misuse was, for a person to read; empty when there was none.
 const char* ny_sim_last_misuse(void);
 
-// How many locks of its own the calling thread holds, by the knowledge of whoever calls the agent.
-typedef size_t (*ny_sim_held_locks_t)(void);
+// How many locks of its own the calling thread holds; a function of the program that calls the agent.
+typedef size_t (*ny_sim_held_locks_t)();
 // Asked at the start of every call of an agent function, on the calling thread: a caller that holds a lock while the
-// agent runs can stop the process for good. Null, as at first, asks nobody; stays over ny_sim_reset.
+// agent runs can deadlock the process. Null, as at first, switches the check off. ny_sim_reset does not change it.
 void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks);
 
 // --- Clients ------------------------------------------------------------------------------------------------------

@@ -54,7 +54,7 @@ AgentInstaller::~AgentInstaller() {
             DeleteFolders();
         }
     } catch (const std::exception&) {
-        // What cannot even be listed stays.
+        // A folder that cannot be listed stays.
     }
 }
 
@@ -110,7 +110,7 @@ void AgentInstaller::DeleteAgentKey() {
 }
 
 void AgentInstaller::WriteRuntimePath(const fs::path& path) {
-    // First: a path that is refused must not leave a key behind.
+    // Before the key is made: a refused path must not leave one behind.
     const std::string text = TextOfPath(path);
     RegistryKey(HKEY_LOCAL_MACHINE, applicationKey, KEY_SET_VALUE | runtimePathView).WriteText(runtimePathValue, text);
 }

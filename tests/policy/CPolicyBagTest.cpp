@@ -2,7 +2,7 @@
 #include "policy/CPolicyBag.h"
 
 #include "VsMsgbus/LpcBuffer.h"
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "policy/NotingCallbacks.h"
 #include "policy/VsMsgbusPolicyEnforcer.h"
 #include "support/AgentCalls.h"

@@ -1,5 +1,5 @@
 // How often policies that are read ask the heap for memory of the bridge's own.
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "policy/CPolicyBag.h"
 #include "policy/SettingCounter.h"
 #include "support/CapturingSink.h"

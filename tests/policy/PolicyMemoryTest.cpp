@@ -2,7 +2,7 @@
 #include <atomic>
 
 #include "VsMsgbus/LpcBuffer.h"
-#include "msgbus/NyClientFixture.h"
+#include "msgbus/client/NyClientFixture.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyBag.h"
 #include "policy/NotingCallbacks.h"

@@ -8,7 +8,7 @@
 
 #include "ny_sim_hostile.h"
 #include "ny_simulator.h"
-#include "simulator/core/FunctionName.h"
+#include "simulator/core/frame/FunctionName.h"
 #include "soak/Agent.h"
 #include "soak/Trouble.h"
 #include "support/AllCallbacks.h"

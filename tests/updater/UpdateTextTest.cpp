@@ -1,7 +1,7 @@
 // The texts of failed update calls, which are composed and go to no log; and what no module can see of a registration.
 #include <new>
 
-#include "msgbus/VsMsgbusFixture.h"
+#include "msgbus/instance/VsMsgbusFixture.h"
 #include "support/AgentCalls.h"
 #include "support/AgentUpdate.h"
 #include "support/FailingMemory.h"

@@ -1,0 +1,6 @@
+#include "bench/bare/BareAgent.h"
+
+BareAgent* TheBareAgent() {
+    static constinit BareAgent agent;
+    return &agent;
+}

@@ -1,0 +1,150 @@
+// What the install watcher's thread makes of changes in the registry.
+#include "msgbus/client/NotifierFixture.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+class NotifierWatchTest : public NotifierFixture {};
+
+TEST_F(NotifierWatchTest, AsksForNamesAndValuesOfTheWholeSubtree) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    EXPECT_THAT(watches.Asked(), ElementsAre("1 5 1"));
+}
+
+TEST_F(NotifierWatchTest, ReportsAnAgentThatIsInstalledLater) {
+    environment.Installer().CreateAgentKey();
+    notifier->waitTimeout = INFINITE;
+    ASSERT_EQ(Start(), NY_OK);
+    ASSERT_TRUE(watches.WaitFor(1));
+    EXPECT_THAT(lines.Take(), ElementsAre(noVersion, threadStarted));
+    WriteVersion("5.7.0");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), "state 0", "state 1"));
+}
+
+TEST_F(NotifierWatchTest, ReportsAnUpgradeAsStopAndStart) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    WriteVersion("5.8");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8"), "state 0", "state 1"));
+}
+
+TEST_F(NotifierWatchTest, ReportsARemovalAndTheNextInstallation) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    environment.Installer().DeleteVersion();
+    ASSERT_TRUE(lines.WaitFor("state 0"));
+    EXPECT_THAT(lines.Take(), ElementsAre(noVersion, "state 0"));
+    WriteVersion("5.8.0");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.8.0"), "state 0", "state 1"));
+}
+
+TEST_F(NotifierWatchTest, SaysNothingOfChangesThatLeaveTheVersion) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent", KEY_SET_VALUE).WriteText("Other", "text");
+    ASSERT_TRUE(watches.WaitFor(2));
+    simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent\\Below", KEY_SET_VALUE);
+    ASSERT_TRUE(watches.WaitFor(3));
+    WriteVersion("5.8.0");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1"));
+}
+
+// The second version is written while nobody waits for changes.
+TEST_F(NotifierWatchTest, SeesTheLastOfTwoUpgradesInARow) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    HoldAtNextState();
+    WriteVersion("5.8.0");
+    ASSERT_TRUE(WaitUntilHeld());
+    WriteVersion("5.9.0");
+    Continue();
+    ASSERT_TRUE(lines.WaitFor("state 1", 2));
+    EXPECT_THAT(lines.Lines(),
+                ElementsAre(Upgraded("5.8.0"), "state 0", "state 1", Upgraded("5.9.0"), "state 0", "state 1"));
+}
+
+TEST_F(NotifierWatchTest, SeesARemovalDuringAnUpgrade) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    HoldAtNextState();
+    WriteVersion("5.8.0");
+    ASSERT_TRUE(WaitUntilHeld());
+    environment.Installer().DeleteVersion();
+    Continue();
+    ASSERT_TRUE(lines.WaitFor("state 0", 2));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1", noVersion, "state 0"));
+}
+
+TEST_F(NotifierWatchTest, TakesAVersionThatIsTooLongAsARemoval) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    WriteVersion("1234567890123456789");
+    ASSERT_TRUE(lines.WaitFor("state 0"));
+    EXPECT_THAT(lines.Lines(),
+                ElementsAre("5 ny_client: no msgbus version, agent is not installed, rc(234)", "state 0"));
+}
+
+TEST_F(NotifierWatchTest, TakesAnEmptyVersionAsAnUpgradeAndTheNextAsAnInstallation) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    WriteVersion("");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Take(), ElementsAre(Upgraded(""), "state 0", "state 1"));
+    WriteVersion("5.8.0");
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.8.0"), "state 0", "state 1"));
+}
+
+// Windows signals the deletion of a watched key, Wine does not: here the test does.
+TEST_F(NotifierWatchTest, FollowsTheDeletionOfTheKeyAndItsReturn) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    notifier->pauseTimeout = 1;
+    onLine = [this](const std::string& line) {
+        if (line == pausing) {
+            WriteVersion("5.8.0");
+        }
+    };
+    ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
+    ::SetEvent(notifier->changeEvent.get());
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre("5 ny_client: no msgbus version, agent is not installed, rc(1018)",
+                                           "state 0", keyMissing, pausing, Installed("5.8.0"), "state 1"));
+}
+
+// The key is back before the watcher looks: what it holds then is read at once.
+TEST_F(NotifierWatchTest, ReadsAKeyThatWasReplaced) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    HoldAtNextState();
+    ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
+    ::SetEvent(notifier->changeEvent.get());
+    ASSERT_TRUE(WaitUntilHeld());
+    WriteVersion("5.8.0");
+    Continue();
+    ASSERT_TRUE(lines.WaitFor("state 1"));
+    EXPECT_THAT(lines.Lines(), ElementsAre("5 ny_client: no msgbus version, agent is not installed, rc(1018)",
+                                           "state 0", Installed("5.8.0"), "state 0", "state 1"));
+}
+
+TEST_F(NotifierWatchTest, EndsWhenItCannotAskForChanges) {
+    WriteVersion("5.7.0");
+    watches.AnswerWith(ERROR_ACCESS_DENIED);
+    ASSERT_EQ(Start(), NY_OK);
+    ASSERT_TRUE(lines.WaitFor(threadExiting));
+    EXPECT_THAT(lines.Take(),
+                ElementsAre(Installed("5.7.0"), "state 1", threadStarted,
+                            "2 ny_client: failed to setup registry Corvane\\Agent\\ monitor, error(5)", threadExiting));
+    EXPECT_EQ(notifier->running.load(), 0);
+    EXPECT_EQ(NotifierStop(notifier), NY_OK);
+    EXPECT_THAT(lines.Lines(), IsEmpty());
+}
+
+}  // namespace
