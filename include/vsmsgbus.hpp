@@ -22,6 +22,7 @@
 #include "VsMsgbus/cpp/Policies.hpp"
 #include "VsMsgbus/cpp/Product.hpp"
 #include "VsMsgbus/cpp/Properties.hpp"
+#include "VsMsgbus/cpp/Setting.hpp"
 #include "VsMsgbus/cpp/Tasks.hpp"
 #include "VsMsgbus/cpp/Text.hpp"
 #include "VsMsgbus/cpp/Updates.hpp"

@@ -8,6 +8,7 @@ namespace bench {
 void MeasureProperties(Session& session);
 void MeasurePolicies(Session& session);
 void MeasureServices(Session& session);
+void MeasureLayer(Session& session);
 void MeasureLifeCycle(Session& session);
 
 }  // namespace bench

@@ -7,5 +7,6 @@ int main(int argc, char** argv) {
                       {{"life cycle", MeasureLifeCycle},
                        {"properties", MeasureProperties},
                        {"policies", MeasurePolicies},
-                       {"services", MeasureServices}});
+                       {"services", MeasureServices},
+                       {"layer", MeasureLayer}});
 }

@@ -23,9 +23,9 @@ constexpr char policiesOfTwo[] = R"([
 
 std::string TextOf(const vsmsgbus::Setting& setting) {
     std::string text;
-    for (const std::wstring_view part : {setting.feature, setting.category, setting.type, setting.policy,
-                                         setting.settings, setting.intParam, setting.strParam, setting.section}) {
-        text += (part.data() != nullptr ? Narrow(part) : "null") + "|";
+    for (const vsmsgbus::PolicyText part : {setting.feature, setting.category, setting.type, setting.policy,
+                                            setting.settings, setting.intParam, setting.strParam, setting.section}) {
+        text += (part.IsAbsent() ? "null" : Narrow(part)) + "|";
     }
     return text + Narrow(setting.name) + "=" + Narrow(setting.value);
 }

@@ -2,42 +2,22 @@
 /// Policies: reading what the agent holds for a product.
 #pragma once
 
-#include <algorithm>
 #include <functional>
 #include <map>
-#include <memory>
 #include <string>
 #include <string_view>
 #include <type_traits>
 #include <utility>
-#include <vector>
 
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/cpp/Error.hpp"
 #include "VsMsgbus/cpp/Log.hpp"
+#include "VsMsgbus/cpp/Setting.hpp"
 #include "VsMsgbus/cpp/Text.hpp"
 
 namespace vsmsgbus {
 
-/// One setting and where it stands. The data() of a text that the policy does not have is null.
-struct Setting {
-    std::wstring_view feature;   ///< of the policy object
-    std::wstring_view category;  ///< of the policy object
-    std::wstring_view type;      ///< of the policy object
-    std::wstring_view policy;    ///< the policy object's name
-    std::wstring_view settings;  ///< the settings object's name
-    std::wstring_view intParam;  ///< the settings object's first parameter
-    std::wstring_view strParam;  ///< the settings object's second parameter
-    std::wstring_view section;   ///< the section's name
-    std::wstring_view name;      ///< the setting's own
-    std::wstring_view value;     ///< the setting's own
-};
-
 namespace detail {
-
-inline std::wstring_view View(const wchar_t* text) {
-    return text != nullptr ? std::wstring_view(text) : std::wstring_view();
-}
 
 /// Hands each setting of a walk to the visitor, and none any more once the visitor has answered false.
 template <class Visitor>
@@ -47,26 +27,26 @@ public:
 
     bool OnContainer(const wchar_t* feature, const wchar_t* category, const wchar_t* type,
                      const wchar_t* name) override {
-        setting.feature = View(feature);
-        setting.category = View(category);
-        setting.type = View(type);
-        setting.policy = View(name);
+        setting.feature = feature;
+        setting.category = category;
+        setting.type = type;
+        setting.policy = name;
         return goesOn;
     }
     bool OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) override {
-        setting.settings = View(name);
-        setting.intParam = View(intParam);
-        setting.strParam = View(strParam);
+        setting.settings = name;
+        setting.intParam = intParam;
+        setting.strParam = strParam;
         return goesOn;
     }
     bool OnSection(const wchar_t* name, const wchar_t* /*reserved*/) override {
-        setting.section = View(name);
+        setting.section = name;
         return goesOn;
     }
     bool OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) override {
-        setting.section = View(section);
-        setting.name = View(name);
-        setting.value = View(value);
+        setting.section = section;
+        setting.name = name;
+        setting.value = value;
         if constexpr (std::is_same_v<std::invoke_result_t<Visitor&, const Setting&>, bool>) {
             goesOn = visitor(std::as_const(setting));
         } else {
@@ -82,61 +62,6 @@ private:
 };
 
 }  // namespace detail
-
-/// Settings that are kept, each with texts of its own: a range of Setting. The texts live as long as this object.
-class SettingList {
-public:
-    /// Copies the setting's texts. Throws std::bad_alloc.
-    void Add(const Setting& setting) {
-        Setting kept;
-        for (const auto member : {&Setting::feature, &Setting::category, &Setting::type, &Setting::policy,
-                                  &Setting::settings, &Setting::intParam, &Setting::strParam, &Setting::section}) {
-            // Most of these texts are those of the setting before.
-            const std::wstring_view before = all.empty() ? std::wstring_view() : all.back().*member;
-            const bool isSame = (setting.*member).data() != nullptr && before == setting.*member && !all.empty() &&
-                                before.data() != nullptr;
-            kept.*member = isSame ? before : Keep(setting.*member);
-        }
-        kept.name = Keep(setting.name);
-        kept.value = Keep(setting.value);
-        all.push_back(kept);
-    }
-
-    /// The first one, in the order in which they were added.
-    auto begin() const noexcept { return all.cbegin(); }
-    /// Behind the last one.
-    auto end() const noexcept { return all.cend(); }
-    /// How many there are.
-    size_t size() const noexcept { return all.size(); }
-    /// Whether there is none.
-    bool empty() const noexcept { return all.empty(); }
-    /// By its index, which is less than size().
-    const Setting& operator[](size_t index) const noexcept { return all[index]; }
-
-private:
-    std::wstring_view Keep(std::wstring_view text) {
-        if (text.data() == nullptr) {
-            return {};
-        }
-        if (text.size() > left) {
-            left = std::max(blockSize, text.size());
-            blocks.push_back(std::make_unique<wchar_t[]>(left));
-            next = blocks.back().get();
-        }
-        std::copy(text.begin(), text.end(), next);
-        const std::wstring_view kept(next, text.size());
-        next += text.size();
-        left -= text.size();
-        return kept;
-    }
-
-    static constexpr size_t blockSize = 16384;  // in characters
-
-    std::vector<Setting> all;
-    std::vector<std::unique_ptr<wchar_t[]>> blocks;
-    wchar_t* next = nullptr;
-    size_t left = 0;
-};
 
 /// The policies that the agent holds at the moment, valid while the handler runs and on its thread. Each function asks
 /// the agent anew. The names of policies of five well-known categories are recorded in the registry by every walk, see
@@ -176,14 +101,17 @@ public:
     /// All settings, as a range that may be kept. Throws as Walk does.
     SettingList Settings() {
         SettingList list;
-        Walk([&](const Setting& setting) { list.Add(setting); });
+        SettingList::Filler filler(list);
+        Check(bag.EnumeratePolicies(productId.c_str(), &filler), "reading the policies");
         return list;
     }
 
     /// The same for the policies of a user account.
     SettingList SettingsOfUser(const Text& user, const Text& domain) {
         SettingList list;
-        WalkOfUser(user, domain, [&](const Setting& setting) { list.Add(setting); });
+        SettingList::Filler filler(list);
+        Check(bag.EnumerateUserPolicies(productId.c_str(), &filler, user.Terminated(), domain.Terminated()),
+              "reading the policies of a user");
         return list;
     }
 
@@ -193,7 +121,7 @@ public:
         std::map<std::wstring, std::wstring, std::less<>> section;
         Walk([&](const Setting& setting) {
             if (setting.section == name.Terminated()) {
-                section.insert_or_assign(std::wstring(setting.name), std::wstring(setting.value));
+                section.insert_or_assign(setting.name.Terminated(), setting.value.Terminated());
             }
         });
         return section;

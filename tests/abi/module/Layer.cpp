@@ -28,10 +28,10 @@ void TellProperties(vsmsgbus::Properties& properties) {
 
 void ReadPolicies(vsmsgbus::Policies& policies) {
     policies.Walk([](const vsmsgbus::Setting& setting) {
-        Told() << L"Walk " << Text(setting.section).c_str() << L" " << Text(setting.name).c_str();
+        Told() << L"Walk " << setting.section.Terminated() << L" " << setting.name.Terminated();
     });
     for (const vsmsgbus::Setting& setting : policies.Settings()) {
-        Told() << L"Settings " << Text(setting.policy).c_str() << L" " << Text(setting.value).c_str();
+        Told() << L"Settings " << setting.policy.Terminated() << L" " << setting.value.Terminated();
     }
     for (const auto& [name, value] : policies.Section("S")) {
         Told() << L"Section " << name.c_str() << L" " << value.c_str();
@@ -55,10 +55,10 @@ void Log(int level, std::wstring_view line) {
 
 bool ModuleLoadLayer(const char* productId) {
     try {
-        product.emplace(
-            productId,
-            vsmsgbus::Handlers{
-                .properties = TellProperties, .policies = ReadPolicies, .updates = {.get = ValueOf, .set = SetNothing}, .log = Log});
+        product.emplace(productId, vsmsgbus::Handlers{.properties = TellProperties,
+                                                      .policies = ReadPolicies,
+                                                      .updates = {.get = ValueOf, .set = SetNothing},
+                                                      .log = Log});
         return true;
     } catch (const vsmsgbus::Error& error) {
         Told() << vsmsgbus::Wide(error.what()).c_str();

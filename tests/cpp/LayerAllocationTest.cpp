@@ -1,0 +1,55 @@
+// How often the C++ layer asks the heap for memory while policies are read.
+#include "msgbus/client/NyClientFixture.h"
+#include "policy/CPolicyBag.h"
+#include "support/FailingMemory.h"
+#include "vsmsgbus.hpp"
+
+namespace {
+
+class LayerAllocation : public NyClientFixture {
+protected:
+    static void HoldSettings(size_t count) {
+        std::string json = R"([{"softwareId": "PRODUCT1000", "sections": [{"name": "s", "settings": [)";
+        for (size_t i = 0; i < count; ++i) {
+            json += std::string(i == 0 ? "" : ",") + R"(["name", "value"])";
+        }
+        EXPECT_EQ(ny_sim_policies_from_json((json + "]}]}]").c_str()), NY_OK);
+    }
+
+    // What reading so many settings takes.
+    template <class Read>
+    size_t Of(size_t count, const Read& read) {
+        HoldSettings(count);
+        CPolicyBag bag(client->clientHandler.load(), 0, nullptr, L"PRODUCT1000");
+        vsmsgbus::detail::Log log(nullptr);
+        vsmsgbus::Policies policies(L"PRODUCT1000", bag, log);
+        const size_t before = AllocationsOfThread();
+        EXPECT_EQ(read(policies), count);
+        return AllocationsOfThread() - before;
+    }
+
+    void SetUp() override {
+        NyClientFixture::SetUp();
+        NyClientSetLogCallback(client, nullptr, nullptr);
+        ASSERT_EQ(NyClientStart(client), NY_OK);
+    }
+};
+
+TEST_F(LayerAllocation, IsNoneForAWalkWithAVisitor) {
+    const auto visit = [](vsmsgbus::Policies& policies) {
+        size_t visited = 0;
+        policies.Walk([&](const vsmsgbus::Setting& /*setting*/) { ++visited; });
+        return visited;
+    };
+    Of(1, visit);
+    EXPECT_EQ(Of(10, visit), 0U);
+    EXPECT_EQ(Of(1000, visit), 0U);
+}
+
+TEST_F(LayerAllocation, IsNoneForEachSettingOfARange) {
+    const auto keep = [](vsmsgbus::Policies& policies) { return policies.Settings().size(); };
+    Of(1, keep);
+    EXPECT_LE(Of(1000, keep), 20U) << "the list grows to twice its size at a time";
+}
+
+}  // namespace
