@@ -7,7 +7,16 @@ set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
 # Each line is read as one, which takes a tenth of the time: headers are what takes long. The longest first.
-joints=("msgbus library" "policy services" "base dispatcher values" "property scheduler updater" "loglib")
+joints=("msgbus msgbus/client msgbus/registrations msgbus/instance library" "policy services" "base dispatcher values"
+    "property scheduler updater" "include" "loglib")
+# No folder of the DLLs' sources is forgotten.
+for folder in $(git ls-files base dispatcher values msgbus library policy services property scheduler updater loglib |
+    sed -n 's|/[^/]*\.cpp$||p' | sort -u); do
+    [[ " ${joints[*]} " == *" $folder "* ]] || {
+        echo "$0: no clang-tidy for $folder" >&2
+        exit 1
+    }
+done
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
@@ -16,7 +25,7 @@ core=simulator/core
 scripts/check-links.py
 scripts/check-log-lines.py
 
-mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.cpp' | while read -r file; do
+mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.hpp' '*.cpp' | while read -r file; do
     [ -e "$file" ] && echo "$file"
 done)
 clang-format-14 --dry-run --Werror "${sources[@]}"
@@ -37,7 +46,7 @@ CheckHabits() {
     name="${name//[\/ ]/-}"
     joint="$stamps/$name.cpp"
     stamp="$stamps/$name.ok"
-    mapfile -t members < <(printf '%s\n' "${@/%//*.cpp}" | while read -r pattern; do compgen -G "$pattern"; done)
+    mapfile -t members < <(printf '%s\n' "${@/%//*.?pp}" | while read -r pattern; do compgen -G "$pattern"; done)
     if [ -e "$stamp" ] &&
         [ -z "$(find .clang-tidy "${members[@]}" "${headers[@]}" -newer "$stamp" -print -quit)" ]; then
         return 0
@@ -53,7 +62,7 @@ CheckHabits() {
 }
 export -f CheckHabits
 export stamps
-mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.h$')
+mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.hp*$')
 lists=$(declare -p flags headers)
 export lists
 
