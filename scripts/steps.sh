@@ -44,10 +44,10 @@ EnsurePackages() {
         "${missing[@]}"
 }
 
-# BuildPreset PRESET TARGET...: configures build/PRESET and builds targets of it.
+# BuildPreset PRESET TARGET...: configures build/PRESET and builds targets of it, behind what else runs.
 BuildPreset() {
     local preset="$1"
     shift
     Step "configure-$preset" cmake --preset "$preset"
-    Step "build-$preset" cmake --build "build/$preset" --parallel --target "$@"
+    Step "build-$preset" nice cmake --build "build/$preset" --parallel --target "$@"
 }

@@ -105,14 +105,13 @@ if [ "$quick" = yes ]; then
 fi
 
 scripts/build.sh
-for preset in release msabi asan tsan; do
-    BuildPreset "$preset" all
-done
+BuildPreset release all
+BuildPreset msabi all
 source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix
 KeepWineServer
 
-# The tests mostly wait: two of these at a time.
+# The tests of a build mostly wait: what comes next is built meanwhile, behind them.
 status=0
 RunWindowsTests() {
     local status=0
@@ -120,12 +119,22 @@ RunWindowsTests() {
     RunTests msabi "Microsoft's C++ ABI under Wine" "$@" || status=1
     return "$status"
 }
+# BuildBeside PRESET: a build that fails ends the script when the tests beside it are through.
+BuildBeside() {
+    BuildPreset "$1" all || {
+        wait "$beside" || true
+        exit 1
+    }
+}
+
 RunWindowsTests "$@" &
 beside=$!
-Step style scripts/check-style.sh || status=1
+Step style nice scripts/check-style.sh || status=1
+BuildBeside asan
 wait "$beside" || status=1
 RunTests asan "native, addresses, leaks and undefined behaviour" "$@" &
 beside=$!
-RunTests tsan "native, data races" "$@" || status=1
+BuildBeside tsan
 wait "$beside" || status=1
+RunTests tsan "native, data races" "$@" || status=1
 exit "$status"
