@@ -12,6 +12,7 @@ add_microsoft_import_library(ny_simulator ${PROJECT_SOURCE_DIR}/simulator/core/n
 
 install(TARGETS VsMsgbus LogLib RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES ${VsMsgbus_MICROSOFT_LIBRARY} ${LogLib_MICROSOFT_LIBRARY} DESTINATION lib)
+install(FILES $<TARGET_FILE:VsMsgbus>.debug $<TARGET_FILE:LogLib>.debug DESTINATION symbols)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 
