@@ -19,16 +19,18 @@ inline constexpr NameTable<11> schedulerNames = {
 };
 
 namespace {
+
 constinit Group schedulerGroup{"ny_scheduler", "ny_client.dll", schedulerNames.data(), schedulerNames.size()};
-}
+
+template <auto function>
+using SchedulerEntryPoint = EntryPoint<function, schedulerNames, schedulerGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_scheduler_register_task_callbacks, schedulerNames, schedulerGroup>
-    ny_scheduler_register_task_callbacks{};
-constexpr EntryPoint<&::ny_scheduler_unregister_task_callbacks, schedulerNames, schedulerGroup>
-    ny_scheduler_unregister_task_callbacks{};
-constexpr EntryPoint<&::ny_scheduler_update_task_status, schedulerNames, schedulerGroup>
-    ny_scheduler_update_task_status{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_register_task_callbacks> ny_scheduler_register_task_callbacks{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_unregister_task_callbacks> ny_scheduler_unregister_task_callbacks{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_update_task_status> ny_scheduler_update_task_status{};
 
 }  // namespace agent
