@@ -42,10 +42,7 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
 // Threads that are inside the libraries keep this one, too. False when there is no memory for that.
 bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept REQUIRES(dispatcher.lock) {
     const std::shared_ptr<LibrariesInUse> users = dispatcher.users.lock();
-    return users == nullptr || Guarded(false, [&] {
-               users->Add(entry.library);
-               return true;
-           });
+    return users == nullptr || Guarded([&] { users->Add(entry.library); });
 }
 
 // From the member on; the product is one.

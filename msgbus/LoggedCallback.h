@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "agent/ny_agent.h"
-#include "base/Boundary.h"
 #include "msgbus/BridgeLog.h"
 #include "values/AgentException.h"
 #include "values/CUniStream.h"
@@ -15,20 +14,16 @@ template <class Body, class WriteHead>
 int32_t RunLogged(Body&& body, const WriteHead& writeHead) noexcept {
     using corvane::ny::utils::exception;
     VsKit::CUniStream line;
-    return GuardedBy<exception>(
-        static_cast<int32_t>(NY_UNEXPECTED),
-        [&]() -> int32_t {
-            std::forward<Body>(body)();
-            return NY_OK;
-        },
-        [&](const exception& failure) {
-            writeHead(line);
-            WriteBridgeLog(line << L", exception: [" << failure.Code() << L"]");
-            return failure.Code();
-        },
-        [&]() -> int32_t {
-            writeHead(line);
-            WriteBridgeLog(line << L" due to unknown exception");
-            return NY_UNEXPECTED;
-        });
+    try {
+        std::forward<Body>(body)();
+        return NY_OK;
+    } catch (const exception& failure) {
+        writeHead(line);
+        WriteBridgeLog(line << L", exception: [" << failure.Code() << L"]");
+        return failure.Code();
+    } catch (...) {
+        writeHead(line);
+        WriteBridgeLog(line << L" due to unknown exception");
+        return NY_UNEXPECTED;
+    }
 }

@@ -100,17 +100,14 @@ bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const n
     if (session == nullptr || wantedId == nullptr) {
         return false;
     }
-    return GuardedBy<exception>(
-        false,
-        [&] {
-            BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
-            return true;
-        },
-        [](const exception& failure) {
-            LogDigestFailure(failure.Code());
-            return false;
-        },
-        [] { return false; });
+    try {
+        BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
+        return true;
+    } catch (const exception& failure) {
+        LogDigestFailure(failure.Code());
+    } catch (...) {
+    }
+    return false;
 }
 
 std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {

@@ -58,11 +58,10 @@ void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) noexcept {
 }
 
 void CPolicyDump::WriteLine(std::initializer_list<std::wstring_view> parts) noexcept {
-    isWhole = IsGood() && Guarded(false, [&] {
+    isWhole = IsGood() && Guarded([&] {
                   for (const std::wstring_view part : parts) {
                       Append(part);
                   }
-                  return true;
               });
 }
 

@@ -56,17 +56,14 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
     if (IsTracing()) {
         TraceProperty(path, name, value);
     }
-    return GuardedBy<exception>(
-        false,
-        [&] {
-            AddProperty(*functions, addProperty, current, path, name, value);
-            return true;
-        },
-        [&](const exception& refusal) {
-            LogFailure(name, value, refusal.Code());
-            return false;
-        },
-        [] { return false; });
+    try {
+        AddProperty(*functions, addProperty, current, path, name, value);
+        return true;
+    } catch (const exception& refusal) {
+        LogFailure(name, value, refusal.Code());
+    } catch (...) {
+    }
+    return false;
 }
 
 void CTheCollectProperties::LookUpFunctions(const LibrariesInUse* inUse) noexcept {

@@ -23,16 +23,16 @@ bool IsGiven(const wchar_t* section) noexcept {
 // anything else does.
 template <class Answer, class Body, class Compose>
 Answer RunOrDropCode(Answer whenFailed, Body&& body, Compose&& compose) noexcept {
-    return GuardedBy<exception>(
-        whenFailed, body,
-        [&](const exception& failure) {
-            ComposeUnlogged([&](CUniStream& text) {
-                compose(text);
-                text << L", exception " << failure.Code();
-            });
-            return whenFailed;
-        },
-        [&] { return whenFailed; });
+    try {
+        return body();
+    } catch (const exception& failure) {
+        ComposeUnlogged([&](CUniStream& text) {
+            compose(text);
+            text << L", exception " << failure.Code();
+        });
+    } catch (...) {
+    }
+    return whenFailed;
 }
 
 }  // namespace

@@ -20,10 +20,7 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 
         // The module is told true whatever happens, and nothing of ours is thrown through its code.
         bool Set(const wchar_t* newText) override {
-            isLost = !Guarded(false, [&] {
-                *text = newText != nullptr ? newText : L"";
-                return true;
-            });
+            isLost = !Guarded([&] { *text = newText != nullptr ? newText : L""; });
             return true;
         }
 

@@ -1,6 +1,5 @@
 #include "updater/VsMsgbusUpdateInfoProvider.h"
 
-#include "base/Boundary.h"
 #include "dispatcher/groups/UpdaterGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "updater/UpdateNotifyTable.h"
@@ -70,20 +69,20 @@ constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInf
 template <class Use>
 int32_t CallProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
                     Use&& use) noexcept {
-    const auto compose = [&](int32_t code) -> int32_t {
+    const auto compose = [&](int32_t code) {
         ComposeUnlogged([&](CUniStream& text) {
             text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
         });
-        return NY_OK;
     };
-    return GuardedBy<exception>(
-        static_cast<int32_t>(NY_OK),
-        [&]() -> int32_t {
-            UpdateNotifyTable().With(WideText(productId, libraries).View(),
-                                     [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
-            return NY_OK;
-        },
-        [&](const exception& failure) { return compose(failure.Code()); }, [&] { return compose(NY_UNEXPECTED); });
+    try {
+        UpdateNotifyTable().With(WideText(productId, libraries).View(),
+                                 [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
+    } catch (const exception& failure) {
+        compose(failure.Code());
+    } catch (...) {
+        compose(NY_UNEXPECTED);
+    }
+    return NY_OK;
 }
 
 }  // namespace

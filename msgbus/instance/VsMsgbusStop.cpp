@@ -64,30 +64,22 @@ void VsMsgbus::UnregisterIo(VsMsgbusIo& io, const std::string* productId) {
 
 void VsMsgbus::Stop() noexcept {
     CUniStream text;
-    const bool isStopped = GuardedBy<exception>(
-        false,
-        [&] {
-            // The first product releases them all; without one, as in the last Exit, or without memory to look the
-            // products up, they are released all the same.
-            for (const auto& [productId, serviceMask] : Guarded(ProductTable{}, [&] { return CopyProducts(); })) {
-                ReleaseAllIos(&productId);
-            }
-            ReleaseAllIos(nullptr);
-            text << L"Successfully release all VsMsgbus ios";
-            Check(NyClientStop(clientRecord->client));
-            started = 0;
-            text << L"Successfully stopped VsMsgbus";
-            return true;
-        },
-        [&](const exception& failure) {
-            text << L"Failed to stop VsMsgbus, exception:[" << failure.what() << L"]";
-            return false;
-        },
-        [&] {
-            text << L"Failed to stop VsMsgbus, unknown exception";
-            return false;
-        });
-    if (!isStopped) {
-        WriteBridgeLog(text);
+    try {
+        // The first product releases them all; without one, as in the last Exit, or without memory to look the products
+        // up, they are released all the same.
+        for (const auto& [productId, serviceMask] : Guarded(ProductTable{}, [&] { return CopyProducts(); })) {
+            ReleaseAllIos(&productId);
+        }
+        ReleaseAllIos(nullptr);
+        text << L"Successfully release all VsMsgbus ios";
+        Check(NyClientStop(clientRecord->client));
+        started = 0;
+        text << L"Successfully stopped VsMsgbus";
+        return;
+    } catch (const exception& failure) {
+        text << L"Failed to stop VsMsgbus, exception:[" << failure.what() << L"]";
+    } catch (...) {
+        text << L"Failed to stop VsMsgbus, unknown exception";
     }
+    WriteBridgeLog(text);
 }
