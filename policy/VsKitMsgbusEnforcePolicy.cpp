@@ -25,22 +25,11 @@ size_t BoundedLength(const wchar_t* text) noexcept {
 
 bool VsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnforcePolicy* enforcer,
                                  void* sink) noexcept {
-    if (productId == nullptr || enforcer == nullptr) {
-        return false;
-    }
-    return Guarded(false, [&] {
-        EnforcerTable().Set(productId, enforcer, static_cast<VsKitMsgbus::ILogSink*>(sink));
-        return true;
-    });
+    return EnforcerTable().Set(productId, enforcer, static_cast<VsKitMsgbus::ILogSink*>(sink));
 }
 
 bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept {
-    return Guarded(true, [&] {
-        if (productId != nullptr) {
-            EnforcerTable().Remove(productId);
-        }
-        return true;
-    });
+    return EnforcerTable().Remove(productId);
 }
 
 int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {

@@ -6,7 +6,7 @@
 
 // A module's registered enforcer.
 struct TaskEnforcerRecord {
-    TaskEnforcerRecord(void* moduleContext, VsKitMsgbus::INYTaskEnforcer* moduleEnforcer) noexcept
+    TaskEnforcerRecord(VsKitMsgbus::INYTaskEnforcer* moduleEnforcer, void* moduleContext) noexcept
         : context(moduleContext), enforcer(moduleEnforcer) {}
 
     void* const context;

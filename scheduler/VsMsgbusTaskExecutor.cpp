@@ -15,8 +15,8 @@ namespace {
 template <auto slot>
 int32_t CallHandlerSlot(ny_client_t* /*client*/, const char* productId, const char* taskType, ny_task_t* task,
                         void* userData) {
-    return CallHandler<task_handler>(productId, userData, [&](task_handler& handler) {
-        return (handler.*slot)(handler.Client(), productId, taskType != nullptr ? taskType : "", task);
+    return CallHandler<task_handler>(productId, userData, [&](auto& service) {
+        return (service.*slot)(service.Client(), productId, taskType != nullptr ? taskType : "", task);
     });
 }
 
@@ -66,15 +66,11 @@ void ReportStatus(ny_client_t* client, ny_task_t* task, int32_t status) {
 
 }  // namespace
 
-VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient)
-    : AgentService(agentClient), task_handler(agentClient) {}
-
 VsMsgbusTaskExecutor::~VsMsgbusTaskExecutor() = default;
 
 int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
-    task_handler* const handler = this;
     return agent::ny_scheduler_register_task_callbacks.In(Libraries())(Client(), productId.c_str(), nullptr,
-                                                                       &taskCallbacks, handler);
+                                                                       &taskCallbacks, CallbackArgument());
 }
 
 int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) {

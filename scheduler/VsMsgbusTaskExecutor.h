@@ -9,9 +9,9 @@
 //
 // on_... ask the product's enforcer, if it has one. NY_OK, also without one; NY_UNEXPECTED when something escaped the
 // module. They raise the agent exception when the task does not tell its id.
-class VsMsgbusTaskExecutor : public AgentService, public corvane::ny::scheduler::task_handler {
+class VsMsgbusTaskExecutor : public AgentServiceFor<corvane::ny::scheduler::task_handler> {
 public:
-    explicit VsMsgbusTaskExecutor(ny_client_t* agentClient);
+    using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusTaskExecutor() override;
 
     // Reports: 4 and 3 for these answers of the module, 3 for a failure, else 2.
@@ -32,8 +32,4 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::scheduler::task_handler>(
-            static_cast<const corvane::ny::scheduler::task_handler*>(this));
-    }
 };

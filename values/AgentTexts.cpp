@@ -45,11 +45,7 @@ TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse) noexcept {
 }
 
 std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
-    return NarrowFromVariant(LookUp(inUse), variant);
-}
-
-std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
-    return std::string(BorrowedNarrow(functions, variant).View());
+    return std::string(BorrowedNarrow(LookUp(inUse), variant).View());
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
@@ -70,4 +66,12 @@ std::string NarrowFromWide(const wchar_t* text, size_t length, const LibrariesIn
     const TextFunctions functions = LookUp(inUse);
     const TextVariant variant(functions, std::wstring_view(text, length));
     return std::string(BorrowedNarrow(functions, variant.Get()).View());
+}
+
+std::string LowBytes(const wchar_t* text) {
+    std::string bytes;
+    for (; *text != L'\0'; ++text) {
+        bytes.push_back(static_cast<char>(*text & 0xFF));
+    }
+    return bytes;
 }
