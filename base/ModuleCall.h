@@ -128,21 +128,3 @@ public:
 private:
     Interface* pointer;
 };
-
-// The same for a plain function of a module's.
-template <class... Parameters>
-class ModulePointer<void(Parameters...)> {
-public:
-    using Function = void (*)(Parameters...);
-
-    ModulePointer(Function moduleFunction) noexcept : pointer(moduleFunction) {}  // NOLINT: as a plain pointer
-
-    bool operator==(Function other) const noexcept { return pointer == other; }
-
-    void Call(Parameters... arguments) const {
-        CallModule([&] { pointer(arguments...); });
-    }
-
-private:
-    Function pointer;
-};

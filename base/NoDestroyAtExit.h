@@ -19,8 +19,8 @@ public:
     NoDestroyAtExit(const NoDestroyAtExit&) = delete;
     NoDestroyAtExit& operator=(const NoDestroyAtExit&) = delete;
 
-    Object& Get() noexcept { return object; }
     Object& operator*() noexcept { return object; }
+    Object* operator->() noexcept { return &object; }
 
 private:
     union {

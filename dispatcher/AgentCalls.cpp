@@ -110,7 +110,7 @@ namespace {
 
 AgentCallTable& Table() noexcept {
     static NoDestroyAtExit<AgentCallTable> table;
-    return table.Get();
+    return *table;
 }
 
 struct Work {

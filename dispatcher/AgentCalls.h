@@ -70,3 +70,8 @@ private:
 // For what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns
 // into. Without a thread to be had it is not done.
 void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept;
+
+template <class Object>
+void DeleteOutsideAgentCalls(Object* object) noexcept {
+    RunOutsideAgentCalls([](void* deleted) { delete static_cast<Object*>(deleted); }, object);
+}

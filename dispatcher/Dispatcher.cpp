@@ -116,13 +116,10 @@ std::shared_ptr<LibrariesInUse> LibrariesInUse::Share() {
     if (dispatcher == nullptr) {
         return nullptr;
     }
-    const auto end = [](LibrariesInUse* ended) {
-        RunOutsideAgentCalls([](void* inUse) { delete static_cast<LibrariesInUse*>(inUse); }, ended);
-    };
     const ScopedLock guard(dispatcher->lock);
     std::shared_ptr<LibrariesInUse> shared = dispatcher->users.lock();
     if (shared == nullptr && !dispatcher->isReleased) {
-        shared.reset(new LibrariesInUse, end);
+        shared.reset(new LibrariesInUse, DeleteOutsideAgentCalls<LibrariesInUse>);
         for (const auto& member : dispatcher->grouper.members) {
             for (const auto& entry : member->libraries) {
                 shared->libraries.push_back(entry->library);

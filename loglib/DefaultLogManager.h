@@ -1,10 +1,6 @@
 #pragma once
 
-#include <memory>
-
-#include "base/CallGate.h"
-#include "base/ModuleCall.h"
-#include "base/SharedSlot.h"
+#include "base/ModuleSlot.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
 
@@ -19,16 +15,6 @@ public:
     LogUtils::LogListener* SetListener(LogUtils::LogListener* newListener) noexcept override;
 
 private:
-    // A listener, shared by the calls of it that are under way.
-    struct Listening {
-        explicit Listening(LogUtils::LogListener* logListener) noexcept : listener(logListener) {}
-
-        const ModulePointer<LogUtils::LogListener> listener;
-        CallGate gate;
-    };
-
-    void Tell(const LogUtils::LogRecord& event);
-
     LogDestination destination;
-    SharedSlot<Listening> listening;
+    ModuleSlot<LogUtils::LogListener> listener;
 };

@@ -5,6 +5,7 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
+#include "msgbus/BridgeLog.h"
 #include "msgbus/client/AgentUse.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyDump.h"
@@ -20,8 +21,6 @@ using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 namespace {
-
-constexpr int failureLevel = 5;
 
 std::string NarrowId(const wchar_t* wide, const LibrariesInUse* inUse) {
     return BadAllocAsAgentException([&] { return NarrowFromWide(wide, inUse); });
@@ -149,16 +148,9 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
 }
 
 void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcept {
-    if (!sink) {
-        return;
-    }
-    Guarded([&] {
-        CUniStream text;
-        text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
-        if (!text.Text().empty()) {
-            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
-        }
-    });
+    CUniStream text;
+    text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
+    WriteFailure(sink, text);
 }
 
 void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const {
@@ -167,7 +159,8 @@ void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId
     PolicyQuery query(policies);
     query.SetProduct(wantedId);
     bag = query.Fetch(client);
-    PolicyUris uris(policies, bag.Get());
+    PolicyUris uris(policies, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next,
+                    bag.Get());
     ny_policy_uri_t* uri = nullptr;
     while (uris.Next(uri)) {
         const char* digest = nullptr;

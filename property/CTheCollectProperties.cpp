@@ -1,8 +1,8 @@
 #include "property/CTheCollectProperties.h"
 
 #include "base/Attributes.h"
-#include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
+#include "msgbus/BridgeLog.h"
 #include "values/AgentException.h"
 #include "values/BorrowedText.h"
 #include "values/UnloggedText.h"
@@ -14,7 +14,6 @@ using VsKit::CUniStream;
 namespace {
 
 constexpr int32_t verboseLevel = 4;
-constexpr int failureLevel = 5;
 
 std::wstring_view OrEmpty(const wchar_t* text) noexcept {
     return text != nullptr ? std::wstring_view(text) : std::wstring_view(L"");
@@ -79,14 +78,7 @@ bool CTheCollectProperties::IsTracing() const noexcept {
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {
-    if (!sink) {
-        return;
-    }
-    Guarded([&] {
-        CUniStream text;
-        text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
-        if (!text.Text().empty()) {
-            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
-        }
-    });
+    CUniStream text;
+    text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
+    WriteFailure(sink, text);
 }

@@ -56,19 +56,19 @@ std::wstring WidenBytes(const char* text) {
 }  // namespace
 
 const VsMsgbus* CurrentBridge() noexcept {
-    return (*bridgeOfProcess).Address();
+    return bridgeOfProcess->Address();
 }
 
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept {
-    return (*bridgeOfProcess).Share();
+    return bridgeOfProcess->Share();
 }
 
 std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept {
-    return (*bridgeOfProcess).Offer(created) ? created : ShareBridge();
+    return bridgeOfProcess->Offer(created) ? created : ShareBridge();
 }
 
 void WithdrawBridge(const VsMsgbus* instance) noexcept {
-    (*bridgeOfProcess).TakeIf([instance](const VsMsgbus& bridge) { return &bridge == instance; });
+    bridgeOfProcess->TakeIf([instance](const VsMsgbus& bridge) { return &bridge == instance; });
 }
 
 VsMsgbusIoPointer ShareService(int32_t kind) {
