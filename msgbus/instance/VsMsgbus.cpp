@@ -125,11 +125,6 @@ void VsMsgbus::RemoveProduct(const std::string& productId) {
     products.erase(productId);
 }
 
-bool VsMsgbus::HasProducts() {
-    const ScopedLock guard(productsLock);
-    return !products.empty();
-}
-
 bool VsMsgbus::HasProduct(std::string_view productId) {
     const ScopedLock guard(productsLock);
     return products.contains(productId);
@@ -159,17 +154,11 @@ void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask)
 
 void VsMsgbus::AttachProduct(const std::string& productId, uint32_t serviceMask) {
     for (const int32_t kind : attachOrder) {
-        if ((serviceMask & static_cast<uint32_t>(kind)) != 0) {
-            AttachProductToIo(kind, productId);
+        const bool isWanted = (serviceMask & static_cast<uint32_t>(kind)) != 0;
+        const VsMsgbusIoPointer io = isWanted ? ShareIo(kind) : nullptr;
+        if (io != nullptr && IsServiceOfKind(kind, *io)) {
+            io->RegisterProduct(productId);
         }
-    }
-}
-
-void VsMsgbus::AttachProductToIo(int32_t kind, const std::string& productId) {
-    const VsMsgbusIoMap copy = CopyIos();
-    const auto found = copy.find(kind);
-    if (found != copy.end() && found->second != nullptr && IsServiceOfKind(kind, *found->second)) {
-        found->second->RegisterProduct(productId);
     }
 }
 

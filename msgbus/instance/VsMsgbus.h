@@ -40,7 +40,6 @@ public:
     bool AddProduct(const std::string& productId, uint32_t serviceMask);
     void RemoveProduct(const std::string& productId);
     bool HasProduct(std::string_view productId);
-    bool HasProducts();
     // Takes no product any more, if there is none now. Whether that is so, the first time.
     bool EndWithoutProducts();
 
@@ -78,7 +77,6 @@ private:
     void Stop() noexcept;
     void CreateServices();
     void AttachEnteredProducts();
-    void AttachProductToIo(int32_t kind, const std::string& productId);
     // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product,
     // when the last one has left already, nobody is told of a refusal.
     void ReleaseAllIos(const std::string* productId);
