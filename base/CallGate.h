@@ -81,7 +81,7 @@ private:
 
     mutable Mutex mutex;
     Condition emptied;
-    // In WaitForOthers. Without any, a call that ends wakes nobody: that costs a call of the system's.
+    // In WaitForOthers. A call that ends makes the system call that wakes threads only when there are any.
     size_t threadsWaiting GUARDED_BY(mutex) = 0;
     Call* calls GUARDED_BY(mutex) = nullptr;
     // In the order of arrival. While there are any, a call is inside.

@@ -15,14 +15,12 @@
 
 namespace {
 
-// The data's address and type, and the product. Look-ups by view: finding what is admitted allocates nothing.
+// The data's address and type, and the product. A look-up by view allocates nothing.
 using Name = std::tuple<uintptr_t, uintptr_t, std::string>;
 using NameView = std::tuple<uintptr_t, uintptr_t, std::string_view>;
 
-template <class AnyName = NameView>
-AnyName MakeName(const AgentCallData& data, std::string_view product) {
-    return {reinterpret_cast<uintptr_t>(data.address), reinterpret_cast<uintptr_t>(data.type),
-            typename std::tuple_element<2, AnyName>::type(product)};
+NameView View(const AgentCallData& data, std::string_view product) noexcept {
+    return {reinterpret_cast<uintptr_t>(data.address), reinterpret_cast<uintptr_t>(data.type), product};
 }
 
 struct Before {
@@ -36,12 +34,12 @@ struct Before {
 struct Entry {
     std::shared_ptr<void> called;
     const void* group = nullptr;
-    bool isAdmitted = false;  // else it has ended: a name that was known is not taken for any other one
+    bool isAdmitted = false;  // false for a name that has ended, which stands for no other product any more
 };
 
 }  // namespace
 
-// The lock is held for a look-up or a change alone. What was shared is let go after it was left.
+// The lock is held for a look-up or a change alone. Objects that an entry shared are let go of without it.
 struct AgentCallTable {
     Mutex lock;
     std::map<Name, Entry, Before> entries GUARDED_BY(lock);
@@ -49,9 +47,9 @@ struct AgentCallTable {
 
     // The entry that serves a call with this data for this product; null when the call comes too late.
     const Entry* Find(const AgentCallData& data, std::string_view product) const noexcept REQUIRES(lock) {
-        auto found = entries.find(MakeName(data, product));
+        auto found = entries.find(View(data, product));
         if (found == entries.end() && !product.empty()) {
-            found = entries.find(MakeName(data, {}));
+            found = entries.find(View(data, {}));
         }
         return found != entries.end() && found->second.isAdmitted ? &found->second : nullptr;
     }
@@ -111,7 +109,7 @@ DWORD WINAPI RunWork(void* parameter) {
 void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
                      const void* group) {
     AgentCallTable& table = Table();
-    auto name = MakeName<Name>(data, product);
+    Name name(View(data, product));
     Entry entry{std::move(called), group, true};
     const ScopedLock guard(table.lock);
     std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
@@ -121,7 +119,7 @@ void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept
     AgentCallTable& table = Table();
     std::shared_ptr<void> ended;
     const ScopedLock guard(table.lock);
-    const auto found = table.entries.find(MakeName(data, product));
+    const auto found = table.entries.find(View(data, product));
     if (found != table.entries.end()) {
         found->second.isAdmitted = false;
         ended.swap(found->second.called);

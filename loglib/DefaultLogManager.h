@@ -7,7 +7,7 @@
 // What LogUtils::LogManager says, and no more.
 class DefaultLogManager final : public LogUtils::LogManager {
 public:
-    // The one of the process. It is never destroyed, so that what is destroyed at the end of the process can still log.
+    // The one of the process. It is never destroyed: other objects may log while they are destroyed at the end.
     static DefaultLogManager& Instance() noexcept;
 
     void Write(const LogUtils::LogRecord& event) noexcept override;

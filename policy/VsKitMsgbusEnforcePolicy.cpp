@@ -12,7 +12,7 @@ namespace {
 
 constexpr size_t longestId = 0xFFFF;
 
-// At most one more than the longest that is taken: what is no text of any length is not read to its end.
+// Reads no further than one character behind the longest id.
 size_t BoundedLength(const wchar_t* text) noexcept {
     size_t length = 0;
     while (length <= longestId && text[length] != L'\0') {

@@ -29,7 +29,7 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
     Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
 }
 
-// Apart from what is done for every property, whether it is traced or not.
+// Functions of their own, so that a property that is not traced does not pay for them.
 RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
     ComposeUnlogged(
         [&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });

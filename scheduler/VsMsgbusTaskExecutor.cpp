@@ -31,7 +31,7 @@ int32_t ResultOf(const TaskCall::Outcome& outcome) {
     return outcome.hasFailed ? NY_UNEXPECTED : NY_OK;
 }
 
-// A call whose answer nobody but a text is told.
+// A call whose answer the agent is not told.
 int32_t CallWithoutReport(const TaskCall& call, TaskCall::Operation operation) {
     const TaskCall::Outcome outcome = call.AskModule(operation);
     if (outcome.answer == INYTaskEnforcer::Failed) {

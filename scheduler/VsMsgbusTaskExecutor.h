@@ -25,7 +25,7 @@ public:
     int32_t on_update_status(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                              ny_task_t* task) override;
 
-    // Tells the agent how a task stands; nobody is told when that fails. Does nothing once the agent's client is being
+    // Tells the agent how a task stands; a failure's text goes to no log. Does nothing once the agent's client is being
     // stopped.
     void UpdateStatus(const std::string& taskId, int32_t status);
 

@@ -38,7 +38,7 @@ public:
     Handle* Get() const noexcept { return handle; }
     explicit operator bool() const noexcept { return handle != nullptr; }
 
-    // Releases what is held. What the agent answers, which most may ignore; NY_OK when nothing is held.
+    // Releases the handle. The agent's answer, which most callers ignore; NY_OK for an empty owner.
     int32_t Reset() noexcept {
         Handle* const released = std::exchange(handle, nullptr);
         return released != nullptr ? release(released) : NY_OK;
@@ -56,7 +56,7 @@ public:
         return &handle;
     }
 
-    // The place of what is held, for an agent call that may put another handle there after releasing this one itself.
+    // The handle's place, for an agent call that may release the handle itself and put another one there.
     Handle** InOut() noexcept { return &handle; }
 
 private:

@@ -10,7 +10,7 @@ namespace {
 // Compiled into each function below, which then looks up only what it calls.
 ALWAYS_INLINE inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) noexcept {
     TextFunctions functions{};
-    // First: what is closed from now on makes the others stale.
+    // First: a library that is closed from now on makes the functions stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);
     void* const* const variants = TableOf(variantGroup, inUse);
     // A library that cannot be loaded is not asked for twice: each time the dispatcher says so in the log.
@@ -18,7 +18,7 @@ ALWAYS_INLINE inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr)
     if (buffers == nullptr) [[unlikely]] {
         functions.closings = noClosings;
     }
-    // What could not be given back is not asked for.
+    // The agent is asked for no handle that could not be given back.
     void* const* const madeVariants = agent::ny_variant_release.FindIn(variants) != nullptr ? variants : nullptr;
     functions.narrow = {
         agent::ny_variant_create_from_string.In(madeVariants),

@@ -19,7 +19,7 @@ enum class ClientChange {
     Release,     // the agent is let go of, for good
 };
 
-// What is to be done for one client, in the order of ClientChange.
+// The changes that one client waits for, in the order of ClientChange.
 struct PendingChanges {
     bool mustStop = false;
     uint32_t startState = 0;  // what the point product is told of the start; 0 for no start

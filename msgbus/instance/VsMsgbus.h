@@ -77,8 +77,8 @@ private:
     void Stop() noexcept;
     void CreateServices();
     void AttachEnteredProducts();
-    // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product,
-    // when the last one has left already, nobody is told of a refusal.
+    // Unregisters the product, then all others, and lets go of every service object. A refusal is logged unless the
+    // last product has left already: `productId` is null then.
     void ReleaseAllIos(const std::string* productId);
     static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
 
@@ -102,6 +102,5 @@ std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created
 // Takes it back, if it is this one.
 void WithdrawBridge(const VsMsgbus* instance) noexcept;
 
-// The process-wide instance's service object of that kind, or null. What is shared may have ended its registrations at
-// any time.
+// The process-wide instance's service object of that kind, or null. It may have ended its registrations.
 VsMsgbusIoPointer ShareService(int32_t kind);

@@ -42,7 +42,7 @@ void VsMsgbus::ReleaseAllIos(const std::string* productId) {
         } catch (...) {
             text << L"Failed to release VsMsgbus io due to unknown exception";
         }
-        // The agent may still call it: what is admitted for such calls keeps it until the agent's client is let go of.
+        // The agent may still call the service: its admission keeps it until the agent's client is let go of.
         if (productId != nullptr) {
             WriteBridgeLog(text);
         }
