@@ -4,6 +4,8 @@
 #include <type_traits>
 #include <utility>
 
+namespace bridge {
+
 // The body's answer, or `whenThrown` when anything escapes it.
 template <class Answer, class Body>
 Answer Guarded(Answer whenThrown, Body&& body) noexcept {
@@ -25,3 +27,5 @@ bool Guarded(Body&& body) noexcept {
         return false;
     }
 }
+
+}  // namespace bridge

@@ -7,6 +7,8 @@
 
 #include "base/Mutex.h"
 
+namespace bridge {
+
 // The longest time that the bridge waits for code of a module or of the agent to return.
 inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 
@@ -88,3 +90,5 @@ private:
     Waiter* waiters GUARDED_BY(mutex) = nullptr;
     bool isClosed GUARDED_BY(mutex) = false;
 };
+
+}  // namespace bridge

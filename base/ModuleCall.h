@@ -9,6 +9,8 @@
 
 #include "base/ForeignFrame.h"
 
+namespace bridge {
+
 // Thrown in the place of what g++'s `catch` does not see.
 class ForeignException final {};
 
@@ -128,3 +130,5 @@ public:
 private:
     Interface* pointer;
 };
+
+}  // namespace bridge

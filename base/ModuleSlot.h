@@ -6,6 +6,8 @@
 #include "base/ModuleCall.h"
 #include "base/SharedSlot.h"
 
+namespace bridge {
+
 // A place for one interface of a module's that threads call while another thread takes it away.
 template <class Interface>
 class ModuleSlot {
@@ -55,3 +57,5 @@ private:
 
     SharedSlot<InUse> slot;
 };
+
+}  // namespace bridge

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace bridge {
+
 // Whether the process is ending, so that no thread but the one that ends it runs any more. The library's entry point
 // sets it before static objects are destroyed.
 inline bool isProcessEnding = false;
@@ -27,3 +29,5 @@ private:
         Object object;
     };
 };
+
+}  // namespace bridge

@@ -13,6 +13,8 @@
 #include "base/NoDestroyAtExit.h"
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 namespace {
 
 // The data's address and type, and the product. A look-up by view allocates nothing.
@@ -173,3 +175,5 @@ void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept
         }
     });
 }
+
+}  // namespace bridge

@@ -10,6 +10,8 @@
 #include <memory>
 #include <string_view>
 
+namespace bridge {
+
 // Callback data as the agent is given it, with its type: an address can be given again for an object of another type.
 struct AgentCallData {
     const void* address;
@@ -75,3 +77,5 @@ template <class Object>
 void DeleteOutsideAgentCalls(Object* object) noexcept {
     RunOutsideAgentCalls([](void* deleted) { delete static_cast<Object*>(deleted); }, object);
 }
+
+}  // namespace bridge

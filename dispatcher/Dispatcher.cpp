@@ -10,6 +10,8 @@
 #include "base/NoDestroyAtExit.h"
 #include "dispatcher/AgentCalls.h"
 
+namespace bridge {
+
 namespace {
 
 // One lock guards the process's dispatcher from its creation to the closing of its last library, so that a creation can
@@ -193,3 +195,5 @@ int32_t DispatcherUnload(const char* product, const char* library) noexcept {
         return operations.unload != nullptr ? operations.unload(dispatcher, product, library) : NY_LIBRARY_UNLOAD;
     });
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/Dispatcher.h"
 
+namespace bridge {
+
 namespace {
 
 // Calls slot `slot` of an object's operations: NY_INVALID_ARGUMENT without operations, NY_UNEXPECTED for an empty slot.
@@ -127,3 +129,5 @@ void ny_dispatcher_deinit(Dispatcher& dispatcher) REQUIRES(dispatcher.lock) {
 
 const DispatcherOperations dispatcherOperations = {ny_dispatcher_init, ny_dispatcher_load, ny_dispatcher_unload,
                                                    ny_dispatcher_deinit};
+
+}  // namespace bridge

@@ -10,6 +10,8 @@
 #include "base/LastErrorKeeper.h"
 #include "loglib/LogLine.h"
 
+namespace bridge {
+
 DefaultLogManager& DefaultLogManager::Instance() noexcept {
     alignas(DefaultLogManager) static std::byte place[sizeof(DefaultLogManager)];
     static auto* const manager = new (place) DefaultLogManager;
@@ -29,3 +31,5 @@ bool DefaultLogManager::SetFile(const wchar_t* path) noexcept {
 LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* newListener) noexcept {
     return Guarded<LogUtils::LogListener*>(nullptr, [&] { return listener.Exchange(newListener); });
 }
+
+}  // namespace bridge

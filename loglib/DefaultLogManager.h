@@ -4,6 +4,8 @@
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
 
+namespace bridge {
+
 // What LogUtils::LogManager says, and no more.
 class DefaultLogManager final : public LogUtils::LogManager {
 public:
@@ -18,3 +20,5 @@ private:
     LogDestination destination;
     ModuleSlot<LogUtils::LogListener> listener;
 };
+
+}  // namespace bridge

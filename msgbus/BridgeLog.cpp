@@ -4,6 +4,8 @@
 #include "base/ModuleSlot.h"
 #include "base/NoDestroyAtExit.h"
 
+namespace bridge {
+
 using VsKitMsgbus::ILogSink;
 
 namespace {
@@ -37,3 +39,5 @@ void WriteFailure(const ModuleInterface<ILogSink>& sink, const VsKit::CUniStream
         Guarded([&] { sink.Call(&ILogSink::Write, failureLogLevel, text.Text().c_str()); });
     }
 }
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 #include "values/CUniStream.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // The level of every line of the bridge instance, and of a failure for the sink of an interface.
 inline constexpr int bridgeLogLevel = 3;
 inline constexpr int failureLogLevel = 5;
@@ -22,3 +24,5 @@ const VsKitMsgbus::ILogSink* CurrentLogSink() noexcept;
 // Each writes a text that is not empty, at its level, if there is a sink. What the sink throws is dropped.
 void WriteBridgeLog(const VsKit::CUniStream& text) noexcept;
 void WriteFailure(const ModuleInterface<VsKitMsgbus::ILogSink>& sink, const VsKit::CUniStream& text) noexcept;
+
+}  // namespace bridge

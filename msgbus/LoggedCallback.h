@@ -8,16 +8,17 @@
 #include "values/AgentException.h"
 #include "values/CUniStream.h"
 
+namespace bridge {
+
 // Runs the body of a callback of the agent's, and returns the agent's answer: NY_OK, the code of an agent exception, or
 // NY_UNEXPECTED for any other one. A failure goes to the log sink: `writeHead(text)` writes the beginning of its line.
 template <class Body, class WriteHead>
 int32_t RunLogged(Body&& body, const WriteHead& writeHead) noexcept {
-    using corvane::ny::utils::exception;
     VsKit::CUniStream line;
     try {
         std::forward<Body>(body)();
         return NY_OK;
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         writeHead(line);
         WriteBridgeLog(line << L", exception: [" << failure.Code() << L"]");
         return failure.Code();
@@ -27,3 +28,5 @@ int32_t RunLogged(Body&& body, const WriteHead& writeHead) noexcept {
         return NY_UNEXPECTED;
     }
 }
+
+}  // namespace bridge

@@ -16,8 +16,8 @@
 #include "policy/VsMsgbusIEnforcePolicy.h"
 #include "values/AgentTexts.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 namespace {
@@ -102,7 +102,7 @@ bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const n
     try {
         BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
         return true;
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         LogDigestFailure(failure.Code());
     } catch (...) {
     }
@@ -124,7 +124,7 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
     }
     try {
         std::optional<OpenWalk> open;
-        PassThrough<exception>(
+        PassThrough<AgentException>(
             [&](InsidePassage inside) {
                 const LibrariesInUse* const libraries = session->Libraries();
                 open.emplace(inside, libraries, *callbacks,
@@ -141,7 +141,7 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
                 session.reset();
             });
         return true;
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         LogFailure(wantedId, failure.Code());
         return false;
     }
@@ -168,3 +168,5 @@ void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId
         digests += digest != nullptr ? digest : "";
     }
 }
+
+}  // namespace bridge

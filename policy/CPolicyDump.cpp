@@ -5,6 +5,8 @@
 #include "base/Boundary.h"
 #include "msgbus/lpc_buffer.h"
 
+namespace bridge {
+
 using namespace std::string_view_literals;
 
 namespace {
@@ -94,3 +96,5 @@ void CPolicyDump::CutLastPiece() {
     last.shrink_to_fit();
     text.Swap(last);
 }
+
+}  // namespace bridge

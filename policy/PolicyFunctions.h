@@ -2,6 +2,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // The agent's functions for policies, looked up once for a walk or a question, so that a handle is opened, read and
 // closed through one library. Used by a thread that is inside the agent's libraries.
 class PolicyFunctions {
@@ -22,3 +24,5 @@ private:
     const LibrariesInUse* libraries;
     void* const* table;
 };
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
 
+namespace bridge {
+
 // Opens an iterator of the agent's when it is made and releases it at its end. Both raise the agent exception with the
 // code of a call that did not succeed.
 template <class... Items>
@@ -14,7 +16,7 @@ public:
     template <class Open, class GetNext, class... Place>
     PolicyIterator(const PolicyFunctions& functions, const Open& open, const GetNext& getNext, const Place&... place)
         : next(functions(getNext)) {
-        corvane::ny::utils::Check(functions(open)(place..., iterator.Out(functions.Libraries())));
+        Check(functions(open)(place..., iterator.Out(functions.Libraries())));
     }
 
     // Gives the next item, borrowed until the next one is asked for; false after the last one.
@@ -23,7 +25,7 @@ public:
         if (code == NY_ITERATOR_END) {
             return false;
         }
-        corvane::ny::utils::Check(code);
+        Check(code);
         return true;
     }
 
@@ -37,3 +39,5 @@ private:
 using PolicyUris = PolicyIterator<ny_policy_uri_t*>;
 using PolicySections = PolicyIterator<const char*>;
 using PolicySettings = PolicyIterator<const char*, ny_variant_t*>;
+
+}  // namespace bridge

@@ -8,7 +8,7 @@
 #include "policy/OutOfMemory.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
 
-using corvane::ny::utils::Check;
+namespace bridge {
 
 namespace {
 
@@ -138,3 +138,5 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     }
     settings.reset();
 }
+
+}  // namespace bridge

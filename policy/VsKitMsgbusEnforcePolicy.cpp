@@ -8,6 +8,8 @@
 #include "policy/EnforcerTable.h"
 #include "values/AgentTexts.h"
 
+using namespace bridge;
+
 namespace {
 
 constexpr size_t longestId = 0xFFFF;

@@ -9,8 +9,9 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::policies::policy_notification_handler;
-using corvane::ny::utils::Check;
 using VsKit::CUniStream;
 
 namespace {
@@ -64,3 +65,5 @@ int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const 
         },
         [&](CUniStream& text) { text << L"Failed to get the policy for product id " << productId; });
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "msgbus/registrations/AgentService.h"
 #include "policy/policy_notification_handler.h"
 
+namespace bridge {
+
 // The policy service: what the agent calls when the policies of a product may have changed.
 class VsMsgbusPolicyEnforcer : public AgentServiceFor<corvane::ny::policies::policy_notification_handler> {
 public:
@@ -20,3 +22,5 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
 };
+
+}  // namespace bridge

@@ -7,8 +7,8 @@
 #include "values/BorrowedText.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 namespace {
@@ -58,7 +58,7 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
     try {
         AddProperty(*functions, addProperty, current, path, name, value);
         return true;
-    } catch (const exception& refusal) {
+    } catch (const AgentException& refusal) {
         LogFailure(name, value, refusal.Code());
     } catch (...) {
     }
@@ -82,3 +82,5 @@ void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value
     text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
     WriteFailure(sink, text);
 }
+
+}  // namespace bridge

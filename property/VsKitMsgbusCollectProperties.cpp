@@ -3,6 +3,8 @@
 
 #include "property/CollectorTable.h"
 
+using namespace bridge;
+
 bool VsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* collector,
                                      void* sink) noexcept {
     return CollectorTable().Set(productId, collector, static_cast<VsKitMsgbus::ILogSink*>(sink));

@@ -6,6 +6,8 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::property_provider;
 using VsKit::CUniStream;
 
@@ -42,3 +44,5 @@ int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const st
         },
         [&](CUniStream& text) { text << L"Failed to add property in the property bag for product id " << productId; });
 }
+
+}  // namespace bridge

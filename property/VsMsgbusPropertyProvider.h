@@ -5,6 +5,8 @@
 #include "msgbus/registrations/AgentService.h"
 #include "property/property_provider.h"
 
+namespace bridge {
+
 // The property service: what the agent calls when it wants the properties of a product.
 class VsMsgbusPropertyProvider : public AgentServiceFor<corvane::ny::property_provider> {
 public:
@@ -19,3 +21,5 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
 };
+
+}  // namespace bridge

@@ -6,7 +6,8 @@
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead,
@@ -20,7 +21,7 @@ TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar
 TaskCall::Outcome TaskCall::AskModule(Operation operation) const noexcept {
     try {
         return {false, AskEnforcer(operation)};
-    } catch (const exception& thrown) {
+    } catch (const AgentException& thrown) {
         // Spelled like this: products search for it.
         ComposeUnloggedAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
     } catch (...) {
@@ -49,3 +50,5 @@ void TaskCall::ComposeUnloggedAbout(const wchar_t* head, Compose&& compose) cons
         compose(text);
     });
 }
+
+}  // namespace bridge

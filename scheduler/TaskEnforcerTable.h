@@ -4,6 +4,8 @@
 #include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // A module's registered enforcer.
 struct TaskEnforcerRecord {
     TaskEnforcerRecord(VsKitMsgbus::INYTaskEnforcer* moduleEnforcer, void* moduleContext) noexcept
@@ -21,3 +23,5 @@ using TaskEnforcerRegistrations =
 inline TaskEnforcerRegistrations& TaskEnforcerTable() {
     return TableOfProcess<TaskEnforcerRegistrations>();
 }
+
+}  // namespace bridge

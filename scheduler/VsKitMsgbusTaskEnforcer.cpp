@@ -9,6 +9,8 @@
 #include "scheduler/VsMsgbusTaskExecutor.h"
 #include "values/AgentTexts.h"
 
+using namespace bridge;
+
 namespace {
 
 int32_t ReportedStatus(int status) {

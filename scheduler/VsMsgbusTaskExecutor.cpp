@@ -6,6 +6,8 @@
 #include "scheduler/TaskCall.h"
 #include "values/UnloggedText.h"
 
+namespace bridge {
+
 using corvane::ny::scheduler::task_handler;
 using VsKit::CUniStream;
 using VsKitMsgbus::INYTaskEnforcer;
@@ -118,3 +120,5 @@ int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const s
 void VsMsgbusTaskExecutor::UpdateStatus(const std::string& taskId, int32_t status) {
     WhileClientStays(Client(), [&](const AgentUse& use) { TellAgent(use, taskId, status); });
 }
+
+}  // namespace bridge

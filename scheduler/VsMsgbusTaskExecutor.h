@@ -5,6 +5,8 @@
 #include "msgbus/registrations/AgentService.h"
 #include "scheduler/task_handler.h"
 
+namespace bridge {
+
 // The task service: what the agent's scheduler calls for the tasks of a product.
 //
 // on_... ask the product's enforcer, if it has one. NY_OK, also without one; NY_UNEXPECTED when something escaped the
@@ -33,3 +35,5 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
 };
+
+}  // namespace bridge

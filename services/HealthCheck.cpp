@@ -5,6 +5,8 @@
 #include "msgbus/instance/HealthCheckRecord.h"
 #include "values/AgentTexts.h"
 
+using namespace bridge;
+
 void VsKitHealthCheckRegisterCB(const wchar_t* name, VsKitHealthCheckCallback callback) noexcept {
     if (name == nullptr || callback == nullptr) {
         return;

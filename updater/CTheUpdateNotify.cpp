@@ -4,6 +4,8 @@
 
 #include "base/Boundary.h"
 
+namespace bridge {
+
 using VsKit::cp_wchar;
 using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
 using VsKitMsgbus::INYUpdateNotifyCallback;
@@ -44,3 +46,5 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) const {
     return callback.Call(&INYUpdateNotifyCallback::SetProductInfo, second, key, value);
 }
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "updater/UpdateNotifyTable.h"
 
+using namespace bridge;
+
 bool VsKitMsgbusSetUpdateNotify(const wchar_t* productId, VsKitMsgbus::INYUpdateNotifyCallback* callback,
                                 void* context) noexcept {
     return UpdateNotifyTable().Set(productId, callback, context);

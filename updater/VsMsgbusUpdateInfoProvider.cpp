@@ -8,9 +8,9 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::updater::updater_handler;
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 namespace {
@@ -75,7 +75,7 @@ int32_t CallProduct(const wchar_t* what, const std::string& productId, const Lib
     try {
         UpdateNotifyTable().With(WideText(productId, libraries).View(),
                                  [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         compose(failure.Code());
     } catch (...) {
         compose(NY_UNEXPECTED);
@@ -141,3 +141,5 @@ int32_t VsMsgbusUpdateInfoProvider::event(ny_client_t* /*agentClient*/, const st
                                           const ny_updater_event_t* /*event*/) {
     return NY_OK;
 }
+
+}  // namespace bridge

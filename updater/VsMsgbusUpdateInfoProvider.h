@@ -5,6 +5,8 @@
 #include "msgbus/registrations/AgentService.h"
 #include "updater/updater_handler.h"
 
+namespace bridge {
+
 // The update service: what the agent's updater calls to tell a product of updates and to read and set what it knows of
 // the product.
 //
@@ -29,3 +31,5 @@ private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
 };
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 
+namespace bridge {
+
 // The agent's function that takes handles of this kind back, of the libraries given or, without any, of those that are
 // open; null when it cannot be reached. The first argument only says which kind.
 template <class Handle>
@@ -51,7 +53,7 @@ public:
         Reset();
         release = FindRelease(static_cast<const Handle*>(nullptr), inUse);
         if (release == nullptr) {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+            throw AgentException(NY_FUNCTION_MISSING);
         }
         return &handle;
     }
@@ -68,3 +70,5 @@ using BufferOwner = AgentHandle<ny_buffer_t>;
 using VariantOwner = AgentHandle<ny_variant_t>;
 using TableOwner = AgentHandle<ny_table_t>;
 using ArrayOwner = AgentHandle<ny_array_t>;
+
+}  // namespace bridge

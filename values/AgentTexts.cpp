@@ -5,6 +5,8 @@
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/BorrowedText.h"
 
+namespace bridge {
+
 namespace {
 
 // Compiled into each function below, which then looks up only what it calls.
@@ -75,3 +77,5 @@ std::string LowBytes(const wchar_t* text) {
     }
     return bytes;
 }
+
+}  // namespace bridge

@@ -11,6 +11,8 @@
 #include "agent/ny_agent.h"
 #include "values/TextFunctions.h"
 
+namespace bridge {
+
 // A variant's text, with its exact length: zeros in it are kept.
 std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
 std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
@@ -31,3 +33,5 @@ inline std::string NarrowFromWide(std::wstring_view text, const LibrariesInUse* 
 // Not a conversion: the low byte of each unit, the agent's contract for task ids and for names of health checks. Texts
 // that differ elsewhere are one.
 std::string LowBytes(const wchar_t* text);
+
+}  // namespace bridge

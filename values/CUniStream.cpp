@@ -9,6 +9,8 @@
 #include "base/Boundary.h"
 #include "base/LastErrorKeeper.h"
 
+using namespace bridge;
+
 namespace VsKit {
 
 CUniStream& CUniStream::operator<<(const wchar_t* wide) noexcept {

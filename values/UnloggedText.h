@@ -5,6 +5,8 @@
 
 #include "values/CUniStream.h"
 
+namespace bridge {
+
 // The end of every text that is composed and then goes to no log. A listener can be put here to read them; nothing else
 // may depend on it. Without one, which is how the library runs, such a text is not even composed.
 using UnloggedTextListener = void (*)(const std::wstring& text);
@@ -40,3 +42,5 @@ bool RunOrComposeUnlogged(Body&& body, Compose&& compose) noexcept {
     }
     return false;
 }
+
+}  // namespace bridge

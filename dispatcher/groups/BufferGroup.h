@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<15> bufferNames = {
     "ny_buffer_get_string", "ny_buffer_get_raw", "ny_buffer_create",   "ny_buffer_add_ref",     "ny_buffer_release",
@@ -29,3 +31,5 @@ constexpr BufferEntryPoint<&::ny_wbuffer_release> ny_wbuffer_release{};
 constexpr BufferEntryPoint<&::ny_wbuffer_get_string> ny_wbuffer_get_string{};
 
 }  // namespace agent
+
+}  // namespace bridge

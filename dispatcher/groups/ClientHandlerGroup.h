@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<14> clientHandlerNames = {
     "ny_client_handler_create",
@@ -46,3 +48,5 @@ constexpr ClientHandlerEntryPoint<&::ny_client_handler_get_msgbus> ny_client_han
 constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_msgbus> ny_client_handler_set_msgbus{};
 
 }  // namespace agent
+
+}  // namespace bridge

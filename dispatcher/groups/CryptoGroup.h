@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<4> cryptoNames = {
     "ny_crypto_encrypt_data_by_type",
@@ -27,3 +29,5 @@ constexpr CryptoEntryPoint<&::ny_crypto_decrypt_data_by_type> ny_crypto_decrypt_
 constexpr CryptoEntryPoint<&::ny_crypto_hash_data_by_type> ny_crypto_hash_data_by_type{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<52> policyNames = {
     "ny_policy_uri_create",
@@ -97,3 +99,5 @@ constexpr PolicyEntryPoint<&::ny_policy_get> ny_policy_get{};
 constexpr PolicyEntryPoint<&::ny_policy_enforce> ny_policy_enforce{};
 
 }  // namespace agent
+
+}  // namespace bridge

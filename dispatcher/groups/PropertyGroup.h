@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<5> propertyNames = {
     "ny_property_register_provider_callback",
@@ -28,3 +30,5 @@ constexpr PropertyEntryPoint<&::ny_property_unregister_provider_callback> ny_pro
 constexpr PropertyEntryPoint<&::ny_property_bag_add_property> ny_property_bag_add_property{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<11> schedulerNames = {
     "ny_scheduler_get_version",
@@ -34,3 +36,5 @@ constexpr SchedulerEntryPoint<&::ny_scheduler_unregister_task_callbacks> ny_sche
 constexpr SchedulerEntryPoint<&::ny_scheduler_update_task_status> ny_scheduler_update_task_status{};
 
 }  // namespace agent
+
+}  // namespace bridge

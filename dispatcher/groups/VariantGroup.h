@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<66> variantNames = {
     "ny_variant_init",
@@ -101,3 +103,5 @@ constexpr VariantEntryPoint<&::ny_array_get_element_at> ny_array_get_element_at{
 constexpr VariantEntryPoint<&::ny_variant_get_string> ny_variant_get_string{};
 
 }  // namespace agent
+
+}  // namespace bridge

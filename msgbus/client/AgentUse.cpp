@@ -7,6 +7,8 @@
 #include "base/SharedSlot.h"
 #include "dispatcher/AgentCalls.h"
 
+namespace bridge {
+
 namespace {
 
 using SessionPointer = std::shared_ptr<AgentSession>;
@@ -78,3 +80,5 @@ AgentUse::AgentUse() noexcept : session(current->Share()) {
         call.emplace(session->Gate());
     }
 }
+
+}  // namespace bridge

@@ -8,6 +8,8 @@
 #include "msgbus/client/AgentUse.h"
 #include "msgbus/client/NyClient.h"
 
+namespace bridge {
+
 namespace {
 
 Mutex lock;  // also of what is pending for any client
@@ -117,3 +119,5 @@ bool IsChangingClients(DWORD threadId) noexcept {
     const ScopedLock guard(lock);
     return threadId != 0 && changingThread == threadId;
 }
+
+}  // namespace bridge

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace bridge {
+
 struct NyClient;
 
 enum class ClientChange {
@@ -43,3 +45,5 @@ void WaitForChangesOf(const NyClient& client) noexcept;
 
 // Whether that thread is making a change.
 bool IsChangingClients(DWORD threadId) noexcept;
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+namespace bridge {
+
 namespace {
 
 // After a wait that failed, so that a system in trouble is not asked in a tight loop.
@@ -156,3 +158,5 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
     notifier.running = 0;
     NyClientLog(notifier.client, SeverityProgress, nyClientModule, "ny client notifier thread exiting...");
 }
+
+}  // namespace bridge

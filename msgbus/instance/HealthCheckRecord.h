@@ -10,6 +10,8 @@
 
 struct VsMsgbusClientRecord;
 
+namespace bridge {
+
 // The process's health-check record: created by the first Entry that starts the bridge instance, never freed.
 struct HealthCheckRecord {
     std::string productId;                                      // of the Entry that last started the bridge instance
@@ -30,3 +32,5 @@ void KeepHealthCheckCallback(const std::string& name, VsKitHealthCheckCallback c
 
 // A copy of the record as it is now; null while there is none.
 std::unique_ptr<HealthCheckRecord> CopyHealthCheckRecord();
+
+}  // namespace bridge

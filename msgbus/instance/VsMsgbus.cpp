@@ -13,7 +13,7 @@
 #include "values/CUniStream.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
+using namespace bridge;
 using VsKit::CUniStream;
 
 namespace {
@@ -55,6 +55,8 @@ std::wstring WidenBytes(const char* text) {
 
 }  // namespace
 
+namespace bridge {
+
 const VsMsgbus* CurrentBridge() noexcept {
     return bridgeOfProcess->Address();
 }
@@ -75,6 +77,8 @@ VsMsgbusIoPointer ShareService(int32_t kind) {
     const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
     return bridge != nullptr ? bridge->ShareIo(kind) : nullptr;
 }
+
+}  // namespace bridge
 
 std::shared_ptr<VsMsgbus> VsMsgbus::Make(const char* productId) {
     auto made = std::make_shared<VsMsgbus>(productId);
@@ -141,7 +145,7 @@ void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask)
     }
     try {
         AttachProduct(productId, serviceMask);
-    } catch (const corvane::ny::utils::exception&) {
+    } catch (const AgentException&) {
         // The agent may refuse a product that leaves at this moment: its Entry has not failed then.
         if (HasProduct(productId)) {
             throw;

@@ -19,7 +19,7 @@
 //
 // Entry and Exit reach it on modules' threads, Start and Stop run on the watcher's (or, within Entry and the last Exit,
 // on the module's).
-class VsMsgbus : public VsMsgbusIoContainer,
+class VsMsgbus : public bridge::VsMsgbusIoContainer,
                  public corvane::ny::notification_handler,
                  public corvane::ny::client_logger,
                  public corvane::ny::passphrase_provider {
@@ -80,18 +80,20 @@ private:
     // Unregisters the product, then all others, and lets go of every service object. A refusal is logged unless the
     // last product has left already: `productId` is null then.
     void ReleaseAllIos(const std::string* productId);
-    static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
+    static void UnregisterIo(bridge::VsMsgbusIo& io, const std::string* productId);
 
     ProductTable CopyProducts();
 
-    std::shared_ptr<NyClient> client;
+    std::shared_ptr<bridge::NyClient> client;
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
-    Mutex productsLock;  // held for the insertion, removal or copy alone
+    bridge::Mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products GUARDED_BY(productsLock);
     bool hasEnded GUARDED_BY(productsLock) = false;
-    CallGate startsAndStops;  // as far as they are at the products
+    bridge::CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;
 };
+
+namespace bridge {
 
 // The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a
 // look whether there is one, or which; the second for using it.
@@ -104,3 +106,5 @@ void WithdrawBridge(const VsMsgbus* instance) noexcept;
 
 // The process-wide instance's service object of that kind, or null. It may have ended its registrations.
 VsMsgbusIoPointer ShareService(int32_t kind);
+
+}  // namespace bridge

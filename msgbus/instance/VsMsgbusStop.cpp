@@ -5,8 +5,7 @@
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+using namespace bridge;
 using VsKit::CUniStream;
 
 void VsMsgbus::StopIosForProduct(const std::string& productId) {
@@ -16,7 +15,7 @@ void VsMsgbus::StopIosForProduct(const std::string& productId) {
         }
         try {
             io->UnregisterProduct(productId);
-        } catch (const exception& refusal) {
+        } catch (const AgentException& refusal) {
             ComposeUnlogged([&, kindOfIo = kind](CUniStream& text) {
                 text << L"Failed to stop VsMsgbus io [" << kindOfIo << L"] due to exception: [" << refusal.Code()
                      << L"]";
@@ -37,7 +36,7 @@ void VsMsgbus::ReleaseAllIos(const std::string* productId) {
             }
             text << L"Successfully released/unregistered VsMsgbus io [" << kind << L"]";
             continue;
-        } catch (const exception& refusal) {
+        } catch (const AgentException& refusal) {
             text << L"Failed to release VsMsgbus io [" << kind << L"] due to exception: [" << refusal.Code() << L"]";
         } catch (...) {
             text << L"Failed to release VsMsgbus io due to unknown exception";
@@ -76,7 +75,7 @@ void VsMsgbus::Stop() noexcept {
         started = 0;
         text << L"Successfully stopped VsMsgbus";
         return;
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         text << L"Failed to stop VsMsgbus, exception:[" << failure.what() << L"]";
     } catch (...) {
         text << L"Failed to stop VsMsgbus, unknown exception";

@@ -9,6 +9,8 @@
 #include "msgbus/registrations/AgentRegistrations.h"
 #include "msgbus/registrations/VsMsgbusIo.h"
 
+namespace bridge {
+
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
 // it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent. It
 // shares the session of its client; it has none when the client is not open.
@@ -74,3 +76,5 @@ int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept
     return Guarded<int32_t>(
         NY_UNEXPECTED, [&] { return call(static_cast<AgentServiceFor<Handler>&>(*static_cast<Handler*>(userData))); });
 }
+
+}  // namespace bridge

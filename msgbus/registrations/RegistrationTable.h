@@ -15,6 +15,8 @@
 #include "base/OwnerLock.h"
 #include "msgbus/client/AgentUse.h"
 
+namespace bridge {
+
 // What becomes of a record for an id that has one. A leaked record is never freed, which the contract of some services
 // asks for.
 enum class DuplicateRecord { Dropped, Leaked };
@@ -124,3 +126,5 @@ Table& TableOfProcess() {
     static NoDestroyAtExit<Table> table;
     return *table;
 }
+
+}  // namespace bridge

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+namespace bridge {
+
 // The kinds of service objects. Each equals the bit of its service in the mask of VsMsgbusEntry.
 enum VsMsgbusIoKind : int32_t {
     IoKindUpdate = 256,
@@ -29,3 +31,5 @@ public:
     // is destroyed. Tries all of them, then raises the agent exception with the first code that was a refusal.
     virtual void UnregisterAll() {}
 };
+
+}  // namespace bridge
