@@ -1,5 +1,7 @@
 #include "base/CallGate.h"
 
+namespace bridge {
+
 namespace {
 
 // The time after which a waiter that is not the first looks whether it has become the first.
@@ -168,3 +170,5 @@ void CallGate::EndWait(Waiter& waiter) noexcept {
     waiter.isWaiting = false;
     waiter.answered.NotifyAll();
 }
+
+}  // namespace bridge

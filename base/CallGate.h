@@ -7,6 +7,8 @@
 
 #include "base/Mutex.h"
 
+namespace bridge {
+
 // The longest time that the bridge waits for code of a module or of the agent to return.
 inline constexpr std::chrono::milliseconds callWaitLimit{15000};
 
@@ -81,10 +83,12 @@ private:
 
     mutable Mutex mutex;
     Condition emptied;
-    // In WaitForOthers. Without any, a call that ends wakes nobody: that costs a call of the system's.
+    // In WaitForOthers. A call that ends makes the system call that wakes threads only when there are any.
     size_t threadsWaiting GUARDED_BY(mutex) = 0;
     Call* calls GUARDED_BY(mutex) = nullptr;
     // In the order of arrival. While there are any, a call is inside.
     Waiter* waiters GUARDED_BY(mutex) = nullptr;
     bool isClosed GUARDED_BY(mutex) = false;
 };
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include <cstring>
 #include <utility>
 
+namespace bridge {
+
 // Microsoft's compiler describes each type that it throws in the structures below: its public ABI. Addresses in them
 // are relative to the image; 0 is none.
 
@@ -178,3 +180,5 @@ void LeaveForeignFrame(BOOLEAN /*isAbnormal*/, void* stack) {
 }  // extern "C"
 
 #endif
+
+}  // namespace bridge

@@ -7,6 +7,8 @@
 #include <cstdint>
 #include <optional>
 
+namespace bridge {
+
 // One such exception on its way, as long as it is looked at.
 class ForeignThrow {
 public:
@@ -79,3 +81,5 @@ bool ForeignFrame::Run(const Body& body) {
     return false;
 #endif
 }
+
+}  // namespace bridge

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace bridge {
+
 // Leaves the thread's last-error value as it was: the caller may still have to ask for it.
 class LastErrorKeeper {
 public:
@@ -13,3 +15,5 @@ public:
 private:
     const DWORD error = ::GetLastError();
 };
+
+}  // namespace bridge

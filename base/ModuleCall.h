@@ -9,6 +9,8 @@
 
 #include "base/ForeignFrame.h"
 
+namespace bridge {
+
 // Thrown in the place of what g++'s `catch` does not see.
 class ForeignException final {};
 
@@ -129,20 +131,4 @@ private:
     Interface* pointer;
 };
 
-// The same for a plain function of a module's.
-template <class... Parameters>
-class ModulePointer<void(Parameters...)> {
-public:
-    using Function = void (*)(Parameters...);
-
-    ModulePointer(Function moduleFunction) noexcept : pointer(moduleFunction) {}  // NOLINT: as a plain pointer
-
-    bool operator==(Function other) const noexcept { return pointer == other; }
-
-    void Call(Parameters... arguments) const {
-        CallModule([&] { pointer(arguments...); });
-    }
-
-private:
-    Function pointer;
-};
+}  // namespace bridge

@@ -11,6 +11,8 @@
 #include "base/ScopedLock.h"
 #include "base/ThreadSafety.h"
 
+namespace bridge {
+
 // A slim lock. Its owner must not lock it again. The thread that locks it next may destroy it.
 class CAPABILITY("mutex") Mutex {
 public:
@@ -73,3 +75,5 @@ private:
 
     CONDITION_VARIABLE variable = CONDITION_VARIABLE_INIT;
 };
+
+}  // namespace bridge

@@ -1,5 +1,7 @@
 #pragma once
 
+namespace bridge {
+
 // Whether the process is ending, so that no thread but the one that ends it runs any more. The library's entry point
 // sets it before static objects are destroyed.
 inline bool isProcessEnding = false;
@@ -19,11 +21,13 @@ public:
     NoDestroyAtExit(const NoDestroyAtExit&) = delete;
     NoDestroyAtExit& operator=(const NoDestroyAtExit&) = delete;
 
-    Object& Get() noexcept { return object; }
     Object& operator*() noexcept { return object; }
+    Object* operator->() noexcept { return &object; }
 
 private:
     union {
         Object object;
     };
 };
+
+}  // namespace bridge

@@ -8,6 +8,8 @@
 #include "base/ScopedLock.h"
 #include "base/ThreadSafety.h"
 
+namespace bridge {
+
 // A critical section. Its owner may lock it again.
 class CAPABILITY("mutex") CriticalSection {
 public:
@@ -50,3 +52,5 @@ private:
     std::atomic<DWORD> ownerThreadId = 0;
     CriticalSection section;
 };
+
+}  // namespace bridge

@@ -2,6 +2,8 @@
 
 #include "base/ThreadSafety.h"
 
+namespace bridge {
+
 // Holds a lock from construction to destruction.
 template <class AnyLock>
 class SCOPED_CAPABILITY ScopedLock {
@@ -14,3 +16,5 @@ public:
 private:
     AnyLock& lock;
 };
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 
 #include "base/Mutex.h"
 
+namespace bridge {
+
 // A place for one object that threads share while another thread takes it away. Its lock is held for a copy, an
 // exchange or a predicate alone.
 template <class Object>
@@ -64,3 +66,5 @@ private:
     Pointer object GUARDED_BY(lock);
     std::atomic<Object*> address = nullptr;
 };
+
+}  // namespace bridge

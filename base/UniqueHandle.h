@@ -4,6 +4,8 @@
 
 #include <memory>
 
+namespace bridge {
+
 struct HandleCloser {
     using pointer = HANDLE;
     void operator()(HANDLE handle) const noexcept { ::CloseHandle(handle); }
@@ -17,3 +19,5 @@ struct KeyCloser {
 // Closes what the system opened. Null for nothing: INVALID_HANDLE_VALUE must not be put in.
 using UniqueHandle = std::unique_ptr<void, HandleCloser>;
 using UniqueKey = std::unique_ptr<HKEY, KeyCloser>;
+
+}  // namespace bridge

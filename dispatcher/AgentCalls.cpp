@@ -1,10 +1,11 @@
 #include "dispatcher/AgentCalls.h"
 
 #include <algorithm>
-#include <functional>
+#include <cstdint>
+#include <map>
 #include <memory>
 #include <string>
-#include <unordered_map>
+#include <tuple>
 #include <utility>
 
 #include "base/Boundary.h"
@@ -12,71 +13,52 @@
 #include "base/NoDestroyAtExit.h"
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 namespace {
 
-// Look-ups by view: finding what is admitted allocates nothing.
-struct NameView {
-    AgentCallData data;
-    std::string_view product;
-};
+// The data's address and type, and the product. A look-up by view allocates nothing.
+using Name = std::tuple<uintptr_t, uintptr_t, std::string>;
+using NameView = std::tuple<uintptr_t, uintptr_t, std::string_view>;
 
-struct Name {
-    AgentCallData data;
-    std::string product;
-};
-
-NameView View(const Name& name) noexcept {
-    return {name.data, name.product};
-}
-NameView View(const NameView& name) noexcept {
-    return name;
+NameView View(const AgentCallData& data, std::string_view product) noexcept {
+    return {reinterpret_cast<uintptr_t>(data.address), reinterpret_cast<uintptr_t>(data.type), product};
 }
 
-struct Hash {
+struct Before {
     using is_transparent = void;
-    template <class AnyName>
-    size_t operator()(const AnyName& name) const noexcept {
-        const NameView view = View(name);
-        return std::hash<std::string_view>{}(view.product) ^ std::hash<const void*>{}(view.data.address);
-    }
-};
-
-struct Equal {
-    using is_transparent = void;
-    template <class AnyName, class OtherName>
-    bool operator()(const AnyName& name, const OtherName& other) const noexcept {
-        const NameView one = View(name);
-        const NameView two = View(other);
-        return one.data.address == two.data.address && one.data.type == two.data.type && one.product == two.product;
+    template <class One, class Other>
+    bool operator()(const One& one, const Other& other) const noexcept {
+        return NameView(one) < NameView(other);
     }
 };
 
 struct Entry {
     std::shared_ptr<void> called;
     const void* group = nullptr;
-    bool isAdmitted = false;  // else it has ended: a name that was known is not taken for any other one
+    bool isAdmitted = false;  // false for a name that has ended, which stands for no other product any more
 };
 
 }  // namespace
 
-// The lock is held for a look-up or a change alone. What was shared is let go after it was left.
+// The lock is held for a look-up or a change alone. Objects that an entry shared are let go of without it.
 struct AgentCallTable {
     Mutex lock;
-    std::unordered_map<Name, Entry, Hash, Equal> entries GUARDED_BY(lock);
+    std::map<Name, Entry, Before> entries GUARDED_BY(lock);
     AgentCall* underWay GUARDED_BY(lock) = nullptr;
 
     // The entry that serves a call with this data for this product; null when the call comes too late.
-    const Entry* Find(const NameView& name) const noexcept REQUIRES(lock) {
-        auto found = entries.find(name);
-        if (found == entries.end() && !name.product.empty()) {
-            found = entries.find(NameView{name.data, {}});
+    const Entry* Find(const AgentCallData& data, std::string_view product) const noexcept REQUIRES(lock) {
+        auto found = entries.find(View(data, product));
+        if (found == entries.end() && !product.empty()) {
+            found = entries.find(View(data, {}));
         }
         return found != entries.end() && found->second.isAdmitted ? &found->second : nullptr;
     }
 
-    void Begin(AgentCall& call, const NameView& name) noexcept {
+    void Begin(AgentCall& call, const AgentCallData& data, std::string_view product) noexcept {
         const ScopedLock guard(lock);
-        if (const Entry* const entry = Find(name)) {
+        if (const Entry* const entry = Find(data, product)) {
             call.isAdmitted = true;
             call.called = entry->called;
         }
@@ -110,7 +92,7 @@ namespace {
 
 AgentCallTable& Table() noexcept {
     static NoDestroyAtExit<AgentCallTable> table;
-    return table.Get();
+    return *table;
 }
 
 struct Work {
@@ -129,7 +111,7 @@ DWORD WINAPI RunWork(void* parameter) {
 void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
                      const void* group) {
     AgentCallTable& table = Table();
-    Name name{data, std::string(product)};
+    Name name(View(data, product));
     Entry entry{std::move(called), group, true};
     const ScopedLock guard(table.lock);
     std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
@@ -139,7 +121,7 @@ void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept
     AgentCallTable& table = Table();
     std::shared_ptr<void> ended;
     const ScopedLock guard(table.lock);
-    const auto found = table.entries.find(NameView{data, product});
+    const auto found = table.entries.find(View(data, product));
     if (found != table.entries.end()) {
         found->second.isAdmitted = false;
         ended.swap(found->second.called);
@@ -163,12 +145,12 @@ void ForgetAgentCalls(const void* group) noexcept {
 std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
     AgentCallTable& table = Table();
     const ScopedLock guard(table.lock);
-    const Entry* const entry = table.Find({data, product});
+    const Entry* const entry = table.Find(data, product);
     return entry != nullptr ? entry->called : nullptr;
 }
 
 AgentCall::AgentCall(const AgentCallData& data, std::string_view product) noexcept : threadId(::GetCurrentThreadId()) {
-    Table().Begin(*this, {data, product});
+    Table().Begin(*this, data, product);
 }
 
 AgentCall::~AgentCall() {
@@ -193,3 +175,5 @@ void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept
         }
     });
 }
+
+}  // namespace bridge

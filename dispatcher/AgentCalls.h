@@ -10,6 +10,8 @@
 #include <memory>
 #include <string_view>
 
+namespace bridge {
+
 // Callback data as the agent is given it, with its type: an address can be given again for an object of another type.
 struct AgentCallData {
     const void* address;
@@ -70,3 +72,10 @@ private:
 // For what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns
 // into. Without a thread to be had it is not done.
 void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept;
+
+template <class Object>
+void DeleteOutsideAgentCalls(Object* object) noexcept {
+    RunOutsideAgentCalls([](void* deleted) { delete static_cast<Object*>(deleted); }, object);
+}
+
+}  // namespace bridge

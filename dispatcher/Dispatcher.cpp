@@ -10,6 +10,8 @@
 #include "base/NoDestroyAtExit.h"
 #include "dispatcher/AgentCalls.h"
 
+namespace bridge {
+
 namespace {
 
 // One lock guards the process's dispatcher from its creation to the closing of its last library, so that a creation can
@@ -116,13 +118,10 @@ std::shared_ptr<LibrariesInUse> LibrariesInUse::Share() {
     if (dispatcher == nullptr) {
         return nullptr;
     }
-    const auto end = [](LibrariesInUse* ended) {
-        RunOutsideAgentCalls([](void* inUse) { delete static_cast<LibrariesInUse*>(inUse); }, ended);
-    };
     const ScopedLock guard(dispatcher->lock);
     std::shared_ptr<LibrariesInUse> shared = dispatcher->users.lock();
     if (shared == nullptr && !dispatcher->isReleased) {
-        shared.reset(new LibrariesInUse, end);
+        shared.reset(new LibrariesInUse, DeleteOutsideAgentCalls<LibrariesInUse>);
         for (const auto& member : dispatcher->grouper.members) {
             for (const auto& entry : member->libraries) {
                 shared->libraries.push_back(entry->library);
@@ -196,3 +195,5 @@ int32_t DispatcherUnload(const char* product, const char* library) noexcept {
         return operations.unload != nullptr ? operations.unload(dispatcher, product, library) : NY_LIBRARY_UNLOAD;
     });
 }
+
+}  // namespace bridge

@@ -10,6 +10,8 @@
 #include "dispatcher/DispatcherLog.h"
 #include "dispatcher/Grouper.h"
 
+namespace bridge {
+
 struct Dispatcher;
 
 // A group of agent functions that a caller wants resolved.
@@ -75,3 +77,5 @@ int32_t DispatcherLoad(const LoadRequest& request) noexcept;
 // Drops one use of a library; the last one closes it. NY_OK; NY_INVALID_ARGUMENT when an argument is null or there is
 // no dispatcher; NY_LIBRARY_UNLOAD when it failed.
 int32_t DispatcherUnload(const char* product, const char* library) noexcept;
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 
 #include "base/Boundary.h"
 
+namespace bridge {
+
 FormattedLine::FormattedLine(const char* format, va_list arguments) noexcept {
     std::vsnprintf(text, sizeof text, format, arguments);
     text[sizeof text - 1] = '\0';
@@ -46,3 +48,5 @@ void DispatcherLog::Lines::Deliver() const noexcept {
         Guarded([&] { target.Deliver(line.severity, "dispatcher", line.text.c_str()); });
     }
 }
+
+}  // namespace bridge

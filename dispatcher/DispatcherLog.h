@@ -8,6 +8,8 @@
 
 #include "base/Attributes.h"
 
+namespace bridge {
+
 // Severities of the bridge's own printf-style lines.
 enum LogSeverity : uint32_t {
     SeverityFailure = 2,
@@ -75,3 +77,5 @@ public:
 private:
     mutable Lines pending;
 };
+
+}  // namespace bridge

@@ -2,6 +2,8 @@
 
 #include "dispatcher/Dispatcher.h"
 
+namespace bridge {
+
 void LoadGroup(Group& group) noexcept {
     DispatcherLoad(
         {group.name, agentSoftwareId, group.library, &group.version, group.names, &group.table, group.count});
@@ -15,3 +17,5 @@ void** LoadedTable(Group& group) noexcept {
 void UnloadLibrary(const Group& group) noexcept {
     DispatcherUnload(agentSoftwareId, group.library);
 }
+
+}  // namespace bridge

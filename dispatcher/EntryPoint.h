@@ -13,6 +13,8 @@
 #include "base/Attributes.h"
 #include "dispatcher/LibraryEntry.h"
 
+namespace bridge {
+
 // The agent's software id, the product of every group.
 inline constexpr char agentSoftwareId[] = "RDXAGENT3000";
 
@@ -155,3 +157,5 @@ private:
 
     static int32_t Missing(Arguments... /*arguments*/) { return NY_FUNCTION_MISSING; }
 };
+
+}  // namespace bridge

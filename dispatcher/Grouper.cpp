@@ -6,6 +6,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/RuntimePath.h"
 
+namespace bridge {
+
 namespace {
 
 int32_t FindMember(Grouper& grouper, const char* product, Member** found) {
@@ -56,3 +58,5 @@ void ReleaseGrouper(Grouper& grouper, const DispatcherLog& log) {
 }  // namespace
 
 const GrouperOperations grouperOperations = {AddMember, nullptr, FindMember, nullptr, ReleaseGrouper};
+
+}  // namespace bridge

@@ -8,6 +8,8 @@
 
 #include "dispatcher/Member.h"
 
+namespace bridge {
+
 struct Grouper;
 
 // What a grouper can do. An empty slot answers NY_UNEXPECTED.
@@ -33,3 +35,5 @@ struct Grouper {
     std::vector<std::unique_ptr<Member>> members;
     std::optional<std::string> defaultPath;
 };
+
+}  // namespace bridge

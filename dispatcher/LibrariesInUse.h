@@ -9,6 +9,8 @@
 
 #include "VsMsgbus/ny_dl.h"
 
+namespace bridge {
+
 // The address table of a group of functions: entry i holds the address of name i, or null when the library does not
 // export it. Owned by the library that it was resolved from.
 using SymbolTable = std::unique_ptr<void*[]>;
@@ -61,3 +63,5 @@ private:
     uint64_t closings = noClosings;
     std::vector<std::shared_ptr<LoadedLibrary>> libraries;  // under the dispatcher's lock
 };
+
+}  // namespace bridge

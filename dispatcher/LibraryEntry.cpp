@@ -10,6 +10,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/DispatcherLog.h"
 
+namespace bridge {
+
 namespace {
 constexpr size_t functionNameCapacity = 256;
 }  // namespace
@@ -88,3 +90,5 @@ GetVersionFunction LibraryEntry::FindGetVersion(const char* group, const Dispatc
     std::snprintf(name, sizeof name - 1, "%s%s", group, "_get_version");
     return reinterpret_cast<GetVersionFunction>(Resolve(name, log));
 }
+
+}  // namespace bridge

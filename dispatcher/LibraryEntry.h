@@ -8,6 +8,8 @@
 
 #include "dispatcher/LibrariesInUse.h"
 
+namespace bridge {
+
 class DispatcherLog;
 
 using GetVersionFunction = int32_t (*)(uint32_t* version);
@@ -41,3 +43,5 @@ struct LibraryEntry {
 private:
     void* Resolve(const char* name, const DispatcherLog& log) noexcept;
 };
+
+}  // namespace bridge

@@ -9,6 +9,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/DispatcherLog.h"
 
+namespace bridge {
+
 namespace {
 
 using Libraries = std::vector<std::unique_ptr<LibraryEntry>>;
@@ -109,3 +111,5 @@ void ReleaseMember(Member& member, const DispatcherLog& log) {
 }  // namespace
 
 const MemberOperations memberOperations = {AddLibrary, RemoveLibrary, FindLibrary, LoadSymTable, ReleaseMember};
+
+}  // namespace bridge

@@ -9,6 +9,8 @@
 
 #include "dispatcher/LibraryEntry.h"
 
+namespace bridge {
+
 class DispatcherLog;
 struct Member;
 
@@ -36,3 +38,5 @@ struct Member {
     std::string product;
     std::optional<std::string> directory;  // none: libraries are opened by their bare names
 };
+
+}  // namespace bridge

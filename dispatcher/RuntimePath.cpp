@@ -8,6 +8,8 @@
 #include "base/Boundary.h"
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 namespace {
 
 constexpr char applicationsKey[] = R"(Software\Corvane\Agent\Applications\)";
@@ -44,3 +46,5 @@ int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path)
         return ReadPath(key.get(), path);
     });
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "base/Boundary.h"
 #include "dispatcher/Dispatcher.h"
 
+namespace bridge {
+
 namespace {
 
 // Calls slot `slot` of an object's operations: NY_INVALID_ARGUMENT without operations, NY_UNEXPECTED for an empty slot.
@@ -42,10 +44,7 @@ int32_t LoadTable(Member& member, LibraryEntry& entry, const LoadRequest& reques
 // Threads that are inside the libraries keep this one, too. False when there is no memory for that.
 bool KeepForUsers(Dispatcher& dispatcher, const LibraryEntry& entry) noexcept REQUIRES(dispatcher.lock) {
     const std::shared_ptr<LibrariesInUse> users = dispatcher.users.lock();
-    return users == nullptr || Guarded(false, [&] {
-               users->Add(entry.library);
-               return true;
-           });
+    return users == nullptr || Guarded([&] { users->Add(entry.library); });
 }
 
 // From the member on; the product is one.
@@ -130,3 +129,5 @@ void ny_dispatcher_deinit(Dispatcher& dispatcher) REQUIRES(dispatcher.lock) {
 
 const DispatcherOperations dispatcherOperations = {ny_dispatcher_init, ny_dispatcher_load, ny_dispatcher_unload,
                                                    ny_dispatcher_deinit};
+
+}  // namespace bridge

@@ -7,7 +7,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID reserved)
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, LPVOID reserved) {
     if (reason == DLL_PROCESS_DETACH && reserved != nullptr) {
-        isProcessEnding = true;
+        bridge::isProcessEnding = true;
     }
     return TRUE;
 }

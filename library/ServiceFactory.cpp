@@ -5,6 +5,8 @@
 #include "scheduler/VsMsgbusTaskExecutor.h"
 #include "updater/VsMsgbusUpdateInfoProvider.h"
 
+namespace bridge {
+
 VsMsgbusIoPointer MakeService(int32_t kind, ny_client_t* client) {
     switch (kind) {
         case IoKindPolicy: return std::make_shared<VsMsgbusPolicyEnforcer>(client);
@@ -24,3 +26,5 @@ bool IsServiceOfKind(int32_t kind, const VsMsgbusIo& io) noexcept {
         default: return false;
     }
 }
+
+}  // namespace bridge

@@ -5,11 +5,12 @@
 #include <chrono>
 #include <cstddef>
 #include <new>
-#include <utility>
 
 #include "base/Boundary.h"
 #include "base/LastErrorKeeper.h"
 #include "loglib/LogLine.h"
+
+namespace bridge {
 
 DefaultLogManager& DefaultLogManager::Instance() noexcept {
     alignas(DefaultLogManager) static std::byte place[sizeof(DefaultLogManager)];
@@ -19,7 +20,7 @@ DefaultLogManager& DefaultLogManager::Instance() noexcept {
 
 void DefaultLogManager::Write(const LogUtils::LogRecord& event) noexcept {
     const LastErrorKeeper keeper;
-    Guarded([&] { Tell(event); });
+    Guarded([&] { listener.Call(CallGate::Admission::OneThreadAtATime, &LogUtils::LogListener::OnLogEvent, event); });
     Guarded([&] { destination.Write(LogLine(event, std::chrono::system_clock::now(), ::GetCurrentProcessId())); });
 }
 
@@ -28,24 +29,7 @@ bool DefaultLogManager::SetFile(const wchar_t* path) noexcept {
 }
 
 LogUtils::LogListener* DefaultLogManager::SetListener(LogUtils::LogListener* newListener) noexcept {
-    return Guarded<LogUtils::LogListener*>(nullptr, [&] {
-        const auto replaced =
-            listening.Exchange(newListener != nullptr ? std::make_shared<Listening>(newListener) : nullptr);
-        if (replaced == nullptr) {
-            return static_cast<LogUtils::LogListener*>(nullptr);
-        }
-        replaced->gate.CloseAndWait();
-        return replaced->listener.HandBack();
-    });
+    return Guarded<LogUtils::LogListener*>(nullptr, [&] { return listener.Exchange(newListener); });
 }
 
-void DefaultLogManager::Tell(const LogUtils::LogRecord& event) {
-    const auto told = listening.Share();
-    if (told == nullptr) {
-        return;
-    }
-    const CallGate::Call call(told->gate, CallGate::Admission::OneThreadAtATime);
-    if (call) {
-        told->listener.Call(&LogUtils::LogListener::OnLogEvent, event);
-    }
-}
+}  // namespace bridge

@@ -1,17 +1,15 @@
 #pragma once
 
-#include <memory>
-
-#include "base/CallGate.h"
-#include "base/ModuleCall.h"
-#include "base/SharedSlot.h"
+#include "base/ModuleSlot.h"
 #include "loglib/LogDestination.h"
 #include "loglib/LogLib.h"
+
+namespace bridge {
 
 // What LogUtils::LogManager says, and no more.
 class DefaultLogManager final : public LogUtils::LogManager {
 public:
-    // The one of the process. It is never destroyed, so that what is destroyed at the end of the process can still log.
+    // The one of the process. It is never destroyed: other objects may log while they are destroyed at the end.
     static DefaultLogManager& Instance() noexcept;
 
     void Write(const LogUtils::LogRecord& event) noexcept override;
@@ -19,16 +17,8 @@ public:
     LogUtils::LogListener* SetListener(LogUtils::LogListener* newListener) noexcept override;
 
 private:
-    // A listener, shared by the calls of it that are under way.
-    struct Listening {
-        explicit Listening(LogUtils::LogListener* logListener) noexcept : listener(logListener) {}
-
-        const ModulePointer<LogUtils::LogListener> listener;
-        CallGate gate;
-    };
-
-    void Tell(const LogUtils::LogRecord& event);
-
     LogDestination destination;
-    SharedSlot<Listening> listening;
+    ModuleSlot<LogUtils::LogListener> listener;
 };
+
+}  // namespace bridge

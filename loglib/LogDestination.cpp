@@ -10,6 +10,8 @@
 #include "loglib/ProcessRights.h"
 #include "loglib/Utf8.h"
 
+namespace bridge {
+
 namespace {
 
 constexpr wchar_t fileVariable[] = L"LOGLIB_FILE";
@@ -72,3 +74,5 @@ void LogDestination::Write(const std::wstring& line) const {
         ::OutputDebugStringW(line.c_str());
     }
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 
 #include "base/Mutex.h"
 
+namespace bridge {
+
 // Where lines of the log are written to. Any thread.
 class LogDestination {
 public:
@@ -30,3 +32,5 @@ private:
     // Has no memory of its own, so that nothing of it is left to be freed.
     std::array<wchar_t, pathCapacity> chosen GUARDED_BY(mutex){};
 };
+
+}  // namespace bridge

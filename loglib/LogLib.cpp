@@ -10,6 +10,8 @@
 #include "loglib/DefaultLogManager.h"
 #include "loglib/Utf8.h"
 
+using namespace bridge;
+
 namespace {
 
 std::wstring WideOrNull(const char* text) {

@@ -5,6 +5,8 @@
 
 #include "loglib/Utf8.h"
 
+namespace bridge {
+
 namespace {
 
 constexpr wchar_t hexDigits[] = L"0123456789ABCDEF";
@@ -69,3 +71,5 @@ std::wstring LogLine(const LogUtils::LogRecord& event, std::chrono::system_clock
     AppendEscaped(line, event.text);
     return line + L"\r\n";
 }
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 namespace {
 
 constexpr DWORD sessionOfServices = 0;
@@ -48,3 +50,5 @@ bool HasHigherRights() noexcept {
     return elevation.TokenIsElevated != 0 || session == sessionOfServices ||
            LevelOf(integrity) > DWORD{SECURITY_MANDATORY_MEDIUM_RID};
 }
+
+}  // namespace bridge

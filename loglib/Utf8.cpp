@@ -5,6 +5,8 @@
 #include <limits>
 #include <stdexcept>
 
+namespace bridge {
+
 namespace {
 
 int CheckedSize(size_t size) {
@@ -47,3 +49,5 @@ std::string Utf8FromWide(std::wstring_view text) {
         return ::WideCharToMultiByte(CP_UTF8, 0, text.data(), length, buffer, size, nullptr, nullptr);
     });
 }
+
+}  // namespace bridge

@@ -1,56 +1,43 @@
 #include "msgbus/BridgeLog.h"
 
-#include <memory>
-#include <utility>
-
 #include "base/Boundary.h"
-#include "base/CallGate.h"
+#include "base/ModuleSlot.h"
 #include "base/NoDestroyAtExit.h"
-#include "base/SharedSlot.h"
-#include "values/ModuleInterface.h"
+
+namespace bridge {
+
+using VsKitMsgbus::ILogSink;
 
 namespace {
 
-struct SinkInUse {
-    explicit SinkInUse(VsKitMsgbus::ILogSink* logSink) : sink(logSink) {}
-
-    const ModuleInterface<VsKitMsgbus::ILogSink> sink;
-    CallGate gate;
-};
-
-NoDestroyAtExit<SharedSlot<SinkInUse>> currentSink;
+NoDestroyAtExit<ModuleSlot<ILogSink>> currentSink;
 
 }  // namespace
 
-bool OfferLogSink(VsKitMsgbus::ILogSink* sink) {
-    return sink != nullptr && (*currentSink).Address() == nullptr &&
-           (*currentSink).Offer(std::make_shared<SinkInUse>(sink));
+bool OfferLogSink(ILogSink* sink) {
+    return sink != nullptr && currentSink->Offer(sink);
 }
 
 void ClearLogSink() noexcept {
-    Guarded([] {
-        if (const auto cleared = (*currentSink).Exchange(nullptr)) {
-            cleared->gate.CloseAndWait();
-        }
-    });
+    Guarded([] { currentSink->Exchange(nullptr); });
 }
 
-const VsKitMsgbus::ILogSink* CurrentLogSink() noexcept {
-    return Guarded<const VsKitMsgbus::ILogSink*>(nullptr, [] {
-        const auto sink = (*currentSink).Share();
-        return sink != nullptr ? sink->sink.Address() : nullptr;
-    });
+const ILogSink* CurrentLogSink() noexcept {
+    return currentSink->Address();
 }
 
 void WriteBridgeLog(const VsKit::CUniStream& text) noexcept {
-    Guarded([&] {
-        const auto sink = (*currentSink).Share();
-        if (sink == nullptr || text.Text().empty()) {
-            return;
-        }
-        const CallGate::Call call(sink->gate);
-        if (call) {
-            sink->sink.Call(&VsKitMsgbus::ILogSink::Write, bridgeLogLevel, text.Text().c_str());
-        }
-    });
+    if (!text.Text().empty()) {
+        Guarded([&] {
+            currentSink->Call(CallGate::Admission::Together, &ILogSink::Write, bridgeLogLevel, text.Text().c_str());
+        });
+    }
 }
+
+void WriteFailure(const ModuleInterface<ILogSink>& sink, const VsKit::CUniStream& text) noexcept {
+    if (sink && !text.Text().empty()) {
+        Guarded([&] { sink.Call(&ILogSink::Write, failureLogLevel, text.Text().c_str()); });
+    }
+}
+
+}  // namespace bridge

@@ -5,6 +5,7 @@
 
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
+#include "msgbus/BridgeLog.h"
 #include "msgbus/client/AgentUse.h"
 #include "msgbus/lpc_buffer.h"
 #include "policy/CPolicyDump.h"
@@ -15,13 +16,11 @@
 #include "policy/VsMsgbusIEnforcePolicy.h"
 #include "values/AgentTexts.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 namespace {
-
-constexpr int failureLevel = 5;
 
 std::string NarrowId(const wchar_t* wide, const LibrariesInUse* inUse) {
     return BadAllocAsAgentException([&] { return NarrowFromWide(wide, inUse); });
@@ -100,17 +99,14 @@ bool CPolicyBag::ReadDigests(const char* wantedId, std::string& digests) const n
     if (session == nullptr || wantedId == nullptr) {
         return false;
     }
-    return GuardedBy<exception>(
-        false,
-        [&] {
-            BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
-            return true;
-        },
-        [](const exception& failure) {
-            LogDigestFailure(failure.Code());
-            return false;
-        },
-        [] { return false; });
+    try {
+        BadAllocAsAgentException([&] { AppendDigests(*session, wantedId, digests); });
+        return true;
+    } catch (const AgentException& failure) {
+        LogDigestFailure(failure.Code());
+    } catch (...) {
+    }
+    return false;
 }
 
 std::shared_ptr<AgentSession> CPolicyBag::OpenSession() const noexcept {
@@ -128,7 +124,7 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
     }
     try {
         std::optional<OpenWalk> open;
-        PassThrough<exception>(
+        PassThrough<AgentException>(
             [&](InsidePassage inside) {
                 const LibrariesInUse* const libraries = session->Libraries();
                 open.emplace(inside, libraries, *callbacks,
@@ -145,23 +141,16 @@ bool CPolicyBag::Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Acco
                 session.reset();
             });
         return true;
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         LogFailure(wantedId, failure.Code());
         return false;
     }
 }
 
 void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcept {
-    if (!sink) {
-        return;
-    }
-    Guarded([&] {
-        CUniStream text;
-        text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
-        if (!text.Text().empty()) {
-            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
-        }
-    });
+    CUniStream text;
+    text << L"Failed to iterate the policy bag for product id " << wantedId << L", exception " << code;
+    WriteFailure(sink, text);
 }
 
 void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const {
@@ -170,7 +159,8 @@ void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId
     PolicyQuery query(policies);
     query.SetProduct(wantedId);
     bag = query.Fetch(client);
-    PolicyUris uris(policies, bag.Get());
+    PolicyUris uris(policies, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next,
+                    bag.Get());
     ny_policy_uri_t* uri = nullptr;
     while (uris.Next(uri)) {
         const char* digest = nullptr;
@@ -178,3 +168,5 @@ void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId
         digests += digest != nullptr ? digest : "";
     }
 }
+
+}  // namespace bridge

@@ -9,6 +9,8 @@
 #include "agent/ny_agent.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 class AgentSession;
 
 // What a module reads its policies through while it enforces them: lives for one EnforcePolicy, on that thread.
@@ -54,3 +56,5 @@ private:
     const ModuleInterface<VsKitMsgbus::ILogSink> sink;
     const wchar_t* const productId;
 };
+
+}  // namespace bridge

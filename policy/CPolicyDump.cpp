@@ -5,6 +5,8 @@
 #include "base/Boundary.h"
 #include "msgbus/lpc_buffer.h"
 
+namespace bridge {
+
 using namespace std::string_view_literals;
 
 namespace {
@@ -58,11 +60,10 @@ void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) noexcept {
 }
 
 void CPolicyDump::WriteLine(std::initializer_list<std::wstring_view> parts) noexcept {
-    isWhole = IsGood() && Guarded(false, [&] {
+    isWhole = IsGood() && Guarded([&] {
                   for (const std::wstring_view part : parts) {
                       Append(part);
                   }
-                  return true;
               });
 }
 
@@ -95,3 +96,5 @@ void CPolicyDump::CutLastPiece() {
     last.shrink_to_fit();
     text.Swap(last);
 }
+
+}  // namespace bridge

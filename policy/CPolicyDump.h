@@ -9,6 +9,8 @@
 #include "VsMsgbus/LpcBuffer.h"
 #include "values/CUniStream.h"
 
+namespace bridge {
+
 // Writes what a walk tells as text, one indented line for each item. When memory runs out the text ends there, and is
 // not good.
 //
@@ -41,3 +43,5 @@ private:
     size_t lengthBefore = 0;           // of all of them
     bool isWhole = true;
 };
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "policy/CPolicyBag.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // A module's registered enforcer.
 class CTheEnforcePolicy {
 public:
@@ -25,3 +27,5 @@ private:
     const ModuleInterface<VsKitMsgbus::INYEnforcePolicy> enforcer;
     const ModuleInterface<VsKitMsgbus::ILogSink> sink;
 };
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 #include "msgbus/registrations/RegistrationTable.h"
 #include "policy/CTheEnforcePolicy.h"
 
+namespace bridge {
+
 // Two notifications of one product are enforced one after the other.
 using EnforcerRegistrations = RegistrationTable<CTheEnforcePolicy, CallGate::Admission::OneThreadAtATime>;
 
@@ -10,3 +12,5 @@ using EnforcerRegistrations = RegistrationTable<CTheEnforcePolicy, CallGate::Adm
 inline EnforcerRegistrations& EnforcerTable() {
     return TableOfProcess<EnforcerRegistrations>();
 }
+
+}  // namespace bridge

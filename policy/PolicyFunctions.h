@@ -2,8 +2,10 @@
 
 #include "dispatcher/EntryPoint.h"
 
-// The agent's functions for policies, looked up once for a walk or a question: what is opened through them is read and
-// closed through them. Used by a thread that is inside the agent's libraries.
+namespace bridge {
+
+// The agent's functions for policies, looked up once for a walk or a question, so that a handle is opened, read and
+// closed through one library. Used by a thread that is inside the agent's libraries.
 class PolicyFunctions {
 public:
     // Loads their library when it is not open: of the libraries given, when there are any.
@@ -22,3 +24,5 @@ private:
     const LibrariesInUse* libraries;
     void* const* table;
 };
+
+}  // namespace bridge

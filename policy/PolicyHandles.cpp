@@ -2,6 +2,8 @@
 
 #include "dispatcher/groups/PolicyGroup.h"
 
+namespace bridge {
+
 ReleaseFunction<ny_policy_uri_t> FindRelease(const ny_policy_uri_t* /*kind*/, const LibrariesInUse* inUse) noexcept {
     return agent::ny_policy_uri_release.Find(inUse);
 }
@@ -14,3 +16,5 @@ ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterat
                                                       const LibrariesInUse* inUse) noexcept {
     return agent::ny_policy_bag_iterator_release.Find(inUse);
 }
+
+}  // namespace bridge

@@ -2,6 +2,8 @@
 
 #include "values/AgentHandle.h"
 
+namespace bridge {
+
 // The handles of the policy group, as those of values/AgentHandle.h.
 ReleaseFunction<ny_policy_uri_t> FindRelease(const ny_policy_uri_t* kind, const LibrariesInUse* inUse) noexcept;
 ReleaseFunction<ny_policy_bag_t> FindRelease(const ny_policy_bag_t* kind, const LibrariesInUse* inUse) noexcept;
@@ -11,3 +13,5 @@ ReleaseFunction<ny_policy_bag_iterator_t> FindRelease(const ny_policy_bag_iterat
 using PolicyUriOwner = AgentHandle<ny_policy_uri_t>;
 using PolicyBagOwner = AgentHandle<ny_policy_bag_t>;
 using PolicyIteratorOwner = AgentHandle<ny_policy_bag_iterator_t>;
+
+}  // namespace bridge

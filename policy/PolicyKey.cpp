@@ -3,6 +3,8 @@
 #include <cwchar>
 #include <limits>
 
+namespace bridge {
+
 namespace {
 
 constexpr wchar_t keyName[] = LR"(SOFTWARE\Corvane\Endpoint\AV)";
@@ -61,3 +63,5 @@ LSTATUS PolicyKey::WriteText(const wchar_t* valueName, const wchar_t* text) cons
     return ::RegSetValueExW(key.get(), valueName, 0, REG_SZ, reinterpret_cast<const BYTE*>(text),
                             static_cast<DWORD>(size));
 }
+
+}  // namespace bridge

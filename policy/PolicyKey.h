@@ -6,6 +6,8 @@
 
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 // How a key is opened as part of a transaction.
 struct PolicyTransaction {
     HANDLE transaction;    // of the transaction manager's, not owned; null for none
@@ -40,3 +42,5 @@ private:
     [[maybe_unused]] uintptr_t reserved = 0;
     const PolicyTransaction* transaction;
 };
+
+}  // namespace bridge

@@ -3,7 +3,7 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "values/AgentException.h"
 
-using corvane::ny::utils::Check;
+namespace bridge {
 
 PolicyQuery::PolicyQuery(const PolicyFunctions& policyFunctions) : functions(policyFunctions) {
     Check(functions(agent::ny_policy_uri_create)(uri.Out(functions.Libraries())));
@@ -22,3 +22,5 @@ PolicyBagOwner PolicyQuery::Fetch(ny_client_t* client) const {
     Check(functions(agent::ny_policy_get)(client, uri.Get(), bag.Out(functions.Libraries())));
     return bag;
 }
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 #include "policy/PolicyFunctions.h"
 #include "policy/PolicyHandles.h"
 
+namespace bridge {
+
 // What the agent is asked for: the policies of a product, of the machine or of one user. Every operation raises the
 // agent exception with the code of a call that did not succeed.
 class PolicyQuery {
@@ -20,3 +22,5 @@ private:
     const PolicyFunctions& functions;
     PolicyUriOwner uri;
 };
+
+}  // namespace bridge

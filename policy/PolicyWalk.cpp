@@ -8,7 +8,7 @@
 #include "policy/OutOfMemory.h"
 #include "policy/VsMsgbusIEnforcePolicy.h"
 
-using corvane::ny::utils::Check;
+namespace bridge {
 
 namespace {
 
@@ -70,7 +70,7 @@ ALWAYS_INLINE inline bool PolicyWalk::Tell(Operation operation, const Texts&... 
 }
 
 void PolicyWalk::Run(ny_policy_bag_t* bag) {
-    uris.emplace(policies, bag);
+    uris.emplace(policies, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next, bag);
     ny_policy_uri_t* uri = nullptr;
     while (uris->Next(uri)) {
         if (!TellContainer(uri)) {
@@ -102,7 +102,8 @@ bool PolicyWalk::TellSettingsObject(ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
-    sections.emplace(policies, bag, uri);
+    sections.emplace(policies, agent::ny_policy_bag_get_section_iterator,
+                     agent::ny_policy_bag_section_iterator_get_next, bag, uri);
     const char* name = nullptr;
     while (sections->Next(name)) {
         if (!TellSettingsObject(uri)) {
@@ -117,7 +118,8 @@ void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName) {
-    settings.emplace(policies, bag, uri, sectionName);
+    settings.emplace(policies, agent::ny_policy_bag_get_setting_iterator,
+                     agent::ny_policy_bag_setting_iterator_get_next, bag, uri, sectionName);
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
     bool wantsMore = true;
@@ -136,3 +138,5 @@ void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const 
     }
     settings.reset();
 }
+
+}  // namespace bridge

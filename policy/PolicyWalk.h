@@ -9,6 +9,8 @@
 #include "values/ModuleInterface.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 // One walk over a bag of policies: tells a module's callbacks of each item, in the agent's order.
 //
 // A walk keeps no copy of what it tells: its memory grows with the longest text, not with the number of items.
@@ -76,3 +78,5 @@ private:
     BorrowedWide* settingName = nullptr;
     BorrowedWide* settingValue = nullptr;
 };
+
+}  // namespace bridge

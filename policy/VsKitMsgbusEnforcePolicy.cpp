@@ -8,11 +8,13 @@
 #include "policy/EnforcerTable.h"
 #include "values/AgentTexts.h"
 
+using namespace bridge;
+
 namespace {
 
 constexpr size_t longestId = 0xFFFF;
 
-// At most one more than the longest that is taken: what is no text of any length is not read to its end.
+// Reads no further than one character behind the longest id.
 size_t BoundedLength(const wchar_t* text) noexcept {
     size_t length = 0;
     while (length <= longestId && text[length] != L'\0') {
@@ -25,22 +27,11 @@ size_t BoundedLength(const wchar_t* text) noexcept {
 
 bool VsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnforcePolicy* enforcer,
                                  void* sink) noexcept {
-    if (productId == nullptr || enforcer == nullptr) {
-        return false;
-    }
-    return Guarded(false, [&] {
-        EnforcerTable().Set(productId, enforcer, static_cast<VsKitMsgbus::ILogSink*>(sink));
-        return true;
-    });
+    return EnforcerTable().Set(productId, enforcer, static_cast<VsKitMsgbus::ILogSink*>(sink));
 }
 
 bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept {
-    return Guarded(true, [&] {
-        if (productId != nullptr) {
-            EnforcerTable().Remove(productId);
-        }
-        return true;
-    });
+    return EnforcerTable().Remove(productId);
 }
 
 int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {

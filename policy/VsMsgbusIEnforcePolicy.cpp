@@ -9,6 +9,8 @@
 #include "loglib/LogLib.h"
 #include "policy/PolicyKey.h"
 
+namespace bridge {
+
 namespace {
 
 constexpr int32_t failureSeverity = 3;
@@ -96,3 +98,5 @@ void LogDigestFailure(int32_t code) noexcept {
     LogToHost(__LINE__, successSeverity,
               [=](const LogUtils::LogEvent& event) { event(L"NySpb", "Error %d getting digest", code); });
 }
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include <cstdint>
 
+namespace bridge {
+
 // Writes the name of the policy object in force into HKEY_LOCAL_MACHINE\SOFTWARE\Corvane\Endpoint\AV, where other local
 // components look for it, and logs whether that went well. Any thread.
 //
@@ -14,3 +16,5 @@ void StorePolicyName(const wchar_t* category, const wchar_t* name) noexcept;
 
 // Logs that the agent answered `code` when a policy's digest was asked for. Any thread.
 void LogDigestFailure(int32_t code) noexcept;
+
+}  // namespace bridge

@@ -9,8 +9,9 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::policies::policy_notification_handler;
-using corvane::ny::utils::Check;
 using VsKit::CUniStream;
 
 namespace {
@@ -19,12 +20,12 @@ namespace {
 constexpr uint32_t notificationMask = 63;
 
 int32_t NotifyOfPolicies(ny_client_t* /*client*/, const char* productId, ny_policy_uri_t* uri, void* callbackData) {
-    return CallHandler<policy_notification_handler>(productId, callbackData, [&](policy_notification_handler& handler) {
+    return CallHandler<policy_notification_handler>(productId, callbackData, [&](auto& service) {
         PolicyUriOwner owned;
-        ny_policy_uri_t** const place = owned.Out(handler.Libraries());
-        Check(agent::ny_policy_uri_add_ref.In(handler.Libraries())(uri));
+        ny_policy_uri_t** const place = owned.Out(service.Libraries());
+        Check(agent::ny_policy_uri_add_ref.In(service.Libraries())(uri));
         *place = uri;
-        return handler.on_notification(handler.Client(), productId, owned.Get());
+        return service.on_notification(service.Client(), productId, owned.Get());
     });
 }
 
@@ -37,15 +38,11 @@ bool Enforce(ny_client_t* client, const WideText& productId) {
 
 }  // namespace
 
-VsMsgbusPolicyEnforcer::VsMsgbusPolicyEnforcer(ny_client_t* agentClient)
-    : AgentService(agentClient), policy_notification_handler(agentClient) {}
-
 VsMsgbusPolicyEnforcer::~VsMsgbusPolicyEnforcer() = default;
 
 int32_t VsMsgbusPolicyEnforcer::RegisterWithAgent(const std::string& productId) {
-    policy_notification_handler* const handler = this;
-    return agent::ny_policy_register_notification_callback.In(Libraries())(Client(), productId.c_str(),
-                                                                           notificationMask, NotifyOfPolicies, handler);
+    return agent::ny_policy_register_notification_callback.In(Libraries())(
+        Client(), productId.c_str(), notificationMask, NotifyOfPolicies, CallbackArgument());
 }
 
 int32_t VsMsgbusPolicyEnforcer::UnregisterFromAgent(const std::string& productId) {
@@ -68,3 +65,5 @@ int32_t VsMsgbusPolicyEnforcer::on_notification(ny_client_t* agentClient, const 
         },
         [&](CUniStream& text) { text << L"Failed to get the policy for product id " << productId; });
 }
+
+}  // namespace bridge

@@ -5,10 +5,12 @@
 #include "msgbus/registrations/AgentService.h"
 #include "policy/policy_notification_handler.h"
 
+namespace bridge {
+
 // The policy service: what the agent calls when the policies of a product may have changed.
-class VsMsgbusPolicyEnforcer : public AgentService, public corvane::ny::policies::policy_notification_handler {
+class VsMsgbusPolicyEnforcer : public AgentServiceFor<corvane::ny::policies::policy_notification_handler> {
 public:
-    explicit VsMsgbusPolicyEnforcer(ny_client_t* agentClient);
+    using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusPolicyEnforcer() override;
 
     // Has the product's enforcer enforce, if it has one. NY_OK, also without one; the code of an agent exception that
@@ -19,8 +21,6 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::policies::policy_notification_handler>(
-            static_cast<const corvane::ny::policies::policy_notification_handler*>(this));
-    }
 };
+
+}  // namespace bridge

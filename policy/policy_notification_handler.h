@@ -4,14 +4,13 @@
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "msgbus/registrations/AgentHandler.h"
 
 namespace corvane::ny::policies {
 
 // What answers the agent's policy notifications, behind the plain function that the agent is given.
-class policy_notification_handler : public AgentHandler {
+class policy_notification_handler {
 public:
-    using AgentHandler::AgentHandler;
+    virtual ~policy_notification_handler() = default;
 
     // The product's policies may have changed; `uri` is the notification's own. Returns the agent's result code.
     virtual int32_t on_notification(ny_client_t* agentClient, const std::string& productId, ny_policy_uri_t* uri) = 0;

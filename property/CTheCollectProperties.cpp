@@ -1,20 +1,19 @@
 #include "property/CTheCollectProperties.h"
 
 #include "base/Attributes.h"
-#include "base/Boundary.h"
 #include "dispatcher/groups/PropertyGroup.h"
+#include "msgbus/BridgeLog.h"
 #include "values/AgentException.h"
 #include "values/BorrowedText.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 namespace {
 
 constexpr int32_t verboseLevel = 4;
-constexpr int failureLevel = 5;
 
 std::wstring_view OrEmpty(const wchar_t* text) noexcept {
     return text != nullptr ? std::wstring_view(text) : std::wstring_view(L"");
@@ -30,7 +29,7 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
     Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
 }
 
-// Apart from what is done for every property, whether it is traced or not.
+// Functions of their own, so that a property that is not traced does not pay for them.
 RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
     ComposeUnlogged(
         [&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });
@@ -56,17 +55,14 @@ bool CTheCollectProperties::SetProperty(const wchar_t* path, const wchar_t* name
     if (IsTracing()) {
         TraceProperty(path, name, value);
     }
-    return GuardedBy<exception>(
-        false,
-        [&] {
-            AddProperty(*functions, addProperty, current, path, name, value);
-            return true;
-        },
-        [&](const exception& refusal) {
-            LogFailure(name, value, refusal.Code());
-            return false;
-        },
-        [] { return false; });
+    try {
+        AddProperty(*functions, addProperty, current, path, name, value);
+        return true;
+    } catch (const AgentException& refusal) {
+        LogFailure(name, value, refusal.Code());
+    } catch (...) {
+    }
+    return false;
 }
 
 void CTheCollectProperties::LookUpFunctions(const LibrariesInUse* inUse) noexcept {
@@ -82,14 +78,9 @@ bool CTheCollectProperties::IsTracing() const noexcept {
 }
 
 void CTheCollectProperties::LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept {
-    if (!sink) {
-        return;
-    }
-    Guarded([&] {
-        CUniStream text;
-        text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
-        if (!text.Text().empty()) {
-            sink.Call(&VsKitMsgbus::ILogSink::Write, failureLevel, text.Text().c_str());
-        }
-    });
+    CUniStream text;
+    text << L"Failed to add property for " << name << L"= " << value << L", exception " << code;
+    WriteFailure(sink, text);
 }
+
+}  // namespace bridge

@@ -12,6 +12,8 @@
 #include "values/ModuleInterface.h"
 #include "values/TextFunctions.h"
 
+namespace bridge {
+
 // A module's registered collector, and the setter that the module is handed during a collection.
 class CTheCollectProperties : public VsKitMsgbus::INYCollectProperties::ISet {
 public:
@@ -64,3 +66,5 @@ private:
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection
     const ModuleInterface<VsKitMsgbus::INYCollectProperties> collector;
 };
+
+}  // namespace bridge

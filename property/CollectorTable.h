@@ -3,6 +3,8 @@
 #include "msgbus/registrations/RegistrationTable.h"
 #include "property/CTheCollectProperties.h"
 
+namespace bridge {
+
 // Two collections of one product never overlap.
 using CollectorRegistrations = RegistrationTable<CTheCollectProperties, CallGate::Admission::OneThreadAtATime>;
 
@@ -10,3 +12,5 @@ using CollectorRegistrations = RegistrationTable<CTheCollectProperties, CallGate
 inline CollectorRegistrations& CollectorTable() {
     return TableOfProcess<CollectorRegistrations>();
 }
+
+}  // namespace bridge

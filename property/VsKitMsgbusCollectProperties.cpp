@@ -1,25 +1,15 @@
 // The exports of property collection.
 #include "VsMsgbus/CollectProperties.h"
 
-#include "base/Boundary.h"
 #include "property/CollectorTable.h"
+
+using namespace bridge;
 
 bool VsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* collector,
                                      void* sink) noexcept {
-    if (productId == nullptr || collector == nullptr) {
-        return false;
-    }
-    return Guarded(false, [&] {
-        CollectorTable().Set(productId, collector, static_cast<VsKitMsgbus::ILogSink*>(sink));
-        return true;
-    });
+    return CollectorTable().Set(productId, collector, static_cast<VsKitMsgbus::ILogSink*>(sink));
 }
 
 bool VsKitMsgbusRemoveCollectProperties(const wchar_t* productId) noexcept {
-    return Guarded(true, [&] {
-        if (productId != nullptr) {
-            CollectorTable().Remove(productId);
-        }
-        return true;
-    });
+    return CollectorTable().Remove(productId);
 }

@@ -6,28 +6,25 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::property_provider;
 using VsKit::CUniStream;
 
 namespace {
 
 int32_t ProvideProperties(ny_client_t* /*client*/, const char* productId, ny_property_bag_t* bag, void* callbackData) {
-    return CallHandler<property_provider>(productId, callbackData, [&](property_provider& provider) {
-        return provider.provide(provider.Client(), productId, bag);
-    });
+    return CallHandler<property_provider>(
+        productId, callbackData, [&](auto& service) { return service.provide(service.Client(), productId, bag); });
 }
 
 }  // namespace
 
-VsMsgbusPropertyProvider::VsMsgbusPropertyProvider(ny_client_t* agentClient)
-    : AgentService(agentClient), property_provider(agentClient) {}
-
 VsMsgbusPropertyProvider::~VsMsgbusPropertyProvider() = default;
 
 int32_t VsMsgbusPropertyProvider::RegisterWithAgent(const std::string& productId) {
-    property_provider* const provider = this;
     return agent::ny_property_register_provider_callback.In(Libraries())(Client(), productId.c_str(), ProvideProperties,
-                                                                         provider);
+                                                                         CallbackArgument());
 }
 
 int32_t VsMsgbusPropertyProvider::UnregisterFromAgent(const std::string& productId) {
@@ -47,3 +44,5 @@ int32_t VsMsgbusPropertyProvider::provide(ny_client_t* /*agentClient*/, const st
         },
         [&](CUniStream& text) { text << L"Failed to add property in the property bag for product id " << productId; });
 }
+
+}  // namespace bridge

@@ -5,10 +5,12 @@
 #include "msgbus/registrations/AgentService.h"
 #include "property/property_provider.h"
 
+namespace bridge {
+
 // The property service: what the agent calls when it wants the properties of a product.
-class VsMsgbusPropertyProvider : public AgentService, public corvane::ny::property_provider {
+class VsMsgbusPropertyProvider : public AgentServiceFor<corvane::ny::property_provider> {
 public:
-    explicit VsMsgbusPropertyProvider(ny_client_t* agentClient);
+    using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusPropertyProvider() override;
 
     // Asks the product's collector, if it has one. NY_OK, also without one; the code of an agent exception that the
@@ -18,7 +20,6 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::property_provider>(static_cast<const corvane::ny::property_provider*>(this));
-    }
 };
+
+}  // namespace bridge

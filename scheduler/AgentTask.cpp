@@ -2,18 +2,17 @@
 
 #include "values/AgentException.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
 
 namespace {
 
 template <class Method, class... Arguments>
 void CallAccessor(ny_task_t* task, Method ny_task_methods_t::*accessor, Arguments... arguments) {
     if (task == nullptr) {
-        throw exception(NY_INVALID_ARGUMENT);
+        throw AgentException(NY_INVALID_ARGUMENT);
     }
     if (task->methods == nullptr || task->methods->*accessor == nullptr) {
-        throw exception(taskAccessorMissing);
+        throw AgentException(taskAccessorMissing);
     }
     Check((task->methods->*accessor)(task, arguments...));
 }
@@ -53,3 +52,5 @@ VariantOwner TaskSettings(ny_task_t* task, const LibrariesInUse* inUse) {
     CallAccessor(task, &ny_task_methods_t::get_settings, table.Out(inUse));
     return table;
 }
+
+}  // namespace bridge

@@ -9,6 +9,8 @@
 #include "agent/ny_agent.h"
 #include "values/AgentHandle.h"
 
+namespace bridge {
+
 inline constexpr int32_t taskAccessorMissing = 2;
 
 // UTF-8; empty when the task has none.
@@ -24,3 +26,5 @@ VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std:
 VariantOwner TaskSection(ny_task_t* task, const std::string& section, const LibrariesInUse* inUse);
 // A table with one key for each section.
 VariantOwner TaskSettings(ny_task_t* task, const LibrariesInUse* inUse);
+
+}  // namespace bridge

@@ -9,7 +9,8 @@
 #include "values/AgentTexts.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 using VsKitMsgbus::lpc_buffer;
 
@@ -23,16 +24,16 @@ bool IsGiven(const wchar_t* section) noexcept {
 // anything else does.
 template <class Answer, class Body, class Compose>
 Answer RunOrDropCode(Answer whenFailed, Body&& body, Compose&& compose) noexcept {
-    return GuardedBy<exception>(
-        whenFailed, body,
-        [&](const exception& failure) {
-            ComposeUnlogged([&](CUniStream& text) {
-                compose(text);
-                text << L", exception " << failure.Code();
-            });
-            return whenFailed;
-        },
-        [&] { return whenFailed; });
+    try {
+        return body();
+    } catch (const AgentException& failure) {
+        ComposeUnlogged([&](CUniStream& text) {
+            compose(text);
+            text << L", exception " << failure.Code();
+        });
+    } catch (...) {
+    }
+    return whenFailed;
 }
 
 }  // namespace
@@ -127,6 +128,8 @@ bool CTaskBag::GetTaskName(lpc_buffer* name) noexcept {
     }
     name->Release();
     return RunOrDropCode(
-        false, [&] { return StoreText(*name, WideFromNarrow(::TaskName(task), libraries)); },
+        false, [&] { return StoreText(*name, WideFromNarrow(bridge::TaskName(task), libraries)); },
         [](CUniStream& text) { text << L"Failed to get the task name "; });
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
 // in values/UnloggedText.h.
 class CTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag {
@@ -35,3 +37,5 @@ private:
     void* const context;
     const LibrariesInUse* const libraries;
 };
+
+}  // namespace bridge

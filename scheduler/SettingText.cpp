@@ -5,6 +5,8 @@
 #include <limits>
 #include <string_view>
 
+namespace bridge {
+
 namespace {
 
 char UpperCase(char letter) noexcept {
@@ -28,3 +30,5 @@ int32_t NumberOfText(const std::string& text) noexcept {
     const long long number = std::strtoll(text.c_str(), nullptr, 10);
     return static_cast<int32_t>(std::clamp<long long>(number, Limits::min(), Limits::max()));
 }
+
+}  // namespace bridge

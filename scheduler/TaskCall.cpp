@@ -1,13 +1,13 @@
 #include "scheduler/TaskCall.h"
 
-#include "base/Boundary.h"
 #include "scheduler/AgentTask.h"
 #include "scheduler/CTaskBag.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::exception;
+namespace bridge {
+
 using VsKit::CUniStream;
 
 TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead,
@@ -19,21 +19,15 @@ TaskCall::TaskCall(const std::string& product, ny_task_t* agentTask, const wchar
       libraries(inUse) {}
 
 TaskCall::Outcome TaskCall::AskModule(Operation operation) const noexcept {
-    const Outcome failed{true, std::nullopt};
-    return GuardedBy<exception>(
-        failed,
-        [&] {
-            return Outcome{false, AskEnforcer(operation)};
-        },
-        [&](const exception& thrown) {
-            // Spelled like this: products search for it.
-            ComposeUnloggedAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
-            return failed;
-        },
-        [&] {
-            ComposeUnloggedAbout(failure, [](CUniStream& text) { text << L" due to unknown exception"; });
-            return failed;
-        });
+    try {
+        return {false, AskEnforcer(operation)};
+    } catch (const AgentException& thrown) {
+        // Spelled like this: products search for it.
+        ComposeUnloggedAbout(failure, [&](CUniStream& text) { text << L", excpetion [" << thrown.Code() << L"]"; });
+    } catch (...) {
+        ComposeUnloggedAbout(failure, [](CUniStream& text) { text << L" due to unknown exception"; });
+    }
+    return {true, std::nullopt};
 }
 
 std::optional<int32_t> TaskCall::AskEnforcer(Operation operation) const {
@@ -56,3 +50,5 @@ void TaskCall::ComposeUnloggedAbout(const wchar_t* head, Compose&& compose) cons
         compose(text);
     });
 }
+
+}  // namespace bridge

@@ -9,6 +9,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 // One call of the agent's about one task, on its way to the module that is registered for the product.
 class TaskCall {
 public:
@@ -43,3 +45,5 @@ private:
     const wchar_t* const failure;
     const LibrariesInUse* const libraries;
 };
+
+}  // namespace bridge

@@ -4,9 +4,11 @@
 #include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // A module's registered enforcer.
 struct TaskEnforcerRecord {
-    TaskEnforcerRecord(void* moduleContext, VsKitMsgbus::INYTaskEnforcer* moduleEnforcer) noexcept
+    TaskEnforcerRecord(VsKitMsgbus::INYTaskEnforcer* moduleEnforcer, void* moduleContext) noexcept
         : context(moduleContext), enforcer(moduleEnforcer) {}
 
     void* const context;
@@ -21,3 +23,5 @@ using TaskEnforcerRegistrations =
 inline TaskEnforcerRegistrations& TaskEnforcerTable() {
     return TableOfProcess<TaskEnforcerRegistrations>();
 }
+
+}  // namespace bridge

@@ -2,23 +2,16 @@
 #include "VsMsgbus/TaskEnforcer.h"
 
 #include <memory>
-#include <string>
 
 #include "base/Boundary.h"
 #include "msgbus/instance/VsMsgbus.h"
 #include "scheduler/TaskEnforcerTable.h"
 #include "scheduler/VsMsgbusTaskExecutor.h"
+#include "values/AgentTexts.h"
+
+using namespace bridge;
 
 namespace {
-
-// The agent's contract for module-reported ids: the low byte of each unit, not a conversion.
-std::string LowBytes(const wchar_t* text) {
-    std::string bytes;
-    for (; *text != L'\0'; ++text) {
-        bytes.push_back(static_cast<char>(static_cast<unsigned char>(*text & 0xFF)));
-    }
-    return bytes;
-}
 
 int32_t ReportedStatus(int status) {
     using VsKitMsgbus::INYTaskEnforcer;
@@ -34,22 +27,11 @@ int32_t ReportedStatus(int status) {
 
 bool VsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEnforcer* enforcer,
                                 void* context) noexcept {
-    if (productId == nullptr || enforcer == nullptr) {
-        return false;
-    }
-    return Guarded(false, [&] {
-        TaskEnforcerTable().Set(productId, context, enforcer);
-        return true;
-    });
+    return TaskEnforcerTable().Set(productId, enforcer, context);
 }
 
 bool VsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept {
-    return Guarded(true, [&] {
-        if (productId != nullptr) {
-            TaskEnforcerTable().Remove(productId);
-        }
-        return true;
-    });
+    return TaskEnforcerTable().Remove(productId);
 }
 
 void VsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept {

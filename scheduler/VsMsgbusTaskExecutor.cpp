@@ -6,6 +6,8 @@
 #include "scheduler/TaskCall.h"
 #include "values/UnloggedText.h"
 
+namespace bridge {
+
 using corvane::ny::scheduler::task_handler;
 using VsKit::CUniStream;
 using VsKitMsgbus::INYTaskEnforcer;
@@ -15,8 +17,8 @@ namespace {
 template <auto slot>
 int32_t CallHandlerSlot(ny_client_t* /*client*/, const char* productId, const char* taskType, ny_task_t* task,
                         void* userData) {
-    return CallHandler<task_handler>(productId, userData, [&](task_handler& handler) {
-        return (handler.*slot)(handler.Client(), productId, taskType != nullptr ? taskType : "", task);
+    return CallHandler<task_handler>(productId, userData, [&](auto& service) {
+        return (service.*slot)(service.Client(), productId, taskType != nullptr ? taskType : "", task);
     });
 }
 
@@ -31,7 +33,7 @@ int32_t ResultOf(const TaskCall::Outcome& outcome) {
     return outcome.hasFailed ? NY_UNEXPECTED : NY_OK;
 }
 
-// A call whose answer nobody but a text is told.
+// A call whose answer the agent is not told.
 int32_t CallWithoutReport(const TaskCall& call, TaskCall::Operation operation) {
     const TaskCall::Outcome outcome = call.AskModule(operation);
     if (outcome.answer == INYTaskEnforcer::Failed) {
@@ -66,15 +68,11 @@ void ReportStatus(ny_client_t* client, ny_task_t* task, int32_t status) {
 
 }  // namespace
 
-VsMsgbusTaskExecutor::VsMsgbusTaskExecutor(ny_client_t* agentClient)
-    : AgentService(agentClient), task_handler(agentClient) {}
-
 VsMsgbusTaskExecutor::~VsMsgbusTaskExecutor() = default;
 
 int32_t VsMsgbusTaskExecutor::RegisterWithAgent(const std::string& productId) {
-    task_handler* const handler = this;
     return agent::ny_scheduler_register_task_callbacks.In(Libraries())(Client(), productId.c_str(), nullptr,
-                                                                       &taskCallbacks, handler);
+                                                                       &taskCallbacks, CallbackArgument());
 }
 
 int32_t VsMsgbusTaskExecutor::UnregisterFromAgent(const std::string& productId) {
@@ -122,3 +120,5 @@ int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const s
 void VsMsgbusTaskExecutor::UpdateStatus(const std::string& taskId, int32_t status) {
     WhileClientStays(Client(), [&](const AgentUse& use) { TellAgent(use, taskId, status); });
 }
+
+}  // namespace bridge

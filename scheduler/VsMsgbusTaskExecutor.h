@@ -5,13 +5,15 @@
 #include "msgbus/registrations/AgentService.h"
 #include "scheduler/task_handler.h"
 
+namespace bridge {
+
 // The task service: what the agent's scheduler calls for the tasks of a product.
 //
 // on_... ask the product's enforcer, if it has one. NY_OK, also without one; NY_UNEXPECTED when something escaped the
 // module. They raise the agent exception when the task does not tell its id.
-class VsMsgbusTaskExecutor : public AgentService, public corvane::ny::scheduler::task_handler {
+class VsMsgbusTaskExecutor : public AgentServiceFor<corvane::ny::scheduler::task_handler> {
 public:
-    explicit VsMsgbusTaskExecutor(ny_client_t* agentClient);
+    using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusTaskExecutor() override;
 
     // Reports: 4 and 3 for these answers of the module, 3 for a failure, else 2.
@@ -25,15 +27,13 @@ public:
     int32_t on_update_status(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                              ny_task_t* task) override;
 
-    // Tells the agent how a task stands; nobody is told when that fails. Does nothing once the agent's client is being
+    // Tells the agent how a task stands; a failure's text goes to no log. Does nothing once the agent's client is being
     // stopped.
     void UpdateStatus(const std::string& taskId, int32_t status);
 
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::scheduler::task_handler>(
-            static_cast<const corvane::ny::scheduler::task_handler*>(this));
-    }
 };
+
+}  // namespace bridge

@@ -4,15 +4,14 @@
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "msgbus/registrations/AgentHandler.h"
 
 namespace corvane::ny::scheduler {
 
 // What answers the agent's scheduler, behind the plain functions that the agent is given. Each operation returns the
 // agent's result code; the task is the agent's and borrowed during the call.
-class task_handler : public AgentHandler {
+class task_handler {
 public:
-    using AgentHandler::AgentHandler;
+    virtual ~task_handler() = default;
 
     virtual int32_t on_execute(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                                ny_task_t* task) = 0;

@@ -10,8 +10,7 @@
 #include "values/AgentHandle.h"
 #include "values/AgentTexts.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+namespace bridge {
 
 namespace {
 
@@ -25,7 +24,7 @@ constexpr const char* keys[] = {
 std::string ReadText(const char* key) {
     const AgentUse agentUse;
     if (!agentUse) {
-        throw exception(NY_FUNCTION_MISSING);
+        throw AgentException(NY_FUNCTION_MISSING);
     }
     VariantOwner variant;
     Check(agent::ny_info_get.In(agentUse.Libraries())(agentUse.Client(), key, variant.Out(agentUse.Libraries())));
@@ -63,10 +62,12 @@ std::string ReadInformation(unsigned int index) {
     }
     try {
         return ReadText(keys[index]);
-    } catch (const exception& failure) {
+    } catch (const AgentException& failure) {
         VsKit::CUniStream text;
         text << L"Failed to get the agent info, excpetion:[" << failure.Code() << L"]";
         WriteBridgeLog(text);
         return {};
     }
 }
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+namespace bridge {
+
 // What the agent answered when it was asked for one key: a code for each step, NY_OK for those that were not needed.
 struct KeyReading {
     int32_t lookUp = 0;
@@ -17,3 +19,5 @@ KeyReading ReadKey(const char* key);
 // The value of a key by its index, empty when there is none; a failure of the agent's is logged, and gives an empty
 // value too.
 std::string ReadInformation(unsigned int index);
+
+}  // namespace bridge

@@ -11,7 +11,7 @@
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 
-using corvane::ny::utils::Check;
+using namespace bridge;
 
 namespace {
 

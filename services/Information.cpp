@@ -13,7 +13,7 @@
 #include "values/AgentException.h"
 #include "values/WideText.h"
 
-using corvane::ny::utils::exception;
+using namespace bridge;
 using VsKit::CUniStream;
 using VsKitMsgbus::lpc_buffer;
 using VsKitMsgbus::StoreText;
@@ -24,7 +24,7 @@ namespace {
 bool StoreWidened(const std::string& text, lpc_buffer& out) {
     const AgentUse agentUse;
     if (!agentUse) {
-        throw exception(NY_FUNCTION_MISSING);
+        throw AgentException(NY_FUNCTION_MISSING);
     }
     return StoreText(out, WideText(text, agentUse.Libraries()).View());
 }

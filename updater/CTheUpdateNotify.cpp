@@ -4,6 +4,8 @@
 
 #include "base/Boundary.h"
 
+namespace bridge {
+
 using VsKit::cp_wchar;
 using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
 using VsKitMsgbus::INYUpdateNotifyCallback;
@@ -20,10 +22,7 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 
         // The module is told true whatever happens, and nothing of ours is thrown through its code.
         bool Set(const wchar_t* newText) override {
-            isLost = !Guarded(false, [&] {
-                *text = newText != nullptr ? newText : L"";
-                return true;
-            });
+            isLost = !Guarded([&] { *text = newText != nullptr ? newText : L""; });
             return true;
         }
 
@@ -47,3 +46,5 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
 int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) const {
     return callback.Call(&INYUpdateNotifyCallback::SetProductInfo, second, key, value);
 }
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 #include "VsMsgbus/UpdateNotify.h"
 #include "values/ModuleInterface.h"
 
+namespace bridge {
+
 // A module's registered update callback. Its operations are for one thread at a time and let out what the module
 // throws.
 class CTheUpdateNotify {
@@ -32,3 +34,5 @@ public:
     void* const context;
     void* const further = nullptr;
 };
+
+}  // namespace bridge

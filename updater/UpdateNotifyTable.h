@@ -3,6 +3,8 @@
 #include "msgbus/registrations/RegistrationTable.h"
 #include "updater/CTheUpdateNotify.h"
 
+namespace bridge {
+
 // Two calls into one module's callback never overlap. The record of a second registration for an id is not freed, kept
 // on purpose.
 using UpdateNotifyRegistrations =
@@ -12,3 +14,5 @@ using UpdateNotifyRegistrations =
 inline UpdateNotifyRegistrations& UpdateNotifyTable() {
     return TableOfProcess<UpdateNotifyRegistrations>();
 }
+
+}  // namespace bridge

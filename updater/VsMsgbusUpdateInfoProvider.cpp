@@ -1,6 +1,5 @@
 #include "updater/VsMsgbusUpdateInfoProvider.h"
 
-#include "base/Boundary.h"
 #include "dispatcher/groups/UpdaterGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "updater/UpdateNotifyTable.h"
@@ -9,9 +8,9 @@
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 
+namespace bridge {
+
 using corvane::ny::updater::updater_handler;
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
 using VsKit::CUniStream;
 
 namespace {
@@ -31,36 +30,34 @@ int32_t CallForResult(const char* productId, void* userData, int32_t* result, in
     int32_t unread = 0;
     int32_t* const written = result != nullptr ? result : &unread;
     *written = atFirst;
-    return CallHandler<updater_handler>(productId, userData,
-                                        [&](updater_handler& handler) { return call(handler, *written); });
+    return CallHandler<updater_handler>(productId, userData, [&](auto& service) { return call(service, *written); });
 }
 
 int32_t NotifyUpdate(ny_client_t* /*client*/, const char* productId, const char* second, const char* third,
                      uint32_t number, const char* fourth, int32_t* result, void* userData) {
-    return CallForResult(productId, userData, result, notNotified, [&](updater_handler& handler, int32_t& written) {
-        return handler.update_notify(handler.Client(), productId, TextOf(second), TextOf(third), number, TextOf(fourth),
+    return CallForResult(productId, userData, result, notNotified, [&](auto& service, int32_t& written) {
+        return service.update_notify(service.Client(), productId, TextOf(second), TextOf(third), number, TextOf(fourth),
                                      written);
     });
 }
 
 int32_t SetProductInfo(ny_client_t* /*client*/, const char* productId, const char* second, const char* key,
                        ny_variant_t* value, int32_t* result, void* userData) {
-    return CallForResult(productId, userData, result, notAvailable, [&](updater_handler& handler, int32_t& written) {
-        return handler.set_product_info(handler.Client(), productId, TextOf(second), TextOf(key), value, written);
+    return CallForResult(productId, userData, result, notAvailable, [&](auto& service, int32_t& written) {
+        return service.set_product_info(service.Client(), productId, TextOf(second), TextOf(key), value, written);
     });
 }
 
 int32_t GetProductInfo(ny_client_t* /*client*/, const char* productId, const char* second, const char* key,
                        ny_variant_t** out, int32_t* result, void* userData) {
-    return CallForResult(productId, userData, result, notAvailable, [&](updater_handler& handler, int32_t& written) {
-        return handler.get_product_info(handler.Client(), productId, TextOf(second), TextOf(key), out, written);
+    return CallForResult(productId, userData, result, notAvailable, [&](auto& service, int32_t& written) {
+        return service.get_product_info(service.Client(), productId, TextOf(second), TextOf(key), out, written);
     });
 }
 
 int32_t TakeEvent(ny_client_t* /*client*/, const char* productId, const ny_updater_event_t* event, void* userData) {
-    return CallHandler<updater_handler>(productId, userData, [&](updater_handler& handler) {
-        return handler.event(handler.Client(), productId, event);
-    });
+    return CallHandler<updater_handler>(
+        productId, userData, [&](auto& service) { return service.event(service.Client(), productId, event); });
 }
 
 constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInfo, GetProductInfo, TakeEvent};
@@ -70,33 +67,29 @@ constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInf
 template <class Use>
 int32_t CallProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
                     Use&& use) noexcept {
-    const auto compose = [&](int32_t code) -> int32_t {
+    const auto compose = [&](int32_t code) {
         ComposeUnlogged([&](CUniStream& text) {
             text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
         });
-        return NY_OK;
     };
-    return GuardedBy<exception>(
-        static_cast<int32_t>(NY_OK),
-        [&]() -> int32_t {
-            UpdateNotifyTable().With(WideText(productId, libraries).View(),
-                                     [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
-            return NY_OK;
-        },
-        [&](const exception& failure) { return compose(failure.Code()); }, [&] { return compose(NY_UNEXPECTED); });
+    try {
+        UpdateNotifyTable().With(WideText(productId, libraries).View(),
+                                 [&](const CTheUpdateNotify& record, auto&& /*wasRemoved*/) { use(record); });
+    } catch (const AgentException& failure) {
+        compose(failure.Code());
+    } catch (...) {
+        compose(NY_UNEXPECTED);
+    }
+    return NY_OK;
 }
 
 }  // namespace
 
-VsMsgbusUpdateInfoProvider::VsMsgbusUpdateInfoProvider(ny_client_t* agentClient)
-    : AgentService(agentClient), updater_handler(agentClient) {}
-
 VsMsgbusUpdateInfoProvider::~VsMsgbusUpdateInfoProvider() = default;
 
 int32_t VsMsgbusUpdateInfoProvider::RegisterWithAgent(const std::string& productId) {
-    updater_handler* const handler = this;
     return agent::ny_updater_register_callbacks.In(Libraries())(Client(), productId.c_str(), &updaterCallbacks,
-                                                                handler);
+                                                                CallbackArgument());
 }
 
 int32_t VsMsgbusUpdateInfoProvider::UnregisterFromAgent(const std::string& productId) {
@@ -148,3 +141,5 @@ int32_t VsMsgbusUpdateInfoProvider::event(ny_client_t* /*agentClient*/, const st
                                           const ny_updater_event_t* /*event*/) {
     return NY_OK;
 }
+
+}  // namespace bridge

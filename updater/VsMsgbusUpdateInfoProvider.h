@@ -5,14 +5,16 @@
 #include "msgbus/registrations/AgentService.h"
 #include "updater/updater_handler.h"
 
+namespace bridge {
+
 // The update service: what the agent's updater calls to tell a product of updates and to read and set what it knows of
 // the product.
 //
 // Every operation answers NY_OK: a product without a callback and a callback that fails both leave the result as it
 // came, and the agent's variant untouched.
-class VsMsgbusUpdateInfoProvider : public AgentService, public corvane::ny::updater::updater_handler {
+class VsMsgbusUpdateInfoProvider : public AgentServiceFor<corvane::ny::updater::updater_handler> {
 public:
-    explicit VsMsgbusUpdateInfoProvider(ny_client_t* agentClient);
+    using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusUpdateInfoProvider() override;
 
     int32_t update_notify(ny_client_t* agentClient, const std::string& productId, const std::string& second,
@@ -28,8 +30,6 @@ public:
 private:
     int32_t RegisterWithAgent(const std::string& productId) override;
     int32_t UnregisterFromAgent(const std::string& productId) override;
-    AgentCallData CallbackData() const noexcept override {
-        return CallData<corvane::ny::updater::updater_handler>(
-            static_cast<const corvane::ny::updater::updater_handler*>(this));
-    }
 };
+
+}  // namespace bridge

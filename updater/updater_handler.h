@@ -4,16 +4,15 @@
 #include <string>
 
 #include "agent/ny_agent.h"
-#include "msgbus/registrations/AgentHandler.h"
 
 namespace corvane::ny::updater {
 
 // What answers the agent's updater, behind the plain functions that the agent is given. Each operation returns the
 // agent's result code. `result` comes with what the agent is to read for a product without a callback, and goes with
 // the module's own result if there was one.
-class updater_handler : public AgentHandler {
+class updater_handler {
 public:
-    using AgentHandler::AgentHandler;
+    virtual ~updater_handler() = default;
 
     virtual int32_t update_notify(ny_client_t* agentClient, const std::string& productId, const std::string& second,
                                   const std::string& third, uint32_t number, const std::string& fourth,

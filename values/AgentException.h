@@ -26,3 +26,11 @@ inline void Check(int32_t resultCode) {
 }
 
 }  // namespace corvane::ny::utils
+
+namespace bridge {
+
+// Not to be mistaken for the standard's.
+using AgentException = corvane::ny::utils::exception;
+using corvane::ny::utils::Check;
+
+}  // namespace bridge

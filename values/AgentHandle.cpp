@@ -3,6 +3,8 @@
 #include "dispatcher/groups/BufferGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 
+namespace bridge {
+
 ReleaseFunction<ny_buffer_t> FindRelease(const ny_buffer_t* /*kind*/, const LibrariesInUse* inUse) noexcept {
     return agent::ny_buffer_release.Find(inUse);
 }
@@ -18,3 +20,5 @@ ReleaseFunction<ny_table_t> FindRelease(const ny_table_t* /*kind*/, const Librar
 ReleaseFunction<ny_array_t> FindRelease(const ny_array_t* /*kind*/, const LibrariesInUse* inUse) noexcept {
     return agent::ny_array_release.Find(inUse);
 }
+
+}  // namespace bridge

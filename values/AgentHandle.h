@@ -6,6 +6,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 
+namespace bridge {
+
 // The agent's function that takes handles of this kind back, of the libraries given or, without any, of those that are
 // open; null when it cannot be reached. The first argument only says which kind.
 template <class Handle>
@@ -38,7 +40,7 @@ public:
     Handle* Get() const noexcept { return handle; }
     explicit operator bool() const noexcept { return handle != nullptr; }
 
-    // Releases what is held. What the agent answers, which most may ignore; NY_OK when nothing is held.
+    // Releases the handle. The agent's answer, which most callers ignore; NY_OK for an empty owner.
     int32_t Reset() noexcept {
         Handle* const released = std::exchange(handle, nullptr);
         return released != nullptr ? release(released) : NY_OK;
@@ -51,12 +53,12 @@ public:
         Reset();
         release = FindRelease(static_cast<const Handle*>(nullptr), inUse);
         if (release == nullptr) {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+            throw AgentException(NY_FUNCTION_MISSING);
         }
         return &handle;
     }
 
-    // The place of what is held, for an agent call that may put another handle there after releasing this one itself.
+    // The handle's place, for an agent call that may release the handle itself and put another one there.
     Handle** InOut() noexcept { return &handle; }
 
 private:
@@ -68,3 +70,5 @@ using BufferOwner = AgentHandle<ny_buffer_t>;
 using VariantOwner = AgentHandle<ny_variant_t>;
 using TableOwner = AgentHandle<ny_table_t>;
 using ArrayOwner = AgentHandle<ny_array_t>;
+
+}  // namespace bridge

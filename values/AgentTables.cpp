@@ -3,7 +3,7 @@
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/AgentException.h"
 
-using corvane::ny::utils::Check;
+namespace bridge {
 
 AgentTables::AgentTables(const LibrariesInUse* inUse) noexcept
     : libraries(inUse), functions(TableOf(variantGroup, inUse)) {}
@@ -37,3 +37,5 @@ VariantOwner AgentTables::Element(ny_array_t* array, size_t index) const {
     Check(agent::ny_array_get_element_at.In(functions)(array, index, element.Out(libraries)));
     return element;
 }
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentHandle.h"
 
+namespace bridge {
+
 // The agent's functions for tables and arrays, looked up once. Used by a thread that is inside the agent's libraries.
 // Each raises corvane::ny::utils::exception with the first code that the agent answers other than NY_OK,
 // NY_FUNCTION_MISSING included, after releasing what it holds.
@@ -23,3 +25,5 @@ private:
     const LibrariesInUse* libraries;
     void* const* functions;
 };
+
+}  // namespace bridge

@@ -5,12 +5,14 @@
 #include "dispatcher/groups/VariantGroup.h"
 #include "values/BorrowedText.h"
 
+namespace bridge {
+
 namespace {
 
 // Compiled into each function below, which then looks up only what it calls.
 ALWAYS_INLINE inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr) noexcept {
     TextFunctions functions{};
-    // First: what is closed from now on makes the others stale.
+    // First: a library that is closed from now on makes the functions stale.
     functions.closings = libraryClosings.load(std::memory_order_acquire);
     void* const* const variants = TableOf(variantGroup, inUse);
     // A library that cannot be loaded is not asked for twice: each time the dispatcher says so in the log.
@@ -18,7 +20,7 @@ ALWAYS_INLINE inline TextFunctions LookUp(const LibrariesInUse* inUse = nullptr)
     if (buffers == nullptr) [[unlikely]] {
         functions.closings = noClosings;
     }
-    // What could not be given back is not asked for.
+    // The agent is asked for no handle that could not be given back.
     void* const* const madeVariants = agent::ny_variant_release.FindIn(variants) != nullptr ? variants : nullptr;
     functions.narrow = {
         agent::ny_variant_create_from_string.In(madeVariants),
@@ -45,11 +47,7 @@ TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse) noexcept {
 }
 
 std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
-    return NarrowFromVariant(LookUp(inUse), variant);
-}
-
-std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant) {
-    return std::string(BorrowedNarrow(functions, variant).View());
+    return std::string(BorrowedNarrow(LookUp(inUse), variant).View());
 }
 
 std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse) {
@@ -71,3 +69,13 @@ std::string NarrowFromWide(const wchar_t* text, size_t length, const LibrariesIn
     const TextVariant variant(functions, std::wstring_view(text, length));
     return std::string(BorrowedNarrow(functions, variant.Get()).View());
 }
+
+std::string LowBytes(const wchar_t* text) {
+    std::string bytes;
+    for (; *text != L'\0'; ++text) {
+        bytes.push_back(static_cast<char>(*text & 0xFF));
+    }
+    return bytes;
+}
+
+}  // namespace bridge

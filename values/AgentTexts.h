@@ -11,11 +11,12 @@
 #include "agent/ny_agent.h"
 #include "values/TextFunctions.h"
 
+namespace bridge {
+
 // A variant's text, with its exact length: zeros in it are kept.
 std::string NarrowFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
 std::wstring WideFromVariant(ny_variant_t* variant, const LibrariesInUse* inUse = nullptr);
 // The same through functions that the caller has looked up.
-std::string NarrowFromVariant(const TextFunctions& functions, ny_variant_t* variant);
 std::wstring WideFromVariant(const TextFunctions& functions, ny_variant_t* variant);
 
 // UTF-8 to UTF-16 and back, the agent's way: through a variant. A view stays in registers until here: as a parameter of
@@ -28,3 +29,9 @@ inline std::wstring WideFromNarrow(std::string_view text, const LibrariesInUse* 
 inline std::string NarrowFromWide(std::wstring_view text, const LibrariesInUse* inUse = nullptr) {
     return NarrowFromWide(text.data(), text.size(), inUse);
 }
+
+// Not a conversion: the low byte of each unit, the agent's contract for task ids and for names of health checks. Texts
+// that differ elsewhere are one.
+std::string LowBytes(const wchar_t* text);
+
+}  // namespace bridge

@@ -1,4 +1,4 @@
-// Texts of the agent's that are read where the agent keeps them. All raise corvane::ny::utils::exception with the first
+// Texts of the agent's that are read where the agent keeps them. All raise AgentException with the first
 // code that the agent answers other than NY_OK, or with NY_FUNCTION_MISSING when the functions given are not current,
 // after releasing what they hold.
 #pragma once
@@ -15,6 +15,8 @@
 #include "base/Attributes.h"
 #include "values/AgentException.h"
 #include "values/TextFunctions.h"
+
+namespace bridge {
 
 // What a text is read through: a variant or a buffer, given back at its end.
 template <class Handle>
@@ -39,7 +41,7 @@ public:
         Handle* given = nullptr;
         const int32_t result = std::forward<Call>(call)(&given);
         handle = given;
-        corvane::ny::utils::Check(result);
+        Check(result);
     }
 
 private:
@@ -119,7 +121,7 @@ private:
         if (result == NY_OK) {
             result = functions.getText(buffer.Get(), &characters, &second);
         }
-        corvane::ny::utils::Check(result);
+        Check(result);
         text = characters != nullptr ? characters : noText;
         length = characters != nullptr ? std::min(first, second) : 0;
     }
@@ -156,3 +158,5 @@ private:
 
 using BorrowedNarrow = BorrowedText<char>;
 using BorrowedWide = BorrowedText<wchar_t>;
+
+}  // namespace bridge

@@ -9,19 +9,16 @@
 #include "base/Boundary.h"
 #include "base/LastErrorKeeper.h"
 
-namespace VsKit {
+using namespace bridge;
 
-namespace {}  // namespace
+namespace VsKit {
 
 CUniStream& CUniStream::operator<<(const wchar_t* wide) noexcept {
     return wide != nullptr ? *this << std::wstring_view(wide) : *this;
 }
 
 CUniStream& CUniStream::operator<<(std::wstring_view wide) noexcept {
-    isGood = isGood && Guarded(false, [&] {
-                 buffer.append(wide);
-                 return true;
-             });
+    isGood = isGood && Guarded([&] { buffer.append(wide); });
     return *this;
 }
 
@@ -30,11 +27,8 @@ CUniStream& CUniStream::operator<<(const char* narrow) noexcept {
 }
 
 CUniStream& CUniStream::operator<<(std::string_view narrow) noexcept {
-    if (isGood && !narrow.empty()) {
-        isGood = Guarded(false, [&] {
-            AppendWidened(narrow);
-            return true;
-        });
+    if (!narrow.empty()) {
+        isGood = isGood && Guarded([&] { AppendWidened(narrow); });
     }
     return *this;
 }

@@ -9,6 +9,8 @@
 #include "dispatcher/LibrariesInUse.h"
 #include "values/AgentException.h"
 
+namespace bridge {
+
 // The agent's functions for text of one kind of character.
 template <class Character, class BufferHandle>
 struct FunctionsForText {
@@ -33,7 +35,7 @@ struct TextFunctions {
     // Raises the agent exception with NY_FUNCTION_MISSING when they are not.
     ALWAYS_INLINE void RequireCurrent() const {
         if (!AreCurrent()) [[unlikely]] {
-            throw corvane::ny::utils::exception(NY_FUNCTION_MISSING);
+            throw AgentException(NY_FUNCTION_MISSING);
         }
     }
 
@@ -59,3 +61,5 @@ struct TextFunctions {
 // Loads their library when it is not open. Functions that cannot be reached answer NY_FUNCTION_MISSING. Those of the
 // libraries given, when there are any; not current when these were closed.
 TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse = nullptr) noexcept;
+
+}  // namespace bridge

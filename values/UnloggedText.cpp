@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+namespace bridge {
+
 namespace {
 std::atomic<UnloggedTextListener> currentListener = nullptr;
 }
@@ -13,3 +15,5 @@ UnloggedTextListener SetUnloggedTextListener(UnloggedTextListener listener) noex
 UnloggedTextListener GetUnloggedTextListener() noexcept {
     return currentListener.load(std::memory_order_relaxed);
 }
+
+}  // namespace bridge

@@ -3,8 +3,9 @@
 #include <exception>
 #include <string>
 
-#include "base/Boundary.h"
 #include "values/CUniStream.h"
+
+namespace bridge {
 
 // The end of every text that is composed and then goes to no log. A listener can be put here to read them; nothing else
 // may depend on it. Without one, which is how the library runs, such a text is not even composed.
@@ -30,13 +31,16 @@ template <class Body, class Compose>
 bool RunOrComposeUnlogged(Body&& body, Compose&& compose) noexcept {
     const auto fail = [&compose](const char* what) {
         ComposeUnlogged([&](VsKit::CUniStream& text) { compose(text, what); });
-        return false;
     };
-    const auto run = [&body] {
+    try {
         body();
         return true;
-    };
-    return GuardedBy<std::exception>(
-        false, run, [&](const std::exception& thrown) { return fail(thrown.what()); },
-        [&] { return fail("Unknown exception"); });
+    } catch (const std::exception& thrown) {
+        fail(thrown.what());
+    } catch (...) {
+        fail("Unknown exception");
+    }
+    return false;
 }
+
+}  // namespace bridge

@@ -4,6 +4,8 @@
 
 #include "values/BorrowedText.h"
 
+namespace bridge {
+
 WideText::WideText(std::string_view narrow, const LibrariesInUse* inUse) {
     Assign(LookUpTextFunctions(inUse), narrow);
 }
@@ -21,3 +23,5 @@ void WideText::Assign(const TextFunctions& functions, std::string_view narrow) {
         text = longText;
     }
 }
+
+}  // namespace bridge

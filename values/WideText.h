@@ -6,6 +6,8 @@
 
 #include "values/TextFunctions.h"
 
+namespace bridge {
+
 // A text of the agent's as wide text, in memory of its own: on the heap when it is long. Zero-terminated, with its
 // exact length. Another text takes the memory of the one before.
 class WideText {
@@ -30,3 +32,5 @@ private:
     std::array<wchar_t, 64> shortText;  // only what `text` needs is ever written
     std::wstring longText;
 };
+
+}  // namespace bridge

@@ -36,7 +36,7 @@ template <auto... functions>
 void Resolve(HMODULE library) {
     const auto resolve = [library]<auto function>() {
         pointerTo<function> = reinterpret_cast<decltype(function)>(
-            AddressIn(library, std::string(entrypoint::NameOf<function>()).c_str()));
+            AddressIn(library, std::string(bridge::entrypoint::NameOf<function>()).c_str()));
     };
     (resolve.template operator()<functions>(), ...);
 }

@@ -4,6 +4,8 @@
 #include "bench/bare/bench_calls.h"
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 inline constexpr NameTable<3> callsNames = {"bench_call0", "bench_call2", "bench_call5"};
 
 namespace {
@@ -17,3 +19,5 @@ constexpr EntryPoint<&::bench_call2, callsNames, callsGroup> bench_call2{};
 constexpr EntryPoint<&::bench_call5, callsNames, callsGroup> bench_call5{};
 
 }  // namespace agent
+
+}  // namespace bridge

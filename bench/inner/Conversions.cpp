@@ -7,6 +7,8 @@
 #include "dispatcher/Dispatcher.h"
 #include "values/AgentTexts.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

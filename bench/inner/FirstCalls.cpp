@@ -16,6 +16,8 @@
 #include "dispatcher/groups/UpdaterGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

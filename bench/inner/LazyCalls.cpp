@@ -10,6 +10,8 @@
 #include "bench/inner/Measurements.h"
 #include "dispatcher/Dispatcher.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

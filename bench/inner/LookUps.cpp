@@ -10,6 +10,8 @@
 #include "bench/inner/Measurements.h"
 #include "msgbus/registrations/RegistrationTable.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

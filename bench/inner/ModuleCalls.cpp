@@ -2,6 +2,8 @@
 #include "bench/inner/Measurements.h"
 #include "values/ModuleInterface.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

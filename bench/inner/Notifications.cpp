@@ -15,6 +15,8 @@
 #include "msgbus/client/NyClient.h"
 #include "msgbus/client/VsMsgbusClientRecord.h"
 
+using namespace bridge;
+
 namespace bench {
 
 namespace {

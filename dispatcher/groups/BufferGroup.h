@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<15> bufferNames = {
     "ny_buffer_get_string", "ny_buffer_get_raw", "ny_buffer_create",   "ny_buffer_add_ref",     "ny_buffer_release",
@@ -11,16 +13,23 @@ inline constexpr NameTable<15> bufferNames = {
 };
 
 namespace {
+
 constinit Group bufferGroup{"ny_variant", "ny_variant.dll", bufferNames.data(), bufferNames.size()};
-}
+
+template <auto function>
+using BufferEntryPoint = EntryPoint<function, bufferNames, bufferGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_buffer_get_string, bufferNames, bufferGroup> ny_buffer_get_string{};
-constexpr EntryPoint<&::ny_buffer_get_raw, bufferNames, bufferGroup> ny_buffer_get_raw{};
-constexpr EntryPoint<&::ny_buffer_create, bufferNames, bufferGroup> ny_buffer_create{};
-constexpr EntryPoint<&::ny_buffer_release, bufferNames, bufferGroup> ny_buffer_release{};
-constexpr EntryPoint<&::ny_wbuffer_release, bufferNames, bufferGroup> ny_wbuffer_release{};
-constexpr EntryPoint<&::ny_wbuffer_get_string, bufferNames, bufferGroup> ny_wbuffer_get_string{};
+constexpr BufferEntryPoint<&::ny_buffer_get_string> ny_buffer_get_string{};
+constexpr BufferEntryPoint<&::ny_buffer_get_raw> ny_buffer_get_raw{};
+constexpr BufferEntryPoint<&::ny_buffer_create> ny_buffer_create{};
+constexpr BufferEntryPoint<&::ny_buffer_release> ny_buffer_release{};
+constexpr BufferEntryPoint<&::ny_wbuffer_release> ny_wbuffer_release{};
+constexpr BufferEntryPoint<&::ny_wbuffer_get_string> ny_wbuffer_get_string{};
 
 }  // namespace agent
+
+}  // namespace bridge

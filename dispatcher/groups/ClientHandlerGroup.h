@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<14> clientHandlerNames = {
     "ny_client_handler_create",
@@ -22,27 +24,29 @@ inline constexpr NameTable<14> clientHandlerNames = {
 };
 
 namespace {
+
 constinit Group clientHandlerGroup{"ny_client_handler", "ny_client.dll", clientHandlerNames.data(),
                                    clientHandlerNames.size()};
-}
+
+template <auto function>
+using ClientHandlerEntryPoint = EntryPoint<function, clientHandlerNames, clientHandlerGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_client_handler_create, clientHandlerNames, clientHandlerGroup> ny_client_handler_create{};
-constexpr EntryPoint<&::ny_client_handler_start, clientHandlerNames, clientHandlerGroup> ny_client_handler_start{};
-constexpr EntryPoint<&::ny_client_handler_stop, clientHandlerNames, clientHandlerGroup> ny_client_handler_stop{};
-constexpr EntryPoint<&::ny_client_handler_release, clientHandlerNames, clientHandlerGroup> ny_client_handler_release{};
-constexpr EntryPoint<&::ny_client_handler_set_thread_option, clientHandlerNames, clientHandlerGroup>
-    ny_client_handler_set_thread_option{};
-constexpr EntryPoint<&::ny_client_handler_set_logger, clientHandlerNames, clientHandlerGroup>
-    ny_client_handler_set_logger{};
-constexpr EntryPoint<&::ny_client_handler_set_logger_callback, clientHandlerNames, clientHandlerGroup>
-    ny_client_handler_set_logger_callback{};
-constexpr EntryPoint<&::ny_client_handler_set_msgbus_passphrase_callback, clientHandlerNames, clientHandlerGroup>
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_create> ny_client_handler_create{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_start> ny_client_handler_start{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_stop> ny_client_handler_stop{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_release> ny_client_handler_release{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_thread_option> ny_client_handler_set_thread_option{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_logger> ny_client_handler_set_logger{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_logger_callback> ny_client_handler_set_logger_callback{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_msgbus_passphrase_callback>
     ny_client_handler_set_msgbus_passphrase_callback{};
-constexpr EntryPoint<&::ny_client_handler_get_msgbus, clientHandlerNames, clientHandlerGroup>
-    ny_client_handler_get_msgbus{};
-constexpr EntryPoint<&::ny_client_handler_set_msgbus, clientHandlerNames, clientHandlerGroup>
-    ny_client_handler_set_msgbus{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_get_msgbus> ny_client_handler_get_msgbus{};
+constexpr ClientHandlerEntryPoint<&::ny_client_handler_set_msgbus> ny_client_handler_set_msgbus{};
 
 }  // namespace agent
+
+}  // namespace bridge

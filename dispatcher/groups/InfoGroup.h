@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<3> infoNames = {
     "ny_info_events_register_callback",
@@ -19,3 +21,5 @@ namespace agent {
 constexpr EntryPoint<&::ny_info_get, infoNames, infoGroup> ny_info_get{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<12> loggerNames = {
     "ny_log_v",
@@ -40,3 +42,5 @@ constexpr EntryPoint<&::ny_log_v, loggerNames, loggerGroup> ny_log_v{};
 }
 
 }  // namespace agent
+
+}  // namespace bridge

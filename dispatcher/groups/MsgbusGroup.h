@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<50> msgbusNames = {
     "ny_message_create",
@@ -67,3 +69,5 @@ constexpr EntryPoint<&::ny_msgbus_get_version, msgbusNames, msgbusGroup> ny_msgb
 constexpr EntryPoint<&::ny_msgbus_disable_watcher, msgbusNames, msgbusGroup> ny_msgbus_disable_watcher{};
 
 }  // namespace agent
+
+}  // namespace bridge

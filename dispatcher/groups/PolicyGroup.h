@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<52> policyNames = {
     "ny_policy_uri_create",
@@ -60,42 +62,42 @@ inline constexpr NameTable<52> policyNames = {
 };
 
 namespace {
+
 constinit Group policyGroup{"policy", "ny_client.dll", policyNames.data(), policyNames.size()};
-}
+
+template <auto function>
+using PolicyEntryPoint = EntryPoint<function, policyNames, policyGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_policy_uri_create, policyNames, policyGroup> ny_policy_uri_create{};
-constexpr EntryPoint<&::ny_policy_uri_release, policyNames, policyGroup> ny_policy_uri_release{};
-constexpr EntryPoint<&::ny_policy_uri_add_ref, policyNames, policyGroup> ny_policy_uri_add_ref{};
-constexpr EntryPoint<&::ny_policy_uri_set_software_id, policyNames, policyGroup> ny_policy_uri_set_software_id{};
-constexpr EntryPoint<&::ny_policy_uri_set_user, policyNames, policyGroup> ny_policy_uri_set_user{};
-constexpr EntryPoint<&::ny_policy_uri_get_feature, policyNames, policyGroup> ny_policy_uri_get_feature{};
-constexpr EntryPoint<&::ny_policy_uri_get_category, policyNames, policyGroup> ny_policy_uri_get_category{};
-constexpr EntryPoint<&::ny_policy_uri_get_type, policyNames, policyGroup> ny_policy_uri_get_type{};
-constexpr EntryPoint<&::ny_policy_uri_get_name, policyNames, policyGroup> ny_policy_uri_get_name{};
-constexpr EntryPoint<&::ny_policy_uri_get_pso_digest, policyNames, policyGroup> ny_policy_uri_get_pso_digest{};
-constexpr EntryPoint<&::ny_policy_uri_get_pso_name, policyNames, policyGroup> ny_policy_uri_get_pso_name{};
-constexpr EntryPoint<&::ny_policy_uri_get_pso_param_int, policyNames, policyGroup> ny_policy_uri_get_pso_param_int{};
-constexpr EntryPoint<&::ny_policy_uri_get_pso_param_str, policyNames, policyGroup> ny_policy_uri_get_pso_param_str{};
-constexpr EntryPoint<&::ny_policy_bag_release, policyNames, policyGroup> ny_policy_bag_release{};
-constexpr EntryPoint<&::ny_policy_bag_get_uri_iterator, policyNames, policyGroup> ny_policy_bag_get_uri_iterator{};
-constexpr EntryPoint<&::ny_policy_bag_get_section_iterator, policyNames, policyGroup>
-    ny_policy_bag_get_section_iterator{};
-constexpr EntryPoint<&::ny_policy_bag_get_setting_iterator, policyNames, policyGroup>
-    ny_policy_bag_get_setting_iterator{};
-constexpr EntryPoint<&::ny_policy_bag_uri_iterator_get_next, policyNames, policyGroup>
-    ny_policy_bag_uri_iterator_get_next{};
-constexpr EntryPoint<&::ny_policy_bag_section_iterator_get_next, policyNames, policyGroup>
-    ny_policy_bag_section_iterator_get_next{};
-constexpr EntryPoint<&::ny_policy_bag_setting_iterator_get_next, policyNames, policyGroup>
-    ny_policy_bag_setting_iterator_get_next{};
-constexpr EntryPoint<&::ny_policy_bag_iterator_release, policyNames, policyGroup> ny_policy_bag_iterator_release{};
-constexpr EntryPoint<&::ny_policy_register_notification_callback, policyNames, policyGroup>
-    ny_policy_register_notification_callback{};
-constexpr EntryPoint<&::ny_policy_unregister_notification_callback, policyNames, policyGroup>
-    ny_policy_unregister_notification_callback{};
-constexpr EntryPoint<&::ny_policy_get, policyNames, policyGroup> ny_policy_get{};
-constexpr EntryPoint<&::ny_policy_enforce, policyNames, policyGroup> ny_policy_enforce{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_create> ny_policy_uri_create{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_release> ny_policy_uri_release{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_add_ref> ny_policy_uri_add_ref{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_set_software_id> ny_policy_uri_set_software_id{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_set_user> ny_policy_uri_set_user{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_feature> ny_policy_uri_get_feature{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_category> ny_policy_uri_get_category{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_type> ny_policy_uri_get_type{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_name> ny_policy_uri_get_name{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_pso_digest> ny_policy_uri_get_pso_digest{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_pso_name> ny_policy_uri_get_pso_name{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_pso_param_int> ny_policy_uri_get_pso_param_int{};
+constexpr PolicyEntryPoint<&::ny_policy_uri_get_pso_param_str> ny_policy_uri_get_pso_param_str{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_release> ny_policy_bag_release{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_get_uri_iterator> ny_policy_bag_get_uri_iterator{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_get_section_iterator> ny_policy_bag_get_section_iterator{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_get_setting_iterator> ny_policy_bag_get_setting_iterator{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_uri_iterator_get_next> ny_policy_bag_uri_iterator_get_next{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_section_iterator_get_next> ny_policy_bag_section_iterator_get_next{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_setting_iterator_get_next> ny_policy_bag_setting_iterator_get_next{};
+constexpr PolicyEntryPoint<&::ny_policy_bag_iterator_release> ny_policy_bag_iterator_release{};
+constexpr PolicyEntryPoint<&::ny_policy_register_notification_callback> ny_policy_register_notification_callback{};
+constexpr PolicyEntryPoint<&::ny_policy_unregister_notification_callback> ny_policy_unregister_notification_callback{};
+constexpr PolicyEntryPoint<&::ny_policy_get> ny_policy_get{};
+constexpr PolicyEntryPoint<&::ny_policy_enforce> ny_policy_enforce{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<5> propertyNames = {
     "ny_property_register_provider_callback",
@@ -13,15 +15,20 @@ inline constexpr NameTable<5> propertyNames = {
 };
 
 namespace {
+
 constinit Group propertyGroup{"property", "ny_client.dll", propertyNames.data(), propertyNames.size()};
-}
+
+template <auto function>
+using PropertyEntryPoint = EntryPoint<function, propertyNames, propertyGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_property_register_provider_callback, propertyNames, propertyGroup>
-    ny_property_register_provider_callback{};
-constexpr EntryPoint<&::ny_property_unregister_provider_callback, propertyNames, propertyGroup>
-    ny_property_unregister_provider_callback{};
-constexpr EntryPoint<&::ny_property_bag_add_property, propertyNames, propertyGroup> ny_property_bag_add_property{};
+constexpr PropertyEntryPoint<&::ny_property_register_provider_callback> ny_property_register_provider_callback{};
+constexpr PropertyEntryPoint<&::ny_property_unregister_provider_callback> ny_property_unregister_provider_callback{};
+constexpr PropertyEntryPoint<&::ny_property_bag_add_property> ny_property_bag_add_property{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<11> schedulerNames = {
     "ny_scheduler_get_version",
@@ -19,16 +21,20 @@ inline constexpr NameTable<11> schedulerNames = {
 };
 
 namespace {
+
 constinit Group schedulerGroup{"ny_scheduler", "ny_client.dll", schedulerNames.data(), schedulerNames.size()};
-}
+
+template <auto function>
+using SchedulerEntryPoint = EntryPoint<function, schedulerNames, schedulerGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_scheduler_register_task_callbacks, schedulerNames, schedulerGroup>
-    ny_scheduler_register_task_callbacks{};
-constexpr EntryPoint<&::ny_scheduler_unregister_task_callbacks, schedulerNames, schedulerGroup>
-    ny_scheduler_unregister_task_callbacks{};
-constexpr EntryPoint<&::ny_scheduler_update_task_status, schedulerNames, schedulerGroup>
-    ny_scheduler_update_task_status{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_register_task_callbacks> ny_scheduler_register_task_callbacks{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_unregister_task_callbacks> ny_scheduler_unregister_task_callbacks{};
+constexpr SchedulerEntryPoint<&::ny_scheduler_update_task_status> ny_scheduler_update_task_status{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<32> updaterNames = {
     "ny_updater_register_callbacks",
@@ -49,3 +51,5 @@ constexpr EntryPoint<&::ny_updater_register_callbacks, updaterNames, updaterGrou
 constexpr EntryPoint<&::ny_updater_unregister_callbacks, updaterNames, updaterGroup> ny_updater_unregister_callbacks{};
 
 }  // namespace agent
+
+}  // namespace bridge

@@ -3,6 +3,8 @@
 
 #include "dispatcher/EntryPoint.h"
 
+namespace bridge {
+
 // In slot order.
 inline constexpr NameTable<66> variantNames = {
     "ny_variant_init",
@@ -74,25 +76,32 @@ inline constexpr NameTable<66> variantNames = {
 };
 
 namespace {
+
 constinit Group variantGroup{"ny_variant", "ny_variant.dll", variantNames.data(), variantNames.size()};
-}
+
+template <auto function>
+using VariantEntryPoint = EntryPoint<function, variantNames, variantGroup>;
+
+}  // namespace
 
 namespace agent {
 
-constexpr EntryPoint<&::ny_variant_init, variantNames, variantGroup> ny_variant_init{};
-constexpr EntryPoint<&::ny_variant_deinit, variantNames, variantGroup> ny_variant_deinit{};
-constexpr EntryPoint<&::ny_variant_release, variantNames, variantGroup> ny_variant_release{};
-constexpr EntryPoint<&::ny_variant_create_from_string, variantNames, variantGroup> ny_variant_create_from_string{};
-constexpr EntryPoint<&::ny_variant_get_string_buffer, variantNames, variantGroup> ny_variant_get_string_buffer{};
-constexpr EntryPoint<&::ny_variant_create_from_wstring, variantNames, variantGroup> ny_variant_create_from_wstring{};
-constexpr EntryPoint<&::ny_variant_get_wstring_buffer, variantNames, variantGroup> ny_variant_get_wstring_buffer{};
-constexpr EntryPoint<&::ny_variant_get_table, variantNames, variantGroup> ny_variant_get_table{};
-constexpr EntryPoint<&::ny_table_release, variantNames, variantGroup> ny_table_release{};
-constexpr EntryPoint<&::ny_table_get_wvalue, variantNames, variantGroup> ny_table_get_wvalue{};
-constexpr EntryPoint<&::ny_table_get_keys, variantNames, variantGroup> ny_table_get_keys{};
-constexpr EntryPoint<&::ny_array_release, variantNames, variantGroup> ny_array_release{};
-constexpr EntryPoint<&::ny_array_size, variantNames, variantGroup> ny_array_size{};
-constexpr EntryPoint<&::ny_array_get_element_at, variantNames, variantGroup> ny_array_get_element_at{};
-constexpr EntryPoint<&::ny_variant_get_string, variantNames, variantGroup> ny_variant_get_string{};
+constexpr VariantEntryPoint<&::ny_variant_init> ny_variant_init{};
+constexpr VariantEntryPoint<&::ny_variant_deinit> ny_variant_deinit{};
+constexpr VariantEntryPoint<&::ny_variant_release> ny_variant_release{};
+constexpr VariantEntryPoint<&::ny_variant_create_from_string> ny_variant_create_from_string{};
+constexpr VariantEntryPoint<&::ny_variant_get_string_buffer> ny_variant_get_string_buffer{};
+constexpr VariantEntryPoint<&::ny_variant_create_from_wstring> ny_variant_create_from_wstring{};
+constexpr VariantEntryPoint<&::ny_variant_get_wstring_buffer> ny_variant_get_wstring_buffer{};
+constexpr VariantEntryPoint<&::ny_variant_get_table> ny_variant_get_table{};
+constexpr VariantEntryPoint<&::ny_table_release> ny_table_release{};
+constexpr VariantEntryPoint<&::ny_table_get_wvalue> ny_table_get_wvalue{};
+constexpr VariantEntryPoint<&::ny_table_get_keys> ny_table_get_keys{};
+constexpr VariantEntryPoint<&::ny_array_release> ny_array_release{};
+constexpr VariantEntryPoint<&::ny_array_size> ny_array_size{};
+constexpr VariantEntryPoint<&::ny_array_get_element_at> ny_array_get_element_at{};
+constexpr VariantEntryPoint<&::ny_variant_get_string> ny_variant_get_string{};
 
 }  // namespace agent
+
+}  // namespace bridge

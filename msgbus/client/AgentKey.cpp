@@ -2,6 +2,8 @@
 
 #include <cstring>
 
+namespace bridge {
+
 LSTATUS AgentKey::Open() noexcept {
     HKEY opened = nullptr;
     const LSTATUS result = ::RegOpenKeyExA(HKEY_LOCAL_MACHINE, R"(Software\Corvane\Agent\)", 0, KEY_READ, &opened);
@@ -25,3 +27,5 @@ LSTATUS AgentKey::ReadVersion(AgentVersion& version) const noexcept {
     }
     return result;
 }
+
+}  // namespace bridge

@@ -4,6 +4,8 @@
 
 #include "base/UniqueHandle.h"
 
+namespace bridge {
+
 // The longest message-bus version that is read, terminator included; what is longer does not count as a version.
 inline constexpr DWORD agentVersionSize = 19;
 using AgentVersion = char[agentVersionSize + 1];
@@ -27,3 +29,5 @@ public:
 private:
     UniqueKey key;
 };
+
+}  // namespace bridge

@@ -7,6 +7,8 @@
 #include "base/SharedSlot.h"
 #include "dispatcher/AgentCalls.h"
 
+namespace bridge {
+
 namespace {
 
 using SessionPointer = std::shared_ptr<AgentSession>;
@@ -15,18 +17,13 @@ NoDestroyAtExit<SharedSlot<AgentSession>> current;
 
 CallGate& LongAgentCalls() noexcept {
     static NoDestroyAtExit<CallGate> gate;
-    return gate.Get();
-}
-
-void DeleteSession(void* session) noexcept {
-    delete static_cast<AgentSession*>(session);
+    return *gate;
 }
 
 }  // namespace
 
 std::shared_ptr<AgentSession> AgentSession::Make() {
-    const auto end = [](AgentSession* ended) { RunOutsideAgentCalls(DeleteSession, ended); };
-    SessionPointer made(new AgentSession, end);
+    SessionPointer made(new AgentSession, DeleteOutsideAgentCalls<AgentSession>);
     made->libraries = LibrariesInUse::Share();
     return made;
 }
@@ -46,13 +43,13 @@ void AgentSession::Own(ny_client_t* created, int32_t (*releaseFunction)(ny_clien
 }
 
 void OpenAgent(SessionPointer session) noexcept {
-    (*current).Exchange(std::move(session));
+    current->Exchange(std::move(session));
 }
 
 void CloseAgent(const ny_client_t* client) noexcept {
     Guarded([&] {
         const auto isClients = [client](const AgentSession& session) { return session.Client() == client; };
-        if (const SessionPointer closed = (*current).TakeIf(isClients)) {
+        if (const SessionPointer closed = current->TakeIf(isClients)) {
             closed->Gate().Close();
             if (!AgentCall::IsUnderWay()) {
                 closed->Gate().WaitForOthers();
@@ -62,7 +59,7 @@ void CloseAgent(const ny_client_t* client) noexcept {
 }
 
 std::shared_ptr<AgentSession> ShareSession(const ny_client_t* client) noexcept {
-    SessionPointer session = (*current).Share();
+    SessionPointer session = current->Share();
     return session != nullptr && session->Client() == client ? session : nullptr;
 }
 
@@ -74,12 +71,14 @@ std::chrono::milliseconds PatienceWith(DWORD threadInside) noexcept {
         return moment;
     }
     const auto isInside = [threadInside](AgentSession& session) { return session.Gate().IsInside(threadInside); };
-    const bool isUsingAgent = (*current).Satisfies(isInside);
+    const bool isUsingAgent = current->Satisfies(isInside);
     return isUsingAgent ? callWaitLimit : CallGate::withoutLimit;
 }
 
-AgentUse::AgentUse() noexcept : session((*current).Share()) {
+AgentUse::AgentUse() noexcept : session(current->Share()) {
     if (session != nullptr) {
         call.emplace(session->Gate());
     }
 }
+
+}  // namespace bridge

@@ -8,6 +8,8 @@
 #include "base/CallGate.h"
 #include "dispatcher/LibrariesInUse.h"
 
+namespace bridge {
+
 // One client of the agent's, from before its creation to its release. Every thread inside the agent shares it. The last
 // thread out releases the client, through the function of the libraries that made it, and then the libraries; never
 // inside a call of the agent's, because the agent may wait in the release until its calls have returned.
@@ -83,3 +85,5 @@ private:
     const std::shared_ptr<AgentSession> session;
     std::optional<CallGate::Call> call;
 };
+
+}  // namespace bridge

@@ -8,6 +8,8 @@
 #include "msgbus/client/AgentUse.h"
 #include "msgbus/client/NyClient.h"
 
+namespace bridge {
+
 namespace {
 
 Mutex lock;  // also of what is pending for any client
@@ -40,7 +42,7 @@ void Append(NyClient& client, std::shared_ptr<void>& share) noexcept REQUIRES(lo
     last = &client;
 }
 
-// The next client with what is to be done for it; null, and no thread is at it any more, when there is none.
+// The next client with its pending changes. Null when there is none: no thread makes changes any more then.
 NyClient* TakeNext(PendingChanges& taken) noexcept {
     const ScopedLock guard(lock);
     NyClient* const client = first;
@@ -77,7 +79,7 @@ void Make(NyClient& client, const PendingChanges& changes) noexcept {
 void ChangeClient(NyClient& client, ClientChange change, uint32_t state, bool isWatcher) noexcept {
     std::shared_ptr<void> share = FindAgentCalls(CallData<NyClient>(&client), {});
     if (share == nullptr) {
-        // It was released meanwhile: nobody would keep it until its turn comes.
+        // The client was released meanwhile.
         return;
     }
     {
@@ -117,3 +119,5 @@ bool IsChangingClients(DWORD threadId) noexcept {
     const ScopedLock guard(lock);
     return threadId != 0 && changingThread == threadId;
 }
+
+}  // namespace bridge

@@ -10,6 +10,8 @@
 #include <cstdint>
 #include <memory>
 
+namespace bridge {
+
 struct NyClient;
 
 enum class ClientChange {
@@ -19,7 +21,7 @@ enum class ClientChange {
     Release,     // the agent is let go of, for good
 };
 
-// What is to be done for one client, in the order of ClientChange.
+// The changes that one client waits for, in the order of ClientChange.
 struct PendingChanges {
     bool mustStop = false;
     uint32_t startState = 0;  // what the point product is told of the start; 0 for no start
@@ -43,3 +45,5 @@ void WaitForChangesOf(const NyClient& client) noexcept;
 
 // Whether that thread is making a change.
 bool IsChangingClients(DWORD threadId) noexcept;
+
+}  // namespace bridge

@@ -11,6 +11,8 @@
 #include "msgbus/client/NyClientNotifier.h"
 #include "msgbus/client/VsMsgbusClientRecord.h"
 
+namespace bridge {
+
 namespace {
 
 // A dispatcher loaded anew gets the log callback too, so that its lines go on after an upgrade.
@@ -327,3 +329,5 @@ void NyClientMakeRelease(NyClient& client) noexcept {
         ForgetAgentCalls(&client);
     }
 }
+
+}  // namespace bridge

@@ -15,11 +15,14 @@
 #include "dispatcher/DispatcherLog.h"
 #include "msgbus/client/ClientChanges.h"
 
+struct VsMsgbusClientRecord;
+
+namespace bridge {
+
 class AgentSession;
 struct Dispatcher;
 struct NyClient;
 struct NyClientNotifier;
-struct VsMsgbusClientRecord;
 
 // States that the watcher reports and the point product is told.
 enum NyClientState : uint32_t { NyClientStateStopped = 0, NyClientStateStarted = 1 };
@@ -109,3 +112,5 @@ void NyClientMakeStop(NyClient& client) noexcept;
 void NyClientMakeStart(NyClient& client, uint32_t state) noexcept;
 void NyClientMakeUnregister(NyClient& client) noexcept;
 void NyClientMakeRelease(NyClient& client) noexcept;
+
+}  // namespace bridge

@@ -6,6 +6,8 @@
 #include "msgbus/client/AgentUse.h"
 #include "msgbus/client/NyClient.h"
 
+namespace bridge {
+
 namespace {
 
 // Where a client's lines go.
@@ -63,3 +65,5 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
     }
     return Guarded<int32_t>(NY_UNEXPECTED, [&] { return Deliver(taker, severity, module, message); });
 }
+
+}  // namespace bridge

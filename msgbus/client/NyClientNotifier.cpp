@@ -10,6 +10,8 @@
 #include "msgbus/client/ClientChanges.h"
 #include "msgbus/client/NyClient.h"
 
+namespace bridge {
+
 namespace {
 
 bool IsOwnThread(const NyClientNotifier& notifier) noexcept {
@@ -124,3 +126,5 @@ int32_t NotifierStop(NyClientNotifier* notifier) noexcept {
                                        : "unknown error to stop ny client notifier thread.");
     return notifier->running.load() != 0 ? NY_UNEXPECTED : NY_OK;
 }
+
+}  // namespace bridge

@@ -11,6 +11,8 @@
 #include "base/UniqueHandle.h"
 #include "msgbus/client/AgentKey.h"
 
+namespace bridge {
+
 struct NyClient;
 
 // How long the watcher waits: for the first change before it reads once more, for a missing key, and to be stopped.
@@ -59,3 +61,5 @@ int32_t NotifierCheckAgent(NyClientNotifier* notifier) noexcept;
 
 // The thread's body up to its exit: see NyClientNotifierThread.cpp.
 void NotifierWatch(NyClientNotifier& notifier) noexcept;
+
+}  // namespace bridge

@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+namespace bridge {
+
 namespace {
 
 // After a wait that failed, so that a system in trouble is not asked in a tight loop.
@@ -36,9 +38,14 @@ void PauseForKey(NyClientNotifier& notifier, LSTATUS error) noexcept {
     NotifierCheckAgent(&notifier);
 }
 
-bool Watch(NyClientNotifier& notifier, const AgentKey& key) noexcept {
+// Asks for the next notification.
+LSTATUS Watch(NyClientNotifier& notifier, const AgentKey& key) noexcept {
     ::ResetEvent(notifier.changeEvent.get());
-    const LSTATUS error = key.Watch(notifier.changeEvent.get());
+    return key.Watch(notifier.changeEvent.get());
+}
+
+bool WatchOrLog(NyClientNotifier& notifier, const AgentKey& key) noexcept {
+    const LSTATUS error = Watch(notifier, key);
     if (error != ERROR_SUCCESS) {
         NyClientLog(notifier.client, SeverityFailure, nyClientModule, "failed to setup registry %s monitor, error(%ld)",
                     AgentKey::displayName, static_cast<long>(error));
@@ -91,13 +98,6 @@ bool WaitForChange(NyClientNotifier& notifier, AgentKey& key) noexcept {
     return true;
 }
 
-// Asks for the next notification on a key whose last one has come, or may never come: Wine does not tell of a watched
-// key's deletion, and asking again finds it out.
-bool RenewWatch(NyClientNotifier& notifier, const AgentKey& key) noexcept {
-    ::ResetEvent(notifier.changeEvent.get());
-    return key.Watch(notifier.changeEvent.get()) == ERROR_SUCCESS;
-}
-
 }  // namespace
 
 int32_t NotifierCheckAgent(NyClientNotifier* notifier) noexcept {
@@ -135,7 +135,7 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
                 isVersionDue = false;
                 continue;
             }
-            if (!Watch(notifier, key)) {
+            if (!WatchOrLog(notifier, key)) {
                 break;
             }
             if (isVersionDue) {
@@ -147,7 +147,8 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
         if (!WaitForChange(notifier, key)) {
             continue;
         }
-        const bool isWatched = RenewWatch(notifier, key);
+        // Also when the last one may never come: Wine does not tell of a watched key's deletion, which this finds out.
+        const bool isWatched = Watch(notifier, key) == ERROR_SUCCESS;
         FollowVersion(notifier, key);
         if (!isWatched) {
             key.Close();
@@ -157,3 +158,5 @@ void NotifierWatch(NyClientNotifier& notifier) noexcept {
     notifier.running = 0;
     NyClientLog(notifier.client, SeverityProgress, nyClientModule, "ny client notifier thread exiting...");
 }
+
+}  // namespace bridge

@@ -14,12 +14,12 @@ struct VsMsgbusClientRecord {
 
     void Clean() noexcept {
         if (isOwned != 0) {
-            NyClientRelease(client);
+            bridge::NyClientRelease(client);
         }
         client = nullptr;
     }
 
-    NyClient* client = nullptr;
+    bridge::NyClient* client = nullptr;
     uint8_t isOwned = 0;
     corvane::ny::client_logger* logger = nullptr;
     uint64_t reserved = 0;

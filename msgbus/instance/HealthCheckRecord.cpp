@@ -3,6 +3,8 @@
 #include "base/Mutex.h"
 #include "base/NoDestroyAtExit.h"
 
+namespace bridge {
+
 namespace {
 
 Mutex recordLock;
@@ -38,3 +40,5 @@ std::unique_ptr<HealthCheckRecord> CopyHealthCheckRecord() {
     const ScopedLock guard(recordLock);
     return *keptRecord != nullptr ? std::make_unique<HealthCheckRecord>(**keptRecord) : nullptr;
 }
+
+}  // namespace bridge

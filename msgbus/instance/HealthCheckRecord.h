@@ -10,12 +10,14 @@
 
 struct VsMsgbusClientRecord;
 
+namespace bridge {
+
 // The process's health-check record: created by the first Entry that starts the bridge instance, never freed.
 struct HealthCheckRecord {
-    std::string productId;                                     // of the Entry that last started the bridge instance
-    ModuleInterface<VsKitMsgbus::ILogSink> logSink = nullptr;  // as that Entry gave it
-    VsMsgbusClientRecord* clientRecord = nullptr;              // null while there is no bridge instance
-    std::map<std::string, ModulePointer<void()>> callbacks;
+    std::string productId;                                      // of the Entry that last started the bridge instance
+    ModuleInterface<VsKitMsgbus::ILogSink> logSink = nullptr;   // as that Entry gave it
+    VsMsgbusClientRecord* clientRecord = nullptr;               // null while there is no bridge instance
+    std::map<std::string, VsKitHealthCheckCallback> callbacks;  // nothing calls them
 };
 
 // Enters in the record, which is created when there is none, what an Entry gave. Raises std::bad_alloc.
@@ -30,3 +32,5 @@ void KeepHealthCheckCallback(const std::string& name, VsKitHealthCheckCallback c
 
 // A copy of the record as it is now; null while there is none.
 std::unique_ptr<HealthCheckRecord> CopyHealthCheckRecord();
+
+}  // namespace bridge

@@ -13,7 +13,7 @@
 #include "values/CUniStream.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
+using namespace bridge;
 using VsKit::CUniStream;
 
 namespace {
@@ -55,26 +55,30 @@ std::wstring WidenBytes(const char* text) {
 
 }  // namespace
 
+namespace bridge {
+
 const VsMsgbus* CurrentBridge() noexcept {
-    return (*bridgeOfProcess).Address();
+    return bridgeOfProcess->Address();
 }
 
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept {
-    return (*bridgeOfProcess).Share();
+    return bridgeOfProcess->Share();
 }
 
 std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept {
-    return (*bridgeOfProcess).Offer(created) ? created : ShareBridge();
+    return bridgeOfProcess->Offer(created) ? created : ShareBridge();
 }
 
 void WithdrawBridge(const VsMsgbus* instance) noexcept {
-    (*bridgeOfProcess).TakeIf([instance](const VsMsgbus& bridge) { return &bridge == instance; });
+    bridgeOfProcess->TakeIf([instance](const VsMsgbus& bridge) { return &bridge == instance; });
 }
 
 VsMsgbusIoPointer ShareService(int32_t kind) {
     const std::shared_ptr<VsMsgbus> bridge = ShareBridge();
     return bridge != nullptr ? bridge->ShareIo(kind) : nullptr;
 }
+
+}  // namespace bridge
 
 std::shared_ptr<VsMsgbus> VsMsgbus::Make(const char* productId) {
     auto made = std::make_shared<VsMsgbus>(productId);
@@ -125,11 +129,6 @@ void VsMsgbus::RemoveProduct(const std::string& productId) {
     products.erase(productId);
 }
 
-bool VsMsgbus::HasProducts() {
-    const ScopedLock guard(productsLock);
-    return !products.empty();
-}
-
 bool VsMsgbus::HasProduct(std::string_view productId) {
     const ScopedLock guard(productsLock);
     return products.contains(productId);
@@ -146,7 +145,7 @@ void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask)
     }
     try {
         AttachProduct(productId, serviceMask);
-    } catch (const corvane::ny::utils::exception&) {
+    } catch (const AgentException&) {
         // The agent may refuse a product that leaves at this moment: its Entry has not failed then.
         if (HasProduct(productId)) {
             throw;
@@ -159,17 +158,11 @@ void VsMsgbus::AttachEntered(const std::string& productId, uint32_t serviceMask)
 
 void VsMsgbus::AttachProduct(const std::string& productId, uint32_t serviceMask) {
     for (const int32_t kind : attachOrder) {
-        if ((serviceMask & static_cast<uint32_t>(kind)) != 0) {
-            AttachProductToIo(kind, productId);
+        const bool isWanted = (serviceMask & static_cast<uint32_t>(kind)) != 0;
+        const VsMsgbusIoPointer io = isWanted ? ShareIo(kind) : nullptr;
+        if (io != nullptr && IsServiceOfKind(kind, *io)) {
+            io->RegisterProduct(productId);
         }
-    }
-}
-
-void VsMsgbus::AttachProductToIo(int32_t kind, const std::string& productId) {
-    const VsMsgbusIoMap copy = CopyIos();
-    const auto found = copy.find(kind);
-    if (found != copy.end() && found->second != nullptr && IsServiceOfKind(kind, *found->second)) {
-        found->second->RegisterProduct(productId);
     }
 }
 

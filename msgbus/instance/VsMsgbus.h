@@ -19,7 +19,7 @@
 //
 // Entry and Exit reach it on modules' threads, Start and Stop run on the watcher's (or, within Entry and the last Exit,
 // on the module's).
-class VsMsgbus : public VsMsgbusIoContainer,
+class VsMsgbus : public bridge::VsMsgbusIoContainer,
                  public corvane::ny::notification_handler,
                  public corvane::ny::client_logger,
                  public corvane::ny::passphrase_provider {
@@ -40,7 +40,6 @@ public:
     bool AddProduct(const std::string& productId, uint32_t serviceMask);
     void RemoveProduct(const std::string& productId);
     bool HasProduct(std::string_view productId);
-    bool HasProducts();
     // Takes no product any more, if there is none now. Whether that is so, the first time.
     bool EndWithoutProducts();
 
@@ -78,22 +77,23 @@ private:
     void Stop() noexcept;
     void CreateServices();
     void AttachEnteredProducts();
-    void AttachProductToIo(int32_t kind, const std::string& productId);
-    // Unregisters (the product, then whatever else is left) and lets go of every service object. Without a product,
-    // when the last one has left already, nobody is told of a refusal.
+    // Unregisters the product, then all others, and lets go of every service object. A refusal is logged unless the
+    // last product has left already: `productId` is null then.
     void ReleaseAllIos(const std::string* productId);
-    static void UnregisterIo(VsMsgbusIo& io, const std::string* productId);
+    static void UnregisterIo(bridge::VsMsgbusIo& io, const std::string* productId);
 
     ProductTable CopyProducts();
 
-    std::shared_ptr<NyClient> client;
+    std::shared_ptr<bridge::NyClient> client;
     std::unique_ptr<VsMsgbusClientRecord> clientRecord;
-    Mutex productsLock;  // held for the insertion, removal or copy alone
+    bridge::Mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products GUARDED_BY(productsLock);
     bool hasEnded GUARDED_BY(productsLock) = false;
-    CallGate startsAndStops;  // as far as they are at the products
+    bridge::CallGate startsAndStops;  // as far as they are at the products
     std::atomic<uint8_t> started = 0;
 };
+
+namespace bridge {
 
 // The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a
 // look whether there is one, or which; the second for using it.
@@ -104,6 +104,7 @@ std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created
 // Takes it back, if it is this one.
 void WithdrawBridge(const VsMsgbus* instance) noexcept;
 
-// The process-wide instance's service object of that kind, or null. What is shared may have ended its registrations at
-// any time.
+// The process-wide instance's service object of that kind, or null. It may have ended its registrations.
 VsMsgbusIoPointer ShareService(int32_t kind);
+
+}  // namespace bridge

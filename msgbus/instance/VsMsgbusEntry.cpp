@@ -13,6 +13,7 @@
 #include "msgbus/instance/VsMsgbus.h"
 #include "values/UnloggedText.h"
 
+using namespace bridge;
 using VsKit::CUniStream;
 
 namespace {

@@ -5,9 +5,11 @@
 #include "agent/ny_agent.h"
 #include "values/AgentException.h"
 
+namespace bridge {
+
 void VsMsgbusIoContainer::AddIo(int32_t kind, VsMsgbusIoPointer io) {
     if (FindIo(kind) != nullptr) {
-        throw corvane::ny::utils::exception(NY_ALREADY_EXISTS);
+        throw AgentException(NY_ALREADY_EXISTS);
     }
     const ScopedLock guard(mutex);
     ios[kind] = std::move(io);
@@ -32,3 +34,5 @@ VsMsgbusIoMap VsMsgbusIoContainer::TakeIos() {
     const ScopedLock guard(mutex);
     return std::exchange(ios, {});
 }
+
+}  // namespace bridge

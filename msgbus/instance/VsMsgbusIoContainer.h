@@ -7,6 +7,8 @@
 #include "base/Mutex.h"
 #include "msgbus/registrations/VsMsgbusIo.h"
 
+namespace bridge {
+
 using VsMsgbusIoPointer = std::shared_ptr<VsMsgbusIo>;
 using VsMsgbusIoMap = std::map<int32_t, VsMsgbusIoPointer>;
 
@@ -38,3 +40,5 @@ private:
     Mutex mutex;
     VsMsgbusIoMap ios GUARDED_BY(mutex);
 };
+
+}  // namespace bridge

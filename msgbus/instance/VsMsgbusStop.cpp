@@ -5,8 +5,7 @@
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"
 
-using corvane::ny::utils::Check;
-using corvane::ny::utils::exception;
+using namespace bridge;
 using VsKit::CUniStream;
 
 void VsMsgbus::StopIosForProduct(const std::string& productId) {
@@ -16,7 +15,7 @@ void VsMsgbus::StopIosForProduct(const std::string& productId) {
         }
         try {
             io->UnregisterProduct(productId);
-        } catch (const exception& refusal) {
+        } catch (const AgentException& refusal) {
             ComposeUnlogged([&, kindOfIo = kind](CUniStream& text) {
                 text << L"Failed to stop VsMsgbus io [" << kindOfIo << L"] due to exception: [" << refusal.Code()
                      << L"]";
@@ -37,12 +36,12 @@ void VsMsgbus::ReleaseAllIos(const std::string* productId) {
             }
             text << L"Successfully released/unregistered VsMsgbus io [" << kind << L"]";
             continue;
-        } catch (const exception& refusal) {
+        } catch (const AgentException& refusal) {
             text << L"Failed to release VsMsgbus io [" << kind << L"] due to exception: [" << refusal.Code() << L"]";
         } catch (...) {
             text << L"Failed to release VsMsgbus io due to unknown exception";
         }
-        // The agent may still call it: what is admitted for such calls keeps it until the agent's client is let go of.
+        // The agent may still call the service: its admission keeps it until the agent's client is let go of.
         if (productId != nullptr) {
             WriteBridgeLog(text);
         }
@@ -64,30 +63,22 @@ void VsMsgbus::UnregisterIo(VsMsgbusIo& io, const std::string* productId) {
 
 void VsMsgbus::Stop() noexcept {
     CUniStream text;
-    const bool isStopped = GuardedBy<exception>(
-        false,
-        [&] {
-            // The first product releases them all; without one, as in the last Exit, or without memory to look the
-            // products up, they are released all the same.
-            for (const auto& [productId, serviceMask] : Guarded(ProductTable{}, [&] { return CopyProducts(); })) {
-                ReleaseAllIos(&productId);
-            }
-            ReleaseAllIos(nullptr);
-            text << L"Successfully release all VsMsgbus ios";
-            Check(NyClientStop(clientRecord->client));
-            started = 0;
-            text << L"Successfully stopped VsMsgbus";
-            return true;
-        },
-        [&](const exception& failure) {
-            text << L"Failed to stop VsMsgbus, exception:[" << failure.what() << L"]";
-            return false;
-        },
-        [&] {
-            text << L"Failed to stop VsMsgbus, unknown exception";
-            return false;
-        });
-    if (!isStopped) {
-        WriteBridgeLog(text);
+    try {
+        // The first product releases them all; without one, as in the last Exit, or without memory to look the products
+        // up, they are released all the same.
+        for (const auto& [productId, serviceMask] : Guarded(ProductTable{}, [&] { return CopyProducts(); })) {
+            ReleaseAllIos(&productId);
+        }
+        ReleaseAllIos(nullptr);
+        text << L"Successfully release all VsMsgbus ios";
+        Check(NyClientStop(clientRecord->client));
+        started = 0;
+        text << L"Successfully stopped VsMsgbus";
+        return;
+    } catch (const AgentException& failure) {
+        text << L"Failed to stop VsMsgbus, exception:[" << failure.what() << L"]";
+    } catch (...) {
+        text << L"Failed to stop VsMsgbus, unknown exception";
     }
+    WriteBridgeLog(text);
 }

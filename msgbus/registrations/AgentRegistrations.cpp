@@ -4,7 +4,7 @@
 
 #include "values/AgentException.h"
 
-using corvane::ny::utils::Check;
+namespace bridge {
 
 void AgentRegistrations::Add(const std::string& productId) {
     Products::iterator product;
@@ -103,3 +103,5 @@ void AgentRegistrations::End(Products::iterator product) {
         products.erase(product);
     }
 }
+
+}  // namespace bridge

@@ -7,6 +7,8 @@
 #include "agent/ny_agent.h"
 #include "base/OwnerLock.h"
 
+namespace bridge {
+
 // The product ids that one service object has registered with the agent; what all service objects share of registering.
 //
 // The lock is not held while the agent is called: the agent may call back, and a callback that enters or leaves the
@@ -59,3 +61,5 @@ private:
     Products products GUARDED_BY(lock);
     bool isClosed GUARDED_BY(lock) = false;
 };
+
+}  // namespace bridge

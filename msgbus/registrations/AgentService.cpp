@@ -2,6 +2,8 @@
 
 #include <optional>
 
+namespace bridge {
+
 namespace {
 
 // Keeps the client from being stopped during a call. Without a session there is nothing to keep it from.
@@ -65,3 +67,5 @@ void AgentService::UnregisterAll() {
     EndAgentCalls(CallbackData(), {});
     registrations.Close();
 }
+
+}  // namespace bridge

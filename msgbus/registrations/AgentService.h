@@ -9,8 +9,11 @@
 #include "msgbus/registrations/AgentRegistrations.h"
 #include "msgbus/registrations/VsMsgbusIo.h"
 
+namespace bridge {
+
 // What every service object is: a service whose products are registered with the agent one by one. A service says how
-// it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent.
+// it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent. It
+// shares the session of its client; it has none when the client is not open.
 //
 // The agent may call for a product from before it is registered, because it may do so from inside its own registering,
 // until its registration has ended, or until the agent's client is let go of, which forgets all calls of that client.
@@ -20,6 +23,10 @@ public:
     void RegisterProduct(const std::string& productId) final;
     void UnregisterProduct(const std::string& productId) final;
     void UnregisterAll() final;
+
+    ny_client_t* Client() const noexcept { return client; }
+    // The libraries that the agent calls from; null without a session.
+    const LibrariesInUse* Libraries() const noexcept { return session != nullptr ? session->Libraries() : nullptr; }
 
 protected:
     explicit AgentService(ny_client_t* agentClient) noexcept
@@ -40,9 +47,23 @@ private:
     AgentRegistrations registrations{*this};
 };
 
-// The body of every plain function that the agent calls: `call(handler)` of the handler that was registered as
-// `userData`, which is a Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
-// with that handler, or not any more, and when anything escapes.
+// A service that answers the agent as a Handler, which is what the agent is given to call back with. Its classes define
+// their destructors in a source: mingw-w64's linker finds inline ones twice in what is optimised as a whole.
+template <class Handler>
+class AgentServiceFor : public AgentService, public Handler {
+public:
+    explicit AgentServiceFor(ny_client_t* agentClient) noexcept : AgentService(agentClient) {}
+
+protected:
+    Handler* CallbackArgument() noexcept { return this; }
+
+private:
+    AgentCallData CallbackData() const noexcept final { return CallData<Handler>(static_cast<const Handler*>(this)); }
+};
+
+// The body of every plain function that the agent calls: `call(service)` of the service that was registered with
+// `userData`, which is its Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
+// with that service, or not any more, and when anything escapes.
 template <class Handler, class Call>
 int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
     if (productId == nullptr) {
@@ -52,5 +73,8 @@ int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept
     if (!agentCall) {
         return NY_UNEXPECTED;
     }
-    return Guarded<int32_t>(NY_UNEXPECTED, [&] { return call(*static_cast<Handler*>(userData)); });
+    return Guarded<int32_t>(
+        NY_UNEXPECTED, [&] { return call(static_cast<AgentServiceFor<Handler>&>(*static_cast<Handler*>(userData))); });
 }
+
+}  // namespace bridge

@@ -9,10 +9,13 @@
 #include <utility>
 
 #include "base/Attributes.h"
+#include "base/Boundary.h"
 #include "base/CallGate.h"
 #include "base/NoDestroyAtExit.h"
 #include "base/OwnerLock.h"
 #include "msgbus/client/AgentUse.h"
+
+namespace bridge {
 
 // What becomes of a record for an id that has one. A leaked record is never freed, which the contract of some services
 // asks for.
@@ -34,28 +37,33 @@ NEVER_INLINED void LeakDuplicateRecord(std::shared_ptr<Entry> entry) noexcept {
 template <class Record, CallGate::Admission admission, DuplicateRecord duplicate = DuplicateRecord::Dropped>
 class RegistrationTable {
 public:
-    // Registers a record made of `arguments`, unless the id has one: what becomes of the new record then is said by
-    // `duplicate`. Raises std::bad_alloc.
-    template <class... Arguments>
-    void Set(const wchar_t* productId, Arguments&&... arguments) {
-        auto entry = std::make_shared<Entry>(std::forward<Arguments>(arguments)...);
-        std::wstring key(productId);
-        const ScopedLock guard(lock);
-        const bool isNew = entries.try_emplace(std::move(key), entry).second;
-        if constexpr (duplicate == DuplicateRecord::Leaked) {
-            if (!isNew) {
-                LeakDuplicateRecord(std::move(entry));
-            }
-        }
+    // Registers a record made of the interface and `more`, unless the id has one: `duplicate` says what becomes of the
+    // new record then. False, and nothing is registered, for a null id or interface, and when there is no memory.
+    template <class Interface, class... More>
+    bool Set(const wchar_t* productId, Interface* moduleInterface, More&&... more) noexcept {
+        return productId != nullptr && moduleInterface != nullptr && Guarded([&] {
+                   auto entry = std::make_shared<Entry>(moduleInterface, std::forward<More>(more)...);
+                   std::wstring key(productId);
+                   const ScopedLock guard(lock);
+                   const bool isNew = entries.try_emplace(std::move(key), entry).second;
+                   if constexpr (duplicate == DuplicateRecord::Leaked) {
+                       if (!isNew) {
+                           LeakDuplicateRecord(std::move(entry));
+                       }
+                   }
+               });
     }
 
     // No call into the module begins any more; those that run on other threads are waited for, at most 15 seconds.
-    // Returns at once when the calling thread is inside a call of this record.
-    void Remove(std::wstring_view productId) {
-        const EntryPointer removed = Take(productId);
-        if (removed != nullptr) {
-            removed->gate.CloseAndWait();
-        }
+    // Returns at once when the calling thread is inside a call of this record. Always true, also for a null id and for
+    // one that has no record.
+    bool Remove(const wchar_t* productId) noexcept {
+        Guarded([&] {
+            if (const EntryPointer removed = productId != nullptr ? Take(productId) : nullptr) {
+                removed->gate.CloseAndWait();
+            }
+        });
+        return true;
     }
 
     // Calls `use(record, wasRemoved)` for the id's record; `wasRemoved()` tells, within that call, whether the module
@@ -116,5 +124,7 @@ private:
 template <class Table>
 Table& TableOfProcess() {
     static NoDestroyAtExit<Table> table;
-    return table.Get();
+    return *table;
 }
+
+}  // namespace bridge

@@ -4,6 +4,8 @@
 #include <memory>
 #include <string>
 
+namespace bridge {
+
 // The kinds of service objects. Each equals the bit of its service in the mask of VsMsgbusEntry.
 enum VsMsgbusIoKind : int32_t {
     IoKindUpdate = 256,
@@ -19,17 +21,15 @@ public:
 
     // Registers this service with the agent for a product; does nothing for one that is registered. Raises the agent
     // exception when the agent refuses.
-    virtual void RegisterProduct(const std::string& productId);
+    virtual void RegisterProduct(const std::string& /*productId*/) {}
 
     // Ends that registration; does nothing for a product that has none. Raises the agent exception when the agent
     // refuses: the registration then stays.
-    virtual void UnregisterProduct(const std::string& productId);
+    virtual void UnregisterProduct(const std::string& /*productId*/) {}
 
     // Ends every registration that is left and lets none be made any more: what must have happened before the object
     // is destroyed. Tries all of them, then raises the agent exception with the first code that was a refusal.
-    virtual void UnregisterAll();
+    virtual void UnregisterAll() {}
 };
 
-inline void VsMsgbusIo::RegisterProduct(const std::string& /*productId*/) {}
-inline void VsMsgbusIo::UnregisterProduct(const std::string& /*productId*/) {}
-inline void VsMsgbusIo::UnregisterAll() {}
+}  // namespace bridge

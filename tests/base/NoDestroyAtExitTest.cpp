@@ -21,7 +21,7 @@ protected:
 };
 
 TEST_F(NoDestroyAtExitTest, IsDestroyedWithItsLibrary) {
-    EXPECT_EQ(&object->Get(), &**object);
+    EXPECT_EQ(object->operator->(), &**object);
     object.reset();
     EXPECT_EQ(CountsItsEnd::ended, 1);
 }

@@ -7,6 +7,8 @@
 #include "msgbus/BridgeLog.h"
 #include "values/UnloggedText.h"
 
+using namespace bridge;
+
 namespace {
 
 constexpr uint32_t everyService =

@@ -7,6 +7,8 @@
 #include "fuzz/FuzzedRegistry.h"
 #include "win32_faults.h"
 
+using namespace bridge;
+
 namespace {
 
 constexpr size_t longestPath = 512;

@@ -10,6 +10,8 @@
 #include "support/SystemFunction.h"
 #include "win32_faults.h"
 
+using namespace bridge;
+
 namespace {
 
 constexpr unsigned mostWaits = 12;

@@ -28,13 +28,13 @@ void SecondCheck() {
 class HealthCheck : public AgentTest {
 protected:
     // The callback kept under that name; null when there is none.
-    static ModulePointer<void()> Find(const std::string& name) {
+    static VsKitHealthCheckCallback Find(const std::string& name) {
         const auto record = CopyHealthCheckRecord();
         if (record == nullptr) {
             return nullptr;
         }
         const auto found = record->callbacks.find(name);
-        return found != record->callbacks.end() ? found->second : ModulePointer<void()>(nullptr);
+        return found != record->callbacks.end() ? found->second : nullptr;
     }
     static size_t Count() {
         const auto record = CopyHealthCheckRecord();

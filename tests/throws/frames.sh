@@ -31,11 +31,11 @@ Known() {
         -e '^dispatcher/[a-zA-Z_]*\.cpp:.*[^A-Za-z]log\.Write\(Severity' \
         -e '^dispatcher/ny_dispatcher\.cpp:.*object\.operations->\*slot;' \
         -e '^loglib/DefaultLogManager\.cpp:.*[^A-Za-z]destination\.Write\(' \
-        -e '^loglib/DefaultLogManager\.cpp:.*return replaced->listener\.HandBack\(\);' \
+        -e '^base/ModuleSlot\.h:.*return replaced->module\.HandBack\(\);' \
         -e '^loglib/LogLib\.cpp:.*LogManager\* getLogManager\(\)' \
         -e '^policy/VsMsgbusIEnforcePolicy\.cpp:.*CallModule\(\[&\] \{ write\(LogUtils::LogEvent\(.*getLogManager\(\)' \
         -e '^scheduler/AgentTask\.cpp:.*task->methods->\*accessor' \
-        -e '^scheduler/VsMsgbusTaskExecutor\.cpp:.*\(handler\.\*slot\)\(handler\.Client\(\)' || true
+        -e '^scheduler/VsMsgbusTaskExecutor\.cpp:.*\(service\.\*slot\)\(service\.Client\(\)' || true
 }
 
 # It finds what it looks for.

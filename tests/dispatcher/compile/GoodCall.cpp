@@ -4,6 +4,7 @@
 extern "C" int32_t ny_info_events_register_callback(ny_client_t* client, void* callback);
 
 int32_t Ask(ny_client_t* client, ny_variant_t** value) {
-    constexpr EntryPoint<&::ny_info_events_register_callback, infoNames, infoGroup> registerCallback{};
-    return agent::ny_info_get(client, "key", value) + registerCallback(client, nullptr);
+    constexpr bridge::EntryPoint<&::ny_info_events_register_callback, bridge::infoNames, bridge::infoGroup>
+        registerCallback{};
+    return bridge::agent::ny_info_get(client, "key", value) + registerCallback(client, nullptr);
 }

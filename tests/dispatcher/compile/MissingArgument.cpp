@@ -2,5 +2,5 @@
 #include "dispatcher/groups/InfoGroup.h"
 
 int32_t Ask(ny_client_t* client) {
-    return agent::ny_info_get(client, "key");
+    return bridge::agent::ny_info_get(client, "key");
 }

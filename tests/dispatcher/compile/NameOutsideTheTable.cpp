@@ -2,6 +2,6 @@
 #include "dispatcher/groups/InfoGroup.h"
 
 int32_t Release(ny_buffer_t* buffer) {
-    constexpr EntryPoint<&::ny_buffer_release, infoNames, infoGroup> release{};
+    constexpr bridge::EntryPoint<&::ny_buffer_release, bridge::infoNames, bridge::infoGroup> release{};
     return release(buffer);
 }

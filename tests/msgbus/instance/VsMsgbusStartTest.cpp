@@ -157,9 +157,9 @@ TEST_F(VsMsgbusAttaching, TellsProductsApartByteByByte) {
     EXPECT_TRUE(bridge->HasProduct("PRODUCT1000"));
     EXPECT_FALSE(bridge->HasProduct("product1000"));
     bridge->RemoveProduct("product1000");
-    EXPECT_TRUE(bridge->HasProducts());
+    EXPECT_TRUE(bridge->HasProduct("PRODUCT1000"));
     bridge->RemoveProduct("PRODUCT1000");
-    EXPECT_FALSE(bridge->HasProducts());
+    EXPECT_FALSE(bridge->HasProduct("PRODUCT1000"));
 }
 
 TEST_F(VsMsgbusStart, DoesNotRegisterAProductThatLeavesMeanwhile) {

@@ -31,7 +31,7 @@ TEST_F(VsMsgbusLife, BeginsWithAClientOfItsOwn) {
     EXPECT_EQ(record.client->logUserData, bridge->ClientRecord());
     EXPECT_EQ(record.client->passphraseCallback, nullptr);
     EXPECT_FALSE(bridge->IsStarted());
-    EXPECT_FALSE(bridge->HasProducts());
+    EXPECT_TRUE(bridge->EndWithoutProducts());
     EXPECT_THAT(bridge->CopyIos(), IsEmpty());
     EXPECT_THAT(dropped.log.Lines(), IsEmpty());
 }

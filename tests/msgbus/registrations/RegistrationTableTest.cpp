@@ -16,7 +16,7 @@ using testing::ElementsAre;
 // Tells when it is destroyed.
 class Record {
 public:
-    Record(LineLog& lineLog, std::string recordName) : log(lineLog), name(std::move(recordName)) {}
+    Record(LineLog* lineLog, std::string recordName) : log(*lineLog), name(std::move(recordName)) {}
     ~Record() { log.Add(name + " destroyed"); }
 
     const std::string& Name() const { return name; }
@@ -28,7 +28,7 @@ private:
 
 class RegistrationTableTest : public testing::Test {
 protected:
-    void Set(const wchar_t* id, const std::string& name) { table.Set(id, log, name); }
+    void Set(const wchar_t* id, const std::string& name) { table.Set(id, &log, name); }
 
     // The name of the id's record; empty when there is none.
     std::string NameOf(const wchar_t* id) {
@@ -90,8 +90,8 @@ TEST_F(RegistrationTableTest, NeverFreesTheSecondRegistrationWhereThatIsAskedFor
     static LineLog keptLog;
     {
         RegistrationTable<Record, CallGate::Admission::Together, DuplicateRecord::Leaked> leaking;
-        leaking.Set(L"P", keptLog, "first");
-        leaking.Set(L"P", keptLog, "second");
+        leaking.Set(L"P", &keptLog, "first");
+        leaking.Set(L"P", &keptLog, "second");
         EXPECT_TRUE(leaking.With(L"P", [](Record& record, auto&&) { EXPECT_EQ(record.Name(), "first"); }));
     }
     EXPECT_THAT(keptLog.Lines(), ElementsAre("first destroyed"));
@@ -130,7 +130,7 @@ TEST_F(RegistrationTableTest, LetsOneThreadIntoARecordAtATime) {
 
 TEST_F(RegistrationTableTest, LetsSeveralThreadsIntoARecordWhereThatIsAllowed) {
     RegistrationTable<Record, CallGate::Admission::Together> open;
-    open.Set(L"P", log, "first");
+    open.Set(L"P", &log, "first");
     open.With(L"P", [&](Record&, auto&&) {
         std::thread([&] { EXPECT_TRUE(open.With(L"P", [](Record&, auto&&) {})); }).join();
     });
