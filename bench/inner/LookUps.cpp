@@ -17,6 +17,8 @@ namespace bench {
 namespace {
 
 struct Record {
+    explicit Record(const void* /*moduleInterface*/ = nullptr) noexcept {}
+
     int32_t Call() const noexcept { return value.load(std::memory_order_relaxed); }
     std::atomic<int32_t> value = 1;
 };
@@ -24,8 +26,8 @@ struct Record {
 // What the property service's table is, and what the task service's is.
 class OurTable {
 public:
-    void Set(const std::wstring& id) { table.Set(id.c_str()); }
-    void Remove(const std::wstring& id) { table.Remove(id); }
+    void Set(const std::wstring& id) { table.Set(id.c_str(), this); }
+    void Remove(const std::wstring& id) { table.Remove(id.c_str()); }
     int32_t Call(const std::wstring& id) {
         int32_t answer = 0;
         table.With(id, [&](const Record& record, auto&& /*wasRemoved*/) { answer = record.Call(); });
