@@ -48,6 +48,7 @@ const char* ny_setup_last_error(void);
 
 /// Installs the agent as its installer does: the libraries of the build are copied into a new folder of the machine's,
 /// then the runtime path is written, and then the version, which is what modules that wait for the agent are woken by.
+/// @param machine  of ny_setup_machine_create
 /// @param version  as in "5.7.0"; also a part of the folder's name
 /// @param build    the name of the build's folder; null for "full"
 int32_t ny_setup_install(ny_setup_machine_t* machine, const char* version, const char* build);

@@ -49,6 +49,17 @@ TEST_F(KitFailure, OfAProductThatIsNotRegisteredSaysWhichAreAndForWhat) {
               "1 client has started");
 }
 
+TEST_F(KitFailure, OfAnUpgradeThatTheModuleDoesNotSurvive) {
+    machine.InstallAgent();
+    const Product product(id, {.properties = TellOne});
+    machine.Upgrade("5.8.0", "empty");
+    machine.WaitUntilUnregistered(id, Service::Properties);
+    EXPECT_EQ(FailureOf([&] { machine.WaitUntilRegistered(id, Service::Properties, briefly); }),
+              "waited 50 ms until PRODUCT1000 is registered for properties: PRODUCT1000 is registered for nothing; no "
+              "other product is registered; agent 5.8.0 (empty) is installed, 0 clients have started, none since the "
+              "upgrade");
+}
+
 TEST_F(KitFailure, OfAProductThatStaysRegistered) {
     machine.InstallAgent();
     const Product product(id, {.properties = TellOne});

@@ -2,12 +2,14 @@
 /// A machine of a test's own, and what the agent does on it.
 #pragma once
 
+#include <algorithm>
 #include <chrono>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -47,14 +49,19 @@ public:
     // --- The agent comes and goes -----------------------------------------------------------------------------------
 
     /// Installs the agent. Modules that have entered before are registered soon, but not at once.
-    /// @param build  full; older, which says that it is of version 5.6.0; lacking, which lacks functions; empty and
-    ///               text, which are no agent
+    /// @param version  what the installer says that it is; any text that is a file name
+    /// @param build    full; older, which says itself that it is of version 5.6.0; lacking, which lacks functions; empty
+    ///                 and text, which are no agent
     void InstallAgent(const std::string& version = "5.7.0", const std::string& build = "full") {
         Demand(ny_setup_install(machine, version.c_str(), build.c_str()), "installing the agent " + version);
         agent = "agent " + version + " (" + build + ") is installed";
     }
-    /// Upgrades the agent: modules that have entered are registered with the new one soon, but not at once.
+    /// Upgrades the agent. Modules that have entered leave the one that was there and are registered with the new one
+    /// soon, but not at once: WaitUntilRegistered waits for the new one.
+    /// @param version  another one than the agent's, or the bridge sees no upgrade
+    /// @param build    as for InstallAgent
     void Upgrade(const std::string& version, const std::string& build = "full") {
+        restartedAfter = ny_sim_started_clients() != 0 ? std::optional(ny_sim_call_count(nullptr)) : std::nullopt;
         Demand(ny_setup_upgrade(machine, version.c_str(), build.c_str()), "upgrading the agent to " + version);
         agent = "agent " + version + " (" + build + ") is installed";
     }
@@ -70,9 +77,9 @@ public:
     /// for.
     void WaitUntilRegistered(const std::string& product, Service service,
                              std::chrono::milliseconds limit = usualLimit) const {
-        if (!WaitUntil(limit, [&] { return IsRegistered(product, service); })) {
+        if (!WaitUntil(limit, [&] { return HasRestarted() && IsRegistered(product, service); })) {
             throw Failure(detail::WaitedUntil(limit, product + " is registered for " + detail::NameOf(service)) +
-                          Describe(product));
+                          Describe(product) + (HasRestarted() ? "" : ", none since the upgrade"));
         }
     }
     /// Waits until the agent could no longer call the product for the service: after a Remove of the agent, say.
@@ -258,6 +265,22 @@ private:
         }
     }
 
+    // Whether a client that had started when the agent was upgraded was followed by one of the new agent.
+    bool HasRestarted() const {
+        if (!restartedAfter) {
+            return true;
+        }
+        // The record may have been cleared.
+        const size_t first = std::min(*restartedAfter, ny_sim_call_count(nullptr));
+        ny_sim_call_t call{};
+        for (size_t i = first; ny_sim_get_call(i, &call) == NY_OK; ++i) {
+            if (call.function == std::string_view("ny_client_handler_start") && call.result == NY_OK) {
+                return true;
+            }
+        }
+        return false;
+    }
+
     // Nobody says when a registration or a handle ends: looks again after each call of the agent, and now and then.
     static bool WaitUntil(std::chrono::milliseconds limit, const std::function<bool()>& isMet) {
         constexpr uint32_t pause = 5;
@@ -323,6 +346,8 @@ private:
 
     ny_setup_machine_t* machine = nullptr;
     std::string agent = noAgent;
+    // The length of the call record at an upgrade under a client that had started.
+    std::optional<size_t> restartedAfter;
     std::map<std::string, detail::TaskReports> started;
     mutable detail::UnansweredRequests unanswered;
 };
