@@ -61,6 +61,7 @@ void Log(int level, std::wstring_view line) {
 
 bool NewModuleLoad() {
     try {
+        settings.Replace({});
         product.emplace(productId, vsmsgbus::Handlers{.properties = Tell,
                                                       .policies = TakePolicies,
                                                       .tasks = RunTask,

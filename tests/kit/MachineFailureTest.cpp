@@ -222,7 +222,7 @@ TEST_F(KitFailure, OfHandlesThatWereLeftAndMisused) {
     ny_sim_logger_release(logger);
     EXPECT_THAT(FailureOf([&] { machine.ExpectNothingLeft(briefly); }),
                 MatchesRegex("nothing of the agent was to be left: the agent was misused 1 time, at last "
-                             "ny_sim_logger_release: the logger handle 0x[0-9a-f]+ is not alive"));
+                             "ny_sim_logger_release: the logger handle 0x\\w+ is not alive"));
     ny_sim_reset();
 }
 
