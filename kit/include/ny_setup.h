@@ -73,6 +73,10 @@ int32_t ny_setup_delete_version(ny_setup_machine_t* machine);
 int32_t ny_setup_create_agent_key(ny_setup_machine_t* machine);
 /// A single step: deletes the agent's key with everything below it. Done as well when there was none.
 int32_t ny_setup_delete_agent_key(ny_setup_machine_t* machine);
+/// Has modules that wait for a change of the agent look again: writes a value that means nothing into the agent's key,
+/// if there is one. A change that was made before the bridge began to watch the key is otherwise seen with the next
+/// change, or after 15 seconds.
+int32_t ny_setup_touch_agent_key(ny_setup_machine_t* machine);
 /// A single step: writes the folder in which the agent's libraries are looked for. NY_SETUP_FAILED for one that is not
 /// plain ASCII.
 int32_t ny_setup_write_runtime_path(ny_setup_machine_t* machine, const char* folder);

@@ -89,6 +89,10 @@ int32_t ny_setup_delete_agent_key(ny_setup_machine_t* machine) {
     return RunStep(machine, [](AgentInstaller& /*installer*/) { AgentInstaller::DeleteAgentKey(); });
 }
 
+int32_t ny_setup_touch_agent_key(ny_setup_machine_t* machine) {
+    return RunStep(machine, [](AgentInstaller& /*installer*/) { AgentInstaller::TouchAgentKey(); });
+}
+
 int32_t ny_setup_write_runtime_path(ny_setup_machine_t* machine, const char* folder) {
     return RunStep(machine, [&](AgentInstaller& /*installer*/) {
         Require(folder != nullptr, "no folder was given");

@@ -80,9 +80,25 @@ TEST_F(Setup, HasTheSingleSteps) {
     EXPECT_EQ(RuntimePath(), "(no value)");
     EXPECT_EQ(ny_setup_delete_agent_key(machine), NY_OK);
     EXPECT_EQ(Version(), "(no key)");
+    EXPECT_EQ(ny_setup_touch_agent_key(machine), NY_OK);
+    EXPECT_EQ(Version(), "(no key)") << "only a key that is there is touched";
     for (const auto step : {&ny_setup_delete_version, &ny_setup_delete_runtime_path, &ny_setup_delete_agent_key}) {
         EXPECT_EQ(step(machine), NY_OK) << "it was not there";
     }
+}
+
+TEST_F(Setup, WakesThoseWhoWaitForAChangeOfTheAgentsKey) {
+    ASSERT_EQ(ny_setup_write_version(machine, "5.5.0"), NY_OK);
+    HKEY key = nullptr;
+    ASSERT_EQ(::RegOpenKeyExA(HKEY_LOCAL_MACHINE, agentKey, 0, KEY_NOTIFY, &key), ERROR_SUCCESS);
+    const HANDLE changed = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    ASSERT_EQ(::RegNotifyChangeKeyValue(key, TRUE, REG_NOTIFY_CHANGE_LAST_SET, changed, TRUE), ERROR_SUCCESS);
+    EXPECT_EQ(::WaitForSingleObject(changed, 0), WAIT_TIMEOUT);
+    EXPECT_EQ(ny_setup_touch_agent_key(machine), NY_OK);
+    EXPECT_EQ(::WaitForSingleObject(changed, 10000), WAIT_OBJECT_0);
+    EXPECT_EQ(Version(), "5.5.0");
+    ::CloseHandle(changed);
+    ::RegCloseKey(key);
 }
 
 TEST_F(Setup, IsTheOnlyMachineOfTheProcess) {

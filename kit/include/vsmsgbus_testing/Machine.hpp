@@ -78,7 +78,7 @@ public:
     /// for.
     void WaitUntilRegistered(const std::string& product, Service service,
                              std::chrono::milliseconds limit = usualLimit) const {
-        if (!WaitUntil(limit, [&] { return HasRestarted() && IsRegistered(product, service); })) {
+        if (!WaitForBridge(limit, [&] { return HasRestarted() && IsRegistered(product, service); })) {
             throw Failure(detail::WaitedUntil(limit, product + " is registered for " + detail::NameOf(service)) +
                           Describe(product) + (HasRestarted() ? "" : ", none since the upgrade"));
         }
@@ -86,7 +86,7 @@ public:
     /// Waits until the agent could no longer call the product for the service: after a Remove of the agent, say.
     void WaitUntilUnregistered(const std::string& product, Service service,
                                std::chrono::milliseconds limit = usualLimit) const {
-        if (!WaitUntil(limit, [&] { return !IsRegistered(product, service); })) {
+        if (!WaitForBridge(limit, [&] { return !IsRegistered(product, service); })) {
             throw Failure(
                 detail::WaitedUntil(limit, product + " is no longer registered for " + detail::NameOf(service)) +
                 Describe(product));
@@ -280,6 +280,19 @@ private:
             }
         }
         return false;
+    }
+
+    // Waits for what the bridge does after a change of the agent. A change that it did not watch for yet it would see
+    // late, so it is made to look again and again.
+    bool WaitForBridge(std::chrono::milliseconds limit, const std::function<bool()>& isMet) const {
+        constexpr std::chrono::milliseconds patience{100};
+        for (auto left = limit; left > patience; left -= patience) {
+            if (WaitUntil(patience, isMet)) {
+                return true;
+            }
+            ny_setup_touch_agent_key(machine);
+        }
+        return WaitUntil(std::min(limit, patience), isMet);
     }
 
     // Nobody says when a registration or a handle ends: looks again after each call of the agent, and now and then.
