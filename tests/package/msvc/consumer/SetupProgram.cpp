@@ -1,5 +1,5 @@
-// A program of Microsoft's C++ ABI, without a library of its own, that makes a machine, and installs, upgrades and removes
-// the agent on it. It ends with 0, or with the number of the step that went wrong.
+// A program of Microsoft's C++ ABI, without a library of its own, that makes a machine, and installs, upgrades and
+// removes the agent on it. It ends with 0, or with the number of the step that went wrong.
 #include <ny_setup.h>
 #include <ny_simulator.h>
 
