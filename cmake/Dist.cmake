@@ -1,12 +1,13 @@
 # What is finished: what `cmake --install` and the zip of `cpack` lay out, as a user of the bridge takes it away. A
 # package that can be moved: nothing in it says where it was built or installed.
 add_custom_target(finished)
-add_dependencies(finished VsMsgbus LogLib simulated_agents ny_simulator agent_setup SampleModule demo)
+add_dependencies(finished VsMsgbus LogLib simulated_agents ny_simulator ny_setup SampleModule demo)
 
 include(${CMAKE_CURRENT_LIST_DIR}/ImportLibrary.cmake)
 add_microsoft_import_library(VsMsgbus ${PROJECT_SOURCE_DIR}/library/VsMsgbus.def)
 add_microsoft_import_library(LogLib ${PROJECT_SOURCE_DIR}/loglib/LogLib.def)
 add_microsoft_import_library(ny_simulator ${PROJECT_SOURCE_DIR}/simulator/core/ny_simulator.def)
+add_microsoft_import_library(ny_setup ${PROJECT_SOURCE_DIR}/kit/setup/ny_setup.def)
 
 # --- The bridge and the log of its host ------------------------------------------------------------------------------
 
@@ -16,14 +17,15 @@ install(FILES $<TARGET_FILE:VsMsgbus>.debug $<TARGET_FILE:LogLib>.debug DESTINAT
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 
-# --- The simulated agent: its builds, what a program needs to command it, and what installs it -----------------------
+# --- The simulated agent: its builds, what a program needs to command it, and the machine that it is installed on ----
 
 install(DIRECTORY ${AGENT_OUTPUT_DIRECTORY}/ DESTINATION agent)
-foreach(folder agent simulator/include simulator/setup)
-    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION agent/include FILES_MATCHING PATTERN *.h)
+foreach(folder agent simulator/include kit/include)
+    install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION agent/include
+        FILES_MATCHING PATTERN *.h PATTERN *.hpp)
 endforeach()
-install(TARGETS ny_simulator agent_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
-install(FILES ${ny_simulator_MICROSOFT_LIBRARY} DESTINATION agent/lib)
+install(TARGETS ny_simulator ny_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
+install(FILES ${ny_simulator_MICROSOFT_LIBRARY} ${ny_setup_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
 # --- The demo runs where it stands: its DLLs beside it, the simulated agent's builds in ../agent ---------------------
 
@@ -45,6 +47,12 @@ write_basic_package_version_file(${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cma
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/VsMsgbusConfig.cmake ${PROJECT_BINARY_DIR}/VsMsgbusConfigVersion.cmake
     DESTINATION lib/cmake/VsMsgbus)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/package/consumer/ DESTINATION example)
+
+# --- What makes a project of one's own, and runs Windows programs under Wine -----------------------------------------
+
+install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/new-module.sh ${PROJECT_SOURCE_DIR}/scripts/wine-run.sh DESTINATION scripts)
+install(FILES ${PROJECT_SOURCE_DIR}/scripts/wine-env.sh DESTINATION scripts)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/scripts/new-module DESTINATION scripts)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_FILE_NAME VsMsgbus-${PROJECT_VERSION}-win64)

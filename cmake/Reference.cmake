@@ -3,7 +3,8 @@
 find_program(DOXYGEN_PROGRAM doxygen REQUIRED)
 set(REFERENCE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/doc)
 set(REFERENCE_GUIDES ${PROJECT_BINARY_DIR}/guides)
-file(GLOB_RECURSE publicHeaders CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h)
+file(GLOB_RECURSE publicHeaders CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/include/*.h ${PROJECT_SOURCE_DIR}/include/*.hpp
+    ${PROJECT_SOURCE_DIR}/kit/include/*.h ${PROJECT_SOURCE_DIR}/kit/include/*.hpp)
 list(APPEND publicHeaders ${PROJECT_SOURCE_DIR}/loglib/LogLib.h)
 configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in Doxyfile @ONLY)
 

@@ -3,8 +3,11 @@
 #   VsMsgbus::VsMsgbus    the bridge: what a module links
 #   VsMsgbus::LogLib      the log of the bridge's host, loglib/LogLib.h; the bridge needs LogLib.dll beside it
 #   VsMsgbus::Simulator   the control interface of the simulated agent, ny_simulator.h
-#   VsMsgbus::AgentSetup  installs the simulated agent: AgentInstaller.h, RegistryRedirect.h; for mingw-w64's g++ alone
+#   VsMsgbus::Setup       makes a machine to try modules on, and installs the simulated agent on it, ny_setup.h
+#   VsMsgbus::Testing     both, for a test that is written with vsmsgbus_testing.hpp
 #   VsMsgbus_AGENT_DIR    the folder of the simulated agent's builds: full, older, lacking, empty, text
+#
+#   vsmsgbus_prepare_host(<target>)   see below
 get_filename_component(_VsMsgbus_prefix "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 set(VsMsgbus_AGENT_DIR "${_VsMsgbus_prefix}/agent")
 
@@ -32,13 +35,34 @@ endforeach()
 _VsMsgbus_add_library(Simulator ny_simulator
     "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/include")
 
-if(MINGW AND NOT TARGET VsMsgbus::AgentSetup)
-    add_library(VsMsgbus::AgentSetup STATIC IMPORTED)
-    set_target_properties(VsMsgbus::AgentSetup PROPERTIES
-        IMPORTED_LOCATION "${VsMsgbus_AGENT_DIR}/lib/libagent_setup.a"
+_VsMsgbus_add_library(Setup ny_setup
+    "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/include")
+
+if(NOT TARGET VsMsgbus::Testing)
+    add_library(VsMsgbus::Testing INTERFACE IMPORTED)
+    set_target_properties(VsMsgbus::Testing PROPERTIES
         INTERFACE_COMPILE_FEATURES cxx_std_20
-        INTERFACE_INCLUDE_DIRECTORIES "${VsMsgbus_AGENT_DIR}/include"
-        INTERFACE_LINK_LIBRARIES advapi32)
+        INTERFACE_LINK_LIBRARIES "VsMsgbus::Setup;VsMsgbus::Simulator")
 endif()
+
+# vsmsgbus_prepare_host(<target>)
+#
+# Has everything stand where the program <target> looks for it when it tries modules: the bridge, its log, ny_setup.dll and
+# ny_simulator.dll beside the program, and the agent's builds in agent/ beside the program's folder. There they are not found
+# but through the registry, as on a machine with the agent.
+function(vsmsgbus_prepare_host target)
+    foreach(library VsMsgbus LogLib Setup Simulator)
+        add_custom_command(TARGET ${target} POST_BUILD
+            COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:VsMsgbus::${library}> $<TARGET_FILE_DIR:${target}>
+            VERBATIM)
+    endforeach()
+    foreach(build full older lacking empty text)
+        add_custom_command(TARGET ${target} POST_BUILD
+            COMMAND ${CMAKE_COMMAND} -E copy_directory
+                ${VsMsgbus_AGENT_DIR}/${build} $<TARGET_FILE_DIR:${target}>/../agent/${build}
+            VERBATIM)
+    endforeach()
+endfunction()
+
 unset(_VsMsgbus_name)
 unset(_VsMsgbus_prefix)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
-# also in the simulated agent and the demo, which takes as long again and needs a build of the release preset. What
+# also in the simulated agent, the kit and the demo, which takes as long again and needs a build of the release preset. What
 # clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes. First the pages: that
 # their links lead somewhere, and that docs/LOG_LINES.md has every line that the sources write.
 set -euo pipefail
@@ -20,7 +20,7 @@ done
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
-    "simulator/exports simulator/setup")
+    "simulator/exports simulator/setup" "kit/setup")
 
 scripts/check-links.py
 scripts/check-log-lines.py
@@ -35,7 +35,7 @@ compiler=x86_64-w64-mingw32-g++-posix
 mapfile -t flags < <("$compiler" -x c++ -E -v - </dev/null 2>&1 | sed -n 's/^ \(.*\/c++.*\)$/-isystem\1/p')
 flags+=(--target=x86_64-w64-mingw32 -std=c++20 -DNOMINMAX -DUNICODE -DWIN32_LEAN_AND_MEAN -D_UNICODE
     -D_WIN32_WINNT=0x0601 -DFMT_HEADER_ONLY -DAGENT_VERSION=0 -I. -Iinclude -Iagent -Isimulator/include -Isimulator/setup
-    -Idemo/module)
+    -Ikit/include -Idemo/module)
 for library in build/release/third_party/*/; do
     flags+=(-isystem "$library")
 done

@@ -98,6 +98,9 @@ void ny_sim_set_held_locks(ny_sim_held_locks_t heldLocks);
 // --- Clients ------------------------------------------------------------------------------------------------------
 
 size_t ny_sim_started_clients(void);
+// The products that are registered with any client for anything, in the order of their ids; the ny_sim_has_* functions
+// say for what. The id is valid until the process ends. NY_INVALID_ARGUMENT beyond the last one.
+int32_t ny_sim_get_product(size_t index, const char** productId);
 // Whether the product's property provider is registered with any client: 1 or 0.
 int32_t ny_sim_has_property_provider(const char* productId);
 // The agent writes a log line: every client's logger callback is called on an agent thread. Returns when all have

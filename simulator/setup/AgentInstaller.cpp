@@ -109,6 +109,10 @@ void AgentInstaller::DeleteAgentKey() {
     DeleteRegistryTree(HKEY_LOCAL_MACHINE, agentKey, runtimePathView);
 }
 
+void AgentInstaller::TouchAgentKey() {
+    TouchRegistryKey(HKEY_LOCAL_MACHINE, agentKey, versionView);
+}
+
 void AgentInstaller::WriteRuntimePath(const fs::path& path) {
     // Before the key is made: a refused path must not leave one behind.
     const std::string text = TextOfPath(path);

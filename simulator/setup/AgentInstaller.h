@@ -36,6 +36,7 @@ public:
     static void DeleteVersion();
     static void CreateAgentKey();  // without a version
     static void DeleteAgentKey();  // with everything below it, in both views of the registry
+    static void TouchAgentKey();   // see TouchRegistryKey
     static void WriteRuntimePath(const std::filesystem::path& path);
     static void DeleteRuntimePath();
 

@@ -1,5 +1,6 @@
 #include "Registry.h"
 
+#include <chrono>
 #include <system_error>
 
 namespace simulator {
@@ -32,6 +33,18 @@ void RegistryKey::WriteText(const std::string& name, const std::string& text) co
     const auto* bytes = reinterpret_cast<const BYTE*>(text.c_str());
     CheckRegistry(RegSetValueExA(key, name.c_str(), 0, REG_SZ, bytes, static_cast<DWORD>(text.size() + 1)),
                   "cannot write the registry value " + name);
+}
+
+void TouchRegistryKey(HKEY parent, const std::string& path, REGSAM view) {
+    const HKEY key = OpenExisting(parent, path, KEY_SET_VALUE | view);
+    if (key == nullptr) {
+        return;
+    }
+    const std::string now = std::to_string(std::chrono::steady_clock::now().time_since_epoch().count());
+    const LSTATUS status = RegSetValueExA(key, "Touched", 0, REG_SZ, reinterpret_cast<const BYTE*>(now.c_str()),
+                                          static_cast<DWORD>(now.size() + 1));
+    RegCloseKey(key);
+    CheckRegistry(status, "cannot touch the registry key " + path);
 }
 
 void DeleteRegistryValue(HKEY parent, const std::string& path, const std::string& name, REGSAM view) {

@@ -24,6 +24,8 @@ private:
 };
 
 // Both count as done when the key or the value is not there. `view` is 0, KEY_WOW64_32KEY or KEY_WOW64_64KEY.
+// Writes a value that means nothing, which wakes those who wait for a change of the key. Nothing when there is no key.
+void TouchRegistryKey(HKEY parent, const std::string& path, REGSAM view);
 void DeleteRegistryValue(HKEY parent, const std::string& path, const std::string& name, REGSAM view);
 void DeleteRegistryTree(HKEY parent, const std::string& path, REGSAM view);
 

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
-# runs; its plain module also as Microsoft's toolchain would build it.
+# runs; its plain module also as Microsoft's toolchain would build it, and so does a program that installs the agent.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 sources="$1" package="$2/unpacked"
 work=$(mktemp -d)
@@ -32,6 +32,8 @@ RunHost "the plain module" PlainModule.dll
 Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_COMPILER=clang++-14 \
     -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_CXX_COMPILER_WORKS=1 -DCMAKE_CXX_STANDARD_LIBRARIES=
 cmake --build "$work/microsoft"
-cp "$work/microsoft/PlainModule.dll" "$work/build/bin/"
+cp "$work/microsoft/bin/PlainModule.dll" "$work/build/bin/"
 RunHost "the plain module for Microsoft's C++ ABI" PlainModule.dll
+"$sources/scripts/wine-run.sh" "$work/microsoft/bin/SetupProgram.exe" ||
+    Fail "step $? went wrong in the program for Microsoft's C++ ABI that installs the agent"
 Passed

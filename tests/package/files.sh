@@ -7,7 +7,7 @@ sources="$1" build="$2" folder="$3"
 Expected() {
     sed 's/ *#.*//; /^$/d' "$sources/tests/package/files.txt"
     (cd "$sources" && find include -type f)
-    find "$sources"/{agent,simulator/include,simulator/setup} -name '*.h' -printf 'agent/include/%f\n'
+    find "$sources"/{agent,simulator/include,kit/include} -name '*.h*' -printf 'agent/include/%P\n'
 }
 diff <(Expected | sort) <(cd "$folder/unpacked" && find . -type f ! -path './doc/*' | sed 's|^\./||' | sort) ||
     Fail "the package holds other files than expected (<)"

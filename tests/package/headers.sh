@@ -1,16 +1,12 @@
 #!/usr/bin/env bash
-# headers.sh FOLDER -- COMPILER ARGUMENT...: each installed header compiles by itself, without a warning. With --public
-# in front of the folder only what a module includes, and the agent's C interface, is looked at; without it also the
-# headers that install the simulated agent. With --layer in its place: the C++ layer alone, as one.
+# headers.sh FOLDER -- COMPILER ARGUMENT...: each installed header compiles by itself, without a warning. With --layers in
+# front of the folder the two that are for C++20 alone, each with its parts; without it all others.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 wanted=(-name '*.h')
 least=10
-if [ "$1" = --public ]; then
-    wanted+=(! -name AgentInstaller.h ! -name Registry.h ! -name RegistryRedirect.h)
-    shift
-elif [ "$1" = --layer ]; then
-    wanted=(-name vsmsgbus.hpp)
-    least=1
+if [ "$1" = --layers ]; then
+    wanted=(-name 'vsmsgbus*.hpp')
+    least=2
     shift
 fi
 package=$(realpath "$1/installed")
@@ -19,7 +15,7 @@ shift 2
 # What stands in the calling folder is not to be found.
 cd /
 
-mapfile -t headers < <(cd "$package" && find . "${wanted[@]}" | sort)
+mapfile -t headers < <(cd "$package" && find include agent/include example "${wanted[@]}" | sort)
 [ ${#headers[@]} -ge "$least" ] || Fail "only ${#headers[@]} headers are installed"
 failed=0
 for header in "${headers[@]}"; do
@@ -32,7 +28,7 @@ for header in "${headers[@]}"; do
     }
 done
 [ "$failed" -eq 0 ] || Fail "compiled with: $*"
-if [ "$least" -eq 1 ]; then
+if [ "$least" -eq 2 ]; then
     Passed
     exit
 fi

@@ -11,7 +11,7 @@ Explains() {
 
 # Names in quotes or with a prefix are other spellings of a member, which stands under its own name.
 mapfile -t names < <(sed -nE 's/^ +([A-Za-z][A-Za-z_0-9]*)( =.*)?$/\1/p' \
-    "$sources"/{library/VsMsgbus,loglib/LogLib}.def)
+    "$sources"/{library/VsMsgbus,loglib/LogLib,kit/setup/ny_setup}.def)
 [ ${#names[@]} -ge 16 ] || Fail "only ${#names[@]} exports were found"
 for name in "${names[@]}" Release; do
     Explains "$name"

@@ -52,6 +52,23 @@ TEST_F(ClientTest, IsStartedAndStopped) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
+TEST_F(ClientTest, IsKnownByTheProductsThatAreRegisteredWithIt) {
+    const char* product = "untouched";
+    EXPECT_EQ(ny_sim_get_product(0, &product), NY_INVALID_ARGUMENT);
+    EXPECT_STREQ(product, "untouched");
+    ASSERT_EQ(Register("PRODUCT2000"), NY_OK);
+    ASSERT_EQ(Register("PRODUCT1000"), NY_OK);
+    ASSERT_EQ(ny_sim_get_product(0, &product), NY_OK);
+    EXPECT_STREQ(product, "PRODUCT1000");
+    ASSERT_EQ(ny_sim_get_product(1, &product), NY_OK);
+    EXPECT_STREQ(product, "PRODUCT2000");
+    EXPECT_EQ(ny_sim_get_product(2, &product), NY_INVALID_ARGUMENT);
+    EXPECT_EQ(ny_sim_get_product(0, nullptr), NY_INVALID_ARGUMENT);
+    ASSERT_EQ(Unregister("PRODUCT1000"), NY_OK);
+    ASSERT_EQ(ny_sim_get_product(0, &product), NY_OK);
+    EXPECT_STREQ(product, "PRODUCT2000");
+}
+
 TEST_F(ClientTest, LendsItsMessageBus) {
     ny_msgbus_t* bus = nullptr;
     ASSERT_EQ(Call<&ny_client_handler_get_msgbus>(client, &bus), NY_OK);

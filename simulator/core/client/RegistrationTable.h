@@ -84,6 +84,15 @@ public:
         return place == registrations.end() ? nullptr : *place;
     }
 
+    // Calls `visitor` with the name of each registration, as it was added. The visitor must not use the table.
+    template <class Visitor>
+    void ForEachName(const Visitor& visitor) {
+        const std::lock_guard lock(mutex);
+        for (const Pointer& registration : registrations) {
+            visitor(registration->productId);
+        }
+    }
+
 private:
     typename std::vector<Pointer>::iterator Locate(std::string_view productId) {
         return std::find_if(registrations.begin(), registrations.end(),
