@@ -50,9 +50,8 @@ public:
 
     /// Installs the agent. Modules that have entered before are registered soon, but not at once.
     /// @param version  what the installer says that it is; any text that is a file name
-    /// @param build    full; older, which says itself that it is of version 5.6.0; lacking, which lacks functions;
-    /// empty
-    ///                 and text, which are no agent
+    /// @param build    full; older, which says itself that it is of version 5.6.0; lacking, which lacks functions; or
+    ///                 empty and text, which are no agent
     void InstallAgent(const std::string& version = "5.7.0", const std::string& build = "full") {
         Demand(ny_setup_install(machine, version.c_str(), build.c_str()), "installing the agent " + version);
         agent = "agent " + version + " (" + build + ") is installed";
