@@ -1,6 +1,7 @@
 // The agent's iterators over a bag of policies.
 #pragma once
 
+#include "base/Attributes.h"
 #include "policy/PolicyFunctions.h"
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
@@ -19,8 +20,9 @@ public:
         Check(functions(open)(place..., iterator.Out(functions.Libraries())));
     }
 
-    // Gives the next item, borrowed until the next one is asked for; false after the last one.
-    bool Next(Items&... items) {
+    // Gives the next item, borrowed until the next one is asked for; false after the last one. In its callers its
+    // failures would slow down the loop over settings.
+    NEVER_INLINED bool Next(Items&... items) {
         const int32_t code = next(iterator.Get(), &items...);
         if (code == NY_ITERATOR_END) {
             return false;
