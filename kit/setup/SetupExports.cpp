@@ -67,7 +67,11 @@ int32_t ny_setup_remove(ny_setup_machine_t* machine) {
 }
 
 const char* ny_setup_current_folder(ny_setup_machine_t* machine) {
-    return machine != nullptr ? machine->CurrentFolder() : "";
+    const char* folder = "";
+    if (machine != nullptr) {
+        Guarded([&] { folder = machine->CurrentFolder(); });
+    }
+    return folder;
 }
 
 int32_t ny_setup_write_version(ny_setup_machine_t* machine, const char* version) {
