@@ -1,4 +1,4 @@
-// What was thrown becomes an answer: in every export and in every function that the agent calls.
+// Every export, and every function that the agent calls, turns what its body throws into an answer here.
 #pragma once
 
 #include <type_traits>

@@ -1,4 +1,4 @@
-// What the C++ layer costs above the plain interfaces, which are the floor here.
+// Measures the C++ layer against the plain interfaces, which are the floor here.
 #include "bench/bare/BareAgent.h"
 #include "bench/floor/FloorAgent.h"
 #include "bench/harness/Module.h"

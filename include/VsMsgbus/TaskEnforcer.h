@@ -24,7 +24,7 @@ class INYTaskEnforcer {
 public:
     class ITaskBag;
 
-    /// What a task's execution ended with. The agent is told 3 and 4 as they are, and 2 for every other answer: 0 and 1
+    /// How a task's execution ended. The agent is told 3 and 4 as they are, and 2 for every other answer: 0 and 1
     /// are no success. UpdateTaskStatus and UpdateMsgbusTaskStatus tell other numbers as they are, see there.
     enum : int32_t {
         NothingDecided = 2,  ///< the task goes on, or nobody can say

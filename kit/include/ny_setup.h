@@ -19,7 +19,7 @@
 
 extern "C" {
 
-/// What the functions answer besides the agent's own codes.
+/// The codes of these functions alone, beside the agent's own.
 enum ny_setup_code : int32_t {
     NY_SETUP_FAILED = 1101,          ///< the registry or the file system refused
     NY_SETUP_MACHINE_EXISTS = 1102,  ///< the process has a machine

@@ -17,7 +17,7 @@
 
 namespace bridge {
 
-// What becomes of a record for an id that has one. A leaked record is never freed, which the contract of some services
+// How the table treats a second record for an id. A leaked record is never freed, which the contract of some services
 // asks for.
 enum class DuplicateRecord { Dropped, Leaked };
 

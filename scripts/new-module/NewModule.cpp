@@ -52,7 +52,7 @@ std::optional<std::wstring> Answer(std::wstring_view name) {
     return name == L"Version" ? std::optional<std::wstring>(version) : std::nullopt;
 }
 
-// What the bridge and the agent have to say; on any thread.
+// Takes the lines of the bridge and of the agent; called on any thread.
 void Log(int level, std::wstring_view line) {
     std::cerr << level << ": " << vsmsgbus::Utf8(line) << '\n';
 }

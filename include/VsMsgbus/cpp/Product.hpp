@@ -25,8 +25,8 @@ public:
     /// the id is empty, when no service has a handler, or when memory or the agent's client could not be had. An absent
     /// agent is no error.
     ///
-    /// @param handlers   what the product does
     /// @param productId  one id for everything, UTF-8; the agent must use the same, letter for letter
+    /// @param handlers   what the product does
     Product(std::string_view productId, Handlers handlers) : id(productId), mask(handlers.Mask()) {
         Require(!id.empty() && id.find('\0') == std::string::npos, "The product id must be a text that is not empty.");
         Require(mask != 0, "Set a handler for properties, policies, tasks or updates.");

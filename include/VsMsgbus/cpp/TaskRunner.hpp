@@ -24,15 +24,13 @@
 
 namespace vsmsgbus::detail {
 
-/// Runs the product's tasks, on the agent's threads or on threads of their own, and knows how they changed.
+/// Runs the product's tasks, on the agent's threads or on threads of their own, and knows how they ended.
 class TaskRunner {
 public:
     TaskRunner(TasksHandler tasksHandler, std::shared_ptr<Log> productLog)
         : handler(std::move(tasksHandler)), log(std::move(productLog)) {}
     TaskRunner(const TaskRunner&) = delete;
     TaskRunner& operator=(const TaskRunner&) = delete;
-
-    bool IsWanted() const noexcept { return static_cast<bool>(handler); }
 
     /// What ExecuteTask answers.
     int32_t Execute(const std::shared_ptr<TaskRunner>& self, const wchar_t* taskId,

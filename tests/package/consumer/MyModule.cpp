@@ -17,7 +17,7 @@ void Tell(vsmsgbus::Properties& properties) {
     properties.Set("General", "State", "running");
 }
 
-// What the bridge and the agent have to say.
+// Takes the lines of the bridge and of the agent.
 void Log(int /*level*/, std::wstring_view line) {
     std::cerr << vsmsgbus::Utf8(line) << '\n';
 }
