@@ -35,7 +35,9 @@ size_t Count(const std::map<ny_sim_handle_kind, size_t>& counts, ny_sim_handle_k
 
 }  // namespace
 
-LeftHandles::LeftHandles() : refused(RefusedReleases()) {}
+LeftHandles::LeftHandles() : refused(RefusedReleases()) {
+    ForEachKindOfHandle([&](ny_sim_handle_kind kind) { left[kind] = ny_sim_live_handles(kind); });
+}
 
 void LeftHandles::Check() {
     const auto refusedBefore = std::exchange(refused, RefusedReleases());

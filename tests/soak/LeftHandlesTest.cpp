@@ -38,6 +38,13 @@ TEST(LeftHandles, AreThoseWhoseReleaseTheAgentRefused) {
     EXPECT_EQ(left.Of(NY_SIM_VARIANT), before + 1);
 }
 
+TEST(LeftHandles, AreNoNewsWhenTheyWereThereBefore) {
+    const Variant variant;
+    LeftHandles left;
+    EXPECT_EQ(left.Of(NY_SIM_VARIANT), ny_sim_live_handles(NY_SIM_VARIANT));
+    left.Check();
+}
+
 // The soak clears the record between two operations, while other threads are inside the agent.
 TEST(LeftHandles, AreThoseWhoseReleaseWasRefusedAfterItsRecordWasCleared) {
     LeftHandles left;

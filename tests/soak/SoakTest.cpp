@@ -108,6 +108,7 @@ void Soak::Hang(const std::string& report) const {
 }
 
 TEST_F(Soak, LeavesEverythingAsItWas) {
+    ASSERT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
     const uint64_t warmUp =
         std::max<uint64_t>(Options().operations / 10, std::min<uint64_t>(Options().operations, 100));
     conductor.CheckThatEverythingAnswers();
