@@ -5,59 +5,26 @@
 #include <cstring>
 #include <utility>
 
+#include "base/ForeignTypes.h"
+
 namespace bridge {
 
-// Microsoft's compiler describes each type that it throws in the structures below: its public ABI. Addresses in them
-// are relative to the image; 0 is none.
-
 namespace {
-
-struct TypeList {
-    int32_t count;
-    int32_t types[1];
-};
-
-struct ThrowInfo {
-    uint32_t attributes;
-    int32_t destructor;
-    int32_t forwardCompatible;
-    int32_t types;  // a TypeList: the object's own type and its bases
-};
-
-struct TypeName {
-    const void* table;
-    void* spare;
-    char name[1];
-};
 
 constexpr char agentException[] = ".?AVexception@utils@ny@corvane@@";
 constexpr char standardException[] = ".?AVexception@std@@";
 
 }  // namespace
 
-struct ForeignThrow::Type {
-    uint32_t properties;
-    int32_t name;  // a TypeName
-    int32_t offset;
-    int32_t tableOffset;  // of the table that knows where a virtual base is; below 0 for every other
-    int32_t offsetInTable;
-    int32_t size;
-    int32_t copy;
-};
-
-template <class Part>
-const Part* ForeignThrow::At(int32_t address) const noexcept {
-    return address != 0 ? reinterpret_cast<const Part*>(imageBase + static_cast<uint32_t>(address)) : nullptr;
-}
-
-const ForeignThrow::Type* ForeignThrow::FindType(const char* name) const noexcept {
+const ForeignType* ForeignThrow::FindType(const char* name) const noexcept {
     if (typeInfo == nullptr) {
         return nullptr;
     }
-    const auto* const list = At<TypeList>(reinterpret_cast<const ThrowInfo*>(typeInfo)->types);
+    const auto* const list =
+        PartOfImage<ForeignTypeList>(imageBase, reinterpret_cast<const ForeignThrowInfo*>(typeInfo)->types);
     for (int32_t i = 0; list != nullptr && i < list->count; ++i) {
-        const Type* const type = At<Type>(list->types[i]);
-        const auto* const typeName = At<TypeName>(type->name);
+        const auto* const type = PartOfImage<ForeignType>(imageBase, list->types[i]);
+        const auto* const typeName = PartOfImage<ForeignTypeName>(imageBase, type->name);
         if (typeName != nullptr && std::strcmp(typeName->name, name) == 0) {
             return type;
         }
@@ -66,9 +33,9 @@ const ForeignThrow::Type* ForeignThrow::FindType(const char* name) const noexcep
 }
 
 std::optional<int32_t> ForeignThrow::AgentCode() const noexcept {
-    const Type* const thrown = FindType(agentException);
+    const ForeignType* const thrown = FindType(agentException);
     // How much there is of it differs from one C++ library to the next. The code comes right behind it.
-    const Type* const base = FindType(standardException);
+    const ForeignType* const base = FindType(standardException);
     if (thrown == nullptr || base == nullptr || thrown->tableOffset >= 0) {
         return std::nullopt;
     }
@@ -81,7 +48,8 @@ ForeignThrow::Destructor ForeignThrow::FindDestructor() const noexcept {
     if (typeInfo == nullptr) {
         return nullptr;
     }
-    const auto* const found = At<std::byte>(reinterpret_cast<const ThrowInfo*>(typeInfo)->destructor);
+    const auto* const found =
+        PartOfImage<std::byte>(imageBase, reinterpret_cast<const ForeignThrowInfo*>(typeInfo)->destructor);
     return reinterpret_cast<Destructor>(reinterpret_cast<uintptr_t>(found));
 }
 

@@ -9,6 +9,8 @@
 
 namespace bridge {
 
+struct ForeignType;
+
 // One such exception on its way, as long as it is looked at.
 class ForeignThrow {
 public:
@@ -25,11 +27,12 @@ public:
     Destructor FindDestructor() const noexcept;
     void* Object() const noexcept { return object; }
 
+    // What ForeignTypes.h describes: a ForeignThrowInfo, or null.
+    const std::byte* TypeInfo() const noexcept { return typeInfo; }
+    const std::byte* ImageBase() const noexcept { return imageBase; }
+
 private:
-    struct Type;
-    const Type* FindType(const char* name) const noexcept;
-    template <class Part>
-    const Part* At(int32_t address) const noexcept;
+    const ForeignType* FindType(const char* name) const noexcept;
 
     void* object;
     const std::byte* typeInfo;

@@ -1,0 +1,127 @@
+#include "checking/Buffers.h"
+
+#include <algorithm>
+#include <deque>
+#include <map>
+
+#include "base/Boundary.h"
+#include "base/NoDestroyAtExit.h"
+#include "checking/Findings.h"
+#include "checking/Scope.h"
+#include "checking/StateLock.h"
+
+namespace checking {
+
+using VsKitMsgbus::lpc_buffer;
+
+namespace {
+
+struct Filled {
+    std::string function;
+    std::string productId;
+};
+
+class Buffers {
+public:
+    static Buffers& OfProcess() {
+        static bridge::NoDestroyAtExit<Buffers> buffers;
+        return *buffers;
+    }
+
+    void Add(const void* text, Filled filled) {
+        const Guard guard(lock);
+        released.erase(std::remove(released.begin(), released.end(), text), released.end());
+        texts.insert_or_assign(text, std::move(filled));
+    }
+
+    bool Has(const void* text) {
+        const Guard guard(lock);
+        return texts.count(text) != 0;
+    }
+
+    bool Remove(const void* text) {
+        constexpr size_t remembered = 256;
+        const Guard guard(lock);
+        if (texts.erase(text) == 0) {
+            return false;
+        }
+        released.push_back(text);
+        if (released.size() > remembered) {
+            released.pop_front();
+        }
+        return true;
+    }
+
+    bool WasReleased(const void* text) {
+        const Guard guard(lock);
+        return std::find(released.begin(), released.end(), text) != released.end();
+    }
+
+    std::map<const void*, Filled> TakeAll() {
+        const Guard guard(lock);
+        return std::exchange(texts, {});
+    }
+
+private:
+    StateLock lock;
+    std::map<const void*, Filled> texts GUARDED_BY(lock);
+    std::deque<const void*> released GUARDED_BY(lock);  // the last ones
+};
+
+std::string ProductOfScope() {
+    const Scope* const scope = Scope::Innermost();
+    return scope != nullptr ? scope->ProductId() : std::string();
+}
+
+bool HoldsText(const lpc_buffer& buffer) noexcept {
+    return buffer.kind != lpc_buffer::Empty && buffer.data != nullptr;
+}
+
+}  // namespace
+
+void LookAtBuffer(const char* function, lpc_buffer* buffer) noexcept {
+    bridge::Guarded([&] {
+        if (buffer == nullptr || !HoldsText(*buffer)) {
+            return;
+        }
+        if (Buffers::OfProcess().Has(buffer->data)) {
+            Buffers::OfProcess().Remove(buffer->data);
+            return;
+        }
+        Report(Rule::BufferNotEmpty, ProductOfScope(), {function});
+        *buffer = lpc_buffer{};
+    });
+}
+
+void NoteFilled(const char* function, const lpc_buffer* buffer) noexcept {
+    bridge::Guarded([&] {
+        if (buffer != nullptr && HoldsText(*buffer)) {
+            Buffers::OfProcess().Add(buffer->data, {function, ProductOfScope()});
+        }
+    });
+}
+
+bool MayRelease(const lpc_buffer& buffer) noexcept {
+    if (!HoldsText(buffer) || Buffers::OfProcess().Remove(buffer.data)) {
+        return true;
+    }
+    bridge::Guarded([&] {
+        Report(Buffers::OfProcess().WasReleased(buffer.data) ? Rule::BufferReleasedTwice : Rule::BufferForeign,
+               ProductOfScope());
+    });
+    return false;
+}
+
+void ReportNotReleased() noexcept {
+    bridge::Guarded([] {
+        std::map<std::pair<std::string, std::string>, size_t> counts;
+        for (const auto& [text, filled] : Buffers::OfProcess().TakeAll()) {
+            ++counts[{filled.productId, filled.function}];
+        }
+        for (const auto& [filled, count] : counts) {
+            Report(Rule::BufferNotReleased, filled.first, {filled.second, std::to_string(count)});
+        }
+    });
+}
+
+}  // namespace checking

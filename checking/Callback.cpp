@@ -1,0 +1,31 @@
+#include "checking/Callback.h"
+
+#include <string>
+
+#include "checking/Channels.h"
+#include "checking/Findings.h"
+
+namespace checking {
+
+bool IsSlow(ULONGLONG milliseconds) noexcept {
+    constexpr unsigned long usual = 5000;
+    return milliseconds > NumberFromEnvironment("VSMSGBUS_CHECK_SLOW", usual);
+}
+
+CallbackRun::CallbackRun(Registration& ofModule, const char* function)
+    : registration(ofModule), scope(function, ofModule.NarrowId()) {
+    registration.Enter(function);
+}
+
+CallbackRun::~CallbackRun() {
+    registration.Leave();
+    const ULONGLONG taken = ::GetTickCount64() - begin;
+    if (taken == 0 || !IsSlow(taken)) {
+        return;
+    }
+    const bool isSink = registration.Service().bit == 0;
+    const std::string function = isSink ? "" : scope.Function();
+    Report(isSink ? Rule::SinkSlow : Rule::CallbackSlow, registration.NarrowId(), {std::to_string(taken), function});
+}
+
+}  // namespace checking

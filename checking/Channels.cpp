@@ -1,0 +1,60 @@
+#include "checking/Channels.h"
+
+#include <windows.h>
+
+#include <cstdlib>
+
+#include "base/Boundary.h"
+#include "checking/Texts.h"
+
+namespace checking {
+
+namespace {
+
+std::wstring FromEnvironment(const wchar_t* name) {
+    std::wstring value(::GetEnvironmentVariableW(name, nullptr, 0), L'\0');
+    value.resize(::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
+    return value;
+}
+
+void Write(HANDLE file, const std::string& line) noexcept {
+    DWORD written = 0;
+    ::WriteFile(file, line.data(), static_cast<DWORD>(line.size()), &written, nullptr);
+}
+
+// Others may read the file meanwhile, or add to it.
+void AddToFile(const std::wstring& path, const std::string& line) noexcept {
+    HANDLE const file = ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file != INVALID_HANDLE_VALUE) {
+        Write(file, line);
+        ::CloseHandle(file);
+    }
+}
+
+}  // namespace
+
+void Tell(const std::string& message) noexcept {
+    bridge::Guarded([&] {
+        const std::string line = message + "\n";
+        ::OutputDebugStringW(Wide(line).c_str());
+        Write(::GetStdHandle(STD_ERROR_HANDLE), line);
+        if (const std::wstring path = FromEnvironment(L"VSMSGBUS_CHECK_FILE"); !path.empty()) {
+            AddToFile(path, line);
+        }
+        const std::wstring wish = FromEnvironment(L"VSMSGBUS_CHECK");
+        if (wish == L"break") {
+            ::DebugBreak();
+        } else if (wish == L"abort") {
+            ::TerminateProcess(::GetCurrentProcess(), 3);
+        }
+    });
+}
+
+unsigned long NumberFromEnvironment(const char* name, unsigned long otherwise) noexcept {
+    char text[32];
+    const DWORD length = ::GetEnvironmentVariableA(name, text, sizeof text);
+    return length != 0 && length < sizeof text ? std::strtoul(text, nullptr, 10) : otherwise;
+}
+
+}  // namespace checking

@@ -1,0 +1,46 @@
+#include "checking/CheckedWalk.h"
+
+#include <utility>
+
+#include "checking/Findings.h"
+
+namespace checking {
+
+template <class... Parameters>
+bool CheckedWalk::Call(Answers& answers, bool (ICallbacks::*operation)(Parameters...), Parameters... given) {
+    const bool goesOn = callbacks.Call(*inside, operation, texts.Copy(given)...);
+    texts.Forget();
+    ++answers.all;
+    answers.goOn += goesOn ? 1U : 0U;
+    return goesOn;
+}
+
+bool CheckedWalk::OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
+                              const wchar_t* name) {
+    return Call(containers, &ICallbacks::OnContainer, featureId, categoryId, typeId, name);
+}
+
+bool CheckedWalk::OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) {
+    return Call(settings, &ICallbacks::OnSettings, name, intParam, strParam);
+}
+
+bool CheckedWalk::OnSection(const wchar_t* name, const wchar_t* reserved) {
+    return Call(sections, &ICallbacks::OnSection, name, reserved);
+}
+
+bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) {
+    return Call(values, &ICallbacks::OnSetting, section, name, value);
+}
+
+void CheckedWalk::ReportRefused() const {
+    // A setting is the last there is: nothing is missed by answering false.
+    const std::pair<const Answers*, const char*> callbacksWithMore[] = {
+        {&containers, "OnContainer"}, {&settings, "OnSettings"}, {&sections, "OnSection"}};
+    for (const auto& [answers, name] : callbacksWithMore) {
+        if (answers->all != 0 && answers->goOn == 0) {
+            Report(Rule::WalkRefused, scope.ProductId(), {name});
+        }
+    }
+}
+
+}  // namespace checking

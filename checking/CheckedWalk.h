@@ -1,0 +1,52 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+#include "VsMsgbus/EnforcePolicy.h"
+#include "checking/LentTexts.h"
+#include "checking/Scope.h"
+#include "values/ModuleInterface.h"
+
+namespace checking {
+
+// A module's callbacks during one walk. What they throw passes through to the module.
+class CheckedWalk final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
+public:
+    using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;
+
+    CheckedWalk(const char* operation, const std::string& productId, ICallbacks* moduleCallbacks)
+        : scope(operation, productId), texts(productId, "a callback of a walk"), callbacks(moduleCallbacks) {}
+
+    // From now on the callbacks may be called.
+    void Begin(bridge::InsidePassage passage) { inside = passage; }
+    // Reports a callback that was never answered true.
+    void ReportRefused() const;
+
+    bool OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
+                     const wchar_t* name) override;
+    bool OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) override;
+    bool OnSection(const wchar_t* name, const wchar_t* reserved) override;
+    bool OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) override;
+
+private:
+    struct Answers {
+        size_t all = 0;
+        size_t goOn = 0;
+    };
+
+    template <class... Parameters>
+    bool Call(Answers& answers, bool (ICallbacks::*operation)(Parameters...), Parameters... given);
+
+    const Scope scope;
+    LentTexts texts;
+    const bridge::ModuleInterface<ICallbacks> callbacks;
+    std::optional<bridge::InsidePassage> inside;
+    Answers containers;
+    Answers settings;
+    Answers sections;
+    Answers values;  // of the settings in the sections
+};
+
+}  // namespace checking

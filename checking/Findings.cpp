@@ -1,0 +1,94 @@
+#include "checking/Findings.h"
+
+#include <windows.h>
+
+#include <map>
+#include <tuple>
+
+#include "base/Boundary.h"
+#include "base/NoDestroyAtExit.h"
+#include "checking/Channels.h"
+#include "checking/Scope.h"
+#include "checking/StateLock.h"
+
+namespace checking {
+
+namespace {
+
+using FindingKey = std::tuple<Rule, std::string, std::string>;  // with product and place
+
+struct FindingTable {
+    StateLock lock;
+    std::map<FindingKey, unsigned> findings;
+};
+
+FindingTable& Findings() {
+    static bridge::NoDestroyAtExit<FindingTable> table;
+    return *table;
+}
+
+std::string WithDetails(std::string_view text, std::initializer_list<std::string_view> details) {
+    std::string filled;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == '{' && i + 2 < text.size() && text[i + 2] == '}') {
+            const auto number = static_cast<size_t>(text[i + 1] - '1');
+            filled += number < details.size() ? details.begin()[number] : std::string_view();
+            i += 2;
+        } else {
+            filled += text[i];
+        }
+    }
+    return filled;
+}
+
+// Whether it is the first of its kind.
+bool IsNew(Rule rule, std::string_view productId, std::string_view place) {
+    FindingTable& table = Findings();
+    const Guard guard(table.lock);
+    return ++table.findings[FindingKey(rule, productId, place)] == 1;
+}
+
+}  // namespace
+
+std::string Message(const RuleText& rule, std::string_view productId, std::initializer_list<std::string_view> details,
+                    std::string_view place) {
+    std::string message = "VsMsgbus check [";
+    message.append(rule.name)
+        .append("] ")
+        .append(productId.empty() ? "(no product)" : productId)
+        .append(": ")
+        .append(WithDetails(rule.what, details));
+    message.append(": ")
+        .append(WithDetails(rule.consequence, details))
+        .append(". ")
+        .append(WithDetails(rule.remedy, details));
+    return message.append(" (").append(place).append(")");
+}
+
+void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details) noexcept {
+    const DWORD lastError = ::GetLastError();
+    bridge::Guarded([&] {
+        const Scope* const scope = Scope::Innermost();
+        const std::string place = scope != nullptr ? scope->Function() : "";
+        if (IsNew(rule, productId, place)) {
+            const std::string thread = "thread " + std::to_string(::GetCurrentThreadId());
+            Tell(Message(TextOf(rule), productId, details, place.empty() ? thread : thread + ", in " + place));
+        }
+    });
+    ::SetLastError(lastError);
+}
+
+unsigned CountFindings(const char* ruleName) noexcept {
+    const RuleText* const wanted = ruleName != nullptr ? FindRule(ruleName) : nullptr;
+    unsigned count = 0;
+    FindingTable& table = Findings();
+    const Guard guard(table.lock);
+    for (const auto& [key, times] : table.findings) {
+        if (ruleName == nullptr || (wanted != nullptr && wanted->rule == std::get<Rule>(key))) {
+            ++count;
+        }
+    }
+    return count;
+}
+
+}  // namespace checking

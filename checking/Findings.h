@@ -1,0 +1,23 @@
+// What was found, once for a rule, a product and a place.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+
+#include "checking/Rules.h"
+
+namespace checking {
+
+// Tells of a finding that was not told before. `details` take the places of "{1}" to "{3}" in the rule's texts. What
+// memory is too short for is not told.
+void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details = {}) noexcept;
+
+// How many different findings of that rule there were; of all rules for null.
+unsigned CountFindings(const char* ruleName) noexcept;
+
+// The line that tells a finding; `place` says where it was made.
+std::string Message(const RuleText& rule, std::string_view productId, std::initializer_list<std::string_view> details,
+                    std::string_view place);
+
+}  // namespace checking

@@ -1,0 +1,90 @@
+#include "checking/LaterChecks.h"
+
+#include <windows.h>
+
+#include <string>
+
+#include "base/Boundary.h"
+#include "checking/Channels.h"
+#include "checking/Findings.h"
+#include "checking/Texts.h"
+#include "checking/Watch.h"
+#include "msgbus/instance/VsMsgbus.h"
+
+namespace checking {
+
+namespace {
+
+unsigned long Grace() noexcept {
+    constexpr unsigned long usual = 5000;
+    return NumberFromEnvironment("VSMSGBUS_CHECK_GRACE", usual);
+}
+
+std::string Hexadecimal(uint32_t number) {
+    std::string text;
+    do {
+        text.insert(text.begin(), "0123456789ABCDEF"[number % 16]);
+        number /= 16;
+    } while (number != 0);
+    return "0x" + text;
+}
+
+void CompareWithMask(const std::string& id, uint32_t mask) {
+    for (const ServiceText& service : services) {
+        const bool isRegistered = Watch::OfProcess().Find(service, Wide(id)) != nullptr;
+        const bool isInMask = (mask & service.bit) != 0;
+        if (isRegistered && !isInMask) {
+            Report(Rule::MaskMissing, id, {service.noun, service.bitName, Hexadecimal(mask)});
+        } else if (!isRegistered && isInMask) {
+            Report(Rule::InterfaceMissing, id, {service.noun, service.bitName, service.set});
+        }
+    }
+}
+
+bool IsAgentThere() {
+    const std::shared_ptr<VsMsgbus> instance = bridge::ShareBridge();
+    return instance != nullptr && instance->IsStarted();
+}
+
+void Check() {
+    const std::map<std::string, Watch::Product> products = Watch::OfProcess().Products();
+    if (products.empty()) {
+        return;
+    }
+    if (const std::string taker = Watch::OfProcess().SinkTaker(); !taker.empty()) {
+        Report(Rule::SinkTaken, taker, {products.begin()->first});
+    }
+    if (!IsAgentThere()) {
+        CheckLater();
+        return;
+    }
+    for (const auto& [id, product] : products) {
+        CompareWithMask(id, product.mask);
+    }
+}
+
+void CALLBACK OnTimer(PTP_CALLBACK_INSTANCE, void*, PTP_TIMER) {
+    bridge::Guarded(&Check);
+}
+
+}  // namespace
+
+void CheckLater() noexcept {
+    constexpr LONGLONG ticksPerMillisecond = 10000;
+    // Without one, this library may be unloaded before the time has come.
+    bool isAnyProductIn = false;
+    bridge::Guarded([&] { isAnyProductIn = !Watch::OfProcess().Products().empty(); });
+    if (!isAnyProductIn) {
+        return;
+    }
+    static PTP_TIMER const timer = ::CreateThreadpoolTimer(&OnTimer, nullptr, nullptr);
+    if (timer == nullptr) {
+        return;
+    }
+    ULARGE_INTEGER due;
+    due.QuadPart = static_cast<ULONGLONG>(-ticksPerMillisecond * static_cast<LONGLONG>(Grace()));
+    FILETIME dueTime = {due.LowPart, due.HighPart};
+    ::SetThreadpoolTimer(timer, &dueTime, 0, 0);
+}
+
+}  // namespace checking

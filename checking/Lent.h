@@ -1,0 +1,107 @@
+// Objects that the bridge lends to a module for one callback. The module is given one of the checks' instead, whose
+// memory stays: a call that comes too late finds it, and is told of.
+#pragma once
+
+#include <windows.h>
+
+#include <atomic>
+#include <deque>
+#include <memory>
+#include <string>
+
+#include "base/NoDestroyAtExit.h"
+#include "checking/Findings.h"
+#include "checking/StateLock.h"
+
+namespace checking {
+
+enum class LentFor { AnyThread, OwnThread };
+
+// A base of such objects: knows `Interface`, the bridge's own object, for as long as the callback runs.
+template <class Interface, LentFor lentFor>
+class Lent {
+public:
+    void Begin(Interface* bridgeObject, const std::string& id, const char* callback) {
+        ownerId = id;
+        function = callback;
+        thread = ::GetCurrentThreadId();
+        object.store(bridgeObject);
+    }
+    void End() noexcept { object.store(nullptr); }
+
+protected:
+    ~Lent() = default;
+
+    // Null, which is reported, when the callback has returned.
+    Interface* Use(const char* operation) {
+        Interface* const usable = object.load();
+        if (usable == nullptr) {
+            Report(Rule::LentKept, ownerId, {operation, function});
+        } else if (lentFor == LentFor::OwnThread && ::GetCurrentThreadId() != thread) {
+            Report(Rule::LentOtherThread, ownerId, {operation, function});
+        }
+        return usable;
+    }
+    const std::string& ProductId() const noexcept { return ownerId; }
+
+private:
+    std::atomic<Interface*> object = nullptr;
+    std::string ownerId;
+    const char* function = "";
+    DWORD thread = 0;
+};
+
+// Where the memory of such objects comes from, and stays. One that was given back rests while many others are lent.
+template <class Object>
+class LentPool {
+public:
+    static LentPool& OfProcess() {
+        static bridge::NoDestroyAtExit<LentPool> pool;
+        return *pool;
+    }
+
+    Object* Take() {
+        constexpr size_t resting = 256;
+        const Guard guard(lock);
+        if (rested.size() < resting) {
+            all.push_back(std::make_unique<Object>());
+            return all.back().get();
+        }
+        Object* const taken = rested.front();
+        rested.pop_front();
+        return taken;
+    }
+    void GiveBack(Object* object) {
+        const Guard guard(lock);
+        rested.push_back(object);
+    }
+
+private:
+    StateLock lock;
+    std::deque<std::unique_ptr<Object>> all GUARDED_BY(lock);
+    std::deque<Object*> rested GUARDED_BY(lock);
+};
+
+// Lends the bridge's object from construction to destruction.
+template <class Object>
+class Loan {
+public:
+    template <class Interface>
+    Loan(Interface* bridgeObject, const std::string& productId, const char* callback)
+        : object(LentPool<Object>::OfProcess().Take()) {
+        object->Begin(bridgeObject, productId, callback);
+    }
+    ~Loan() {
+        object->End();
+        LentPool<Object>::OfProcess().GiveBack(object);
+    }
+    Loan(const Loan&) = delete;
+    Loan& operator=(const Loan&) = delete;
+
+    Object* Get() const noexcept { return object; }
+
+private:
+    Object* const object;
+};
+
+}  // namespace checking

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <windows.h>
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "checking/Services.h"
+
+namespace checking {
+
+// Whom a callback is running on, and which it is.
+struct Insider {
+    DWORD thread;
+    const char* function;
+};
+
+// An interface that a module has registered for a product: where it comes from, and who is inside it. The lock of the
+// checks' state guards who is inside.
+class Registration {
+public:
+    // The calling thread registers the object.
+    Registration(const ServiceText& serviceText, const wchar_t* id, const void* moduleObject);
+    ~Registration();
+    Registration(const Registration&) = delete;
+    Registration& operator=(const Registration&) = delete;
+
+    const ServiceText& Service() const noexcept { return service; }
+    const std::wstring& Id() const noexcept { return wideId; }
+    const std::string& NarrowId() const noexcept { return narrowId; }
+    const std::string& Library() const noexcept { return library; }
+
+    // Raises bridge::ForeignException when the object can be called no more, which is reported.
+    void ExpectThere() const;
+
+    void Enter(const char* function);
+    void Leave() noexcept;
+    bool IsInside(DWORD thread) const;
+    // One that is not the calling thread.
+    std::optional<Insider> InsiderOnOtherThread() const;
+    std::vector<Insider> Insiders() const;
+
+private:
+    const ServiceText& service;
+    const std::wstring wideId;
+    const std::string narrowId;
+    const void* const object;
+    const std::string library;  // the file name
+    const DWORD threadOfStack;  // on whose stack the object lies; 0 for none
+    HANDLE stackOwner = nullptr;
+    std::vector<Insider> insiders;
+};
+
+}  // namespace checking

@@ -1,0 +1,72 @@
+// What the checking bridge finds. Its messages and docs/CHECKS.md are made of this table.
+#pragma once
+
+#include <cstddef>
+#include <span>
+
+namespace checking {
+
+enum class Rule : unsigned char {
+    IdDiffers,
+    IdUnusable,
+    MaskEmpty,
+    MaskMissing,
+    InterfaceMissing,
+    SetTwice,
+    SetNull,
+    OnEndedStack,
+    InterfaceGone,
+    HeadersDiffer,
+    RemoveUnknown,
+    RemoveInside,
+    RemoveGaveUp,
+    LeftRegistered,
+    EntryNoSink,
+    EntryFailed,
+    ExitUnknown,
+    ExitOtherInstance,
+    ExitWhileCalled,
+    ExitMissing,
+    LoaderLock,
+    SinkTaken,
+    NotEntered,
+    LentKept,
+    LentOtherThread,
+    TextKept,
+    OutputTooSmall,
+    BufferNotEmpty,
+    BufferReleasedTwice,
+    BufferForeign,
+    BufferNotReleased,
+    NothingDone,
+    TaskStatus,
+    TaskAnswer,
+    TaskStateAnswer,
+    TaskWithoutEnd,
+    WalkRefused,
+    WalkOfOtherId,
+    PropertyNull,
+    CallbackThrew,
+    CallbackSlow,
+    SinkSlow,
+    WaitCycle,
+};
+
+// Texts are UTF-8. In `what`, `consequence` and `remedy` "{1}" to "{3}" stand for what a finding gives.
+struct RuleText {
+    Rule rule;
+    const char* name;         // as in "MASK-MISSING"
+    const char* what;         // what was done: the middle of a sentence, behind the product's id
+    const char* consequence;  // what comes of it: the end of that sentence
+    const char* remedy;       // one or more sentences
+    const char* mistake;      // code that makes it
+    const char* right;        // the same code as it should be
+};
+
+// Of every rule, in the order of the enumeration.
+std::span<const RuleText> AllRules() noexcept;
+const RuleText& TextOf(Rule rule) noexcept;
+// Null when no rule is called that.
+const RuleText* FindRule(const char* name) noexcept;
+
+}  // namespace checking

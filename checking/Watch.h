@@ -1,0 +1,68 @@
+#pragma once
+
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "checking/Registration.h"
+#include "checking/StateLock.h"
+
+namespace checking {
+
+using RegistrationPointer = std::shared_ptr<Registration>;
+
+// What the process's modules have done so far: who has entered, and what is registered.
+class Watch {
+public:
+    struct Product {
+        uint32_t mask = 0;
+        const void* instance = nullptr;
+    };
+
+    Watch() = default;
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+    static Watch& OfProcess();
+    StateLock& Lock() noexcept { return lock; }
+
+    // Reports an id of which another spelling is known, or that no agent can use. `function` is given it.
+    void LookAtId(const char* function, const std::wstring& id);
+
+    // A product that is in keeps its mask.
+    void AddProduct(const std::string& id, uint32_t mask, const void* instance);
+    // What it was; none when it was not in.
+    std::optional<Product> RemoveProduct(const std::string& id);
+    std::optional<Product> FindProduct(const std::string& id);
+    // One that is in; empty when none is.
+    std::string AnyProduct();
+    std::map<std::string, Product> Products();
+
+    // False, and nothing changes, when the service has one of that id.
+    bool Add(const RegistrationPointer& registration);
+    RegistrationPointer Remove(const ServiceText& service, const std::wstring& id);
+    RegistrationPointer Find(const ServiceText& service, const std::wstring& id);
+    std::vector<RegistrationPointer> Registrations();
+
+    // The sinks that were offered since the last Exit: the first one serves the process.
+    bool HasSink();
+    void AddSink(std::shared_ptr<void> sink);
+    std::vector<std::shared_ptr<void>> TakeSinks();
+    // Whose Exit took the sinks, while no other was offered since. `id` is the one that takes them.
+    std::string SinkTaker();
+    void SetSinkTaker(const std::string& id);
+
+private:
+    using Key = std::pair<uint32_t, std::wstring>;  // the service's bit and the product's id
+
+    StateLock lock;
+    std::map<std::string, Product> products GUARDED_BY(lock);
+    std::map<Key, RegistrationPointer> registrations GUARDED_BY(lock);
+    std::map<std::wstring, std::wstring> spellings GUARDED_BY(lock);  // the first one of each id, by its folded form
+    std::vector<std::shared_ptr<void>> sinks GUARDED_BY(lock);
+    std::string sinkTaker GUARDED_BY(lock);
+};
+
+}  // namespace checking

@@ -1,0 +1,166 @@
+// The exports that a module calls between Entry and Exit.
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "base/Boundary.h"
+#include "checking/Buffers.h"
+#include "checking/Findings.h"
+#include "checking/ModuleMemory.h"
+#include "checking/Scope.h"
+#include "checking/Tasks.h"
+#include "checking/Texts.h"
+#include "checking/Watch.h"
+#include "checking/exports/Checked.h"
+
+using namespace checking;
+using VsKitMsgbus::INYTaskEnforcer;
+using VsKitMsgbus::lpc_buffer;
+
+namespace {
+
+// What is called before anybody has entered does nothing.
+void LookWhetherEntered(const char* function) noexcept {
+    bridge::Guarded([&] {
+        if (Watch::OfProcess().AnyProduct().empty()) {
+            Report(Rule::NotEntered, "", {function});
+        }
+    });
+}
+
+int32_t ReportNothingDone(const char* function) noexcept {
+    Report(Rule::NothingDone, "", {function});
+    return 0;
+}
+
+// Memory of the system's, with nothing behind it.
+class Area {
+public:
+    explicit Area(size_t wanted) noexcept
+        : memory(
+              static_cast<unsigned char*>(::VirtualAlloc(nullptr, wanted, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE))) {}
+    ~Area() {
+        if (memory != nullptr) {
+            ::VirtualFree(memory, 0, MEM_RELEASE);
+        }
+    }
+    Area(const Area&) = delete;
+    Area& operator=(const Area&) = delete;
+
+    unsigned char* Get() const noexcept { return memory; }
+
+private:
+    unsigned char* const memory;
+};
+
+using Convert = int32_t (*)(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
+                            uint64_t type) noexcept;
+
+// The agent's result goes into memory with room for more, and from there as far as the module's has room.
+int32_t ConvertChecked(const char* function, Convert convert, const unsigned char* data, unsigned int size,
+                       unsigned char* out, unsigned int* outSize, uint64_t type) noexcept {
+    constexpr size_t more = 1U << 20U;
+    constexpr unsigned untouched = std::numeric_limits<unsigned>::max();
+    const Scope scope(function, "");
+    const Area area(size_t{2} * size + more);
+    if (out == nullptr || outSize == nullptr || area.Get() == nullptr) {
+        return convert(data, size, out, outSize, type);
+    }
+    unsigned resultSize = untouched;
+    const int32_t answer = convert(data, size, area.Get(), &resultSize, type);
+    if (resultSize == untouched) {
+        return answer;
+    }
+    *outSize = resultSize;
+    const size_t room = RoomAt(out, resultSize);
+    if (room < resultSize) {
+        bridge::Guarded([&] {
+            Report(Rule::OutputTooSmall, Watch::OfProcess().AnyProduct(),
+                   {function, std::to_string(resultSize), std::to_string(room)});
+        });
+    }
+    std::copy_n(area.Get(), std::min<size_t>(room, resultSize), out);
+    return answer;
+}
+
+}  // namespace
+
+int CheckedVsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
+    const Scope scope("VsKitEnforceLocalPolicy", productId);
+    LookWhetherEntered("VsKitEnforceLocalPolicy");
+    if (productId != nullptr) {
+        bridge::Guarded([&] { Watch::OfProcess().LookAtId("VsKitEnforceLocalPolicy", productId); });
+    }
+    return VsKitEnforceLocalPolicy(productId);
+}
+
+void CheckedUpdateMsgbusTaskStatus(const wchar_t* taskId, int status) noexcept {
+    const Scope scope("UpdateMsgbusTaskStatus", "");
+    LookWhetherEntered("UpdateMsgbusTaskStatus");
+    bridge::Guarded([&] {
+        const bool isKnown = status == INYTaskEnforcer::NothingDecided || status == INYTaskEnforcer::Failed ||
+                             status == INYTaskEnforcer::Succeeded || status == INYTaskEnforcer::AgentDefined;
+        if (!isKnown) {
+            Report(Rule::TaskStatus, Watch::OfProcess().AnyProduct(), {std::to_string(status)});
+        }
+        if (taskId != nullptr && status != INYTaskEnforcer::NothingDecided) {
+            NoteTaskEnded(taskId);
+        }
+    });
+    UpdateMsgbusTaskStatus(taskId, status);
+}
+
+void CheckedVsKitHealthCheckRegisterCB(const wchar_t* name, VsKitHealthCheckCallback callback) noexcept {
+    const Scope scope("VsKitHealthCheckRegisterCB", "");
+    LookWhetherEntered("VsKitHealthCheckRegisterCB");
+    VsKitHealthCheckRegisterCB(name, callback);
+}
+
+int32_t CheckedVsKitMsgbusEncryptData(const unsigned char* data, unsigned int size, unsigned char* out,
+                                      unsigned int* outSize, uint64_t type) noexcept {
+    return ConvertChecked("VsKitMsgbusEncryptData", &VsKitMsgbusEncryptData, data, size, out, outSize, type);
+}
+
+int32_t CheckedVsKitMsgbusDecryptData(const unsigned char* data, unsigned int size, unsigned char* out,
+                                      unsigned int* outSize, uint64_t type) noexcept {
+    return ConvertChecked("VsKitMsgbusDecryptData", &VsKitMsgbusDecryptData, data, size, out, outSize, type);
+}
+
+int32_t CheckedVsKitMsgbusDecodeData(...) noexcept {
+    return ReportNothingDone("VsKitMsgbusDecodeData");
+}
+
+int32_t CheckedVsKitMsgbusEncodeData(...) noexcept {
+    return ReportNothingDone("VsKitMsgbusEncodeData");
+}
+
+int32_t CheckedVsKitMsgbusDecodeAndDecryptData(...) noexcept {
+    return ReportNothingDone("VsKitMsgbusDecodeAndDecryptData");
+}
+
+int32_t CheckedVsKitMsgbusEncryptAndEncodeData(...) noexcept {
+    return ReportNothingDone("VsKitMsgbusEncryptAndEncodeData");
+}
+
+int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept {
+    const Scope scope("VsKitMsgbusGetInformation", "");
+    return CallWithBuffer("VsKitMsgbusGetInformation", out, [&] { return VsKitMsgbusGetInformation(index, out); });
+}
+
+int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, lpc_buffer* out) noexcept {
+    const Scope scope("VsKitMsgbusGetInfoByKeyName", "");
+    return CallWithBuffer("VsKitMsgbusGetInfoByKeyName", out, [&] { return VsKitMsgbusGetInfoByKeyName(key, out); });
+}
+
+void CheckedLpcBufferRelease(lpc_buffer* buffer) noexcept {
+    if (MayRelease(*buffer)) {
+        buffer->Release();
+    } else {
+        *buffer = lpc_buffer{};
+    }
+}
+
+unsigned VsMsgbusCheckFindings(const char* rule) noexcept {
+    return CountFindings(rule);
+}

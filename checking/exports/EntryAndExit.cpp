@@ -1,0 +1,182 @@
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+#include "checking/Buffers.h"
+#include "checking/CheckedSink.h"
+#include "checking/Findings.h"
+#include "checking/Keep.h"
+#include "checking/LaterChecks.h"
+#include "checking/LoaderLock.h"
+#include "checking/Scope.h"
+#include "checking/Tasks.h"
+#include "checking/Texts.h"
+#include "checking/Waits.h"
+#include "checking/Watch.h"
+#include "checking/exports/Checked.h"
+
+using namespace checking;
+
+namespace {
+
+void LookAtEntry(const char* productId, uint32_t serviceMask, const VsKitMsgbus::ILogSink* logSink) {
+    Watch& watch = Watch::OfProcess();
+    if (!IsUtf8(productId)) {
+        Report(Rule::IdUnusable, productId, {"VsMsgbusEntry", "not UTF-8"});
+    } else {
+        watch.LookAtId("VsMsgbusEntry", Wide(productId));
+    }
+    if ((serviceMask & allServices) == 0) {
+        Report(Rule::MaskEmpty, productId, {std::to_string(serviceMask)});
+    }
+    if (logSink == nullptr && !watch.HasSink()) {
+        Report(Rule::EntryNoSink, productId);
+    }
+}
+
+// Without memory for a checked one, the module's own.
+VsKitMsgbus::ILogSink* CheckSink(const char* productId, VsKitMsgbus::ILogSink* logSink) noexcept {
+    VsKitMsgbus::ILogSink* checked = logSink;
+    bridge::Guarded([&] {
+        if (const auto sink = CheckedSink::Make(Wide(productId).c_str(), logSink)) {
+            Watch::OfProcess().AddSink(sink);
+            checked = sink.get();
+        }
+    });
+    return checked;
+}
+
+void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, VsMsgbus* instance) {
+    if (instance != nullptr) {
+        Watch::OfProcess().AddProduct(productId, serviceMask, instance);
+        CheckLater();
+    }
+    if (!isAnswered) {
+        Report(Rule::EntryFailed, productId,
+               {"", instance != nullptr
+                        ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
+                        : "the product is not entered, and nobody asks it"});
+    }
+}
+
+bool IsOf(const Registration& registration, const std::string& productId) {
+    return registration.NarrowId() == productId;
+}
+
+std::vector<RegistrationPointer> RegistrationsOf(const std::string& productId) {
+    std::vector<RegistrationPointer> ofProduct;
+    for (const RegistrationPointer& registration : Watch::OfProcess().Registrations()) {
+        if (IsOf(*registration, productId)) {
+            ofProduct.push_back(registration);
+        }
+    }
+    return ofProduct;
+}
+
+// Whether the call leaves a product.
+bool LookAtExit(const char* productId, const VsMsgbus* instance) {
+    const auto product = productId != nullptr ? Watch::OfProcess().FindProduct(productId) : std::nullopt;
+    if (!product.has_value()) {
+        Report(Rule::ExitUnknown, productId != nullptr ? productId : "");
+        return false;
+    }
+    if (product->instance != instance) {
+        Report(Rule::ExitOtherInstance, productId);
+        return false;
+    }
+    return true;
+}
+
+bool IsInsideAny(const std::vector<RegistrationPointer>& registrations) {
+    for (const RegistrationPointer& registration : registrations) {
+        if (registration->IsInside(::GetCurrentThreadId())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool LeaveProduct(const char* productId, VsMsgbus* instance) {
+    const std::vector<RegistrationPointer> registrations = RegistrationsOf(productId);
+    bool answer = true;
+    if (IsInsideAny(registrations)) {
+        answer = VsMsgbusExit(productId, instance);
+    } else {
+        const Wait wait("VsMsgbusExit", registrations);
+        answer = VsMsgbusExit(productId, instance);
+    }
+    for (const RegistrationPointer& registration : registrations) {
+        if (const auto inside = registration->InsiderOnOtherThread()) {
+            Report(Rule::ExitWhileCalled, productId, {std::to_string(inside->thread), inside->function});
+        }
+    }
+    ReportTasksWithoutEnd(productId);
+    return answer;
+}
+
+void LookAtWhatStays(const char* productId) {
+    Watch& watch = Watch::OfProcess();
+    const bool isAnyProductLeft = !watch.AnyProduct().empty();
+    const auto sinks = watch.TakeSinks();
+    for (const auto& sink : sinks) {
+        KeepForNow(sink);
+    }
+    if (!isAnyProductLeft) {
+        watch.SetSinkTaker("");
+        ReportNotReleased();
+    } else if (!sinks.empty()) {
+        // Those that stay may soon leave, too, or one may give another sink.
+        watch.SetSinkTaker(productId != nullptr ? productId : "");
+        CheckLater();
+    }
+}
+
+}  // namespace
+
+bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
+                          VsMsgbus** outInstance) noexcept {
+    const Scope scope("VsMsgbusEntry", productId != nullptr ? productId : "");
+    if (productId == nullptr || outInstance == nullptr) {
+        Report(Rule::EntryFailed, scope.ProductId(),
+               {productId == nullptr ? ", because it is given no id" : ", because it is given null for outInstance",
+                "the product is not entered, and nobody asks it"});
+        return VsMsgbusEntry(productId, serviceMask, logSink, outInstance);
+    }
+    LookAtLoaderLock("VsMsgbusEntry", Wide(productId).c_str());
+    bridge::Guarded([&] { LookAtEntry(productId, serviceMask, logSink); });
+    VsMsgbus* instance = nullptr;
+    const bool answer = VsMsgbusEntry(productId, serviceMask, CheckSink(productId, logSink), &instance);
+    if (instance != nullptr) {
+        *outInstance = instance;
+    }
+    bridge::Guarded([&] { LookAtAnswer(productId, serviceMask, answer, instance); });
+    return answer;
+}
+
+bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
+    const Scope scope("VsMsgbusExit", productId != nullptr ? productId : "");
+    LookAtLoaderLock("VsMsgbusExit", Wide(scope.ProductId()).c_str());
+    bool answer = true;
+    bool hasLeft = false;
+    bridge::Guarded([&] {
+        if (LookAtExit(productId, instance)) {
+            Watch::OfProcess().RemoveProduct(productId);
+            hasLeft = true;
+            answer = LeaveProduct(productId, instance);
+        }
+    });
+    if (!hasLeft) {
+        answer = VsMsgbusExit(productId, instance);
+    }
+    bridge::Guarded([&] { LookAtWhatStays(productId); });
+    return answer;
+}
+
+VsMsgbusClientRecord* CheckedGetMsgbusClient() noexcept {
+    if (Watch::OfProcess().AnyProduct().empty()) {
+        Report(Rule::NotEntered, "", {"GetMsgbusClient"});
+        return nullptr;
+    }
+    return GetMsgbusClient();
+}

@@ -1,0 +1,89 @@
+// What the exports that register interfaces have in common.
+// front.
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "base/Boundary.h"
+#include "checking/Findings.h"
+#include "checking/Keep.h"
+#include "checking/LaterChecks.h"
+#include "checking/LoaderLock.h"
+#include "checking/Registration.h"
+#include "checking/Scope.h"
+#include "checking/Texts.h"
+#include "checking/Waits.h"
+#include "checking/Watch.h"
+
+namespace checking {
+
+// Has `set(interface)`, the bridge's export, register a Wrapper around the module's interface. Without memory for one,
+// the interface itself.
+template <class Wrapper, class Interface, class Set, class... More>
+bool SetInterface(const ServiceText& service, const wchar_t* productId, Interface* moduleInterface, const Set& set,
+                  const More&... more) noexcept {
+    std::shared_ptr<Wrapper> wrapper;
+    bool isFirst = false;
+    bridge::Guarded([&] {
+        const Scope scope(service.set, productId);
+        if (productId == nullptr || moduleInterface == nullptr) {
+            Report(Rule::SetNull, Narrow(productId), {service.set, productId == nullptr ? "id" : service.noun});
+            return;
+        }
+        Watch::OfProcess().LookAtId(service.set, productId);
+        wrapper = std::make_shared<Wrapper>(productId, moduleInterface, more...);
+        isFirst = Watch::OfProcess().Add(wrapper);
+        if (!isFirst) {
+            Report(Rule::SetTwice, wrapper->NarrowId(), {service.noun});
+            KeepForNow(wrapper);
+        }
+    });
+    const bool answer = set(wrapper != nullptr ? static_cast<Interface*>(wrapper.get()) : moduleInterface);
+    bridge::Guarded([&] {
+        if (isFirst && !answer) {
+            KeepForNow(Watch::OfProcess().Remove(service, productId));
+        }
+    });
+    CheckLater();
+    return answer;
+}
+
+// Whoever is inside a registration of this thread's: what is removed then is not waited for.
+inline bool IsInsideItself(const RegistrationPointer& registration) {
+    return registration->IsInside(::GetCurrentThreadId());
+}
+
+// Has `remove()`, the bridge's export, take the registration away.
+template <class Remove>
+bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const Remove& remove) noexcept {
+    LookAtLoaderLock(service.remove, productId);
+    bool answer = true;
+    const bool isChecked = bridge::Guarded([&] {
+        const Scope scope(service.remove, productId);
+        const RegistrationPointer registration =
+            productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;
+        if (registration == nullptr) {
+            Report(Rule::RemoveUnknown, Narrow(productId), {service.remove, service.noun});
+            answer = remove();
+            return;
+        }
+        KeepForNow(registration);
+        if (IsInsideItself(registration)) {
+            Report(Rule::RemoveInside, registration->NarrowId(), {service.remove, "a callback"});
+            answer = remove();
+            return;
+        }
+        {
+            const Wait wait(service.remove, {registration});
+            answer = remove();
+        }
+        if (const auto inside = registration->InsiderOnOtherThread()) {
+            Report(Rule::RemoveGaveUp, registration->NarrowId(),
+                   {service.remove, std::to_string(inside->thread), inside->function});
+        }
+    });
+    return isChecked ? answer : remove();
+}
+
+}  // namespace checking

@@ -1,0 +1,74 @@
+#pragma once
+
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "checking/Rules.h"
+#include "checking/exports/Checked.h"
+#include "support/BridgeTest.h"
+#include "support/LogFile.h"
+
+// A test with the checking bridge, an agent, and a product id of its own: a finding is told once for each product. What
+// the test does not ask for must not be found.
+class CheckedTest : public InstalledAgentTest {
+protected:
+    CheckedTest() {
+        ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", file.path.c_str());
+        SetNumber("VSMSGBUS_CHECK_GRACE", "100");
+    }
+
+    void TearDown() override {
+        InstalledAgentTest::TearDown();
+        SetNumber("VSMSGBUS_CHECK_GRACE", nullptr);
+        SetNumber("VSMSGBUS_CHECK_SLOW", nullptr);
+        EXPECT_EQ(VsMsgbusCheckFindings(nullptr) - before, expected) << file.Text();
+        ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", nullptr);
+    }
+
+    static void SetNumber(const char* name, const char* number) { ::SetEnvironmentVariableA(name, number); }
+
+    // How many of the rule there are since the test began; they are expected.
+    unsigned Found(const char* rule) {
+        const unsigned count = VsMsgbusCheckFindings(rule) - beforeOfRules.at(rule);
+        if (count > asked[rule]) {
+            expected += count - asked[rule];
+            asked[rule] = count;
+        }
+        return count;
+    }
+
+    // The only line so far, from its rule on and without the number of the thread.
+    std::string OnlyLine() const {
+        std::string line = file.Text();
+        const size_t thread = line.rfind("(thread ");
+        if (thread == std::string::npos || line.find('\n') + 1 != line.size()) {
+            return line;
+        }
+        const size_t number = thread + 8;
+        line.erase(number, line.find_first_not_of("0123456789", number) - number);
+        return line.substr(0, line.size() - 1);
+    }
+
+    const std::string id = "CHECKED" + std::to_string(++tests) + "_" + std::to_string(::GetCurrentProcessId());
+    const std::wstring wideId = Wide(id);
+    LogFile file;
+
+private:
+    static std::map<std::string, unsigned> CountAll() {
+        std::map<std::string, unsigned> counts;
+        for (const checking::RuleText& rule : checking::AllRules()) {
+            counts[rule.name] = VsMsgbusCheckFindings(rule.name);
+        }
+        return counts;
+    }
+
+    const unsigned before = VsMsgbusCheckFindings(nullptr);
+    const std::map<std::string, unsigned> beforeOfRules = CountAll();
+    std::map<std::string, unsigned> asked;
+    unsigned expected = 0;
+    static inline unsigned tests = 0;
+};

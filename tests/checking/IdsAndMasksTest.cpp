@@ -1,0 +1,71 @@
+// What the checking bridge says of ids and masks.
+#include "checking/CheckedTest.h"
+#include "support/Enforcer.h"
+
+namespace {
+
+class CheckedIds : public CheckedTest {};
+class CheckedMasks : public CheckedTest {};
+
+TEST_F(CheckedIds, ThatDifferInLetterCaseAreNamed) {
+    const Product product(id, &sink);
+    const std::wstring other = L"checked" + wideId.substr(7);
+    const Registration wrong(Narrow(other), collector);
+    const Registration registration(id, collector);
+    EXPECT_EQ(Found("ID-DIFFERS"), 1U);
+    EXPECT_EQ(OnlyLine(),
+              "VsMsgbus check [ID-DIFFERS] " + Narrow(other) +
+                  ": VsKitMsgbusSetCollectProperties is given this id, which differs from \"" + id +
+                  "\" in the case of letters or in blanks alone: ids are compared exactly, so these are two "
+                  "products. Write the id in one place, and make the narrow and the wide form from it. "
+                  "(thread , in VsKitMsgbusSetCollectProperties)");
+}
+
+TEST_F(CheckedIds, ThatDifferInABlankAreNamed) {
+    const Product product(id, &sink);
+    const Registration registration(id, collector);
+    EXPECT_EQ(VsKitEnforceLocalPolicy((wideId + L" ").c_str()), 0);
+    EXPECT_EQ(Found("ID-DIFFERS"), 1U);
+}
+
+TEST_F(CheckedIds, ThatAreTheSameAreNot) {
+    const Product product(id, &sink);
+    const Registration registration(id, collector);
+    EXPECT_EQ(Ask(id), answered);
+}
+
+TEST_F(CheckedIds, ThatAreEmptyOrNotUtf8AreNamed) {
+    { const Product product("", &sink); }
+    EXPECT_EQ(Found("ID-UNUSABLE"), 1U);
+    { const Product product(id + "\xFF", &sink); }
+    EXPECT_EQ(Found("ID-UNUSABLE"), 2U);
+}
+
+TEST_F(CheckedMasks, WithoutAServiceAreNamed) {
+    { const Product product(id, &sink, 0x400); }
+    EXPECT_EQ(Found("MASK-EMPTY"), 1U);
+    EXPECT_EQ(OnlyLine(),
+              "VsMsgbus check [MASK-EMPTY] " + id +
+                  ": it enters with the mask 1024, which names no service: the agent will never call it. "
+                  "Give VsMsgbusEntry the VsMsgbusService bits of the interfaces that the product registers. "
+                  "(thread , in VsMsgbusEntry)");
+}
+
+TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
+    const Product right(id + "right", &sink);
+    const Registration rightOne(id + "right", collector);
+    const Product wrong(id, &sink, VsMsgbusServicePolicy);
+    const Registration wrongOne(id, collector);
+    EXPECT_TRUE(WaitUntil([&] { return Found("INTERFACE-MISSING") + Found("MASK-MISSING") == 2; }));
+    EXPECT_THAT(file.Text(), testing::HasSubstr(
+                                 "VsMsgbus check [MASK-MISSING] " + id +
+                                 ": its collector is registered, but it entered without VsMsgbusServiceProperty (mask "
+                                 "0x1000): the agent will never ask it. Add the bit to the mask of VsMsgbusEntry. ("));
+    EXPECT_THAT(file.Text(), testing::HasSubstr("VsMsgbus check [INTERFACE-MISSING] " + id +
+                                                ": it entered with VsMsgbusServicePolicy, but has no policy enforcer "
+                                                "registered: the agent asks it and gets nothing. Call "
+                                                "VsKitMsgbusSetEnforcePolicy, or take the bit out of the mask of "
+                                                "VsMsgbusEntry. ("));
+}
+
+}  // namespace

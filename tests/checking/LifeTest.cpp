@@ -1,0 +1,157 @@
+// What the checking bridge says of Entry, Exit and what is called outside them.
+#include <filesystem>
+
+#include "VsMsgbus.h"
+#include "checking/CheckedTest.h"
+#include "support/TaskEnforcer.h"
+
+namespace {
+
+class CheckedLife : public CheckedTest {
+protected:
+    // Runs a test of this program in a process of its own.
+    int RunAlone(const std::string& test) const {
+        char program[MAX_PATH] = {};
+        ::GetModuleFileNameA(nullptr, program, MAX_PATH);
+        std::string command = "\"" + std::string(program) + "\" --gtest_also_run_disabled_tests --gtest_filter=" + test;
+        STARTUPINFOA startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process{};
+        if (::CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
+                             &process) == FALSE) {
+            return -1;
+        }
+        DWORD code = 0;
+        ::WaitForSingleObject(process.hProcess, INFINITE);
+        ::GetExitCodeProcess(process.hProcess, &code);
+        ::CloseHandle(process.hThread);
+        ::CloseHandle(process.hProcess);
+        return static_cast<int>(code);
+    }
+};
+
+TEST_F(CheckedLife, AnEntryWithoutASinkIsNamed) {
+    const Registration registration(id, collector);
+    const Product product(id);
+    EXPECT_EQ(Found("ENTRY-NO-SINK"), 1U);
+}
+
+TEST_F(CheckedLife, AnEntryWithoutASinkBesideOneWithASinkIsRight) {
+    const Registration registration(id, collector);
+    const Registration otherRegistration(id + "other", collector);
+    const Product product(id, &sink);
+    const Product other(id + "other");
+}
+
+TEST_F(CheckedLife, AnEntryThatIsGivenNullIsNamed) {
+    EXPECT_FALSE(VsMsgbusEntry(id.c_str(), VsMsgbusServiceProperty, &sink, nullptr));
+    EXPECT_EQ(Found("ENTRY-FAILED"), 1U);
+}
+
+TEST_F(CheckedLife, AnEntryWhoseServiceTheAgentRefusesIsNamed) {
+    ny_sim_fail_call("ny_property_register_provider_callback", 1, 77, NY_SIM_FROM_THEN_ON);
+    const Registration registration(id, collector);
+    const Product product(id, &sink);
+    EXPECT_FALSE(product.IsEntered());
+    ny_sim_clear_faults();
+    EXPECT_EQ(Found("ENTRY-FAILED"), 1U);
+    EXPECT_EQ(OnlyLine(),
+              "VsMsgbus check [ENTRY-FAILED] " + id +
+                  ": VsMsgbusEntry answers false: the agent has refused a service; the product is entered and "
+                  "must be left with VsMsgbusExit. Look at the answer of VsMsgbusEntry and at what it wrote "
+                  "to outInstance. (thread , in VsMsgbusEntry)");
+}
+
+TEST_F(CheckedLife, AnExitOfAnIdThatIsNotInIsNamed) {
+    Product product(id, &sink);
+    EXPECT_TRUE(VsMsgbusExit((id + "other").c_str(), product.Instance()));
+    EXPECT_EQ(Found("EXIT-UNKNOWN"), 1U);
+}
+
+TEST_F(CheckedLife, AnExitWithAnotherInstanceIsNamed) {
+    const Product product(id, &sink);
+    EXPECT_TRUE(VsMsgbusExit(id.c_str(), nullptr));
+    EXPECT_EQ(Found("EXIT-OTHER-INSTANCE"), 1U);
+}
+
+TEST_F(CheckedLife, AnExitThatTakesTheSinkFromOthersIsNamed) {
+    const Registration registration(id, collector);
+    const Product stays(id, &sink);
+    { const Product leaves(id + "other", &sink); }
+    EXPECT_TRUE(WaitUntil([&] { return Found("SINK-TAKEN") == 1; }));
+    EXPECT_THAT(file.Text(),
+                testing::HasSubstr("[SINK-TAKEN] " + id + "other: its Exit takes the log sink away, which " + id +
+                                   " still needs: "));
+}
+
+TEST_F(CheckedLife, WhatIsCalledBeforeAnybodyHasEnteredIsNamed) {
+    UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
+    VsKitHealthCheckRegisterCB(L"health", [] {});
+    EXPECT_EQ(VsKitEnforceLocalPolicy(wideId.c_str()), 0);
+    EXPECT_EQ(GetMsgbusClient(), nullptr);
+    EXPECT_EQ(Found("NOT-ENTERED"), 4U);
+}
+
+TEST_F(CheckedLife, WhatIsCalledBetweenEntryAndExitIsRight) {
+    const Registration registration(id, collector);
+    const Product product(id, &sink);
+    UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
+    VsKitHealthCheckRegisterCB(L"health", [] {});
+    EXPECT_NE(GetMsgbusClient(), nullptr);
+}
+
+TEST_F(CheckedLife, AnEntryUnderTheLoaderLockIsNamed) {
+    using Lock = LONG(NTAPI*)(ULONG flags, ULONG * state, ULONG_PTR * cookie);
+    using Unlock = LONG(NTAPI*)(ULONG flags, ULONG_PTR cookie);
+    const HMODULE system = ::GetModuleHandleA("ntdll.dll");
+    const auto lock = reinterpret_cast<Lock>(reinterpret_cast<void*>(::GetProcAddress(system, "LdrLockLoaderLock")));
+    const auto unlock =
+        reinterpret_cast<Unlock>(reinterpret_cast<void*>(::GetProcAddress(system, "LdrUnlockLoaderLock")));
+    const Registration registration(id, collector);
+    ULONG_PTR cookie = 0;
+    ASSERT_EQ(lock(0, nullptr, &cookie), 0);
+    Product product(id, &sink);
+    ASSERT_EQ(unlock(0, cookie), 0);
+    EXPECT_EQ(Found("LOADER-LOCK"), 1U);
+}
+
+// What a process leaves behind, for the next two: not a test of its own.
+TEST(PlantedEnd, DISABLED_LeavesAProductAndACollector) {
+    static CapturingSink sink;
+    static Collector collector;
+    VsMsgbus* instance = nullptr;
+    ASSERT_TRUE(VsMsgbusEntry("LEFT1000", VsMsgbusServiceProperty, &sink, &instance));
+    ASSERT_TRUE(VsKitMsgbusSetCollectProperties(L"LEFT1000", &collector, nullptr));
+}
+TEST(PlantedEnd, DISABLED_LeavesNothing) {
+    static CapturingSink sink;
+    static Collector collector;
+    const Registration registration("LEFT1000", collector);
+    const Product product("LEFT1000", &sink);
+}
+
+TEST_F(CheckedLife, WhatAProcessLeavesBehindIsNamedAtItsEnd) {
+    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 0);
+    EXPECT_THAT(file.Text(),
+                testing::HasSubstr("VsMsgbus check [EXIT-MISSING] LEFT1000: it has not left when the process "
+                                   "ends: the agent is told nothing, and may call code that is gone. Call "
+                                   "VsMsgbusExit on the module's way out. (thread "));
+    EXPECT_THAT(
+        file.Text(),
+        testing::HasSubstr("VsMsgbus check [LEFT-REGISTERED] LEFT1000: its collector, of checking_tests.exe, is "
+                           "still registered when the process ends: what calls it late finds nothing. Remove every "
+                           "registration on the module's way out. (thread "));
+}
+
+TEST_F(CheckedLife, AProcessThatLeavesNothingBehindEndsSilently) {
+    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesNothing"), 0);
+    EXPECT_EQ(file.Text(), "");
+}
+
+TEST_F(CheckedLife, AProcessEndsAtItsFirstFindingWhenItShall) {
+    ::SetEnvironmentVariableA("VSMSGBUS_CHECK", "abort");
+    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 3);
+    ::SetEnvironmentVariableA("VSMSGBUS_CHECK", nullptr);
+}
+
+}  // namespace
