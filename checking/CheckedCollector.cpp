@@ -13,12 +13,44 @@ bool CheckedPropertySet::SetProperty(const wchar_t* path, const wchar_t* name, c
     return set != nullptr && set->SetProperty(path, name, value);
 }
 
+CheckedCollector::CheckedCollector(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* moduleCollector,
+                                   std::shared_ptr<CheckedSink> moduleSink)
+    : Registration(services[Property], productId, moduleCollector),
+      collector(moduleCollector),
+      sink(std::move(moduleSink)),
+      lent(LentPool<CheckedPropertySet>::OfProcess().Take()) {}
+
+CheckedCollector::~CheckedCollector() {
+    lent->EndAll();
+    LentPool<CheckedPropertySet>::OfProcess().GiveBack(lent);
+}
+
+void CheckedCollector::BeRemoved() noexcept {
+    Registration::BeRemoved();
+    if (!InsiderOnOtherThread().has_value() && !IsInside(::GetCurrentThreadId())) {
+        lent->EndAll();
+    }
+}
+
 void CheckedCollector::CollectProperties(bool full, ISet* set) {
-    const Loan<CheckedPropertySet> loan(set, NarrowId(), "CollectProperties");
-    CallRegistered(*this, "CollectProperties", [&] { collector->CollectProperties(full, loan.Get()); });
+    lent->Begin(set, NarrowId(), "CollectProperties");
+    try {
+        CallRegistered(*this, "CollectProperties", [&] { collector->CollectProperties(full, lent); });
+    } catch (...) {
+        lent->End();
+        throw;
+    }
+    if (IsRemoved()) {
+        // GetLogLevel does not follow.
+        lent->End();
+    }
 }
 
 int32_t CheckedCollector::GetLogLevel() {
+    const struct AtEnd {
+        CheckedPropertySet& set;
+        ~AtEnd() { set.End(); }
+    } atEnd = {*lent};
     return CallRegistered(*this, "GetLogLevel", [&] { return collector->GetLogLevel(); });
 }
 

@@ -17,15 +17,15 @@ public:
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
 };
 
-// A module's collector.
+// A module's collector. It is given the same set each time, from CollectProperties until GetLogLevel has returned.
 class CheckedCollector final : public VsKitMsgbus::INYCollectProperties, public Registration {
 public:
     // `moduleSink` may be null; the bridge knows it as long as the collector.
     CheckedCollector(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* moduleCollector,
-                     std::shared_ptr<CheckedSink> moduleSink)
-        : Registration(services[Property], productId, moduleCollector),
-          collector(moduleCollector),
-          sink(std::move(moduleSink)) {}
+                     std::shared_ptr<CheckedSink> moduleSink);
+    ~CheckedCollector() override;
+
+    void BeRemoved() noexcept override;
 
     void CollectProperties(bool full, ISet* set) override;
     int32_t GetLogLevel() override;
@@ -33,6 +33,7 @@ public:
 private:
     VsKitMsgbus::INYCollectProperties* const collector;
     const std::shared_ptr<CheckedSink> sink;
+    CheckedPropertySet* const lent;
 };
 
 }  // namespace checking

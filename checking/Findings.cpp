@@ -85,7 +85,7 @@ unsigned CountFindings(const char* ruleName) noexcept {
     const Guard guard(table.lock);
     for (const auto& [key, times] : table.findings) {
         if (ruleName == nullptr || (wanted != nullptr && wanted->rule == std::get<Rule>(key))) {
-            ++count;
+            count += times;
         }
     }
     return count;

@@ -1,4 +1,4 @@
-// What was found, once for a rule, a product and a place.
+// What was found. Each rule is told once for a product and a place, and counted each time.
 #pragma once
 
 #include <initializer_list>
@@ -13,7 +13,7 @@ namespace checking {
 // memory is too short for is not told.
 void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details = {}) noexcept;
 
-// How many different findings of that rule there were; of all rules for null.
+// How many findings of that rule there were, those not told again included; of all rules for null.
 unsigned CountFindings(const char* ruleName) noexcept;
 
 // The line that tells a finding; `place` says where it was made.

@@ -17,24 +17,27 @@ namespace checking {
 
 enum class LentFor { AnyThread, OwnThread };
 
-// A base of such objects: knows `Interface`, the bridge's own object, for as long as the callback runs.
+// A base of such objects: knows `Interface`, the bridge's own object, for as long as it is lent.
 template <class Interface, LentFor lentFor>
 class Lent {
 public:
+    // May be lent again, the same object, while it is: as often it has to end.
     void Begin(Interface* bridgeObject, const std::string& id, const char* callback) {
         ownerId = id;
         function = callback;
         thread = ::GetCurrentThreadId();
         object.store(bridgeObject);
+        ++loans;
     }
-    void End() noexcept { object.store(nullptr); }
+    void End() noexcept { --loans; }
+    void EndAll() noexcept { loans.store(0); }
 
 protected:
     ~Lent() = default;
 
-    // Null, which is reported, when the callback has returned.
+    // Null, which is reported, when it is not lent any more.
     Interface* Use(const char* operation) {
-        Interface* const usable = object.load();
+        Interface* const usable = loans.load() > 0 ? object.load() : nullptr;
         if (usable == nullptr) {
             Report(Rule::LentKept, ownerId, {operation, function});
         } else if (lentFor == LentFor::OwnThread && ::GetCurrentThreadId() != thread) {
@@ -46,6 +49,7 @@ protected:
 
 private:
     std::atomic<Interface*> object = nullptr;
+    std::atomic<int> loans = 0;
     std::string ownerId;
     const char* function = "";
     DWORD thread = 0;

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -23,7 +24,7 @@ class Registration {
 public:
     // The calling thread registers the object.
     Registration(const ServiceText& serviceText, const wchar_t* id, const void* moduleObject);
-    ~Registration();
+    virtual ~Registration();
     Registration(const Registration&) = delete;
     Registration& operator=(const Registration&) = delete;
 
@@ -34,6 +35,10 @@ public:
 
     // Raises bridge::ForeignException when the object can be called no more, which is reported.
     void ExpectThere() const;
+
+    // The bridge knows it no more, and what it lent to the module is gone.
+    virtual void BeRemoved() noexcept { isRemoved = true; }
+    bool IsRemoved() const noexcept { return isRemoved; }
 
     void Enter(const char* function);
     void Leave() noexcept;
@@ -51,6 +56,7 @@ private:
     const DWORD threadOfStack;  // on whose stack the object lies; 0 for none
     HANDLE stackOwner = nullptr;
     std::vector<Insider> insiders;
+    std::atomic<bool> isRemoved = false;
 };
 
 }  // namespace checking

@@ -72,11 +72,13 @@ bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const
         if (IsInsideItself(registration)) {
             Report(Rule::RemoveInside, registration->NarrowId(), {service.remove, "a callback"});
             answer = remove();
+            registration->BeRemoved();
             return;
         }
         {
             const Wait wait(service.remove, {registration});
             answer = remove();
+            registration->BeRemoved();
         }
         if (const auto inside = registration->InsiderOnOtherThread()) {
             Report(Rule::RemoveGaveUp, registration->NarrowId(),

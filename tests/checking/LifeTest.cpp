@@ -78,7 +78,7 @@ TEST_F(CheckedLife, AnExitThatTakesTheSinkFromOthersIsNamed) {
     const Registration registration(id, collector);
     const Product stays(id, &sink);
     { const Product leaves(id + "other", &sink); }
-    EXPECT_TRUE(WaitUntil([&] { return Found("SINK-TAKEN") == 1; }));
+    EXPECT_TRUE(WaitUntil([&] { return Found("SINK-TAKEN") != 0; }));
     EXPECT_THAT(file.Text(),
                 testing::HasSubstr("[SINK-TAKEN] " + id + "other: its Exit takes the log sink away, which " + id +
                                    " still needs: "));

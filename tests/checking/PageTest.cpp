@@ -30,8 +30,8 @@ of the environment:
 | `VSMSGBUS_CHECK_GRACE` | milliseconds after the last change until masks and interfaces are compared, 5000 when not set |
 | `VSMSGBUS_CHECK_SLOW` | milliseconds that a callback or a sink may take, 5000 when not set |
 
-`unsigned VsMsgbusCheckFindings(const char* rule)`, which this DLL alone exports, answers how many different findings of a
-rule there were, or of all rules for null.
+`unsigned VsMsgbusCheckFindings(const char* rule)`, which this DLL alone exports, answers how many findings of a rule there
+were, or of all rules for null: also those that are not told again.
 
 A call into memory that is gone is not made: it is answered as if the callback had thrown. An output area that is too small
 gets what it has room for.
