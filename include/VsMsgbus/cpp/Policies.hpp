@@ -40,36 +40,26 @@ public:
     /// visited.
     template <class Visitor>
     void Walk(Visitor&& visitor) {
-        detail::VisitedSettings visited(visitor);
-        detail::PolicyWalker walker(visited);
-        Check(bag.EnumeratePolicies(productId.c_str(), &walker), "reading the policies");
+        Enumerate(detail::VisitedSettings(visitor));
     }
 
     /// The same for the policies of a user account.
     template <class Visitor>
     void WalkOfUser(const Text& user, const Text& domain, Visitor&& visitor) {
-        detail::VisitedSettings visited(visitor);
-        detail::PolicyWalker walker(visited);
-        Check(bag.EnumerateUserPolicies(productId.c_str(), &walker, user.Terminated(), domain.Terminated()),
-              "reading the policies of a user");
+        EnumerateOfUser(user, domain, detail::VisitedSettings(visitor));
     }
 
     /// All settings, as a range that may be kept. Throws as Walk does.
     SettingList Settings() {
         SettingList list;
-        detail::KeptSettings kept(list);
-        detail::PolicyWalker walker(kept);
-        Check(bag.EnumeratePolicies(productId.c_str(), &walker), "reading the policies");
+        Enumerate(detail::KeptSettings(list));
         return list;
     }
 
     /// The same for the policies of a user account.
     SettingList SettingsOfUser(const Text& user, const Text& domain) {
         SettingList list;
-        detail::KeptSettings kept(list);
-        detail::PolicyWalker walker(kept);
-        Check(bag.EnumerateUserPolicies(productId.c_str(), &walker, user.Terminated(), domain.Terminated()),
-              "reading the policies of a user");
+        EnumerateOfUser(user, domain, detail::KeptSettings(list));
         return list;
     }
 
@@ -101,6 +91,19 @@ public:
     }
 
 private:
+    template <class Store>
+    void Enumerate(Store store) {
+        detail::PolicyWalker walker(store);
+        Check(bag.EnumeratePolicies(productId.c_str(), &walker), "reading the policies");
+    }
+
+    template <class Store>
+    void EnumerateOfUser(const Text& user, const Text& domain, Store store) {
+        detail::PolicyWalker walker(store);
+        Check(bag.EnumerateUserPolicies(productId.c_str(), &walker, user.Terminated(), domain.Terminated()),
+              "reading the policies of a user");
+    }
+
     void Check(bool isDone, const char* doing) {
         const int32_t code = log.TakeCode();
         if (!isDone) {
