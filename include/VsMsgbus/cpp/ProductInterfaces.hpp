@@ -140,7 +140,7 @@ inline void Enforcer::EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) {
 #if defined(__cpp_lib_jthread)
 inline int32_t TaskEnforcer::ExecuteTask(const wchar_t* taskId, ITaskBag* bag) {
     const Inside inside(parts);
-    return parts.tasks->Execute(parts.tasks, taskId, *bag);
+    return parts.tasks->Execute(taskId, *bag);
 }
 
 inline int32_t TaskEnforcer::UpdateTaskStatus(const wchar_t* taskId, ITaskBag* /*bag*/) {
