@@ -10,7 +10,15 @@ Terminal::Terminal() : output(::GetStdHandle(STD_OUTPUT_HANDLE)) {
     if (::GetConsoleScreenBufferInfo(output, &screen) != FALSE) {
         isTerminal = true;
         usualColour = screen.wAttributes;
+        usualCodePage = ::GetConsoleOutputCP();
         ::SetConsoleOutputCP(CP_UTF8);
+    }
+}
+
+Terminal::~Terminal() {
+    if (isTerminal) {
+        std::fflush(stdout);
+        ::SetConsoleOutputCP(usualCodePage);
     }
 }
 
