@@ -5,9 +5,9 @@
 
 #include "Stage.h"
 
-void TellOfProperties(Stage& stage);
 void TellOfPolicies(Stage& stage);
 void TellOfTasks(Stage& stage);
 void TellOfUpdates(Stage& stage);
-// `version` is what the agent says that it is.
+// `version` is the agent's.
+void TellOfProperties(Stage& stage, const char* version);
 void TellOfAgentServices(Stage& stage, const char* version);

@@ -3,7 +3,9 @@
 #include <mutex>
 #include <string_view>
 
-// Prints the story, one line at a time, each with who acts.
+#include "Terminal.h"
+
+// Prints the story, each of its lines with who acts, in lines of at most 100 columns.
 class Narrator {
 public:
     explicit Narrator(bool isVerbose) : verbose(isVerbose) {}
@@ -17,6 +19,10 @@ public:
     bool IsVerbose() const { return verbose; }
 
 private:
+    // The text, whose first line begins in a column where something stands before it.
+    static void PrintBehind(size_t column, std::string_view text);
+
+    const Terminal terminal;
     std::mutex mutex;
     const bool verbose;
 };

@@ -63,4 +63,5 @@ void TellOfPolicies(Stage& stage) {
     Push(narrator, policies, "is given a changed policy");
     Demand(SampleModuleEnforceAgain(), "the agent did not send the policies again");
     stage.calls.Tell();
+    stage.summary.Add("policies", "walked, dumped, their names recorded; a user's; one changed; asked for again");
 }

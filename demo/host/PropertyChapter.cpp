@@ -5,7 +5,7 @@
 #include "SampleModule.h"
 #include "ny_simulator.h"
 
-void TellOfProperties(Stage& stage) {
+void TellOfProperties(Stage& stage, const char* version) {
     Narrator& narrator = stage.narrator;
     ny_sim_property_request_t* request = nullptr;
     Demand(ny_sim_request_properties(sampleProductId, &request) == NY_OK, "the product is not registered");
@@ -26,4 +26,5 @@ void TellOfProperties(Stage& stage) {
     }
     ny_sim_property_request_release(request);
     Demand(answer == NY_OK && size != 0, "the product gave no properties");
+    stage.summary.Add("properties", fmt::format("{} facts about this machine, for version {}", size, version));
 }

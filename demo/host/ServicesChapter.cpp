@@ -11,4 +11,5 @@ void TellOfAgentServices(Stage& stage, const char* version) {
     Demand(ny_sim_set_all_information(information.dump().c_str()) == NY_OK, "the agent did not take its information");
     Demand(SampleModuleUseAgent(), "the agent's services failed");
     stage.calls.Tell();
+    stage.summary.Add("services", "the agent's information, and a secret encrypted and decrypted");
 }

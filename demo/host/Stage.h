@@ -4,6 +4,7 @@
 #include "AgentInstaller.h"
 #include "Narrator.h"
 #include "RegistryRedirect.h"
+#include "Summary.h"
 
 // What the story and its chapters share: who tells it, and the machine on which it happens.
 class Stage {
@@ -12,6 +13,7 @@ public:
 
     Narrator& narrator;
     AgentCalls calls;
+    Summary summary;
     simulator::RegistryRedirect registry;
     simulator::AgentInstaller installer;
 };

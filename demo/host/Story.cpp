@@ -33,6 +33,7 @@ void Story::Tell() {
     Upgrade();
     Remove();
     Leave();
+    stage.summary.Tell(stage.narrator);
 }
 
 void Story::EnterWithoutAgent() {
@@ -47,12 +48,14 @@ void Story::Install() {
     stage.installer.Install("5.6.0", "older");
     stage.narrator.Say("agent",
                        fmt::format("is installed, version 5.6.0, in {}", stage.installer.CurrentFolder().string()));
+    stage.narrator.Say("host", "waits for the bridge's next look for the key, 15 seconds at most");
     AgentCalls::WaitFor(lastRegistration, lookTime);
     stage.calls.Tell();
     stage.narrator.Say(
         "bridge", fmt::format("has found the agent, started its client and registered {} with it", sampleProductId));
     SayWhereLibrariesAre();
-    TellOfProperties(stage);
+    stage.summary.Add("install", "the bridge has found version 5.6.0, which came after the module");
+    TellOfProperties(stage, "5.6.0");
 }
 
 void Story::Upgrade() {
@@ -63,7 +66,8 @@ void Story::Upgrade() {
     stage.calls.Tell();
     stage.narrator.Say("bridge", "has let go of the old version and started a client of the new one");
     SayWhereLibrariesAre();
-    TellOfProperties(stage);
+    stage.summary.Add("upgrade", "to version 5.7.0, without the module's doing");
+    TellOfProperties(stage, "5.7.0");
     TellOfPolicies(stage);
     TellOfTasks(stage);
     TellOfUpdates(stage);
@@ -76,6 +80,7 @@ void Story::Remove() {
     AgentCalls::WaitFor("ny_client_handler_release", changeTime);
     stage.calls.Tell();
     stage.narrator.Say("bridge", "has released its client; it keeps waiting for the next agent");
+    stage.summary.Add("removal", "under the running process, which goes on without an agent");
 }
 
 void Story::Leave() {
@@ -86,6 +91,7 @@ void Story::Leave() {
     Demand(ny_sim_misuse_count() == 0, ny_sim_last_misuse());
     stage.narrator.Say("agent", fmt::format("agent handles still alive: {}", alive));
     Demand(alive == 0, "handles were leaked");
+    stage.summary.Add("leaving", "with no library of the agent loaded, and none of its handles alive");
 }
 
 void Story::SayWhereLibrariesAre() {

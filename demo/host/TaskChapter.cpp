@@ -70,4 +70,5 @@ void TellOfTasks(Stage& stage) {
     StopGentleTask(stage.narrator);
     stage.calls.Tell();
     Demand(ny_sim_lent_tasks() == 0, "a task is still lent");
+    stage.summary.Add("tasks", "a scan that reports its progress, and one that is stopped half way");
 }

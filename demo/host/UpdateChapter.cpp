@@ -66,4 +66,5 @@ void TellOfUpdates(Stage& stage) {
     stage.calls.Tell();
     narrator.Say("agent", fmt::format("asks for Version again: {}", version));
     Demand(version == "1.1.0", "the product did not keep what it was given");
+    stage.summary.Add("updates", "one announced; the product's version asked for, set, and asked for again");
 }

@@ -3,9 +3,11 @@
 #include <windows.h>
 
 #include <chrono>
+#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -42,9 +44,17 @@ void ReadInto(ScanResult& result, const fs::path& file, const std::string& signa
     }
 }
 
+// Returns early when the scan is to stop.
+void WaitForNextFile(int32_t filesPerSecond, const std::stop_token& stop) {
+    const std::chrono::milliseconds pause(filesPerSecond > 0 ? 1000 / filesPerSecond : 0);
+    std::mutex mutex;
+    std::unique_lock guard(mutex);
+    std::condition_variable_any().wait_for(guard, stop, pause, [] { return false; });
+}
+
 }  // namespace
 
-ScanResult FolderScan::Run(const std::function<void(const ScanResult&)>& onFile) {
+ScanResult ScanFolder(const ScanOrder& order, const std::stop_token& stop, const std::function<void()>& onFile) {
     ScanResult result;
     std::error_code error;
     for (const fs::directory_entry& entry : fs::directory_iterator(ProgramFolder() / order.folder, error)) {
@@ -54,24 +64,15 @@ ScanResult FolderScan::Run(const std::function<void(const ScanResult&)>& onFile)
         if (result.files == order.maximumFiles) {
             break;
         }
-        if (result.files != 0 && !WaitForNextFile()) {
+        if (result.files != 0) {
+            WaitForNextFile(order.filesPerSecond, stop);
+        }
+        if (stop.stop_requested()) {
             return result;
         }
         ReadInto(result, entry.path(), order.signature);
-        onFile(result);
+        onFile();
     }
     result.isComplete = true;
     return result;
-}
-
-void FolderScan::Stop() {
-    const std::lock_guard guard(mutex);
-    isStopped = true;
-    stopped.notify_all();
-}
-
-bool FolderScan::WaitForNextFile() {
-    const std::chrono::milliseconds pause(order.filesPerSecond > 0 ? 1000 / order.filesPerSecond : 0);
-    std::unique_lock guard(mutex);
-    return !stopped.wait_for(guard, pause, [this] { return isStopped; });
 }

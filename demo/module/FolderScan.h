@@ -1,9 +1,8 @@
 #pragma once
 
-#include <condition_variable>
 #include <cstdint>
 #include <functional>
-#include <mutex>
+#include <stop_token>
 #include <string>
 
 // What an on-demand scan is told to do.
@@ -22,22 +21,6 @@ struct ScanResult {
     bool isComplete = false;
 };
 
-// A scan of the files of one folder; one thread runs it, another may stop it.
-class FolderScan {
-public:
-    explicit FolderScan(ScanOrder scanOrder) : order(std::move(scanOrder)) {}
-
-    // Returns when all files were read, or soon after Stop. `onFile(result so far)` comes after each file. Files and
-    // folders that cannot be read are left out.
-    ScanResult Run(const std::function<void(const ScanResult&)>& onFile);
-    void Stop();
-
-private:
-    // False when the scan is to stop.
-    bool WaitForNextFile();
-
-    const ScanOrder order;
-    std::mutex mutex;
-    std::condition_variable stopped;
-    bool isStopped = false;
-};
+// Scans the files of one folder. Returns when all of them were read, or soon after the token was triggered. `onFile`
+// comes after each file. Files and folders that cannot be read are left out.
+ScanResult ScanFolder(const ScanOrder& order, const std::stop_token& stop, const std::function<void()>& onFile);

@@ -1,20 +1,17 @@
 #include "MachineFacts.h"
 
 #include <fmt/format.h>
-#include <fmt/xchar.h>
 // clang-format off: winsock2.h comes before windows.h
 #include <windows.h>
 #include <winsock2.h>
 // clang-format on
 
-#include "Text.h"
-
 namespace {
 
 constexpr uint64_t mebibyte = 1024ULL * 1024;
 
-std::wstring Mebibytes(uint64_t bytes) {
-    return fmt::format(L"{} MiB", bytes / mebibyte);
+std::string Mebibytes(uint64_t bytes) {
+    return fmt::format("{} MiB", bytes / mebibyte);
 }
 
 template <class Function>
@@ -30,14 +27,14 @@ void AddOperatingSystem(std::vector<MachineFact>& facts) {
     if (auto* const getVersion = FindInNtdll<LONG WINAPI(OSVERSIONINFOW*)>("RtlGetVersion")) {
         getVersion(&version);
         facts.push_back(
-            {L"System", L"OsVersion",
-             fmt::format(L"{}.{}.{}", version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber)});
+            {"System", "OsVersion",
+             fmt::format("{}.{}.{}", version.dwMajorVersion, version.dwMinorVersion, version.dwBuildNumber)});
     }
-    std::wstring name = L"Windows";
+    std::string name = "Windows";
     if (auto* const getWineVersion = FindInNtdll<const char*()>("wine_get_version")) {
-        name += L" (Wine " + WideFromUtf8(getWineVersion()) + L")";
+        name += " (Wine " + std::string(getWineVersion()) + ")";
     }
-    facts.push_back({L"System", L"OsName", name});
+    facts.push_back({"System", "OsName", name});
 }
 
 void AddHostName(std::vector<MachineFact>& facts) {
@@ -48,7 +45,7 @@ void AddHostName(std::vector<MachineFact>& facts) {
     constexpr int longestName = 256;
     char name[longestName] = {};
     if (::gethostname(name, longestName) == 0) {
-        facts.push_back({L"System", L"HostName", WideFromUtf8(name)});
+        facts.push_back({"System", "HostName", name});
     }
     ::WSACleanup();
 }
@@ -56,15 +53,15 @@ void AddHostName(std::vector<MachineFact>& facts) {
 void AddProcessors(std::vector<MachineFact>& facts) {
     SYSTEM_INFO system{};
     ::GetNativeSystemInfo(&system);
-    facts.push_back({L"Hardware", L"Processors", std::to_wstring(system.dwNumberOfProcessors)});
+    facts.push_back({"Hardware", "Processors", std::to_string(system.dwNumberOfProcessors)});
 }
 
 void AddMemory(std::vector<MachineFact>& facts) {
     MEMORYSTATUSEX memory{};
     memory.dwLength = sizeof memory;
     if (::GlobalMemoryStatusEx(&memory) != FALSE) {
-        facts.push_back({L"Hardware", L"Memory", Mebibytes(memory.ullTotalPhys)});
-        facts.push_back({L"Hardware", L"FreeMemory", Mebibytes(memory.ullAvailPhys)});
+        facts.push_back({"Hardware", "Memory", Mebibytes(memory.ullTotalPhys)});
+        facts.push_back({"Hardware", "FreeMemory", Mebibytes(memory.ullAvailPhys)});
     }
 }
 
@@ -73,14 +70,14 @@ void AddDisk(std::vector<MachineFact>& facts) {
     ULARGE_INTEGER available{};
     if (::GetWindowsDirectoryW(windows, MAX_PATH) != 0 &&
         ::GetDiskFreeSpaceExW(windows, &available, nullptr, nullptr) != FALSE) {
-        facts.push_back({L"Hardware", L"FreeDisk", Mebibytes(available.QuadPart)});
+        facts.push_back({"Hardware", "FreeDisk", Mebibytes(available.QuadPart)});
     }
 }
 
 void AddUptime(std::vector<MachineFact>& facts) {
     constexpr uint64_t millisecondsPerMinute = 60000;
     const uint64_t minutes = ::GetTickCount64() / millisecondsPerMinute;
-    facts.push_back({L"System", L"Uptime", fmt::format(L"{} h {} min", minutes / 60, minutes % 60)});
+    facts.push_back({"System", "Uptime", fmt::format("{} h {} min", minutes / 60, minutes % 60)});
 }
 
 }  // namespace

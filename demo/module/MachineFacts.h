@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-// Something that is true of this machine, as a property: sections of properties are called paths.
+// Something that is true of this machine, as a property: sections of properties are called paths. All texts are UTF-8.
 struct MachineFact {
-    std::wstring path;
-    std::wstring name;
-    std::wstring value;
+    const char* path;
+    const char* name;
+    std::string value;
 };
 
 // Operating system, host name, processors, memory, disk and uptime, as the operating system tells them now. What it

@@ -1,83 +1,57 @@
 #include "SampleModule.h"
 
-#include <fmt/format.h>
+#include <windows.h>
 
 #include <memory>
-#include <string>
 
-#include "SampleCollector.h"
-#include "SampleEnforcer.h"
+#include "MachineFacts.h"
+#include "SamplePolicies.h"
 #include "SampleServices.h"
 #include "SampleTasks.h"
 #include "SampleUpdates.h"
-#include "Text.h"
-#include "VsMsgbus.h"
+#include "Speaker.h"
+#include "vsmsgbus.hpp"
 
 namespace {
-
-// What the bridge logs for this module.
-class Sink final : public VsKitMsgbus::ILogSink {
-public:
-    explicit Sink(const Speaker& moduleSpeaker) : speaker(moduleSpeaker) {}
-    void Write(int level, const wchar_t* text) override {
-        speaker.Say("bridge", fmt::format("log line, level {}: {}", level, Utf8FromWide(text)));
-    }
-
-private:
-    const Speaker& speaker;
-};
 
 // The module while it is loaded.
 class SampleModule {
 public:
-    explicit SampleModule(const Speaker& moduleSpeaker)
-        : speaker(moduleSpeaker),
-          sink(speaker),
-          collector(speaker),
-          enforcer(speaker),
-          tasks(speaker),
-          updates(speaker) {}
-
-    bool Load() {
-        // Registering first is as good as entering first: the bridge joins the two by the product id.
-        if (!VsKitMsgbusSetCollectProperties(wideProductId.c_str(), &collector, &sink) ||
-            !VsKitMsgbusSetEnforcePolicy(wideProductId.c_str(), &enforcer, &sink) ||
-            !VsKitMsgbusSetTaskEnforcer(wideProductId.c_str(), &tasks, nullptr) ||
-            !VsKitMsgbusSetUpdateNotify(wideProductId.c_str(), &updates, nullptr)) {
-            return false;
-        }
-        speaker.Say("module", fmt::format("enters the bridge as {}, for properties, policies, tasks and updates",
-                                          sampleProductId));
-        return VsMsgbusEntry(
+    explicit SampleModule(Speaker moduleSpeaker) : speaker(moduleSpeaker), policies(speaker), updates(speaker) {
+        speaker.Say("enters the bridge as {}, for properties, policies, tasks and updates", sampleProductId);
+        product.emplace(
             sampleProductId,
-            VsMsgbusServiceProperty | VsMsgbusServicePolicy | VsMsgbusServiceTask | VsMsgbusServiceUpdate, &sink,
-            &bridge);
+            vsmsgbus::Handlers{.properties = [this](vsmsgbus::Properties& properties) { TellFacts(properties); },
+                               .policies = [this](vsmsgbus::Policies& changed) { policies.Enforce(changed); },
+                               .tasks = [this](vsmsgbus::Task& task) { return RunScan(task, speaker); },
+                               .updates = updates.Handlers(),
+                               .log = [this](int level, std::wstring_view line) { speaker.SayLogLine(level, line); }});
     }
 
+    bool IsRefused() const { return product->IsRefused(); }
     bool UseAgent() const { return UseAgentServices(speaker); }
+    bool EnforceAgain() { return policies.EnforceAgain(*product); }
 
-    bool EnforceAgain() { return enforcer.EnforceAgain(wideProductId); }
-
-    bool Unload() {
-        speaker.Say("module", "leaves the bridge");
-        tasks.StopAll();
-        const bool hasLeft = VsMsgbusExit(sampleProductId, bridge);
-        const bool isTakenBack = VsKitMsgbusRemoveCollectProperties(wideProductId.c_str()) &&
-                                 VsKitMsgbusRemoveEnforcerPolicy(wideProductId.c_str()) &&
-                                 VsKitMsgbusRemoveTaskEnforcer(wideProductId.c_str()) &&
-                                 VsKitMsgbusRemoveUpdateNotify(wideProductId.c_str());
-        return isTakenBack && hasLeft;
+    bool Leave() {
+        speaker.Say("leaves the bridge");
+        return product->Leave();
     }
 
 private:
-    const std::wstring wideProductId = WideFromUtf8(sampleProductId);
+    void TellFacts(vsmsgbus::Properties& properties) const {
+        int taken = 0;
+        const auto facts = ReadMachineFacts();
+        for (const MachineFact& fact : facts) {
+            taken += properties.Set(fact.path, fact.name, fact.value) ? 1 : 0;
+        }
+        speaker.Say("is asked on thread {}, answers with {} properties; the agent takes {}", ::GetCurrentThreadId(),
+                    facts.size(), taken);
+    }
+
     const Speaker speaker;
-    Sink sink;
-    SampleCollector collector;
-    SampleEnforcer enforcer;
-    SampleTasks tasks;
+    SamplePolicies policies;
     SampleUpdates updates;
-    VsMsgbus* bridge = nullptr;
+    std::optional<vsmsgbus::Product> product;
 };
 
 std::unique_ptr<SampleModule> loaded;
@@ -85,13 +59,14 @@ std::unique_ptr<SampleModule> loaded;
 }  // namespace
 
 bool SampleModuleLoad(SampleModuleSay say, void* userData) noexcept {
+    if (say == nullptr || loaded != nullptr) {
+        return false;
+    }
     try {
-        if (say == nullptr || loaded != nullptr) {
-            return false;
-        }
-        loaded = std::make_unique<SampleModule>(Speaker{say, userData});
-        return loaded->Load();
-    } catch (...) {
+        loaded = std::make_unique<SampleModule>(Speaker(say, userData));
+        return !loaded->IsRefused();
+    } catch (const std::exception& failure) {
+        say("module", failure.what(), userData);
         return false;
     }
 }
@@ -114,12 +89,12 @@ bool SampleModuleEnforceAgain() noexcept {
 
 bool SampleModuleUnload() noexcept {
     try {
-        if (loaded == nullptr) {
+        // A handler that still runs uses the module.
+        if (loaded == nullptr || !loaded->Leave()) {
             return false;
         }
-        const bool isUnloaded = loaded->Unload();
         loaded.reset();
-        return isUnloaded;
+        return true;
     } catch (...) {
         return false;
     }

@@ -1,25 +1,21 @@
 #pragma once
 
-#include <cstdint>
 #include <map>
-#include <mutex>
 #include <string>
 
-#include "SampleCollector.h"
-#include "VsMsgbus.h"
+#include "Speaker.h"
+#include "vsmsgbus.hpp"
 
 // Hears of the agent's updates, and keeps what the agent sets as the product's information, to be asked for again.
-class SampleUpdates final : public VsKitMsgbus::INYUpdateNotifyCallback {
+class SampleUpdates {
 public:
-    explicit SampleUpdates(const Speaker& moduleSpeaker);
+    explicit SampleUpdates(const Speaker& moduleSpeaker) : speaker(moduleSpeaker) {}
 
-    int32_t UpdateNotify(const wchar_t* second, const wchar_t* fourth, const wchar_t* third, uint32_t* number) override;
-    VsKitMsgbus::etag_PRODUCT_RETURN_VALUE GetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
-                                                          ISet* set) override;
-    int32_t SetProductInfo(const wchar_t* second, const wchar_t* key, const wchar_t* value) override;
+    // They use this object.
+    vsmsgbus::UpdateHandlers Handlers();
 
 private:
     const Speaker& speaker;
-    std::mutex mutex;
-    std::map<std::wstring, std::wstring, std::less<>> information;
+    // Read and written by one handler at a time.
+    std::map<std::wstring, std::wstring, std::less<>> information{{L"Version", L"1.0.0"}, {L"Language", L"0409"}};
 };

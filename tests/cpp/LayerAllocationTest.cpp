@@ -8,8 +8,9 @@ namespace {
 
 class LayerAllocation : public NyClientFixture {
 protected:
-    static void HoldSettings(size_t count) {
-        std::string json = R"([{"softwareId": "PRODUCT1000", "sections": [{"name": "s", "settings": [)";
+    void HoldSettings(size_t count) const {
+        std::string json =
+            R"([{"softwareId": "PRODUCT1000", "sections": [{"name": ")" + section + R"(", "settings": [)";
         for (size_t i = 0; i < count; ++i) {
             json += std::string(i == 0 ? "" : ",") + R"(["name", "value"])";
         }
@@ -33,17 +34,28 @@ protected:
         NyClientSetLogCallback(client, nullptr, nullptr);
         ASSERT_EQ(NyClientStart(client), NY_OK);
     }
-};
 
-TEST_F(LayerAllocation, IsNoneForAWalkWithAVisitor) {
-    const auto visit = [](vsmsgbus::Policies& policies) {
+    // Reads with a visitor.
+    static size_t Visit(vsmsgbus::Policies& policies) {
         size_t visited = 0;
         policies.Walk([&](const vsmsgbus::Setting& /*setting*/) { ++visited; });
         return visited;
-    };
-    Of(1, visit);
-    EXPECT_EQ(Of(10, visit), 0U);
-    EXPECT_EQ(Of(1000, visit), 0U);
+    }
+
+    std::string section = "s";
+};
+
+TEST_F(LayerAllocation, IsNoneForAWalkWithAVisitor) {
+    Of(1, Visit);
+    EXPECT_EQ(Of(10, Visit), 0U);
+    EXPECT_EQ(Of(1000, Visit), 0U);
+}
+
+TEST_F(LayerAllocation, IsOneForALongNameOfASectionThatAVisitorIsShown) {
+    section = "a name that no string keeps within itself";
+    Of(1, Visit);
+    EXPECT_EQ(Of(10, Visit), 1U);
+    EXPECT_EQ(Of(1000, Visit), 1U);
 }
 
 TEST_F(LayerAllocation, IsNoneForEachSettingOfARange) {

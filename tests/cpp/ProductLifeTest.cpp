@@ -72,6 +72,41 @@ TEST_F(LayerProduct, IsRefusedWithoutAnIdOrAService) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
+TEST_F(LayerProduct, IsRefusedWhileAnotherOfItsIdIsIn) {
+    const std::string refusal =
+        "entering the bridge as PRODUCT1000 failed: This module has a product of that id in the bridge: have it leave "
+        "first, or give it the handlers of both.";
+    std::optional<vsmsgbus::Product> first;
+    first.emplace(id, vsmsgbus::Handlers{.properties = OneProperty()});
+    EXPECT_EQ(RefusalOf(id, {.properties = OneProperty()}), refusal);
+    EXPECT_EQ(RefusalOf(id, {.policies = [](vsmsgbus::Policies&) {}}), refusal) << "another service";
+    EXPECT_EQ(Ask(id), answered) << "the first one is in as before";
+    EXPECT_EQ(RefusalOf("PRODUCT2000", {.properties = OneProperty()}), "made");
+    vsmsgbus::Product moved = std::move(*first);
+    first.reset();
+    EXPECT_EQ(RefusalOf(id, {.properties = OneProperty()}), refusal) << "moved";
+    EXPECT_TRUE(moved.Leave());
+    const vsmsgbus::Product second(id, {.properties = OneProperty()});
+    EXPECT_EQ(Ask(id), answered);
+}
+
+TEST_F(LayerProduct, CanComeAgainWhileAHandlerOfTheOneThatLeftRuns) {
+    Event hasLeft;
+    Event mayEnd;
+    std::optional<vsmsgbus::Product> first;
+    first.emplace(id, vsmsgbus::Handlers{.properties = [&](vsmsgbus::Properties& /*properties*/) {
+                      EXPECT_FALSE(first->Leave());
+                      hasLeft.Set();
+                      EXPECT_TRUE(mayEnd.Wait());
+                  }});
+    const AgentRequest request(id);
+    ASSERT_TRUE(hasLeft.Wait());
+    const vsmsgbus::Product second(id, {.properties = OneProperty()});
+    EXPECT_EQ(Ask(id), answered);
+    mayEnd.Set();
+    EXPECT_EQ(request.Answer(), NY_OK);
+}
+
 TEST_F(LayerProduct, ThatCannotEnterLeavesNothingBehind) {
     ny_sim_fail_call("ny_client_handler_create", 1, 77, NY_SIM_FROM_THEN_ON);
     const std::string refusal = RefusalOf(id, {.properties = OneProperty()});

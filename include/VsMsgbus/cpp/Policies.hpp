@@ -6,62 +6,15 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <type_traits>
-#include <utility>
 
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/cpp/Error.hpp"
 #include "VsMsgbus/cpp/Log.hpp"
+#include "VsMsgbus/cpp/PolicyWalker.hpp"
 #include "VsMsgbus/cpp/Setting.hpp"
 #include "VsMsgbus/cpp/Text.hpp"
 
 namespace vsmsgbus {
-
-namespace detail {
-
-/// Hands each setting of a walk to the visitor, and none any more once the visitor has answered false.
-template <class Visitor>
-class Walker final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
-public:
-    explicit Walker(Visitor& settingVisitor) : visitor(settingVisitor) {}
-
-    bool OnContainer(const wchar_t* feature, const wchar_t* category, const wchar_t* type,
-                     const wchar_t* name) override {
-        setting.feature = feature;
-        setting.category = category;
-        setting.type = type;
-        setting.policy = name;
-        return goesOn;
-    }
-    bool OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) override {
-        setting.settings = name;
-        setting.intParam = intParam;
-        setting.strParam = strParam;
-        return goesOn;
-    }
-    bool OnSection(const wchar_t* name, const wchar_t* /*reserved*/) override {
-        setting.section = name;
-        return goesOn;
-    }
-    bool OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) override {
-        setting.section = section;
-        setting.name = name;
-        setting.value = value;
-        if constexpr (std::is_same_v<std::invoke_result_t<Visitor&, const Setting&>, bool>) {
-            goesOn = visitor(std::as_const(setting));
-        } else {
-            visitor(std::as_const(setting));
-        }
-        return goesOn;
-    }
-
-private:
-    Visitor& visitor;
-    Setting setting;
-    bool goesOn = true;
-};
-
-}  // namespace detail
 
 /// The policies that the agent holds at the moment, valid while the handler runs and on its thread. Each function asks
 /// the agent anew. The names of policies of five well-known categories are recorded in the registry by every walk, see
@@ -81,37 +34,32 @@ public:
     std::wstring_view ProductId() const noexcept { return productId; }
 
     /// Calls `visitor(const Setting&)` for each setting of the product, in the agent's order; a visitor that returns
-    /// bool ends the walk with false. The setting's texts are valid during the call: nothing is copied or allocated.
-    /// What the visitor throws ends the walk and leaves this function. Throws Error when the agent failed; what was
-    /// visited until then stays visited.
+    /// bool ends the walk with false. The setting and its texts are valid during the call: name and value are the
+    /// bridge's own, the others are copied where they change, into memory that is used again. What the visitor throws
+    /// ends the walk and leaves this function. Throws Error when the agent failed; what was visited until then stays
+    /// visited.
     template <class Visitor>
     void Walk(Visitor&& visitor) {
-        detail::Walker walker(visitor);
-        Check(bag.EnumeratePolicies(productId.c_str(), &walker), "reading the policies");
+        Enumerate(detail::VisitedSettings(visitor));
     }
 
     /// The same for the policies of a user account.
     template <class Visitor>
     void WalkOfUser(const Text& user, const Text& domain, Visitor&& visitor) {
-        detail::Walker walker(visitor);
-        Check(bag.EnumerateUserPolicies(productId.c_str(), &walker, user.Terminated(), domain.Terminated()),
-              "reading the policies of a user");
+        EnumerateOfUser(user, domain, detail::VisitedSettings(visitor));
     }
 
     /// All settings, as a range that may be kept. Throws as Walk does.
     SettingList Settings() {
         SettingList list;
-        SettingList::Filler filler(list);
-        Check(bag.EnumeratePolicies(productId.c_str(), &filler), "reading the policies");
+        Enumerate(detail::KeptSettings(list));
         return list;
     }
 
     /// The same for the policies of a user account.
     SettingList SettingsOfUser(const Text& user, const Text& domain) {
         SettingList list;
-        SettingList::Filler filler(list);
-        Check(bag.EnumerateUserPolicies(productId.c_str(), &filler, user.Terminated(), domain.Terminated()),
-              "reading the policies of a user");
+        EnumerateOfUser(user, domain, detail::KeptSettings(list));
         return list;
     }
 
@@ -143,6 +91,19 @@ public:
     }
 
 private:
+    template <class Store>
+    void Enumerate(Store store) {
+        detail::PolicyWalker walker(store);
+        Check(bag.EnumeratePolicies(productId.c_str(), &walker), "reading the policies");
+    }
+
+    template <class Store>
+    void EnumerateOfUser(const Text& user, const Text& domain, Store store) {
+        detail::PolicyWalker walker(store);
+        Check(bag.EnumerateUserPolicies(productId.c_str(), &walker, user.Terminated(), domain.Terminated()),
+              "reading the policies of a user");
+    }
+
     void Check(bool isDone, const char* doing) {
         const int32_t code = log.TakeCode();
         if (!isDone) {

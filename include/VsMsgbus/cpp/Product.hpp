@@ -19,11 +19,16 @@ namespace vsmsgbus {
 
 /// A product that is in the bridge from its construction to Leave, or to its end at the latest. Make and end products
 /// one at a time in a process, never in DllMain. An object may be moved, and may end, while handlers run.
+///
+/// An id is one product's at a time. Within a module a second product of the id is refused. Across the modules of a
+/// process nobody refuses it, because this layer is compiled into each of them: there the handlers of the first product
+/// stay those that are called for a service of both, and the product that leaves first takes the other one out of the
+/// bridge and, for its own services, the other one's handlers away. Give each module ids of its own.
 class Product {
 public:
     /// Registers what the handlers are for and enters the bridge with it. Throws Error, with nothing left behind, when
-    /// the id is empty, when no service has a handler, or when memory or the agent's client could not be had. An absent
-    /// agent is no error.
+    /// the id is empty, when a product of this module has it and has not left, when no service has a handler, or when
+    /// memory or the agent's client could not be had. An absent agent is no error.
     ///
     /// @param productId  one id for everything, UTF-8; the agent must use the same, letter for letter
     /// @param handlers   what the product does
@@ -32,6 +37,9 @@ public:
         Require(mask != 0, "Set a handler for properties, policies, tasks or updates.");
         const VsKitHealthCheckCallback healthCheck = handlers.healthCheck;
         parts = std::make_shared<detail::ProductParts>(Wide(id), std::move(handlers));
+        Require(parts->takenId.Take(),
+                "This module has a product of that id in the bridge: have it leave first, or give it the handlers of "
+                "both.");
         if (!Register() || !Enter()) {
             Leave();
             throw Error(Doing(), 0, "Memory ran out, or the agent's client could not be created.");
@@ -96,6 +104,7 @@ public:
         if ((mask & VsMsgbusServiceUpdate) != 0) {
             VsKitMsgbusRemoveUpdateNotify(wideId);
         }
+        leaving->takenId.GiveBack();
         const bool areTasksOut = WaitForTasks(*leaving);
         return leaving->inside == 0 && areTasksOut;
     }

@@ -13,6 +13,7 @@
 #include "VsMsgbus/UpdateNotify.h"
 #include "VsMsgbus/cpp/Handlers.hpp"
 #include "VsMsgbus/cpp/Log.hpp"
+#include "VsMsgbus/cpp/TakenId.hpp"
 #include "VsMsgbus/cpp/TaskRunner.hpp"
 
 namespace vsmsgbus::detail {
@@ -94,6 +95,7 @@ struct ProductParts : std::enable_shared_from_this<ProductParts> {
     }
 
     const std::wstring id;
+    TakenId takenId{id};
     Handlers handlers;
     const std::shared_ptr<Log> log;
     // Callbacks that run.
@@ -140,7 +142,7 @@ inline void Enforcer::EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) {
 #if defined(__cpp_lib_jthread)
 inline int32_t TaskEnforcer::ExecuteTask(const wchar_t* taskId, ITaskBag* bag) {
     const Inside inside(parts);
-    return parts.tasks->Execute(parts.tasks, taskId, *bag);
+    return parts.tasks->Execute(taskId, *bag);
 }
 
 inline int32_t TaskEnforcer::UpdateTaskStatus(const wchar_t* taskId, ITaskBag* /*bag*/) {

@@ -8,9 +8,13 @@
 #include <string_view>
 #include <vector>
 
-#include "VsMsgbus/EnforcePolicy.h"
-
 namespace vsmsgbus {
+
+namespace detail {
+
+class KeptSettings;
+
+}  // namespace detail
 
 /// A text of a policy: zero-terminated wide text that somebody else keeps, or none. Its length is counted when it is
 /// asked for.
@@ -65,54 +69,21 @@ public:
     /// By its index, which is less than size().
     const Setting& operator[](size_t index) const noexcept { return all[index]; }
 
-    /// Keeps the settings of a walk: to be handed to EnumeratePolicies, while the list stays where it is.
-    class Filler final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
-    public:
-        /// The list gets the walk's settings behind those that it has.
-        explicit Filler(SettingList& toFill) : list(toFill) {}
-        bool OnContainer(const wchar_t* feature, const wchar_t* category, const wchar_t* type,
-                         const wchar_t* name) override {
-            setting.feature = list.Keep(feature);
-            setting.category = list.Keep(category);
-            setting.type = list.Keep(type);
-            setting.policy = list.Keep(name);
-            return true;
-        }
-        bool OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) override {
-            setting.settings = list.Keep(name);
-            setting.intParam = list.Keep(intParam);
-            setting.strParam = list.Keep(strParam);
-            return true;
-        }
-        bool OnSection(const wchar_t* name, const wchar_t* /*reserved*/) override {
-            setting.section = list.Keep(name);
-            return true;
-        }
-        bool OnSetting(const wchar_t* /*section*/, const wchar_t* name, const wchar_t* value) override {
-            setting.name = list.Keep(name);
-            setting.value = list.Keep(value);
-            list.all.push_back(setting);
-            return true;
-        }
-
-    private:
-        SettingList& list;
-        Setting setting;
-    };
-
 private:
-    PolicyText Keep(const wchar_t* text) {
-        if (text == nullptr) {
+    friend class detail::KeptSettings;
+
+    PolicyText Keep(PolicyText text) {
+        if (text.IsAbsent()) {
             return {};
         }
-        const size_t size = std::wstring_view(text).size() + 1;
+        const size_t size = text.View().size() + 1;
         if (size > left) {
             left = (std::max)(blockSize, size);
             blocks.push_back(std::make_unique<wchar_t[]>(left));
             next = blocks.back().get();
         }
         wchar_t* const kept = next;
-        std::copy(text, text + size, kept);
+        std::copy_n(text.Terminated(), size, kept);
         next += size;
         left -= size;
         return kept;

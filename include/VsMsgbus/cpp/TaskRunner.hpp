@@ -24,8 +24,9 @@
 
 namespace vsmsgbus::detail {
 
-/// Runs the product's tasks, on the agent's threads or on threads of their own, and knows how they ended.
-class TaskRunner {
+/// Runs the product's tasks, on the agent's threads or on threads of their own, and knows how they ended. Held by a
+/// std::shared_ptr: threads of their own keep it.
+class TaskRunner : public std::enable_shared_from_this<TaskRunner> {
 public:
     TaskRunner(TasksHandler tasksHandler, std::shared_ptr<Log> productLog)
         : handler(std::move(tasksHandler)), log(std::move(productLog)) {}
@@ -33,8 +34,7 @@ public:
     TaskRunner& operator=(const TaskRunner&) = delete;
 
     /// What ExecuteTask answers.
-    int32_t Execute(const std::shared_ptr<TaskRunner>& self, const wchar_t* taskId,
-                    VsKitMsgbus::INYTaskEnforcer::ITaskBag& bag) {
+    int32_t Execute(const wchar_t* taskId, VsKitMsgbus::INYTaskEnforcer::ITaskBag& bag) {
         JoinEnded();
         const RunPointer run = Begin(taskId);
         TaskOutcome outcome = TaskResult::Failed;
@@ -43,7 +43,7 @@ public:
             Task task(taskId, run->stop.get_token(), bag);
             outcome = handler(task);
             if (outcome.Work()) {
-                Start(self, run, outcome.Work());
+                Start(run, outcome.Work());
                 isStarted = true;
             }
         });
@@ -130,10 +130,10 @@ private:
     }
 
     // Throws std::system_error when the system has no thread for it.
-    void Start(const std::shared_ptr<TaskRunner>& self, const RunPointer& run, const TaskWork& work) {
+    void Start(const RunPointer& run, const TaskWork& work) {
         const std::lock_guard guard(mutex);
         run->begun = std::chrono::steady_clock::now();
-        run->thread = std::thread([self, run, work] { self->Work(run, work); });
+        run->thread = std::thread([self = shared_from_this(), run, work] { self->Work(run, work); });
         run->runner = run->thread.get_id();
     }
 

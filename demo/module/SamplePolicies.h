@@ -5,27 +5,27 @@
 #include <mutex>
 #include <string>
 
-#include "SampleCollector.h"
-#include "VsMsgbus.h"
+#include "Speaker.h"
+#include "vsmsgbus.hpp"
 
 // Enforces the agent's policies: keeps the settings that this module works with, and says what has changed.
-class SampleEnforcer final : public VsKitMsgbus::INYEnforcePolicy {
+class SamplePolicies {
 public:
-    explicit SampleEnforcer(const Speaker& moduleSpeaker) : speaker(moduleSpeaker) {}
+    explicit SamplePolicies(const Speaker& moduleSpeaker) : speaker(moduleSpeaker) {}
 
-    int32_t GetLogLevel() override { return 0; }
-    void Reserved() override {}
-    // Reads the policies through the bag, on a thread of the agent's.
-    void EnforcePolicy(const wchar_t* productId, IPolicyBag* bag) override;
+    // Called on a thread of the agent's. When the policies cannot be read, those that were kept stay.
+    void Enforce(vsmsgbus::Policies& policies);
 
     // Asks the agent to send the policies again, and waits until they were enforced. False when it did not.
-    bool EnforceAgain(const std::wstring& productId);
+    bool EnforceAgain(const vsmsgbus::Product& product);
 
 private:
-    using Settings = std::map<std::wstring, std::wstring>;
+    using Settings = std::map<std::string, std::string>;
 
+    Settings Read(vsmsgbus::Policies& policies) const;
     void SayChanges(const Settings& read) const;
-    void SayDump(IPolicyBag& bag) const;
+    void SayPoliciesOfUser(vsmsgbus::Policies& policies) const;
+    void SayDump(vsmsgbus::Policies& policies) const;
 
     const Speaker& speaker;
     Settings kept;  // "<section>/<name>" of the sections that matter here; read and written by one callback at a time

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "Narrator.h"
+
+// What the story has shown, told once more at its end.
+class Summary {
+public:
+    // Once it has happened.
+    void Add(std::string what, std::string line) { shown.emplace_back(std::move(what), std::move(line)); }
+
+    void Tell(Narrator& narrator) const;
+
+private:
+    std::vector<std::pair<std::string, std::string>> shown;
+};
