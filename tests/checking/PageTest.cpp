@@ -63,7 +63,7 @@ TEST(ChecksPage, IsWhatTheTableSays) {
     std::ofstream("CHECKS.md", std::ios::binary) << page;
     std::ifstream file(CHECKS_PAGE, std::ios::binary);
     const std::string present(std::istreambuf_iterator<char>(file), {});
-    EXPECT_TRUE(present == page) << "what docs/CHECKS.md should be stands in CHECKS.md beside this program";
+    EXPECT_TRUE(present == page) << "what docs/CHECKS.md should be stands in CHECKS.md in the current folder";
 }
 
 TEST(ChecksPage, HasARuleOfEachNameOnce) {
