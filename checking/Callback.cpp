@@ -12,11 +12,6 @@ bool IsSlow(ULONGLONG milliseconds) noexcept {
     return milliseconds > NumberFromEnvironment("VSMSGBUS_CHECK_SLOW", usual);
 }
 
-CallbackRun::CallbackRun(Registration& ofModule, const char* function)
-    : registration(ofModule), scope(function, ofModule.NarrowId()) {
-    registration.Enter(function);
-}
-
 CallbackRun::~CallbackRun() {
     registration.Leave();
     const ULONGLONG taken = ::GetTickCount64() - begin;

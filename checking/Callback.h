@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <type_traits>
+
 #include "checking/Registration.h"
 #include "checking/Scope.h"
 #include "checking/Thrown.h"
@@ -11,27 +13,45 @@ namespace checking {
 // One run of a callback, from construction to destruction.
 class CallbackRun {
 public:
-    CallbackRun(Registration& ofModule, const char* function);
+    template <class Describe>
+    CallbackRun(Registration& ofModule, const char* function, const Describe& describe)
+        : registration(ofModule), scope(function, ofModule.NarrowId(), describe) {
+        registration.Enter(function);
+    }
     ~CallbackRun();
     CallbackRun(const CallbackRun&) = delete;
     CallbackRun& operator=(const CallbackRun&) = delete;
 
+    template <class Answer>
+    Answer Answered(Answer value) noexcept {
+        return scope.Answered(value);
+    }
+
 private:
     Registration& registration;
-    const Scope scope;
+    Scope scope;
     const ULONGLONG begin = ::GetTickCount64();
 };
 
 // Whether that is longer than a call should take: than VSMSGBUS_CHECK_SLOW milliseconds, 5000 when that is not set.
 bool IsSlow(ULONGLONG milliseconds) noexcept;
 
-// What `call()` answers, which calls the registered interface. Raises what the module throws, and
-// bridge::ForeignException when the interface is gone.
+// What `call()` answers, which calls the registered interface; `describe(arguments)` adds the call's arguments for the
+// record. Raises what the module throws, and bridge::ForeignException when the interface is gone.
+template <class Call, class Describe>
+auto CallRegistered(Registration& registration, const char* function, const Call& call, const Describe& describe) {
+    CallbackRun run(registration, function, describe);
+    registration.ExpectThere();
+    if constexpr (std::is_void_v<std::invoke_result_t<const Call&>>) {
+        CallTelling(registration.NarrowId(), function, call);
+    } else {
+        return run.Answered(CallTelling(registration.NarrowId(), function, call));
+    }
+}
+
 template <class Call>
 auto CallRegistered(Registration& registration, const char* function, const Call& call) {
-    const CallbackRun run(registration, function);
-    registration.ExpectThere();
-    return CallTelling(registration.NarrowId(), function, call);
+    return CallRegistered(registration, function, call, [](TraceArguments&) {});
 }
 
 }  // namespace checking

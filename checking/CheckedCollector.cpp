@@ -6,11 +6,15 @@
 namespace checking {
 
 bool CheckedPropertySet::SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) {
+    Trace(TracePhase::Begin, "SetProperty",
+          [&](TraceArguments& arguments) { arguments.Add("path", path).Add("name", name).Add("value", value); });
     ISet* const set = Use("SetProperty");
     if (set != nullptr && value == nullptr) {
         bridge::Guarded([&] { Report(Rule::PropertyNull, ProductId(), {Narrow(name)}); });
     }
-    return set != nullptr && set->SetProperty(path, name, value);
+    const bool isTaken = set != nullptr && set->SetProperty(path, name, value);
+    Trace(TracePhase::End, "SetProperty", [&](TraceArguments& arguments) { arguments.Add("answer", isTaken); });
+    return isTaken;
 }
 
 CheckedCollector::CheckedCollector(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* moduleCollector,

@@ -19,7 +19,9 @@ CheckedSink::CheckedSink(const wchar_t* productId, VsKitMsgbus::ILogSink* module
     : Registration(logSink, productId, moduleSink), sink(moduleSink) {}
 
 void CheckedSink::Write(int level, const wchar_t* text) {
-    CallRegistered(*this, "Write", [&] { sink->Write(level, text); });
+    CallRegistered(
+        *this, "Write", [&] { sink->Write(level, text); },
+        [&](TraceArguments& arguments) { arguments.Add("level", int64_t{level}).Add("text", text); });
 }
 
 }  // namespace checking

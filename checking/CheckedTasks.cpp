@@ -23,7 +23,9 @@ public:
 
     void BeginSettings() override {}
     void VisitSetting(const wchar_t* section, const wchar_t* key, const wchar_t* value) override {
-        const Scope scope("VisitSetting", productId);
+        const Scope scope("VisitSetting", productId, [&](TraceArguments& arguments) {
+            arguments.Add("section", section).Add("key", key).Add("value", value);
+        });
         const wchar_t* const copies[] = {texts.Copy(section), texts.Copy(key), texts.Copy(value)};
         CallTelling(productId, "VisitSetting", [&] { visitor->VisitSetting(copies[0], copies[1], copies[2]); });
         texts.Forget();
@@ -79,7 +81,9 @@ int32_t CheckedTasks::CallWithTask(const char* function, Operation operation, co
     const Loan<CheckedTaskBag> loan(bag, NarrowId(), function);
     LentTexts texts(NarrowId(), function);
     const wchar_t* const lentId = texts.Copy(taskId);
-    return CallRegistered(*this, function, [&] { return (enforcer->*operation)(lentId, loan.Get()); });
+    return CallRegistered(
+        *this, function, [&] { return (enforcer->*operation)(lentId, loan.Get()); },
+        [&](TraceArguments& arguments) { arguments.Add("task", taskId); });
 }
 
 int32_t CheckedTasks::ExecuteTask(const wchar_t* taskId, ITaskBag* bag) {

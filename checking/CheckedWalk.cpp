@@ -7,29 +7,43 @@
 namespace checking {
 
 template <class... Parameters>
-bool CheckedWalk::Call(Answers& answers, bool (ICallbacks::*operation)(Parameters...), Parameters... given) {
+bool CheckedWalk::Call(Answers& answers, const char* name, bool (ICallbacks::*operation)(Parameters...),
+                       Parameters... given) {
+    item = name;
+    Trace(TracePhase::Begin, name, [&](TraceArguments& arguments) {
+        static constexpr const char* names[] = {"first", "second", "third", "fourth"};
+        size_t number = 0;
+        (arguments.Add(names[number++], given), ...);
+    });
     const bool goesOn = callbacks.Call(*inside, operation, texts.Copy(given)...);
+    EndItem();
     texts.Forget();
     ++answers.all;
     answers.goOn += goesOn ? 1U : 0U;
     return goesOn;
 }
 
+void CheckedWalk::EndItem() noexcept {
+    if (item != nullptr) {
+        Trace(TracePhase::End, std::exchange(item, nullptr), TraceArguments());
+    }
+}
+
 bool CheckedWalk::OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                               const wchar_t* name) {
-    return Call(containers, &ICallbacks::OnContainer, featureId, categoryId, typeId, name);
+    return Call(containers, "OnContainer", &ICallbacks::OnContainer, featureId, categoryId, typeId, name);
 }
 
 bool CheckedWalk::OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) {
-    return Call(settings, &ICallbacks::OnSettings, name, intParam, strParam);
+    return Call(settings, "OnSettings", &ICallbacks::OnSettings, name, intParam, strParam);
 }
 
 bool CheckedWalk::OnSection(const wchar_t* name, const wchar_t* reserved) {
-    return Call(sections, &ICallbacks::OnSection, name, reserved);
+    return Call(sections, "OnSection", &ICallbacks::OnSection, name, reserved);
 }
 
 bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) {
-    return Call(values, &ICallbacks::OnSetting, section, name, value);
+    return Call(values, "OnSetting", &ICallbacks::OnSetting, section, name, value);
 }
 
 void CheckedWalk::ReportRefused() const {

@@ -18,6 +18,9 @@ public:
 
     CheckedWalk(const char* operation, const std::string& productId, ICallbacks* moduleCallbacks)
         : scope(operation, productId), texts(productId, "a callback of a walk"), callbacks(moduleCallbacks) {}
+    ~CheckedWalk() { EndItem(); }
+    CheckedWalk(const CheckedWalk&) = delete;
+    CheckedWalk& operator=(const CheckedWalk&) = delete;
 
     // From now on the callbacks may be called.
     void Begin(bridge::InsidePassage passage) { inside = passage; }
@@ -37,12 +40,14 @@ private:
     };
 
     template <class... Parameters>
-    bool Call(Answers& answers, bool (ICallbacks::*operation)(Parameters...), Parameters... given);
+    bool Call(Answers& answers, const char* name, bool (ICallbacks::*operation)(Parameters...), Parameters... given);
+    void EndItem() noexcept;
 
-    const Scope scope;
+    Scope scope;
     LentTexts texts;
     const bridge::ModuleInterface<ICallbacks> callbacks;
     std::optional<bridge::InsidePassage> inside;
+    const char* item = nullptr;  // the callback that runs
     Answers containers;
     Answers settings;
     Answers sections;

@@ -71,6 +71,9 @@ void Report(Rule rule, std::string_view productId, std::initializer_list<std::st
         const Scope* const scope = Scope::Innermost();
         const std::string place = scope != nullptr ? scope->Function() : "";
         if (IsNew(rule, productId, place)) {
+            Trace(TracePhase::Instant, "finding", [&](TraceArguments& arguments) {
+                arguments.Add("rule", TextOf(rule).name).Add("product", productId);
+            });
             const std::string thread = "thread " + std::to_string(::GetCurrentThreadId());
             Tell(Message(TextOf(rule), productId, details, place.empty() ? thread : thread + ", in " + place));
         }

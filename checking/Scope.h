@@ -1,20 +1,39 @@
 #pragma once
 
+#include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+
+#include "checking/trace/Trace.h"
 
 namespace checking {
 
 // An export or a callback that the calling thread is inside, from construction to destruction. The innermost one is
-// where a finding is made.
+// where a finding is made. It is a span of the record.
 class Scope {
 public:
     // `name` is a constant. The id is copied.
     Scope(const char* name, std::string_view id);
     Scope(const char* name, const wchar_t* id);
+    // With the arguments of the call: `describe(arguments)` adds them when a record is kept.
+    template <class Describe>
+    Scope(const char* name, std::string_view id, const Describe& describe) : Scope(name, id, Untraced()) {
+        Trace(TracePhase::Begin, function, [&](TraceArguments& arguments) {
+            DescribeProduct(arguments);
+            describe(arguments);
+        });
+    }
     ~Scope() { Leave(); }
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
+
+    // Keeps the call's answer for the record.
+    template <class Answer>
+    Answer Answered(Answer value) noexcept {
+        answer = static_cast<int64_t>(value);
+        return value;
+    }
 
     // For where destructors do not run. A second time does nothing.
     void Leave() noexcept;
@@ -25,9 +44,15 @@ public:
     static const Scope* Innermost() noexcept;
 
 private:
+    struct Untraced {};
+    Scope(const char* name, std::string_view id, Untraced untraced);
+
+    void DescribeProduct(TraceArguments& arguments) const;
+
     const char* const function;
     const std::string productId;
     Scope* const outer;
+    std::optional<int64_t> answer;
     bool isInside = true;
 };
 

@@ -62,13 +62,13 @@ int32_t ConvertChecked(const char* function, Convert convert, const unsigned cha
                        unsigned char* out, unsigned int* outSize, uint64_t type) noexcept {
     constexpr size_t more = 1U << 20U;
     constexpr unsigned untouched = std::numeric_limits<unsigned>::max();
-    const Scope scope(function, "");
+    Scope scope(function, "", [&](TraceArguments& arguments) { arguments.Add("size", int64_t{size}); });
     const Area area(size_t{2} * size + more);
     if (out == nullptr || outSize == nullptr || area.Get() == nullptr) {
-        return convert(data, size, out, outSize, type);
+        return scope.Answered(convert(data, size, out, outSize, type));
     }
     unsigned resultSize = untouched;
-    const int32_t answer = convert(data, size, area.Get(), &resultSize, type);
+    const int32_t answer = scope.Answered(convert(data, size, area.Get(), &resultSize, type));
     if (resultSize == untouched) {
         return answer;
     }
@@ -87,16 +87,17 @@ int32_t ConvertChecked(const char* function, Convert convert, const unsigned cha
 }  // namespace
 
 int CheckedVsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
-    const Scope scope("VsKitEnforceLocalPolicy", productId);
+    Scope scope("VsKitEnforceLocalPolicy", productId);
     LookWhetherEntered("VsKitEnforceLocalPolicy");
     if (productId != nullptr) {
         bridge::Guarded([&] { Watch::OfProcess().LookAtId("VsKitEnforceLocalPolicy", productId); });
     }
-    return VsKitEnforceLocalPolicy(productId);
+    return scope.Answered(VsKitEnforceLocalPolicy(productId));
 }
 
 void CheckedUpdateMsgbusTaskStatus(const wchar_t* taskId, int status) noexcept {
-    const Scope scope("UpdateMsgbusTaskStatus", "");
+    const Scope scope("UpdateMsgbusTaskStatus", "",
+                      [&](TraceArguments& arguments) { arguments.Add("task", taskId).Add("status", int64_t{status}); });
     LookWhetherEntered("UpdateMsgbusTaskStatus");
     bridge::Guarded([&] {
         const bool isKnown = status == INYTaskEnforcer::NothingDecided || status == INYTaskEnforcer::Failed ||
@@ -112,7 +113,8 @@ void CheckedUpdateMsgbusTaskStatus(const wchar_t* taskId, int status) noexcept {
 }
 
 void CheckedVsKitHealthCheckRegisterCB(const wchar_t* name, VsKitHealthCheckCallback callback) noexcept {
-    const Scope scope("VsKitHealthCheckRegisterCB", "");
+    const Scope scope("VsKitHealthCheckRegisterCB", "",
+                      [&](TraceArguments& arguments) { arguments.Add("name", name); });
     LookWhetherEntered("VsKitHealthCheckRegisterCB");
     VsKitHealthCheckRegisterCB(name, callback);
 }
@@ -143,14 +145,33 @@ int32_t CheckedVsKitMsgbusEncryptAndEncodeData(...) noexcept {
     return ReportNothingDone("VsKitMsgbusEncryptAndEncodeData");
 }
 
+int32_t CheckedVsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* out,
+                                     unsigned int* outSize, uint64_t type) noexcept {
+    Scope scope("VsKitMsgbusHashBuffer", "", [&](TraceArguments& arguments) { arguments.Add("size", int64_t{size}); });
+    return scope.Answered(VsKitMsgbusHashBuffer(data, size, out, outSize, type));
+}
+
 int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept {
-    const Scope scope("VsKitMsgbusGetInformation", "");
-    return CallWithBuffer("VsKitMsgbusGetInformation", out, [&] { return VsKitMsgbusGetInformation(index, out); });
+    Scope scope("VsKitMsgbusGetInformation", "",
+                [&](TraceArguments& arguments) { arguments.Add("index", int64_t{index}); });
+    return scope.Answered(
+        CallWithBuffer("VsKitMsgbusGetInformation", out, [&] { return VsKitMsgbusGetInformation(index, out); }));
 }
 
 int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, lpc_buffer* out) noexcept {
-    const Scope scope("VsKitMsgbusGetInfoByKeyName", "");
-    return CallWithBuffer("VsKitMsgbusGetInfoByKeyName", out, [&] { return VsKitMsgbusGetInfoByKeyName(key, out); });
+    Scope scope("VsKitMsgbusGetInfoByKeyName", "", [&](TraceArguments& arguments) { arguments.Add("key", key); });
+    return scope.Answered(
+        CallWithBuffer("VsKitMsgbusGetInfoByKeyName", out, [&] { return VsKitMsgbusGetInfoByKeyName(key, out); }));
+}
+
+int32_t CheckedVsKitMsgbusManagedMode(unsigned int* mode) noexcept {
+    Scope scope("VsKitMsgbusManagedMode", "");
+    return scope.Answered(VsKitMsgbusManagedMode(mode));
+}
+
+void CheckedVsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept {
+    const Scope scope("VsKitMsgbusFreeTaskCookie", productId);
+    VsKitMsgbusFreeTaskCookie(productId, cookie);
 }
 
 void CheckedLpcBufferRelease(lpc_buffer* buffer) noexcept {

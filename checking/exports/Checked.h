@@ -33,6 +33,8 @@ int32_t CheckedVsKitMsgbusEncryptData(const unsigned char* data, unsigned int si
                                       unsigned int* outSize, uint64_t type) noexcept;
 int32_t CheckedVsKitMsgbusDecryptData(const unsigned char* data, unsigned int size, unsigned char* out,
                                       unsigned int* outSize, uint64_t type) noexcept;
+int32_t CheckedVsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* out,
+                                     unsigned int* outSize, uint64_t type) noexcept;
 int32_t CheckedVsKitMsgbusDecodeData(...) noexcept;
 int32_t CheckedVsKitMsgbusEncodeData(...) noexcept;
 int32_t CheckedVsKitMsgbusDecodeAndDecryptData(...) noexcept;
@@ -40,9 +42,11 @@ int32_t CheckedVsKitMsgbusEncryptAndEncodeData(...) noexcept;
 
 int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, VsKitMsgbus::lpc_buffer* out) noexcept;
 int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, VsKitMsgbus::lpc_buffer* out) noexcept;
+int32_t CheckedVsKitMsgbusManagedMode(unsigned int* mode) noexcept;
+void CheckedVsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept;
 
-// How many findings there were, those not told again included: of the rule of that name, or of all for null. Of this DLL
-// alone.
+// How many findings there were, those not told again included: of the rule of that name, or of all for null. Of this
+// DLL alone.
 unsigned VsMsgbusCheckFindings(const char* rule) noexcept;
 
 }  // extern "C"

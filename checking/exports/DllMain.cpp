@@ -5,6 +5,7 @@
 #include "base/NoDestroyAtExit.h"
 #include "checking/Findings.h"
 #include "checking/Watch.h"
+#include "checking/trace/Trace.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE library, DWORD reason, LPVOID reserved);
 
@@ -36,6 +37,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, LPVOID reser
         bridge::isProcessEnding = reserved != nullptr;
         bridge::Guarded(
             [&] { checking::ReportLeftBehind(reserved != nullptr ? "the process ends" : "VsMsgbus.dll is unloaded"); });
+        checking::FinishTrace();
     }
     return TRUE;
 }

@@ -136,12 +136,13 @@ void LookAtWhatStays(const char* productId) {
 
 bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgbus::ILogSink* logSink,
                           VsMsgbus** outInstance) noexcept {
-    const Scope scope("VsMsgbusEntry", productId != nullptr ? productId : "");
+    Scope scope("VsMsgbusEntry", productId != nullptr ? productId : "",
+                [&](TraceArguments& arguments) { arguments.Add("mask", int64_t{serviceMask}); });
     if (productId == nullptr || outInstance == nullptr) {
         Report(Rule::EntryFailed, scope.ProductId(),
                {productId == nullptr ? ", because it is given no id" : ", because it is given null for outInstance",
                 "the product is not entered, and nobody asks it"});
-        return VsMsgbusEntry(productId, serviceMask, logSink, outInstance);
+        return scope.Answered(VsMsgbusEntry(productId, serviceMask, logSink, outInstance));
     }
     LookAtLoaderLock("VsMsgbusEntry", Wide(productId).c_str());
     bridge::Guarded([&] { LookAtEntry(productId, serviceMask, logSink); });
@@ -151,11 +152,11 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
         *outInstance = instance;
     }
     bridge::Guarded([&] { LookAtAnswer(productId, serviceMask, answer, instance); });
-    return answer;
+    return scope.Answered(answer);
 }
 
 bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
-    const Scope scope("VsMsgbusExit", productId != nullptr ? productId : "");
+    Scope scope("VsMsgbusExit", productId != nullptr ? productId : "");
     LookAtLoaderLock("VsMsgbusExit", Wide(scope.ProductId()).c_str());
     bool answer = true;
     bool hasLeft = false;
@@ -170,7 +171,7 @@ bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
         answer = VsMsgbusExit(productId, instance);
     }
     bridge::Guarded([&] { LookAtWhatStays(productId); });
-    return answer;
+    return scope.Answered(answer);
 }
 
 VsMsgbusClientRecord* CheckedGetMsgbusClient() noexcept {

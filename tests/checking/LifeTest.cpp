@@ -1,34 +1,12 @@
 // What the checking bridge says of Entry, Exit and what is called outside them.
-#include <filesystem>
-
 #include "VsMsgbus.h"
 #include "checking/CheckedTest.h"
+#include "checking/OwnProcess.h"
 #include "support/TaskEnforcer.h"
 
 namespace {
 
-class CheckedLife : public CheckedTest {
-protected:
-    // Runs a test of this program in a process of its own.
-    int RunAlone(const std::string& test) const {
-        char program[MAX_PATH] = {};
-        ::GetModuleFileNameA(nullptr, program, MAX_PATH);
-        std::string command = "\"" + std::string(program) + "\" --gtest_also_run_disabled_tests --gtest_filter=" + test;
-        STARTUPINFOA startup{};
-        startup.cb = sizeof startup;
-        PROCESS_INFORMATION process{};
-        if (::CreateProcessA(nullptr, command.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup,
-                             &process) == FALSE) {
-            return -1;
-        }
-        DWORD code = 0;
-        ::WaitForSingleObject(process.hProcess, INFINITE);
-        ::GetExitCodeProcess(process.hProcess, &code);
-        ::CloseHandle(process.hThread);
-        ::CloseHandle(process.hProcess);
-        return static_cast<int>(code);
-    }
-};
+class CheckedLife : public CheckedTest {};
 
 TEST_F(CheckedLife, AnEntryWithoutASinkIsNamed) {
     const Registration registration(id, collector);
@@ -117,8 +95,9 @@ TEST_F(CheckedLife, AnEntryUnderTheLoaderLockIsNamed) {
 
 // What a process leaves behind, for the next two: not a test of its own.
 TEST(PlantedEnd, DISABLED_LeavesAProductAndACollector) {
-    static CapturingSink sink;
-    static Collector collector;
+    // Never destroyed: the watcher may write until the process is gone.
+    auto& sink = *new CapturingSink;
+    auto& collector = *new Collector;
     VsMsgbus* instance = nullptr;
     ASSERT_TRUE(VsMsgbusEntry("LEFT1000", VsMsgbusServiceProperty, &sink, &instance));
     ASSERT_TRUE(VsKitMsgbusSetCollectProperties(L"LEFT1000", &collector, nullptr));
@@ -131,7 +110,7 @@ TEST(PlantedEnd, DISABLED_LeavesNothing) {
 }
 
 TEST_F(CheckedLife, WhatAProcessLeavesBehindIsNamedAtItsEnd) {
-    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 0);
+    EXPECT_EQ(RunInOwnProcess("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 0);
     EXPECT_THAT(file.Text(),
                 testing::HasSubstr("VsMsgbus check [EXIT-MISSING] LEFT1000: it has not left when the process "
                                    "ends: the agent is told nothing, and may call code that is gone. Call "
@@ -144,13 +123,13 @@ TEST_F(CheckedLife, WhatAProcessLeavesBehindIsNamedAtItsEnd) {
 }
 
 TEST_F(CheckedLife, AProcessThatLeavesNothingBehindEndsSilently) {
-    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesNothing"), 0);
+    EXPECT_EQ(RunInOwnProcess("PlantedEnd.DISABLED_LeavesNothing"), 0);
     EXPECT_EQ(file.Text(), "");
 }
 
 TEST_F(CheckedLife, AProcessEndsAtItsFirstFindingWhenItShall) {
     ::SetEnvironmentVariableA("VSMSGBUS_CHECK", "abort");
-    EXPECT_EQ(RunAlone("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 3);
+    EXPECT_EQ(RunInOwnProcess("PlantedEnd.DISABLED_LeavesAProductAndACollector"), 3);
     ::SetEnvironmentVariableA("VSMSGBUS_CHECK", nullptr);
 }
 

@@ -29,9 +29,17 @@ of the environment:
 | `VSMSGBUS_CHECK` | `break` stops in the debugger at each finding; `abort` ends the process at the first with exit code 3 |
 | `VSMSGBUS_CHECK_GRACE` | milliseconds after the last change until masks and interfaces are compared, 5000 when not set |
 | `VSMSGBUS_CHECK_SLOW` | milliseconds that a callback or a sink may take, 5000 when not set |
+| `VSMSGBUS_TRACE` | a file for the record, see below |
+| `VSMSGBUS_TRACE_LIMIT` | its greatest size in bytes, 64 MB when not set |
 
 `unsigned VsMsgbusCheckFindings(const char* rule)`, which this DLL alone exports, answers how many findings of a rule there
 were, or of all rules for null: also those that are not told again.
+
+The record has every export and every callback as a span, with its thread, product, arguments and answer, and as instants the
+findings, the libraries that are opened and closed, and what the agent refuses, with its code. Texts are cut to 200
+characters; data that is encrypted or decrypted is never in it, nor are the `ny_dl_` and `ny_temp_buffer_` functions. It is in
+the Trace Event format, which timeline viewers open. Each event is in the file at once: a crash loses at most the last one.
+When the file is full, the oldest events make room.
 
 A call into memory that is gone is not made: it is answered as if the callback had thrown. An output area that is too small
 gets what it has room for.

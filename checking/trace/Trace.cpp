@@ -1,0 +1,76 @@
+#include "checking/trace/Trace.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "base/Boundary.h"
+#include "checking/Channels.h"
+#include "checking/trace/TraceFile.h"
+
+namespace checking {
+
+namespace {
+
+std::wstring PathOfTrace() {
+    std::wstring path(::GetEnvironmentVariableW(L"VSMSGBUS_TRACE", nullptr, 0), L'\0');
+    path.resize(::GetEnvironmentVariableW(L"VSMSGBUS_TRACE", path.data(), static_cast<DWORD>(path.size())));
+    return path;
+}
+
+// Made at the first look; null when no record is kept. It stays until the process ends.
+TraceFile* Make() noexcept {
+    constexpr unsigned long usual = 64UL << 20U;
+    TraceFile* made = nullptr;
+    bridge::Guarded([&] {
+        if (const std::wstring path = PathOfTrace(); !path.empty()) {
+            auto file = std::make_unique<TraceFile>(path.c_str(), NumberFromEnvironment("VSMSGBUS_TRACE_LIMIT", usual));
+            made = file->IsThere() ? file.release() : nullptr;
+        }
+    });
+    return made;
+}
+
+TraceFile* File() noexcept {
+    static TraceFile* const file = Make();
+    return file;
+}
+
+double Microseconds() noexcept {
+    static const double perSecond = [] {
+        LARGE_INTEGER frequency;
+        ::QueryPerformanceFrequency(&frequency);
+        return static_cast<double>(frequency.QuadPart);
+    }();
+    LARGE_INTEGER now;
+    ::QueryPerformanceCounter(&now);
+    return static_cast<double>(now.QuadPart) * 1e6 / perSecond;
+}
+
+}  // namespace
+
+bool IsTracing() noexcept {
+    return File() != nullptr;
+}
+
+void Trace(TracePhase phase, std::string_view name, const TraceArguments& arguments) noexcept {
+    if (TraceFile* const file = File()) {
+        bridge::Guarded([&] {
+            file->Add(
+                TraceLine(phase, name, Microseconds(), ::GetCurrentProcessId(), ::GetCurrentThreadId(), arguments));
+        });
+    }
+}
+
+void FinishTrace() noexcept {
+    if (TraceFile* const file = File()) {
+        bridge::Guarded([&] {
+            std::string last = TraceLine(TracePhase::Instant, "end of the record", Microseconds(),
+                                         ::GetCurrentProcessId(), ::GetCurrentThreadId(), TraceArguments());
+            file->Finish(last.substr(0, last.rfind(',')));
+        });
+    }
+}
+
+}  // namespace checking
