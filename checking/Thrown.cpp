@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "base/Boundary.h"
 #include "base/ForeignTypes.h"
@@ -27,10 +28,28 @@ std::string Demangled(const char* name) {
     return status == 0 ? text.get() : name;
 }
 
+// What Microsoft's compiler calls the types that are no classes, as far as somebody throws them.
+const char* PlainType(std::string_view decorated) noexcept {
+    constexpr std::pair<std::string_view, const char*> types[] = {
+        {".H", "int"},           {".I", "unsigned int"},   {".J", "long"},
+        {".K", "unsigned long"}, {".PEBD", "const char*"}, {".PEB_W", "const wchar_t*"},
+        {"._N", "bool"},         {".N", "double"},
+    };
+    for (const auto& [name, type] : types) {
+        if (decorated == name) {
+            return type;
+        }
+    }
+    return nullptr;
+}
+
 // ".?AVruntime_error@std@@" as "std::runtime_error". Names that are more than names in namespaces stay as they are.
 std::string WithoutDecoration(const std::string& decorated) {
     constexpr size_t prefix = 4;
     constexpr std::string_view suffix = "@@";
+    if (const char* const plainType = PlainType(decorated)) {
+        return plainType;
+    }
     if (decorated.size() <= prefix + suffix.size() || decorated.compare(0, 3, ".?A") != 0 ||
         decorated.find_first_of("?$", prefix) != std::string::npos) {
         return decorated;

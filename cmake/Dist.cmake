@@ -1,7 +1,7 @@
 # What is finished: what `cmake --install` and the zip of `cpack` lay out, as a user of the bridge takes it away. A
 # package that can be moved: nothing in it says where it was built or installed.
 add_custom_target(finished)
-add_dependencies(finished VsMsgbus LogLib simulated_agents ny_simulator ny_setup SampleModule demo)
+add_dependencies(finished VsMsgbus VsMsgbusChecking LogLib simulated_agents ny_simulator ny_setup SampleModule demo)
 
 include(${CMAKE_CURRENT_LIST_DIR}/ImportLibrary.cmake)
 add_microsoft_import_library(VsMsgbus ${PROJECT_SOURCE_DIR}/library/VsMsgbus.def)
@@ -14,6 +14,7 @@ add_microsoft_import_library(ny_setup ${PROJECT_SOURCE_DIR}/kit/setup/ny_setup.d
 install(TARGETS VsMsgbus LogLib RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES ${VsMsgbus_MICROSOFT_LIBRARY} ${LogLib_MICROSOFT_LIBRARY} DESTINATION lib)
 install(FILES $<TARGET_FILE:VsMsgbus>.debug $<TARGET_FILE:LogLib>.debug DESTINATION symbols)
+install(FILES $<TARGET_FILE:VsMsgbusChecking> DESTINATION checking)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION include)
 install(FILES ${PROJECT_SOURCE_DIR}/loglib/LogLib.h DESTINATION include/loglib)
 

@@ -8,9 +8,9 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
 # Each line is read as one, which takes a tenth of the time: headers are what takes long. The longest first.
 joints=("msgbus msgbus/client msgbus/registrations msgbus/instance library" "policy services" "base dispatcher values"
-    "property scheduler updater" "include" "loglib")
+    "property scheduler updater" "include" "loglib" "checking checking/exports checking/trace")
 # No folder of the DLLs' sources is forgotten.
-for folder in $(git ls-files base dispatcher values msgbus library policy services property scheduler updater loglib |
+for folder in $(git ls-files base dispatcher values msgbus library policy services property scheduler updater loglib checking |
     sed -n 's|/[^/]*\.cpp$||p' | sort -u); do
     [[ " ${joints[*]} " == *" $folder "* ]] || {
         echo "$0: no clang-tidy for $folder" >&2

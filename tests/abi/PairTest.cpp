@@ -37,7 +37,10 @@ TEST(Pair, StandsTogether) {
 TEST(Pair, HasABridgeAndALogWithTheContractsExportsAndNoOthers) {
     const AbiModule module;
     const PeImage bridge(::GetModuleHandleA("VsMsgbus.dll"));
-    EXPECT_THAT(bridge.ExportedNames(), testing::UnorderedElementsAreArray(expectedExports));
+    std::vector<std::string> names = bridge.ExportedNames();
+    // What the checking bridge has besides.
+    std::erase(names, "VsMsgbusCheckFindings");
+    EXPECT_THAT(names, testing::UnorderedElementsAreArray(expectedExports));
     const PeImage log(::GetModuleHandleA("LogLib.dll"));
     EXPECT_THAT(log.ExportedNames(), testing::UnorderedElementsAreArray(expectedLogExports));
 }

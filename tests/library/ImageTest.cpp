@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <fstream>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -65,6 +67,14 @@ TEST_F(Image, NeedsTheHostsLogAndTheSystemsOwnLibrariesOnly) {
     for (const std::string& library : imported) {
         EXPECT_THAT(systemLibraries, Contains(library));
     }
+}
+
+TEST_F(Image, HasNoTextOfTheChecksThatOnlyTheCheckingBridgeMakes) {
+    std::ifstream file(LoadedBridge::fileName, std::ios::binary);
+    const std::string bytes(std::istreambuf_iterator<char>(file), {});
+    EXPECT_NE(bytes.find("VsKitMsgbusSetCollectProperties"), std::string::npos);
+    EXPECT_EQ(bytes.find("VsMsgbus check ["), std::string::npos);
+    EXPECT_EQ(bytes.find("VSMSGBUS_TRACE"), std::string::npos);
 }
 
 TEST_F(Image, OfTheHostsLogExportsItsContractsNamesAndNothingElse) {
