@@ -34,7 +34,7 @@ void AddToFile(const std::wstring& path, const std::string& line) noexcept {
 
 }  // namespace
 
-void Tell(const std::string& message) noexcept {
+void Tell(const std::string& message, bool mayStop) noexcept {
     bridge::Guarded([&] {
         const std::string line = message + "\n";
         ::OutputDebugStringW(Wide(line).c_str());
@@ -42,7 +42,7 @@ void Tell(const std::string& message) noexcept {
         if (const std::wstring path = FromEnvironment(L"VSMSGBUS_CHECK_FILE"); !path.empty()) {
             AddToFile(path, line);
         }
-        const std::wstring wish = FromEnvironment(L"VSMSGBUS_CHECK");
+        const std::wstring wish = mayStop ? FromEnvironment(L"VSMSGBUS_CHECK") : std::wstring();
         if (wish == L"break") {
             ::DebugBreak();
         } else if (wish == L"abort") {

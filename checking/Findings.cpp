@@ -52,7 +52,7 @@ bool IsNew(Rule rule, std::string_view productId, std::string_view place) {
 
 std::string Message(const RuleText& rule, std::string_view productId, std::initializer_list<std::string_view> details,
                     std::string_view place) {
-    std::string message = "VsMsgbus check [";
+    std::string message = IsNote(rule.rule) ? "VsMsgbus note [" : "VsMsgbus check [";
     message.append(rule.name)
         .append("] ")
         .append(productId.empty() ? "(no product)" : productId)
@@ -75,7 +75,8 @@ void Report(Rule rule, std::string_view productId, std::initializer_list<std::st
                 arguments.Add("rule", TextOf(rule).name).Add("product", productId);
             });
             const std::string thread = "thread " + std::to_string(::GetCurrentThreadId());
-            Tell(Message(TextOf(rule), productId, details, place.empty() ? thread : thread + ", in " + place));
+            Tell(Message(TextOf(rule), productId, details, place.empty() ? thread : thread + ", in " + place),
+                 !IsNote(rule));
         }
     });
     ::SetLastError(lastError);
@@ -87,7 +88,8 @@ unsigned CountFindings(const char* ruleName) noexcept {
     FindingTable& table = Findings();
     const Guard guard(table.lock);
     for (const auto& [key, times] : table.findings) {
-        if (ruleName == nullptr || (wanted != nullptr && wanted->rule == std::get<Rule>(key))) {
+        const Rule rule = std::get<Rule>(key);
+        if (ruleName == nullptr ? !IsNote(rule) : wanted != nullptr && wanted->rule == rule) {
             count += times;
         }
     }

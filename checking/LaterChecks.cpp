@@ -5,6 +5,7 @@
 #include <string>
 
 #include "base/Boundary.h"
+#include "checking/AgentLook.h"
 #include "checking/Channels.h"
 #include "checking/Findings.h"
 #include "checking/Texts.h"
@@ -55,6 +56,7 @@ void Check() {
         Report(Rule::SinkTaken, taker, {products.begin()->first});
     }
     if (!IsAgentThere()) {
+        LookForAgent();
         CheckLater();
         return;
     }

@@ -295,6 +295,29 @@ void Second::CollectProperties(bool, ISet*) { VsKitMsgbusRemoveCollectProperties
     VsKitMsgbusRemoveCollectProperties(L"FIRST_1000");
     VsKitMsgbusRemoveCollectProperties(L"SECOND1000");
 })"},
+    {Rule::AgentAbsent, "AGENT-ABSENT",
+     "the registry has no key HKEY_LOCAL_MACHINE\\Software\\Corvane\\Agent (error {1})",
+     "there is no agent on this machine that could ask a module",
+     "Install an agent, or the simulated one: docs/GETTING_STARTED.md shows how.", R"(# a machine without an agent)",
+     R"(vsmsgbus::testing::Machine machine;
+machine.InstallAgent();)"},
+    {Rule::AgentWithoutVersion, "AGENT-WITHOUT-VERSION",
+     "the agent's registry key has no value MsgbusVersion, or one that is empty or too long",
+     "the bridge takes the agent for not installed", "Repair the agent's installation.",
+     R"(# an installation that was not completed)", R"(MsgbusVersion = "5.7.0" (REG_SZ), at most 18 characters)"},
+    {Rule::AgentWithoutPath, "AGENT-WITHOUT-PATH",
+     "the registry has no value RuntimeSdkPath64 in Software\\Corvane\\Agent\\Applications\\RDXAGENT3000, in the "
+     "32-bit view",
+     "the bridge cannot find the agent's libraries", "Repair the agent's installation.",
+     R"(# a value in the 64-bit view alone)", R"(RuntimeSdkPath64 = "C:\Program Files\Agent" (REG_SZ))"},
+    {Rule::AgentLibrary, "AGENT-LIBRARY", "the agent's library {1} cannot be opened: {2}",
+     "no call of the agent works that needs it, and the bridge's log has but a number",
+     "Repair the agent's installation.", R"(# ny_client.dll without ny_variant.dll beside it)",
+     R"(# all four: ny_client.dll, ny_variant.dll, ny_msgbus.dll, ny_logger.dll)"},
+    {Rule::AgentExport, "AGENT-EXPORT", "a function of the agent's cannot be reached",
+     "what needs it ends with 705: the agent lacks the function or the library, or it was removed meanwhile",
+     "Look for AGENT-LIBRARY, and install an agent of the version that the bridge was made for.",
+     R"(# an agent of another version)", R"(# the agent that the bridge was made for)"},
 };
 
 constexpr bool AreInOrder() {

@@ -50,6 +50,12 @@ enum class Rule : unsigned char {
     CallbackSlow,
     SinkSlow,
     WaitCycle,
+    // Notes: of the machine, not of a module.
+    AgentAbsent,
+    AgentWithoutVersion,
+    AgentWithoutPath,
+    AgentLibrary,
+    AgentExport,
 };
 
 // Texts are UTF-8. In `what`, `consequence` and `remedy` "{1}" to "{3}" stand for what a finding gives.
@@ -62,6 +68,11 @@ struct RuleText {
     const char* mistake;      // code that makes it
     const char* right;        // the same code as it should be
 };
+
+// Whether what it says is no mistake of a module's: it is told, but no finding.
+constexpr bool IsNote(Rule rule) noexcept {
+    return rule >= Rule::AgentAbsent;
+}
 
 // Of every rule, in the order of the enumeration.
 std::span<const RuleText> AllRules() noexcept;

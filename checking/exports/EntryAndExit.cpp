@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "checking/AgentLook.h"
 #include "checking/Buffers.h"
 #include "checking/CheckedSink.h"
 #include "checking/Findings.h"
@@ -53,10 +54,12 @@ void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, 
         CheckLater();
     }
     if (!isAnswered) {
+        const auto code = LastRefusal();
         Report(Rule::EntryFailed, productId,
-               {"", instance != nullptr
-                        ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
-                        : "the product is not entered, and nobody asks it"});
+               {code.has_value() ? ", because the agent answered " + std::to_string(*code) : std::string(),
+                instance != nullptr
+                    ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
+                    : "the product is not entered, and nobody asks it"});
     }
 }
 
@@ -147,6 +150,7 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
     LookAtLoaderLock("VsMsgbusEntry", Wide(productId).c_str());
     bridge::Guarded([&] { LookAtEntry(productId, serviceMask, logSink); });
     VsMsgbus* instance = nullptr;
+    ForgetRefusal();
     const bool answer = VsMsgbusEntry(productId, serviceMask, CheckSink(productId, logSink), &instance);
     if (instance != nullptr) {
         *outInstance = instance;

@@ -4,6 +4,7 @@
 #include <typeinfo>
 
 #include "VsMsgbus/ny_dl.h"
+#include "checking/AgentLook.h"
 #include "checking/trace/Trace.h"
 #include "msgbus/client/NyClient.h"
 #include "values/AgentException.h"
@@ -20,6 +21,9 @@ uint32_t __wrap_ny_dl_open(const char* path, unsigned flags, ny_dl_t* lib) noexc
     const uint32_t code = __real_ny_dl_open(path, flags, lib);
     Trace(TracePhase::Instant, "library opened",
           [&](TraceArguments& arguments) { arguments.Add("path", path).Add("code", int64_t{code}); });
+    if (code != 0 && path != nullptr) {
+        checking::NoteLibraryNotOpened(path, code);
+    }
     return code;
 }
 
@@ -36,6 +40,7 @@ using Destroy = void (*)(void* object);
 void __wrap___cxa_throw(void* object, std::type_info* type, Destroy destroy) {
     if (*type == typeid(bridge::AgentException)) {
         const int32_t code = static_cast<const bridge::AgentException*>(object)->Code();
+        checking::NoteRefusal(code);
         Trace(TracePhase::Instant, "the agent refuses",
               [&](TraceArguments& arguments) { arguments.Add("code", int64_t{code}); });
     }

@@ -35,7 +35,8 @@ TEST_F(CheckedLife, AnEntryWhoseServiceTheAgentRefusesIsNamed) {
     EXPECT_EQ(Found("ENTRY-FAILED"), 1U);
     EXPECT_EQ(OnlyLine(),
               "VsMsgbus check [ENTRY-FAILED] " + id +
-                  ": VsMsgbusEntry answers false: the agent has refused a service; the product is entered and "
+                  ": VsMsgbusEntry answers false, because the agent answered 77: the agent has refused a service; the "
+                  "product is entered and "
                   "must be left with VsMsgbusExit. Look at the answer of VsMsgbusEntry and at what it wrote "
                   "to outInstance. (thread , in VsMsgbusEntry)");
 }

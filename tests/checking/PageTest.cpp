@@ -21,6 +21,9 @@ on a customer's machine. It gives the same answers, and names what goes wrong, e
 VsMsgbus check [RULE] PRODUCT: what was done: what comes of it. What to do. (thread, and the export or callback)
 ```
 
+The last ones of this page are notes (`VsMsgbus note [...]`): they say why the bridge has no agent, which is no mistake of a
+module's, and no finding.
+
 The lines go to the debugger's output, to standard error, and to the file that `VSMSGBUS_CHECK_FILE` names. Other variables
 of the environment:
 

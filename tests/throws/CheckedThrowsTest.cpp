@@ -40,7 +40,8 @@ protected:
 TEST_F(CheckedThrows, AStandardExceptionIsToldWithItsTypeAndText) {
     EXPECT_THAT(
         TextOfThrow("THROWS1000", Thrown::RuntimeError),
-        testing::HasSubstr("[CALLBACK-THREW] THROWS1000: CollectProperties throws std::runtime_error (\"a text that is too long "));
+        testing::HasSubstr(
+            "[CALLBACK-THREW] THROWS1000: CollectProperties throws std::runtime_error (\"a text that is too long "));
 }
 
 TEST_F(CheckedThrows, ANumberIsToldWithItsType) {
