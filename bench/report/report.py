@@ -14,7 +14,6 @@ from page import BEGIN, END
 from table import AMOUNTS_HEAD, HEAD, amount_rows, markdown_table, race_rows, text_table
 
 
-
 def read_parts(folder, note):
     figures = {"note": note, "results": [], "amounts": []}
     for name in ("inner", "module", "memory"):
