@@ -66,6 +66,14 @@ ctest --preset mingw-cross --verbose | grep -E '\[  PASSED  \] 6 tests' || Fail 
 # The module for Microsoft's C++ ABI, tried by the same tests. A launcher such as ccache need not know clang-cl's options.
 unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
 cmake --workflow --preset msabi-cross
+# A test that fails with this module is said, also when only this preset is built after a change.
+sed -i 's/"Version"), "1.0"/"Version"), "2.0"/' tests/ScannerTest.cpp
+status=0
+output=$(cmake --workflow --preset msabi-cross 2>&1) || status=$?
+[ "$status" -ne 0 ] || Fail "changed tests did not run with the module for Microsoft's C++ ABI"
+grep -qF '[  FAILED  ] ScannerTest.TellsItsVersion' <<<"$output" || Fail "$output"
+sed -i 's/"Version"), "2.0"/"Version"), "1.0"/' tests/ScannerTest.cpp
+cmake --build --preset msabi-cross
 "$sources/scripts/wine-run.sh" build/msabi-cross/pair/bin/ScannerTests.exe | grep -F '[  PASSED  ] 6 tests' ||
     Fail "the tests did not run with the module for Microsoft's C++ ABI"
 cmp -s build/msabi-cross/bin/Scanner.dll build/msabi-cross/pair/bin/Scanner.dll || Fail "another module was tried"
