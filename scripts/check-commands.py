@@ -223,7 +223,7 @@ class Runner:
         tests, module = self.project / "tests" / "MyModuleTest.cpp", self.project / "MyModule.cpp"
         tests.write_text(f"\n{test.text}\n}}  // namespace".join(tests.read_text().rsplit("\n}  // namespace", 1)))
         output = self.shell(workflow, self.project, expected=1)
-        if says.text.strip() not in output:
+        if says.text.strip() not in output or "FAILED MyModuleTest.HasAnOwner" not in output:
             sys.exit(f"{says.place}: this is said: {output}")
         begin = "void Tell(vsmsgbus::Properties& properties) {\n"
         module.write_text(module.read_text().replace(begin, begin + line.text))
