@@ -41,6 +41,13 @@ install(FILES
 include(${CMAKE_CURRENT_LIST_DIR}/Reference.cmake)
 install(DIRECTORY ${REFERENCE_OUTPUT_DIRECTORY}/ DESTINATION doc)
 
+# --- What is read first, and the guides --------------------------------------------------------------------------------
+
+install(FILES ${PROJECT_SOURCE_DIR}/docs/package/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md DESTINATION .)
+foreach(guide ${AUTHORS_GUIDES})
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/${guide}.md DESTINATION guides)
+endforeach()
+
 # --- The CMake package, and a project that uses it -------------------------------------------------------------------
 
 include(CMakePackageConfigHelpers)
@@ -54,6 +61,12 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/package/consumer/ DESTINATION exam
 install(PROGRAMS ${PROJECT_SOURCE_DIR}/scripts/new-module.sh ${PROJECT_SOURCE_DIR}/scripts/wine-run.sh DESTINATION scripts)
 install(FILES ${PROJECT_SOURCE_DIR}/scripts/wine-env.sh DESTINATION scripts)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/scripts/new-module DESTINATION scripts)
+
+# --- What builds a module for Microsoft's C++ ABI on Linux, to try it ------------------------------------------------
+
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/kit/msabi/ DESTINATION msabi)
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/msabi.cmake DESTINATION msabi)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/microsoft_runtime/ DESTINATION msabi/runtime)
 
 set(CPACK_GENERATOR ZIP)
 set(CPACK_PACKAGE_FILE_NAME VsMsgbus-${PROJECT_VERSION}-win64)

@@ -32,6 +32,11 @@ foreach(_VsMsgbus_name VsMsgbus LogLib)
     _VsMsgbus_add_library(${_VsMsgbus_name} ${_VsMsgbus_name}
         "${_VsMsgbus_prefix}/bin" "${_VsMsgbus_prefix}/lib" "${_VsMsgbus_prefix}/include")
 endforeach()
+if(CMAKE_GENERATOR MATCHES "Visual Studio")
+    # Its debugger shows the texts of the bridge's buffers with this, once it is a source of the project.
+    set_target_properties(VsMsgbus::VsMsgbus PROPERTIES
+        INTERFACE_SOURCES "${_VsMsgbus_prefix}/include/VsMsgbus.natvis")
+endif()
 _VsMsgbus_add_library(Simulator ny_simulator
     "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/lib" "${VsMsgbus_AGENT_DIR}/include")
 

@@ -21,16 +21,20 @@ set(CMAKE_AR llvm-lib-14)
 set(CMAKE_MT llvm-mt-14)
 set(CMAKE_RC_COMPILER llvm-rc-14)
 
-# Whether the build brings a runtime of its own, in the place of Microsoft's.
+# Whether the build brings a runtime of its own, in the place of Microsoft's, and the folder of its sources.
 set(MICROSOFT_RUNTIME_OF_OURS ON)
+if(NOT MICROSOFT_RUNTIME_DIR)
+    set(MICROSOFT_RUNTIME_DIR ${CMAKE_CURRENT_LIST_DIR}/../tests/microsoft_runtime)
+endif()
 set(MINGW_DIR /usr/x86_64-w64-mingw32)
 set(includes)
 foreach(folder
+        ${MICROSOFT_RUNTIME_DIR}/std
         ${clangDir}/include/c++/v1
-        ${CMAKE_CURRENT_LIST_DIR}/../tests/microsoft_runtime/crt
+        ${MICROSOFT_RUNTIME_DIR}/crt
         /usr/lib/clang/14/include
         ${MINGW_DIR}/include)
-    string(APPEND includes " -imsvc ${folder}")
+    string(APPEND includes " -imsvc \"${folder}\"")
 endforeach()
 # Which compiler of Microsoft's to be; mingw-w64's headers look for g++ as well. The runtime checks no stack (-GS-).
 set(flags "-fmsc-version=1933 -fgnuc-version=4.2.1 -nobuiltininc -X -Zl -GS- ${includes}")

@@ -1,20 +1,11 @@
 /// @file
-/// Everything that a module compiles against.
+/// Everything that a module compiles against. A module enters with VsMsgbusEntry, registers what it offers, and leaves
+/// with VsMsgbusExit before it is unloaded. The @ref conventions below hold for all exports.
 ///
 /// @namespace VsKitMsgbus
 /// What modules implement, and the structures that cross between them and the bridge.
 ///
-/// @mainpage
-/// VsMsgbus, the bridge between the modules of an endpoint security product and the management agent installed on the
-/// same machine.
-///
-/// A module enters with VsMsgbusEntry, registers what it offers, and leaves with VsMsgbusExit before it is unloaded.
-///
-/// Guides: @ref md_guides_GETTING_STARTED, the way to a first module; @ref md_guides_WHY_NOT_ASKED, for a module whose
-/// callbacks are not called; @ref md_guides_LOG_LINES, every line that the bridge writes; @ref
-/// md_guides_STATUS_NUMBERS, what callbacks and exports answer. In the sources they stand in docs/.
-///
-/// Conventions
+/// @page conventions Conventions of the bridge
 ///
 ///  1. Exports are plain functions with C linkage, and one member, VsKitMsgbus::lpc_buffer::Release; none lets an
 ///     exception out. Texts are zero-terminated; wide text is UTF-16, narrow text UTF-8 unless a comment says

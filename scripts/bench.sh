@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Measures the bridge against the floor and against what a module's author would write instead, under Wine, after
-# installing and building what is missing: see docs/PERFORMANCE.md. Figures and chart stand in build/bench.
+# installing and building what is missing: see docs/PERFORMANCE.md. Figures stand in build/bench.
 #   --quick     a short form: fewer rounds and sizes
-#   --document  writes the figures and the chart into docs/ as well
+#   --document  writes the figures into docs/PERFORMANCE.md as well, and draws its pictures
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
@@ -11,7 +11,7 @@ reportArguments=()
 for argument in "$@"; do
     case "$argument" in
     --quick) programArguments+=(--quick) ;;
-    --document) reportArguments+=(--document docs/PERFORMANCE.md --chart docs/performance.svg) ;;
+    --document) reportArguments+=(--document docs/PERFORMANCE.md) ;;
     *)
         echo "usage: $0 [--quick] [--document]" >&2
         exit 2

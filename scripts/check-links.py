@@ -1,7 +1,8 @@
 #!/usr/bin/env python3
-"""Checks every link of the project's pages (*.md): the file has to be there, and so has the heading behind a "#".
+"""check-links.py [PACKAGE]: checks every link of the project's pages (*.md), or of those of an unpacked package: the file has to
+be there, and so has the heading behind a "#".
 
-Links to other machines are not followed.
+Links to other machines are not followed. A page of docs/package/ is written for its place in the package.
 """
 import collections
 import pathlib
@@ -44,7 +45,7 @@ def headings(path):
     return names
 
 
-def fault_of(page, target):
+def fault_of(root, page, target):
     """What is wrong with a link, None when it leads somewhere."""
     if ELSEWHERE.match(target):
         return None
@@ -52,6 +53,8 @@ def fault_of(page, target):
     path = (page.parent / file).resolve() if file else page
     if not path.exists():
         return f"no such file: {target}"
+    if not path.is_relative_to(root):
+        return f"leads out of the folder: {target}"
     if heading and path.suffix == ".md" and heading not in headings(path):
         return f"no such heading: {target}"
     return None
@@ -65,16 +68,22 @@ def links(page):
             yield text.count("\n", 0, match.start(1)) + 1, match[1]
 
 
-def main():
+def pages_of_project():
     listed = subprocess.run(["git", "ls-files", "--cached", "--others", "--exclude-standard", "*.md"], cwd=ROOT, check=True,
                             capture_output=True, text=True).stdout.split("\n")
-    pages = [ROOT / name for name in listed if name and (ROOT / name).exists()]
+    return [ROOT / name for name in listed if name and not name.startswith("docs/package/") and (ROOT / name).exists()]
+
+
+def main():
+    package = pathlib.Path(sys.argv[1]).resolve() if len(sys.argv) > 1 else None
+    root = package or ROOT
+    pages = sorted(package.rglob("*.md")) if package else pages_of_project()
     faults = []
     for page in pages:
         for number, target in links(page):
-            fault = fault_of(page, target)
+            fault = fault_of(root, page, target)
             if fault:
-                faults.append(f"{page.relative_to(ROOT)}:{number}: {fault}")
+                faults.append(f"{page.relative_to(root)}:{number}: {fault}")
     print("\n".join(faults), end="\n" if faults else "", file=sys.stderr)
     return 1 if faults or not pages else 0
 

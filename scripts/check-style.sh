@@ -2,7 +2,8 @@
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
 # also in the simulated agent, the kit and the demo, which takes as long again and needs a build of the release preset. What
 # clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes. First the pages: that
-# their links lead somewhere, and that docs/LOG_LINES.md has every line that the sources write.
+# their links lead somewhere, that docs/LOG_LINES.md has every line that the sources write, that what their commands name is
+# there, and that the pictures of docs/PERFORMANCE.md are drawn from its table.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 stamps=build/tidy
@@ -24,6 +25,8 @@ core=simulator/core
 
 scripts/check-links.py
 scripts/check-log-lines.py
+scripts/check-commands.py
+bench/report/draw.py --check
 
 mapfile -t sources < <(git ls-files --cached --others --exclude-standard '*.h' '*.hpp' '*.cpp' | while read -r file; do
     [ -e "$file" ] && echo "$file"

@@ -73,3 +73,4 @@ find . -type f | while read -r file; do
 done
 echo "made $name in $folder; in that folder, this builds and tests it:"
 echo "    cmake --workflow --preset mingw-cross    # Linux, tests under Wine; on Windows mingw, clang or visual-studio"
+echo "    cmake --workflow --preset msabi-cross    # then the same module for Microsoft's C++ ABI, to try it"

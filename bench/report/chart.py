@@ -1,104 +1,115 @@
-"""The scaling curves as one SVG: a panel for each kind of work, both axes logarithmic."""
+"""Pictures of ratios: a small one for each question, with a line for each figure. A page shows them as wide as its column:
+at 800 pixels one unit is one pixel, and the smallest text has 13."""
 
 import math
 
-WIDTH, HEIGHT, MARGIN, RIGHT = 360, 260, 60, 30
-COLOURS = ["#1f6feb", "#d1242f", "#1a7f37", "#9a6700"]
+WIDTH, LABELS, NUMBERS, LINE, TOP, BOTTOM = 800, 250, 150, 26, 44, 76
+STYLE = """
+text { font: 14px sans-serif; fill: #1f2328 }
+.small { font-size: 13px }
+.question { font-size: 16px; font-weight: bold }
+.page { fill: #ffffff }
+.grid { stroke: #d1d9e0 }
+.one { stroke: #1f2328; stroke-width: 1.5 }
+.range { stroke: #0969da; stroke-width: 4; stroke-opacity: 0.35 }
+.median { fill: #0969da }
+.missed.range { stroke: #bc4c00 }
+.missed.median { fill: #bc4c00 }
+.aim { stroke: #1a7f37; stroke-width: 3 }
+@media (prefers-color-scheme: dark) {
+text { fill: #e6edf3 }
+.page { fill: #0d1117 }
+.grid { stroke: #3d444d }
+.one { stroke: #e6edf3 }
+.range { stroke: #4493f8; stroke-opacity: 0.5 }
+.median { fill: #4493f8 }
+.missed.range { stroke: #f0883e }
+.missed.median { fill: #f0883e }
+.aim { stroke: #3fb950 }
+}
+"""
 
 
-class Curve:
-    def __init__(self, name, colour, is_floor, points):
-        self.name = name
-        self.colour = colour
-        self.is_floor = is_floor
-        self.points = points
+class Scale:
+    """A linear axis that has room for all rows, and for 1."""
+
+    def __init__(self, rows):
+        low = min([1.0] + [row.least for row in rows])
+        high = max([1.0] + [row.greatest for row in rows] + [row.aim for row in rows if row.aim])
+        self.step = next(step for step in (0.1, 0.2, 0.25, 0.5, 1, 2, 5) if (high - low) / step <= 8)
+        self.low = math.floor(low / self.step) * self.step
+        self.high = math.ceil(high / self.step) * self.step
+
+    def ticks(self):
+        count = round((self.high - self.low) / self.step)
+        return [self.low + number * self.step for number in range(count + 1)]
+
+    def place(self, ratio):
+        return LABELS + (ratio - self.low) / (self.high - self.low) * (WIDTH - LABELS - NUMBERS)
 
 
-def power_text(exponent):
-    return f"{10 ** exponent:,}" if exponent >= 0 else f"{10.0 ** exponent:.0e}"
+def text(x, y, words, anchor="start", kind=""):
+    words = words.replace("&", "&amp;").replace("<", "&lt;")
+    kind = f' class="{kind}"' if kind else ""
+    return f'<text x="{x:.1f}" y="{y:.1f}" text-anchor="{anchor}"{kind}>{words}</text>'
 
 
-class Panel:
-    def __init__(self, title, x_label, curves):
-        self.title = title
-        self.x_label = x_label
-        self.curves = curves
-        xs = [x for curve in curves for x, _ in curve.points]
-        ys = [y for curve in curves for _, y in curve.points]
-        self.x_range = (math.floor(math.log10(min(xs))), max(1, math.ceil(math.log10(max(xs)))))
-        self.y_range = (math.floor(math.log10(min(ys))), math.ceil(math.log10(max(ys))))
-
-    def place(self, x, y):
-        def along(value, limits, length):
-            return (math.log10(value) - limits[0]) / max(1, limits[1] - limits[0]) * length
-
-        return (
-            MARGIN + along(x, self.x_range, WIDTH - MARGIN - RIGHT),
-            HEIGHT - MARGIN - along(y, self.y_range, HEIGHT - MARGIN - 36),
-        )
-
-    def axes(self):
-        for exponent in range(self.x_range[0], self.x_range[1] + 1):
-            x, bottom = self.place(10.0**exponent, 10.0 ** self.y_range[0])
-            _, top = self.place(10.0**exponent, 10.0 ** self.y_range[1])
-            yield f'<line x1="{x:.1f}" y1="{bottom:.1f}" x2="{x:.1f}" y2="{top:.1f}" stroke="#ddd"/>'
-            yield f'<text x="{x:.1f}" y="{bottom + 14:.1f}" text-anchor="middle">{power_text(exponent)}</text>'
-        for exponent in range(self.y_range[0], self.y_range[1] + 1):
-            left, y = self.place(10.0 ** self.x_range[0], 10.0**exponent)
-            right, _ = self.place(10.0 ** self.x_range[1], 10.0**exponent)
-            yield f'<line x1="{left:.1f}" y1="{y:.1f}" x2="{right:.1f}" y2="{y:.1f}" stroke="#ddd"/>'
-            yield f'<text x="{left - 4:.1f}" y="{y + 4:.1f}" text-anchor="end">{power_text(exponent)} ns</text>'
-
-    def drawn(self, left):
-        yield f'<g transform="translate({left},0)">'
-        yield f'<text x="{WIDTH / 2}" y="18" text-anchor="middle" font-weight="bold">{self.title}</text>'
-        yield from self.axes()
-        yield f'<text x="{WIDTH / 2}" y="{HEIGHT - MARGIN + 28}" text-anchor="middle">{self.x_label}</text>'
-        for number, curve in enumerate(self.curves):
-            places = " ".join("{:.1f},{:.1f}".format(*self.place(x, y)) for x, y in curve.points)
-            dashes = ' stroke-dasharray="5 3"' if curve.is_floor else ""
-            yield (
-                f'<polyline points="{places}" fill="none" stroke="{curve.colour}" stroke-width="2"{dashes}/>'
-            )
-            x, y = MARGIN + (number % 2) * 150, HEIGHT - 14 + 14 * (number // 2)
-            yield f'<line x1="{x}" y1="{y - 4}" x2="{x + 20}" y2="{y - 4}" stroke="{curve.colour}" stroke-width="2"{dashes}/>'
-            yield f'<text x="{x + 24}" y="{y}">{curve.name}</text>'
-        yield "</g>"
+def line(x1, y1, x2, y2, kind):
+    return f'<line class="{kind}" x1="{x1:.1f}" y1="{y1:.1f}" x2="{x2:.1f}" y2="{y2:.1f}"/>'
 
 
-def curves_of(races, section, kinds):
-    """A pair of curves, ours and the floor's, for each kind: lines of the table that begin with that word."""
-    curves = []
-    for colour, kind in zip(COLOURS, kinds):
-        lines = [race for race in races if race.section == section and race.size > 0 and race.what.startswith(kind)]
-        for name, is_floor in (("ours", False), ("floor", True)):
-            points = [
-                (race.size, (race.floor if is_floor else race.ours)["nanoseconds"]["median"]) for race in lines
-            ]
-            if points:
-                curves.append(Curve(f"{kind} {name}".strip(), colour, is_floor, points))
-    return curves
+def median(x, y, is_missed):
+    """A dot, or a diamond for one above its aim, which is told without colours, too."""
+    if is_missed:
+        return f'<path class="missed median" d="M{x:.1f} {y - 7:.1f}l7 7l-7 7l-7 -7z"/>'
+    return f'<circle class="median" cx="{x:.1f}" cy="{y:.1f}" r="5"/>'
 
 
-def write_chart(races, path):
-    wanted = [
-        ("one property of a request", "properties", "properties", [""]),
-        ("one setting of a walk", "settings", "policies", ["walk", "user walk"]),
-        ("one setting of a dump", "settings", "policies", ["dump"]),
-        ("one conversion", "characters", "conversion", ["to wide", "to narrow"]),
-        ("one look-up", "products", "look-up", [""]),
+def drawn_rows(scale, labelled):
+    for number, (label, row) in enumerate(labelled):
+        y = TOP + LINE * (number + 0.5)
+        missed = "missed " if row.is_missed() else ""
+        yield text(LABELS - 14, y + 5, label, "end")
+        yield line(scale.place(row.least), y, scale.place(row.greatest), y, f"{missed}range")
+        if row.aim:
+            yield line(scale.place(row.aim), y - 10, scale.place(row.aim), y + 10, "aim")
+        yield median(scale.place(row.median), y, row.is_missed())
+        yield text(WIDTH - NUMBERS + 14, y + 5, f"{row.median:.2f} ({row.least:.2f} to {row.greatest:.2f})", kind="small")
+
+
+def legend(y, has_aim, has_missed):
+    yield text(LABELS, y, "1: as long as the floor", kind="small")
+    x = LABELS + 158
+    yield median(x, y - 5, False)
+    yield text(x + 10, y, "median, with its range", kind="small")
+    x += 170
+    if has_aim:
+        yield line(x, y - 14, x, y + 4, "aim")
+        yield text(x + 8, y, "aim", kind="small")
+        x += 50
+    if has_missed:
+        yield median(x, y - 5, True)
+        yield text(x + 12, y, "above its aim", kind="small")
+
+
+def picture(question, labelled):
+    """The SVG of a question; `labelled` are pairs of a label and a row."""
+    rows = [row for _, row in labelled]
+    scale = Scale(rows)
+    bottom = TOP + LINE * len(rows)
+    lines = [
+        f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH}" height="{bottom + BOTTOM}" '
+        f'viewBox="0 0 {WIDTH} {bottom + BOTTOM}" role="img">',
+        f"<title>{question}</title>",
+        f"<style>{STYLE}</style>",
+        '<rect class="page" width="100%" height="100%"/>',
+        text(14, 26, question, kind="question"),
     ]
-    panels = []
-    for title, x_label, section, kinds in wanted:
-        curves = curves_of(races, section, kinds)
-        if curves:
-            panels.append(Panel(title, x_label, curves))
-    height = HEIGHT + 10
-    with open(path, "w", encoding="utf-8") as file:
-        file.write(
-            f'<svg xmlns="http://www.w3.org/2000/svg" width="{WIDTH * len(panels)}" height="{height}" '
-            'font-family="sans-serif" font-size="11">\n<rect width="100%" height="100%" fill="white"/>\n'
-        )
-        for number, panel in enumerate(panels):
-            file.write("\n".join(panel.drawn(number * WIDTH)) + "\n")
-        file.write("</svg>\n")
+    for tick in scale.ticks():
+        kind = "one" if abs(tick - 1) < 1e-9 else "grid"
+        lines.append(line(scale.place(tick), TOP - 4, scale.place(tick), bottom + 4, kind))
+        lines.append(text(scale.place(tick), bottom + 22, f"{tick:g}", "middle", "small"))
+    lines += drawn_rows(scale, labelled)
+    lines += legend(bottom + 56, any(row.aim for row in rows), any(row.is_missed() for row in rows))
+    lines.append("</svg>")
+    return "\n".join(lines) + "\n"

@@ -1,19 +1,17 @@
-"""Puts the figures of the programs together: report.py FOLDER [--document FILE --chart FILE] [--note TEXT]
+"""Puts the figures of the programs together: report.py FOLDER [--document FILE] [--note TEXT]
 
-Reads FOLDER/*.part.json, writes FOLDER/bench.json and FOLDER/bench.svg, and prints the table. With --document the table
-is written between the two marks of that file, and the chart beside it.
+Reads FOLDER/*.part.json, writes FOLDER/bench.json, and prints the table. With --document the table is written between the two
+marks of that file, and the pictures are drawn from it: see draw.py.
 """
 
 import argparse
 import json
 import pathlib
-import shutil
 
-from chart import write_chart
+from draw import write
 from figures import races_of
+from page import BEGIN, END
 from table import AMOUNTS_HEAD, HEAD, amount_rows, markdown_table, race_rows, text_table
-
-BEGIN, END = "<!-- figures: written by scripts/bench.sh -->", "<!-- end of figures -->"
 
 
 def read_parts(folder, note):
@@ -35,14 +33,11 @@ def main():
     parser = argparse.ArgumentParser()
     parser.add_argument("folder", type=pathlib.Path)
     parser.add_argument("--document", type=pathlib.Path)
-    parser.add_argument("--chart", type=pathlib.Path)
     parser.add_argument("--note", default="")
     arguments = parser.parse_args()
     figures = read_parts(arguments.folder, arguments.note)
     (arguments.folder / "bench.json").write_text(json.dumps(figures, indent=1) + "\n", encoding="utf-8")
     races = races_of(figures)
-    chart = arguments.folder / "bench.svg"
-    write_chart(races, chart)
     print(text_table(HEAD, race_rows(races)))
     print()
     print(text_table(AMOUNTS_HEAD, amount_rows(figures["amounts"])))
@@ -53,7 +48,7 @@ def main():
             markdown_table(AMOUNTS_HEAD, amount_rows(figures["amounts"])),
         ]
         write_into(arguments.document, "\n\n".join(tables))
-        shutil.copyfile(chart, arguments.chart)
+        write(arguments.document)
 
 
 if __name__ == "__main__":

@@ -7,7 +7,7 @@
 extern "C" {
 
 /// Encrypts `size` bytes at `data` with the agent. Any thread, between VsMsgbusEntry and the last VsMsgbusExit. No bit
-/// of the mask is needed.
+/// of the mask of VsMsgbusEntry is needed.
 ///
 /// The result may be longer than the data, and only the agent knows by how much: no call tells it beforehand, and a
 /// place that is too small is written beyond its end. Exactly `*outSize` bytes are written. The simulated agent, as an

@@ -8,7 +8,7 @@ extern "C" {
 typedef void (*VsKitHealthCheckCallback)();
 
 /// Keeps the callback under that name for the life of the process; a second one of the same name takes its place. Any
-/// thread.
+/// thread. No bit of the mask of VsMsgbusEntry is needed.
 ///
 /// @param name      zero-terminated UTF-16. The low 8 bits of each unit are what counts: U+0141 and U+0041 are one
 ///                  name.

@@ -34,8 +34,9 @@ enum VsMsgbusInformation : unsigned int {
 
 extern "C" {
 
-/// Reads one value as wide text. Any thread, at any time, without a bit of the mask. `out` is emptied first in every
-/// case (the text that it held is freed) and must have been empty or filled by the bridge before.
+/// Reads one value as wide text. Any thread, at any time. No bit of the mask of VsMsgbusEntry is needed. `out` is
+/// emptied first in every case (the text that it held is freed) and must have been empty or filled by the bridge
+/// before.
 ///
 /// A failure of the agent's is logged as "Failed to get the agent info, excpetion:[CODE]", like all lines about
 /// information at level 3 of the process's log sink, as every line of the bridge: they tell of failures, so no severity
@@ -45,8 +46,8 @@ extern "C" {
 /// not entered, the value is empty, memory ran out, or the agent failed or is not there.
 int32_t VsKitMsgbusGetInformation(unsigned int index, VsKitMsgbus::lpc_buffer* out) noexcept;
 
-/// Reads the value of any key that the agent knows as narrow text (UTF-8). Any thread, at any time. `out` is emptied
-/// first, except when key is null.
+/// Reads the value of any key that the agent knows as narrow text (UTF-8). Any thread, at any time, without a bit of
+/// the mask. `out` is emptied first, except when key is null.
 ///
 /// A value that was found and cannot be read as text comes empty and is logged as "Failed to get ny info,
 /// excpetion:[CODE]"; one that cannot be given back to the agent is logged as "Unable to release ny variant for KEY

@@ -1,7 +1,7 @@
 #include "NewModule.h"
 
+#include <cstdio>
 #include <exception>
-#include <iostream>
 #include <optional>
 
 #include <vsmsgbus.hpp>
@@ -54,7 +54,7 @@ std::optional<std::wstring> Answer(std::wstring_view name) {
 
 // Takes the lines of the bridge and of the agent; called on any thread.
 void Log(int level, std::wstring_view line) {
-    std::cerr << level << ": " << vsmsgbus::Utf8(line) << '\n';
+    std::fprintf(stderr, "%d: %s\n", level, vsmsgbus::Utf8(line).c_str());
 }
 
 }  // namespace
@@ -69,7 +69,7 @@ bool NewModuleLoad() {
                                                       .log = Log});
         return true;
     } catch (const std::exception& failure) {
-        std::cerr << failure.what() << '\n';
+        std::fprintf(stderr, "%s\n", failure.what());
         return false;
     }
 }

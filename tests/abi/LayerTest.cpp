@@ -1,5 +1,8 @@
 // The C++ layer, compiled into a module of either ABI.
+#include <algorithm>
+
 #include "abi/AbiModuleTest.h"
+#include "support/AgentTasks.h"
 #include "support/AgentUpdate.h"
 #include "support/PolicyNotice.h"
 
@@ -35,6 +38,24 @@ TEST_F(AbiLayer, ServesTheAgentAndCatchesWhatItsHandlersThrow) {
     EXPECT_EQ(module.log.Take(), std::vector<std::string>{});
     EXPECT_EQ(Update(SetCall(id)), "answer 0, result 1");
     EXPECT_EQ(module.log.Take(), std::vector<std::string>{"log 3: the handler of updates threw: refused"});
+}
+
+TEST_F(AbiLayer, RunsTasksAlsoOnAThreadOfTheirOwnUntilTheyAreStopped) {
+    SetTasks(R"([{"id": "short", "product": "ABI1000"},
+                 {"id": "endless", "product": "ABI1000", "settings": {"S": {"Steps": 1}}}])");
+    ASSERT_TRUE(Load(id));
+    EXPECT_EQ(AnswerOf("short"), NY_OK);
+    EXPECT_EQ(TakeReports(), std::vector<std::string>{"short 4"});
+    EXPECT_EQ(AnswerOf("endless"), NY_OK);
+    EXPECT_EQ(AnswerOf("endless", NY_SIM_TASK_STOP), NY_OK);
+    // That it goes on, its progress, and its end.
+    EXPECT_EQ(ny_sim_wait_task_reports(3, 20000), NY_OK);
+    std::vector<std::string> reports = TakeReports();
+    ASSERT_FALSE(reports.empty());
+    EXPECT_EQ(reports.back(), "endless 3");
+    std::sort(reports.begin(), reports.end());
+    EXPECT_EQ(reports, (std::vector<std::string>{"endless 2", "endless 3", "endless 6"}));
+    EXPECT_EQ(module.log.Take(), (std::vector<std::string>{"task short 0", "task endless 1"}));
 }
 
 TEST_F(AbiLayer, SaysWhyAProductCannotBeMade) {

@@ -1,4 +1,5 @@
 // The standard's exceptions, as far as libc++'s headers only declare them.
+#include <stdlib.h>
 #include <string.h>
 
 #include <atomic>
@@ -25,6 +26,10 @@ SharedText& SharedTextOf(const char* text) noexcept {
 namespace std {
 
 const nothrow_t nothrow{};
+
+void terminate() noexcept {
+    abort();
+}
 
 exception::~exception() noexcept = default;
 const char* exception::what() const noexcept {

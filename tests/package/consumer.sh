@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
-# runs; its plain module also as Microsoft's toolchain would build it, and so does a program that installs the agent.
+# runs; its modules also for Microsoft's C++ ABI, with what the package has for that. The plain module, and a program that
+# installs the agent, are built for that ABI without any C++ library as well.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 sources="$1" package="$2/unpacked"
 work=$(mktemp -d)
@@ -28,12 +29,22 @@ cmake --build "$work/build"
 RunHost "the module" MyModule.dll
 RunHost "the plain module" PlainModule.dll
 
+# A launcher such as ccache need not know clang-cl's options.
+unset CMAKE_C_COMPILER_LAUNCHER CMAKE_CXX_COMPILER_LAUNCHER
+Configure "$work/package/example" "$work/msabi" "-DCMAKE_TOOLCHAIN_FILE=$work/package/msabi/toolchain.cmake"
+cmake --build "$work/msabi" --target MyModule PlainModule
+for module in MyModule PlainModule; do
+    cmp -s "$work/msabi/bin/$module.dll" "$work/build/bin/$module.dll" && Fail "$module.dll is the same for both ABIs"
+    cp "$work/msabi/bin/$module.dll" "$work/build/bin/"
+    RunHost "the example's module for Microsoft's C++ ABI" "$module.dll"
+done
+
 # There is nothing that this compiler could link a program for its trial with.
 Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_COMPILER=clang++-14 \
     -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_CXX_COMPILER_WORKS=1 -DCMAKE_CXX_STANDARD_LIBRARIES=
 cmake --build "$work/microsoft"
 cp "$work/microsoft/bin/PlainModule.dll" "$work/build/bin/"
-RunHost "the plain module for Microsoft's C++ ABI" PlainModule.dll
+RunHost "the plain module without a C++ library" PlainModule.dll
 "$sources/scripts/wine-run.sh" "$work/microsoft/bin/SetupProgram.exe" ||
     Fail "step $? went wrong in the program for Microsoft's C++ ABI that installs the agent"
 Passed

@@ -1,3 +1,5 @@
+#include <windows.h>
+
 #include <exception>
 #include <optional>
 #include <string>
@@ -14,7 +16,7 @@ std::wstring Text(std::wstring_view text) {
     return std::wstring(text);
 }
 
-// Needs of the standard library what this build has: no std::exception that carries a text, and no threads.
+// Needs of the standard library what every build has: no std::exception that carries a text.
 class Refusal : public std::exception {
 public:
     const char* what() const noexcept override { return "refused"; }
@@ -39,6 +41,22 @@ void ReadPolicies(vsmsgbus::Policies& policies) {
     Told() << L"Digests " << vsmsgbus::Wide(policies.Digests()).c_str();
 }
 
+// Ends when the agent stops the task, on a thread of its own; one without steps ends at once.
+vsmsgbus::TaskOutcome RunTask(vsmsgbus::Task& task) {
+    const int steps = task.Get<int>("S", "Steps").ValueOr(0);
+    Told() << L"task " << task.Id().c_str() << L" " << steps;
+    if (steps == 0) {
+        return vsmsgbus::TaskResult::Done;
+    }
+    return vsmsgbus::OnOwnThread([](const vsmsgbus::TaskRun& run) {
+        run.Progress();
+        while (!run.IsToStop()) {
+            ::SwitchToThread();
+        }
+        return vsmsgbus::TaskResult::Failed;
+    });
+}
+
 std::optional<std::wstring> ValueOf(std::wstring_view name) {
     return name == L"a key" ? std::optional<std::wstring>(L"its value") : std::nullopt;
 }
@@ -57,6 +75,7 @@ bool ModuleLoadLayer(const char* productId) {
     try {
         product.emplace(productId, vsmsgbus::Handlers{.properties = TellProperties,
                                                       .policies = ReadPolicies,
+                                                      .tasks = RunTask,
                                                       .updates = {.get = ValueOf, .set = SetNothing},
                                                       .log = Log});
         return true;

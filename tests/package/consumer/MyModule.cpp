@@ -1,6 +1,6 @@
 // A module that answers the agent when it asks for the product's properties.
+#include <cstdio>
 #include <exception>
-#include <iostream>
 #include <optional>
 
 #include <vsmsgbus.hpp>
@@ -19,7 +19,7 @@ void Tell(vsmsgbus::Properties& properties) {
 
 // Takes the lines of the bridge and of the agent.
 void Log(int /*level*/, std::wstring_view line) {
-    std::cerr << vsmsgbus::Utf8(line) << '\n';
+    std::fprintf(stderr, "%s\n", vsmsgbus::Utf8(line).c_str());
 }
 
 }  // namespace
@@ -30,7 +30,7 @@ bool MyModuleLoad() {
         product.emplace(myProductId, vsmsgbus::Handlers{.properties = Tell, .log = Log});
         return true;
     } catch (const std::exception& failure) {
-        std::cerr << failure.what() << '\n';
+        std::fprintf(stderr, "%s\n", failure.what());
         return false;
     }
 }
