@@ -6,10 +6,12 @@
 #   VsMsgbus::Setup       makes a machine to try modules on, and installs the simulated agent on it, ny_setup.h
 #   VsMsgbus::Testing     both, for a test that is written with vsmsgbus_testing.hpp
 #   VsMsgbus_AGENT_DIR    the folder of the simulated agent's builds: full, older, lacking, empty, text
+#   VsMsgbus_CHECKING_DIR the folder of the checking bridge
 #
 #   vsmsgbus_prepare_host(<target>)   see below
 get_filename_component(_VsMsgbus_prefix "${CMAKE_CURRENT_LIST_DIR}/../../.." ABSOLUTE)
 set(VsMsgbus_AGENT_DIR "${_VsMsgbus_prefix}/agent")
+set(VsMsgbus_CHECKING_DIR "${_VsMsgbus_prefix}/checking")
 
 # Adds VsMsgbus::<name> for the library <file>.dll, with the import library of the linker in use.
 function(_VsMsgbus_add_library name file binaries imports includes)
@@ -50,15 +52,22 @@ if(NOT TARGET VsMsgbus::Testing)
         INTERFACE_LINK_LIBRARIES "VsMsgbus::Setup;VsMsgbus::Simulator")
 endif()
 
-# vsmsgbus_prepare_host(<target>)
+# vsmsgbus_prepare_host(<target> [CHECKING])
 #
 # Has everything stand where the program <target> looks for it when it tries modules: the bridge, its log, ny_setup.dll and
 # ny_simulator.dll beside the program, and the agent's builds in agent/ beside the program's folder. There they are not found
-# but through the registry, as on a machine with the agent.
+# but through the registry, as on a machine with the agent. With
+# CHECKING the bridge is the checking one, which names what a module does wrong: for tests, never for shipping.
 function(vsmsgbus_prepare_host target)
-    foreach(library VsMsgbus LogLib Setup Simulator)
+    cmake_parse_arguments(PARSE_ARGV 1 HOST "CHECKING" "" "")
+    set(bridge $<TARGET_FILE:VsMsgbus::VsMsgbus>)
+    if(HOST_CHECKING)
+        set(bridge ${VsMsgbus_CHECKING_DIR}/VsMsgbus.dll)
+    endif()
+    foreach(file ${bridge} $<TARGET_FILE:VsMsgbus::LogLib> $<TARGET_FILE:VsMsgbus::Setup>
+            $<TARGET_FILE:VsMsgbus::Simulator>)
         add_custom_command(TARGET ${target} POST_BUILD
-            COMMAND ${CMAKE_COMMAND} -E copy_if_different $<TARGET_FILE:VsMsgbus::${library}> $<TARGET_FILE_DIR:${target}>
+            COMMAND ${CMAKE_COMMAND} -E copy_if_different ${file} $<TARGET_FILE_DIR:${target}>
             VERBATIM)
     endforeach()
     foreach(build full older lacking empty text)

@@ -57,6 +57,10 @@ std::string Shown(std::string text) {
             ++at;
         }
     }
+    // Which the page's language would take for the beginning of something.
+    for (size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
+        text.insert(at, 1, '\\');
+    }
     return text;
 }
 
