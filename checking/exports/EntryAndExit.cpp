@@ -13,12 +13,27 @@
 #include "checking/Tasks.h"
 #include "checking/Texts.h"
 #include "checking/Waits.h"
+#include "checking/Walks.h"
 #include "checking/Watch.h"
 #include "checking/exports/Checked.h"
 
 using namespace checking;
 
 namespace {
+
+bool IsOf(const Registration& registration, const std::string& productId) {
+    return registration.NarrowId() == productId;
+}
+
+std::vector<RegistrationPointer> RegistrationsOf(const std::string& productId) {
+    std::vector<RegistrationPointer> ofProduct;
+    for (const RegistrationPointer& registration : Watch::OfProcess().Registrations()) {
+        if (IsOf(*registration, productId)) {
+            ofProduct.push_back(registration);
+        }
+    }
+    return ofProduct;
+}
 
 void LookAtEntry(const char* productId, uint32_t serviceMask, const VsKitMsgbus::ILogSink* logSink) {
     Watch& watch = Watch::OfProcess();
@@ -27,7 +42,8 @@ void LookAtEntry(const char* productId, uint32_t serviceMask, const VsKitMsgbus:
     } else {
         watch.LookAtId("VsMsgbusEntry", Wide(productId));
     }
-    if ((serviceMask & allServices) == 0) {
+    // A product with nothing registered may want to ask the agent, and not to be asked.
+    if ((serviceMask & allServices) == 0 && (serviceMask != 0 || !RegistrationsOf(productId).empty())) {
         Report(Rule::MaskEmpty, productId, {std::to_string(serviceMask)});
     }
     if (logSink == nullptr && !watch.HasSink()) {
@@ -58,20 +74,6 @@ void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, 
                         ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
                         : "the product is not entered, and nobody asks it"});
     }
-}
-
-bool IsOf(const Registration& registration, const std::string& productId) {
-    return registration.NarrowId() == productId;
-}
-
-std::vector<RegistrationPointer> RegistrationsOf(const std::string& productId) {
-    std::vector<RegistrationPointer> ofProduct;
-    for (const RegistrationPointer& registration : Watch::OfProcess().Registrations()) {
-        if (IsOf(*registration, productId)) {
-            ofProduct.push_back(registration);
-        }
-    }
-    return ofProduct;
 }
 
 // Whether the call leaves a product.
@@ -112,6 +114,7 @@ bool LeaveProduct(const char* productId, VsMsgbus* instance) {
         }
     }
     ReportTasksWithoutEnd(productId);
+    ReportRefusedWalks(productId);
     return answer;
 }
 
