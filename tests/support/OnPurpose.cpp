@@ -29,10 +29,9 @@ using CountFindings = unsigned (*)(const char* rule);
 // Of the bridge that this process has; null when it is not the checking one, or none is loaded.
 CountFindings FindCounter() {
     const HMODULE library = ::GetModuleHandleA("VsMsgbus.dll");
-    return library == nullptr
-               ? nullptr
-               : reinterpret_cast<CountFindings>(
-                     reinterpret_cast<void*>(::GetProcAddress(library, "VsMsgbusCheckFindings")));
+    return library == nullptr ? nullptr
+                              : reinterpret_cast<CountFindings>(
+                                    reinterpret_cast<void*>(::GetProcAddress(library, "VsMsgbusCheckFindings")));
 }
 
 // Fails a test that causes a finding which it has not named. What is found between two tests is the next one's.
@@ -76,6 +75,10 @@ class MistakeListener final : public testing::EmptyTestEventListener {
 }();
 
 }  // namespace
+
+bool IsCheckingBridge() {
+    return FindCounter() != nullptr;
+}
 
 OnPurpose::OnPurpose(std::initializer_list<const char*> rules) {
     Named& named = OfThisTest();
