@@ -1,6 +1,8 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "checking/Buffers.h"
@@ -99,6 +101,17 @@ bool IsInsideAny(const std::vector<RegistrationPointer>& registrations) {
     return false;
 }
 
+// A thread inside FreeCookie is the module's own: the agent does not call that, and a product need not be in for it.
+void LookAtThoseInside(const Registration& registration) {
+    const std::vector<Insider> inside = registration.Insiders();
+    const auto called = std::find_if(inside.begin(), inside.end(), [](const Insider& insider) {
+        return insider.thread != ::GetCurrentThreadId() && std::string_view(insider.function) != "FreeCookie";
+    });
+    if (called != inside.end()) {
+        Report(Rule::ExitWhileCalled, registration.NarrowId(), {std::to_string(called->thread), called->function});
+    }
+}
+
 bool LeaveProduct(const char* productId, VsMsgbus* instance) {
     const std::vector<RegistrationPointer> registrations = RegistrationsOf(productId);
     bool answer = true;
@@ -109,9 +122,7 @@ bool LeaveProduct(const char* productId, VsMsgbus* instance) {
         answer = VsMsgbusExit(productId, instance);
     }
     for (const RegistrationPointer& registration : registrations) {
-        if (const auto inside = registration->InsiderOnOtherThread()) {
-            Report(Rule::ExitWhileCalled, productId, {std::to_string(inside->thread), inside->function});
-        }
+        LookAtThoseInside(*registration);
     }
     ReportTasksWithoutEnd(productId);
     ReportRefusedWalks(productId);
