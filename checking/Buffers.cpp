@@ -19,6 +19,7 @@ namespace {
 struct Filled {
     std::string function;
     std::string productId;
+    bool isTold = false;  // that it was not released
 };
 
 class Buffers {
@@ -57,9 +58,16 @@ public:
         return std::find(released.begin(), released.end(), text) != released.end();
     }
 
-    std::map<const void*, Filled> TakeAll() {
+    // How many of each product and function were not told of yet. From now on they are.
+    std::map<std::pair<std::string, std::string>, size_t> TellAll() {
+        std::map<std::pair<std::string, std::string>, size_t> counts;
         const Guard guard(lock);
-        return std::exchange(texts, {});
+        for (auto& [text, filled] : texts) {
+            if (!std::exchange(filled.isTold, true)) {
+                ++counts[{filled.productId, filled.function}];
+            }
+        }
+        return counts;
     }
 
 private:
@@ -114,11 +122,7 @@ bool MayRelease(const lpc_buffer& buffer) noexcept {
 
 void ReportNotReleased() noexcept {
     bridge::Guarded([] {
-        std::map<std::pair<std::string, std::string>, size_t> counts;
-        for (const auto& [text, filled] : Buffers::OfProcess().TakeAll()) {
-            ++counts[{filled.productId, filled.function}];
-        }
-        for (const auto& [filled, count] : counts) {
+        for (const auto& [filled, count] : Buffers::OfProcess().TellAll()) {
             Report(Rule::BufferNotReleased, filled.first, {filled.second, std::to_string(count)});
         }
     });

@@ -17,7 +17,7 @@ void NoteFilled(const char* function, const VsKitMsgbus::lpc_buffer* buffer) noe
 // Whether the bridge may free the text: it is one of its own. Else that is reported.
 bool MayRelease(const VsKitMsgbus::lpc_buffer& buffer) noexcept;
 
-// Reports what was not released, for each function that filled it, and forgets it.
+// Reports what was not released, for each function that filled it, once. It may still be released.
 void ReportNotReleased() noexcept;
 
 // The exports with such a buffer: `call()` with the looks before and after it.

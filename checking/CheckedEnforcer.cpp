@@ -34,7 +34,7 @@ bool CheckedPolicyBag::Walk(const char* operation, const wchar_t* productId, ICa
             answer = enumerate(*bag, walk.get());
         },
         [&] { walk.reset(); });
-    walk->ReportRefused();
+    walk->NoteAnswers();
     return answer;
 }
 

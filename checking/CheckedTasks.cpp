@@ -97,7 +97,10 @@ int32_t CheckedTasks::ExecuteTask(const wchar_t* taskId, ITaskBag* bag) {
     }
     if (IsOneOf(answer, {Failed, Succeeded})) {
         NoteTaskEnded(taskId);
-    } else if (answer != NothingDecided) {
+        return answer;
+    }
+    NoteTaskGoesOn(taskId);
+    if (answer != NothingDecided) {
         Report(Rule::TaskAnswer, NarrowId(), {std::to_string(answer)});
     }
     return answer;

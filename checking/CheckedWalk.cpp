@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "checking/Findings.h"
+#include "checking/Walks.h"
 
 namespace checking {
 
@@ -46,13 +46,13 @@ bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const w
     return Call(values, "OnSetting", &ICallbacks::OnSetting, section, name, value);
 }
 
-void CheckedWalk::ReportRefused() const {
+void CheckedWalk::NoteAnswers() const {
     // A setting is the last there is: nothing is missed by answering false.
     const std::pair<const Answers*, const char*> callbacksWithMore[] = {
         {&containers, "OnContainer"}, {&settings, "OnSettings"}, {&sections, "OnSection"}};
     for (const auto& [answers, name] : callbacksWithMore) {
-        if (answers->all != 0 && answers->goOn == 0) {
-            Report(Rule::WalkRefused, scope.ProductId(), {name});
+        if (answers->all != 0) {
+            NoteWalk(scope.ProductId(), name, answers->goOn != 0);
         }
     }
 }

@@ -24,8 +24,8 @@ public:
 
     // From now on the callbacks may be called.
     void Begin(bridge::InsidePassage passage) { inside = passage; }
-    // Reports a callback that was never answered true.
-    void ReportRefused() const;
+    // Notes which callbacks were called, and answered true.
+    void NoteAnswers() const;
 
     bool OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                      const wchar_t* name) override;

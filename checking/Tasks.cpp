@@ -3,6 +3,7 @@
 #include <map>
 #include <vector>
 
+#include "VsMsgbus/TaskEnforcer.h"
 #include "base/NoDestroyAtExit.h"
 #include "checking/Findings.h"
 #include "checking/StateLock.h"
@@ -12,9 +13,15 @@ namespace checking {
 
 namespace {
 
+struct Task {
+    std::string productId;
+    bool goesOn = false;
+    bool isHeardOf = false;  // or was told of here
+};
+
 struct TaskTable {
     StateLock lock;
-    std::map<std::wstring, std::string> begun;  // the product of each task
+    std::map<std::wstring, Task> begun;
 };
 
 TaskTable& Tasks() {
@@ -26,24 +33,44 @@ TaskTable& Tasks() {
 
 void NoteTaskBegun(const wchar_t* taskId, const std::string& productId) {
     const Guard guard(Tasks().lock);
-    Tasks().begun.insert_or_assign(taskId, productId);
+    Tasks().begun.insert_or_assign(taskId, Task{productId});
 }
 
-void NoteTaskEnded(const wchar_t* taskId) {
+void NoteTaskGoesOn(const wchar_t* taskId) {
     const Guard guard(Tasks().lock);
-    Tasks().begun.erase(taskId);
+    if (const auto task = Tasks().begun.find(taskId); task != Tasks().begun.end()) {
+        task->second.goesOn = true;
+    }
+}
+
+bool NoteTaskEnded(const wchar_t* taskId) {
+    const Guard guard(Tasks().lock);
+    return Tasks().begun.erase(taskId) != 0;
+}
+
+bool NoteTaskStatus(const wchar_t* taskId, int32_t status) {
+    using VsKitMsgbus::INYTaskEnforcer;
+    if (status == INYTaskEnforcer::Failed || status == INYTaskEnforcer::Succeeded) {
+        return NoteTaskEnded(taskId);
+    }
+    const Guard guard(Tasks().lock);
+    const auto task = Tasks().begun.find(taskId);
+    if (task == Tasks().begun.end()) {
+        return false;
+    }
+    task->second.isHeardOf |= status != INYTaskEnforcer::NothingDecided;
+    return true;
 }
 
 void ReportTasksWithoutEnd(const std::string& productId) {
     std::vector<std::wstring> left;
     {
         const Guard guard(Tasks().lock);
-        for (auto task = Tasks().begun.begin(); task != Tasks().begun.end();) {
-            const bool isOfProduct = task->second == productId;
-            if (isOfProduct) {
-                left.push_back(task->first);
+        for (auto& [id, task] : Tasks().begun) {
+            if (task.productId == productId && task.goesOn && !task.isHeardOf) {
+                left.push_back(id);
+                task.isHeardOf = true;
             }
-            task = isOfProduct ? Tasks().begun.erase(task) : std::next(task);
         }
     }
     for (const std::wstring& task : left) {

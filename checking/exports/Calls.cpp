@@ -98,15 +98,15 @@ int CheckedVsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
 void CheckedUpdateMsgbusTaskStatus(const wchar_t* taskId, int status) noexcept {
     const Scope scope("UpdateMsgbusTaskStatus", "",
                       [&](TraceArguments& arguments) { arguments.Add("task", taskId).Add("status", int64_t{status}); });
-    LookWhetherEntered("UpdateMsgbusTaskStatus");
     bridge::Guarded([&] {
         const bool isKnown = status == INYTaskEnforcer::NothingDecided || status == INYTaskEnforcer::Failed ||
                              status == INYTaskEnforcer::Succeeded || status == INYTaskEnforcer::AgentDefined;
         if (!isKnown) {
             Report(Rule::TaskStatus, Watch::OfProcess().AnyProduct(), {std::to_string(status)});
         }
-        if (taskId != nullptr && status != INYTaskEnforcer::NothingDecided) {
-            NoteTaskEnded(taskId);
+        // A task may end while its product leaves, or later: Exit has told of that.
+        if (taskId == nullptr || !NoteTaskStatus(taskId, status)) {
+            LookWhetherEntered("UpdateMsgbusTaskStatus");
         }
     });
     UpdateMsgbusTaskStatus(taskId, status);

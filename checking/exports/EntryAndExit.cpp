@@ -1,6 +1,8 @@
 #include <windows.h>
 
+#include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "checking/AgentLook.h"
@@ -14,12 +16,27 @@
 #include "checking/Tasks.h"
 #include "checking/Texts.h"
 #include "checking/Waits.h"
+#include "checking/Walks.h"
 #include "checking/Watch.h"
 #include "checking/exports/Checked.h"
 
 using namespace checking;
 
 namespace {
+
+bool IsOf(const Registration& registration, const std::string& productId) {
+    return registration.NarrowId() == productId;
+}
+
+std::vector<RegistrationPointer> RegistrationsOf(const std::string& productId) {
+    std::vector<RegistrationPointer> ofProduct;
+    for (const RegistrationPointer& registration : Watch::OfProcess().Registrations()) {
+        if (IsOf(*registration, productId)) {
+            ofProduct.push_back(registration);
+        }
+    }
+    return ofProduct;
+}
 
 void LookAtEntry(const char* productId, uint32_t serviceMask, const VsKitMsgbus::ILogSink* logSink) {
     Watch& watch = Watch::OfProcess();
@@ -28,7 +45,8 @@ void LookAtEntry(const char* productId, uint32_t serviceMask, const VsKitMsgbus:
     } else {
         watch.LookAtId("VsMsgbusEntry", Wide(productId));
     }
-    if ((serviceMask & allServices) == 0) {
+    // A product with nothing registered may want to ask the agent, and not to be asked.
+    if ((serviceMask & allServices) == 0 && (serviceMask != 0 || !RegistrationsOf(productId).empty())) {
         Report(Rule::MaskEmpty, productId, {std::to_string(serviceMask)});
     }
     if (logSink == nullptr && !watch.HasSink()) {
@@ -63,20 +81,6 @@ void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, 
     }
 }
 
-bool IsOf(const Registration& registration, const std::string& productId) {
-    return registration.NarrowId() == productId;
-}
-
-std::vector<RegistrationPointer> RegistrationsOf(const std::string& productId) {
-    std::vector<RegistrationPointer> ofProduct;
-    for (const RegistrationPointer& registration : Watch::OfProcess().Registrations()) {
-        if (IsOf(*registration, productId)) {
-            ofProduct.push_back(registration);
-        }
-    }
-    return ofProduct;
-}
-
 // Whether the call leaves a product.
 bool LookAtExit(const char* productId, const VsMsgbus* instance) {
     const auto product = productId != nullptr ? Watch::OfProcess().FindProduct(productId) : std::nullopt;
@@ -100,6 +104,17 @@ bool IsInsideAny(const std::vector<RegistrationPointer>& registrations) {
     return false;
 }
 
+// A thread inside FreeCookie is the module's own: the agent does not call that, and a product need not be in for it.
+void LookAtThoseInside(const Registration& registration) {
+    const std::vector<Insider> inside = registration.Insiders();
+    const auto called = std::find_if(inside.begin(), inside.end(), [](const Insider& insider) {
+        return insider.thread != ::GetCurrentThreadId() && std::string_view(insider.function) != "FreeCookie";
+    });
+    if (called != inside.end()) {
+        Report(Rule::ExitWhileCalled, registration.NarrowId(), {std::to_string(called->thread), called->function});
+    }
+}
+
 bool LeaveProduct(const char* productId, VsMsgbus* instance) {
     const std::vector<RegistrationPointer> registrations = RegistrationsOf(productId);
     bool answer = true;
@@ -110,11 +125,10 @@ bool LeaveProduct(const char* productId, VsMsgbus* instance) {
         answer = VsMsgbusExit(productId, instance);
     }
     for (const RegistrationPointer& registration : registrations) {
-        if (const auto inside = registration->InsiderOnOtherThread()) {
-            Report(Rule::ExitWhileCalled, productId, {std::to_string(inside->thread), inside->function});
-        }
+        LookAtThoseInside(*registration);
     }
     ReportTasksWithoutEnd(productId);
+    ReportRefusedWalks(productId);
     return answer;
 }
 

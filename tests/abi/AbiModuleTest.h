@@ -13,6 +13,7 @@
 #include "abi/module/Module.h"
 #include "support/AgentEnvironment.h"
 #include "support/AgentRequest.h"
+#include "support/OnPurpose.h"
 #include "support/Text.h"
 #include "support/WatchedAgent.h"
 
@@ -79,6 +80,9 @@ protected:
 
     static constexpr const char* id = "ABI1000";
     AbiModule module;
+
+    // The module also tries a property without a value.
+    const OnPurpose usualMistakes{"PROPERTY-NULL"};
 };
 
 // The agent is there, and the module has entered for one service and offers it.

@@ -1,4 +1,5 @@
 // What the checking bridge says of buffers, statuses, answers, times and exceptions.
+#include <optional>
 #include <stdexcept>
 #include <vector>
 
@@ -96,6 +97,10 @@ TEST_F(CheckedCalls, ABufferThatIsNotReleasedIsNamedAtTheLastExit) {
     }
     EXPECT_EQ(Found("BUFFER-NOT-RELEASED"), 1U);
     EXPECT_THAT(file.Text(), testing::HasSubstr(": 1 texts that VsKitMsgbusGetInfoByKeyName filled are not released"));
+    out.Release();
+    EXPECT_EQ(Found("BUFFER-FOREIGN"), 0U);
+    { const Product again(id, &sink); }
+    EXPECT_EQ(Found("BUFFER-NOT-RELEASED"), 1U);
 }
 
 TEST_F(CheckedCalls, ABufferThatIsFilledAgainAndReleasedOnceIsRight) {
@@ -141,6 +146,29 @@ TEST_F(CheckedCalls, ATaskThatGoesOnAndReportsIsRight) {
         UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
         return VsKitMsgbus::INYTaskEnforcer::NothingDecided;
     });
+}
+
+TEST_F(CheckedCalls, ATaskWhoseProductLeavesInsideItHasNotGoneOn) {
+    std::optional<Product> product;
+    TaskEnforcer enforcer([&](auto&) {
+        product->Exit();
+        return VsKitMsgbus::INYTaskEnforcer::NothingDecided;
+    });
+    const TaskEnforcerRegistration registration(id, enforcer);
+    product.emplace(id, &sink, VsMsgbusServiceTask);
+    SetTasks(R"([{"id": "task", "product": ")" + id + R"("}])");
+    AnswerOf("task");
+    EXPECT_TRUE(AgentIsLetGo());
+    ny_sim_reset();
+}
+
+TEST_F(CheckedCalls, ATaskThatEndsAfterItsProductHasLeftIsNotNamedAgain) {
+    Execute([](auto&) { return VsKitMsgbus::INYTaskEnforcer::NothingDecided; });
+    EXPECT_EQ(Found("TASK-WITHOUT-END"), 1U);
+    UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
+    EXPECT_EQ(Found("NOT-ENTERED"), 0U);
+    UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
+    EXPECT_EQ(Found("NOT-ENTERED"), 1U);
 }
 
 TEST_F(CheckedCalls, AStateOfATaskThatIsNoneIsNamed) {

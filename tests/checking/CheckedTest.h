@@ -11,12 +11,16 @@
 #include "checking/exports/Checked.h"
 #include "support/BridgeTest.h"
 #include "support/LogFile.h"
+#include "support/OnPurpose.h"
 
 // A test with the checking bridge, an agent, and a product id of its own: a finding is told once for each product. What
 // the test does not ask for must not be found.
 class CheckedTest : public InstalledAgentTest {
 protected:
     CheckedTest() {
+        for (const checking::RuleText& rule : checking::AllRules()) {
+            OnPurpose{rule.name};
+        }
         ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", file.path.c_str());
         SetNumber("VSMSGBUS_CHECK_GRACE", "100");
     }

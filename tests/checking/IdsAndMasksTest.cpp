@@ -51,6 +51,17 @@ TEST_F(CheckedMasks, WithoutAServiceAreNamed) {
                   "(thread , in VsMsgbusEntry)");
 }
 
+TEST_F(CheckedMasks, OfNothingAreNamedOfAProductWithAnInterface) {
+    const Registration registration(id, collector);
+    const Product product(id, &sink, 0);
+    EXPECT_EQ(Found("MASK-EMPTY"), 1U);
+}
+
+TEST_F(CheckedMasks, OfNothingAreRightForAProductThatOnlyAsks) {
+    const Product product(id, &sink, 0);
+    EXPECT_TRUE(product.IsEntered());
+}
+
 TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
     const Product right(id + "right", &sink);
     const Registration rightOne(id + "right", collector);

@@ -137,6 +137,18 @@ TEST_F(CheckedLoans, AWalkWhoseCallbackRefusesEverythingIsNamed) {
     ny_sim_reset();
 }
 
+TEST_F(CheckedLoans, AWalkThatRefusesWhatAnotherOneTakesIsRight) {
+    SetPolicies();
+    EXPECT_EQ(Notify([&](IPolicyBag& bag) {
+                  walker.goOn = false;
+                  EXPECT_TRUE(bag.EnumeratePolicies(wideId.c_str(), &walker));
+                  walker.goOn = true;
+                  EXPECT_TRUE(bag.EnumeratePolicies(wideId.c_str(), &walker));
+              }),
+              NY_OK);
+    ny_sim_reset();
+}
+
 TEST_F(CheckedLoans, AnUpdateSetThatIsUsedAfterItsCallIsNamed) {
     VsKitMsgbus::INYUpdateNotifyCallback::ISet* kept = nullptr;
     UpdateCallback callback;

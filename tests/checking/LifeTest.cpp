@@ -1,4 +1,6 @@
 // What the checking bridge says of Entry, Exit and what is called outside them.
+#include <thread>
+
 #include "VsMsgbus.h"
 #include "checking/CheckedTest.h"
 #include "checking/OwnProcess.h"
@@ -12,6 +14,24 @@ TEST_F(CheckedLife, AnEntryWithoutASinkIsNamed) {
     const Registration registration(id, collector);
     const Product product(id);
     EXPECT_EQ(Found("ENTRY-NO-SINK"), 1U);
+}
+
+TEST_F(CheckedLife, AnExitWhileAThreadOfTheModulesFreesACookieIsRight) {
+    Event isInside;
+    Event mayLeave;
+    TaskEnforcer enforcer;
+    enforcer.freeCookie = [&] {
+        isInside.Set();
+        EXPECT_TRUE(mayLeave.Wait());
+    };
+    const TaskEnforcerRegistration registration(id, enforcer);
+    Product product(id, &sink, VsMsgbusServiceTask);
+    int cookie = 0;
+    std::thread freeing([&] { VsKitMsgbusFreeTaskCookie(wideId.c_str(), &cookie); });
+    EXPECT_TRUE(isInside.Wait());
+    product.Exit();
+    mayLeave.Set();
+    freeing.join();
 }
 
 TEST_F(CheckedLife, AnEntryWithoutASinkBesideOneWithASinkIsRight) {

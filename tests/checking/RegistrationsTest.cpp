@@ -103,6 +103,7 @@ TEST_F(CheckedRegistrations, RemovedTwiceAreNamed) {
     {
         Registration registration(id, collector);
         registration.Remove();
+        registration.Remove();
     }
     EXPECT_EQ(Found("REMOVE-UNKNOWN"), 1U);
 }

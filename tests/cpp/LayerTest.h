@@ -8,6 +8,7 @@
 
 #include "support/BridgeTest.h"
 #include "support/LineLog.h"
+#include "support/OnPurpose.h"
 #include "vsmsgbus.hpp"
 
 // A test of the C++ layer on a machine that has the agent. The products that it makes have left when it ends.
@@ -24,4 +25,7 @@ protected:
     }
 
     LineLog lines;
+
+    // Most tests are not about what is logged.
+    const OnPurpose usualMistakes{"ENTRY-NO-SINK"};
 };

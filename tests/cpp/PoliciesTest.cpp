@@ -2,6 +2,7 @@
 #include <stdexcept>
 
 #include "cpp/LayerTest.h"
+#include "support/OnPurpose.h"
 #include "support/PolicyNotice.h"
 
 using testing::ElementsAre;
@@ -132,6 +133,7 @@ TEST_F(LayerPolicies, ThatTheAgentFailsToGiveAreAnErrorWithItsCode) {
 }
 
 TEST_F(LayerPolicies, LoseNothingWhenTheVisitorThrows) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     EXPECT_EQ(Enforce([&](vsmsgbus::Policies& policies) {
                   policies.Walk([](const vsmsgbus::Setting& /*setting*/) { throw std::runtime_error("enough"); });
               }),

@@ -6,6 +6,7 @@
 
 #include "cpp/LayerTest.h"
 #include "support/Event.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -91,6 +92,7 @@ TEST_F(LayerProduct, IsRefusedWhileAnotherOfItsIdIsIn) {
 }
 
 TEST_F(LayerProduct, CanComeAgainWhileAHandlerOfTheOneThatLeftRuns) {
+    const OnPurpose mistakes{"REMOVE-INSIDE"};
     Event hasLeft;
     Event mayEnd;
     std::optional<vsmsgbus::Product> first;
@@ -122,6 +124,7 @@ TEST_F(LayerProduct, ThatCannotEnterLeavesNothingBehind) {
 }
 
 TEST_F(LayerProduct, SaysThatTheAgentRefusedAServiceAndIsInAllTheSame) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     ny_sim_fail_call("ny_property_register_provider_callback", 1, 77, NY_SIM_FROM_THEN_ON);
     const vsmsgbus::Product product(id, {.properties = OneProperty()});
     EXPECT_TRUE(product.IsRefused());
@@ -166,6 +169,7 @@ TEST_F(LayerProduct, LeavesWhenAnotherTakesItsPlace) {
 }
 
 TEST_F(LayerProduct, ThatEndsInsideItsOwnHandlerKeepsWhatTheHandlerUses) {
+    const OnPurpose mistakes{"REMOVE-INSIDE"};
     const auto used = std::make_shared<std::string>("1.0");
     const std::weak_ptr<std::string> watched = used;
     bool isAllOut = true;
@@ -201,6 +205,7 @@ TEST_F(LayerProduct, WaitsForAHandlerThatRunsOnAnotherThread) {
 }
 
 TEST_F(LayerProduct, LogsToItsHandlerWhateverThatThrows) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     vsmsgbus::Handlers handlers{.properties = [](vsmsgbus::Properties&) { throw 1; },
                                 .log = [](int, std::wstring_view) { throw 2; }};
     const vsmsgbus::Product product(id, std::move(handlers));

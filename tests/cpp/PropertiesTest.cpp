@@ -3,6 +3,7 @@
 #include <stdexcept>
 
 #include "cpp/LayerTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 
@@ -45,6 +46,7 @@ TEST_F(LayerProperties, ThatTheAgentRefusesAreToldTheLogHandler) {
 }
 
 TEST_F(LayerProperties, WhoseHandlerThrowsAreAFailureAndTheLogHandlerHearsOfIt) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     EXPECT_THAT(AskFor([](vsmsgbus::Properties& /*properties*/) { throw std::runtime_error("no disk"); }),
                 ElementsAre("answer 3"));
     EXPECT_THAT(
@@ -55,6 +57,7 @@ TEST_F(LayerProperties, WhoseHandlerThrowsAreAFailureAndTheLogHandlerHearsOfIt) 
 }
 
 TEST_F(LayerProperties, WhoseHandlerThrowsSomethingElseAreAFailureToo) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     EXPECT_THAT(AskFor([](vsmsgbus::Properties& /*properties*/) { throw 42; }), ElementsAre("answer 3"));
     EXPECT_THAT(
         lines.Lines(),

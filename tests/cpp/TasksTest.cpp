@@ -5,6 +5,7 @@
 #include "cpp/LayerTest.h"
 #include "support/AgentTasks.h"
 #include "support/Event.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -117,6 +118,7 @@ TEST_F(LayerTasks, TellAbsentMalformedAndFoundApart) {
 }
 
 TEST_F(LayerTasks, ShowTheSettingsOfASection) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     const auto product = With([](vsmsgbus::Task& task) {
         EXPECT_EQ(task.CountSections(), 2U);
         EXPECT_THAT(task.Section("Report"), ElementsAre(Pair(L"To", L"nobody")));
@@ -186,6 +188,7 @@ TEST_F(LayerTasks, AreStoppedByTheirToken) {
 }
 
 TEST_F(LayerTasks, AreStoppedAndWaitedForWhenTheProductLeaves) {
+    const OnPurpose mistakes{"TASK-WITHOUT-END"};
     Event isAtWork;
     std::atomic<bool> hasEnded = false;
     auto product = With([&](vsmsgbus::Task& /*task*/) {
@@ -203,6 +206,7 @@ TEST_F(LayerTasks, AreStoppedAndWaitedForWhenTheProductLeaves) {
 }
 
 TEST_F(LayerTasks, MayEndTheProductFromTheirOwnThread) {
+    const OnPurpose mistakes{"TASK-WITHOUT-END"};
     Event hasLeft;
     bool isAllOut = true;
     std::optional<vsmsgbus::Product> product;
@@ -219,6 +223,7 @@ TEST_F(LayerTasks, MayEndTheProductFromTheirOwnThread) {
 }
 
 TEST_F(LayerTasks, MayEndTheProductFromTheAgentsThread) {
+    const OnPurpose mistakes{"REMOVE-INSIDE"};
     bool isAllOut = true;
     std::optional<vsmsgbus::Product> product;
     product.emplace(With([&](vsmsgbus::Task& /*task*/) {

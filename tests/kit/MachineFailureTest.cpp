@@ -3,6 +3,7 @@
 
 #include "kit/MachineFixture.h"
 #include "support/Event.h"
+#include "support/OnPurpose.h"
 
 using testing::MatchesRegex;
 using vsmsgbus::Product;
@@ -99,6 +100,7 @@ TEST_F(KitFailure, OfAProductWhosePropertiesTheAgentRefuses) {
 }
 
 TEST_F(KitFailure, OfHandlersThatThrow) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     machine.InstallAgent();
     const Product product(id, {.properties =
                                    [](vsmsgbus::Properties& properties) {

@@ -6,6 +6,7 @@
 #include <string>
 
 #include "support/HeldLocks.h"
+#include "support/OnPurpose.h"
 #include "vsmsgbus.hpp"
 #include "vsmsgbus_testing.hpp"
 
@@ -20,6 +21,9 @@ protected:
     static constexpr std::chrono::milliseconds briefly{50};
 
     vsmsgbus::testing::Machine machine;
+
+    // The modules here keep no log.
+    const OnPurpose usualMistakes{"ENTRY-NO-SINK"};
 };
 
 // A handler that gives one property.

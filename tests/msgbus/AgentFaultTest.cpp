@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "msgbus/AgentFault.h"
+#include "support/OnPurpose.h"
 
 namespace {
 
@@ -84,6 +85,7 @@ TEST_F(FaultTables, NameEveryFunctionThatIsCalled) {
 }
 
 TEST_P(FaultAtEntry, IsRepairedByAnUpgrade) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     Fail();
     const Product product("PRODUCT1000", &sink);
     EXPECT_EQ(product.IsEntered(), Row().isEntered);

@@ -4,6 +4,7 @@
 #include "VsMsgbus.h"
 #include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -104,14 +105,15 @@ TEST_F(AgentLife, IsNotDisturbedByAVersionWrittenAgainUnchanged) {
 }
 
 TEST_F(AgentLife, AttachesEveryProductAtEachStartInTheOrderOfTheirIds) {
+    const OnPurpose mistakes{"ID-DIFFERS"};
     environment.InstallAgent();
-    const Product second("B");
-    const Product third("a");
-    const Product first("A");
-    const Registration collectors[] = {Registration("B", collector), Registration("a", collector),
-                                       Registration("A", collector)};
+    const Product second("BB");
+    const Product third("aa");
+    const Product first("AA");
+    const Registration collectors[] = {Registration("BB", collector), Registration("aa", collector),
+                                       Registration("AA", collector)};
     UpgradeAndWait("5.7.1", "full", 3);
-    for (const char* id : {"A", "B", "a"}) {
+    for (const char* id : {"AA", "BB", "aa"}) {
         EXPECT_EQ(Ask(id), answered) << id;
     }
 }

@@ -3,6 +3,7 @@
 
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -105,6 +106,7 @@ TEST_F(AgentLog, HasNoWayOnceTheLastProductLeft) {
 }
 
 TEST_F(AgentLog, IsNotStoppedByASinkThatThrows) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     class ThrowingSink final : public VsKitMsgbus::ILogSink {
     public:
         void Write(int /*level*/, const wchar_t* /*text*/) override {

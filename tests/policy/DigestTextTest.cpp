@@ -1,6 +1,7 @@
 // The digests in a buffer: what GetDigest gives, for modules of whatever C++ library.
 #include "policy/PolicyTest.h"
 #include "support/HostLog.h"
+#include "support/OnPurpose.h"
 
 namespace {
 
@@ -131,6 +132,7 @@ TEST_F(DigestString, IsThatOfTheBuffer) {
 }
 
 TEST_F(DigestString, OfNoPoliciesOfNoProductAndOfNullIsEmpty) {
+    const OnPurpose mistakes{"WALK-OF-OTHER-ID"};
     EXPECT_EQ(Digest("PRODUCT1000"), "");
     HoldTwo();
     EXPECT_EQ(Digest("product1000"), "");

@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "policy/PolicyTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 
@@ -35,12 +36,14 @@ TEST_F(EnforceLocal, IsPossibleInsideTheEnforcer) {
 }
 
 TEST_F(EnforceLocal, OfAProductThatTheAgentDoesNotKnowIsRefused) {
+    const OnPurpose mistakes{"ID-DIFFERS", "ID-UNUSABLE"};
     EXPECT_EQ(VsKitEnforceLocalPolicy(L"PRODUCT2000"), 0);
     EXPECT_EQ(VsKitEnforceLocalPolicy(L"product1000"), 0);
     EXPECT_EQ(VsKitEnforceLocalPolicy(L""), 0);
 }
 
 TEST_F(EnforceLocal, TakesNullForTheEmptyId) {
+    const OnPurpose mistakes{"ID-UNUSABLE", "NOT-ENTERED"};
     EXPECT_EQ(VsKitEnforceLocalPolicy(nullptr), 0);
     const Product nameless("", nullptr, VsMsgbusServicePolicy);
     Event isEnforced;
@@ -51,6 +54,7 @@ TEST_F(EnforceLocal, TakesNullForTheEmptyId) {
 }
 
 TEST_F(EnforceLocal, TakesIdsOfUpTo65535Characters) {
+    const OnPurpose mistakes{"ID-UNUSABLE"};
     const std::wstring longest(65535, L'x');
     const Product other(std::string(65535, 'x'), nullptr, VsMsgbusServicePolicy);
     Event isEnforced;
@@ -105,6 +109,7 @@ TEST_F(EnforceLocal, IsZeroForEveryErrorOfTheAgent) {
 }
 
 TEST_F(EnforceLocal, IsZeroWhereNobodyHasEntered) {
+    const OnPurpose mistakes{"NOT-ENTERED"};
     product.Exit();
     ny_sim_clear_calls();
     EXPECT_EQ(VsKitEnforceLocalPolicy(wideId), 0);

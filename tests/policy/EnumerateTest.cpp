@@ -1,5 +1,6 @@
 // The walk over the machine's policies.
 #include "policy/PolicyTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -33,6 +34,7 @@ TEST_F(Enumerate, WithoutPoliciesTellsNothingAndSucceeds) {
 }
 
 TEST_F(Enumerate, AsksForTheProductThatIsNamedAndNotForTheBagsOwn) {
+    const OnPurpose mistakes{"WALK-OF-OTHER-ID"};
     HoldPolicies(twoPolicies);
     NotingCallbacks callbacks;
     Enforce([&](IPolicyBag& bag) {
@@ -215,6 +217,7 @@ TEST_F(ThrowingCallbacks, EndTheWalkAndAreTheEnforcersOwnAffair) {
 }
 
 TEST_F(ThrowingCallbacks, ThatTheEnforcerLetsOutFailTheNotification) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     NotingCallbacks callbacks;
     callbacks.answer = [](const std::string&) -> bool { throw 42; };
     EXPECT_EQ(Enforce([&](IPolicyBag& bag) { bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"); }), 3);

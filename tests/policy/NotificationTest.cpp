@@ -6,6 +6,7 @@
 
 #include "../../values/AgentException.h"
 #include "policy/PolicyTest.h"
+#include "support/OnPurpose.h"
 
 using corvane::ny::utils::exception;
 using testing::ElementsAre;
@@ -55,6 +56,7 @@ TEST_F(Notification, WithoutAnEnforcerIsToldToTheLogAndSucceeds) {
 }
 
 TEST_F(Notification, WithoutAnEnforcerAndASinkSucceedsInSilence) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     VsMsgbusExit("PRODUCT9000", nullptr);
     EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK);
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
@@ -80,6 +82,7 @@ TEST_F(Notification, IsForTheProductThatTheAgentNames) {
 }
 
 TEST_F(Notification, NamesTheProductInItsOwnLetters) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     const Product other("\xC3\x9C-%s", nullptr, VsMsgbusServicePolicy);
     EXPECT_EQ(PolicyNotice("\xC3\x9C-%s").Answer(), NY_OK);
     enforcer.enforce = [](IPolicyBag&) { throw 42; };
@@ -115,6 +118,8 @@ protected:
         EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK);
         EXPECT_THAT(sink.log.Lines(), IsEmpty());
     }
+
+    const OnPurpose usualMistakes{"CALLBACK-THREW"};
 };
 
 TEST_F(EnforcerThrows, AnInt) {
@@ -168,6 +173,7 @@ TEST_F(EnforcerThrows, TheAgentsExceptionFromACallbackOfAWalk) {
 }
 
 TEST_F(EnforcerThrows, AndSoDoesTheSink) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN", "WALK-OF-OTHER-ID"};
     class ThrowingSink final : public VsKitMsgbus::ILogSink {
     public:
         void Write(int /*level*/, const wchar_t* /*text*/) override {

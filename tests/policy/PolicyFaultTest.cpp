@@ -1,5 +1,6 @@
 // Errors of the agent for policies that are special; tests/flows has every call fail.
 #include "policy/PolicyTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -49,6 +50,7 @@ TEST_F(PolicyFault, ThatIsTheEndOfAnIterationEndsThatIterationAlone) {
 }
 
 TEST_F(PolicyFault, NamesTheProductThatWasAskedFor) {
+    const OnPurpose mistakes{"WALK-OF-OTHER-ID"};
     NotingCallbacks callbacks;
     Enforce([&](IPolicyBag& bag) {
         ny_sim_fail_call("ny_policy_get", 1, -2147483647 - 1, NY_SIM_ONCE);

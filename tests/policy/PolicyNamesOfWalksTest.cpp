@@ -1,6 +1,7 @@
 // What a walk leaves on the machine: the names of policies in the registry, and lines in the host's log.
 #include "policy/PolicyTest.h"
 #include "support/HostLog.h"
+#include "support/OnPurpose.h"
 #include "support/PolicyValues.h"
 
 using testing::ElementsAre;
@@ -54,6 +55,7 @@ TEST_F(PolicyNamesOfWalks, AreRecordedByADumpToo) {
 }
 
 TEST_F(PolicyNamesOfWalks, AreRecordedWhenTheModuleWantsTheContainer) {
+    const OnPurpose mistakes{"WALK-REFUSED"};
     Walk([](const std::string& line) { return !line.starts_with("container"); });
     ExpectNoNames();
     EXPECT_THAT(hostLog.log.Lines(), IsEmpty());

@@ -1,5 +1,6 @@
 // The walk over one user's policies.
 #include "policy/PolicyTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -34,6 +35,7 @@ protected:
 };
 
 TEST_F(UserPolicies, AreThoseOfDomainAndUser) {
+    const OnPurpose mistakes{"WALK-OF-OTHER-ID"};
     EXPECT_THAT(NamesFor(L"user", L"DOMAIN"), ElementsAre("of the user"));
     EXPECT_THAT(NamesFor(L"user", L"DOMAIN", L"PRODUCT2000"), ElementsAre("of another product"));
     EXPECT_THAT(NamesFor(L"\U0001F600", L"D\u00F6m\u00E4n"), ElementsAre("of another alphabet"));
@@ -69,6 +71,7 @@ TEST_F(UserPolicies, ComeWithEverySetting) {
 }
 
 TEST_F(UserPolicies, CanBeLeftAtEveryLevel) {
+    const OnPurpose mistakes{"WALK-REFUSED"};
     HoldPolicies(R"([{"softwareId": "PRODUCT1000", "user": "DOMAIN\\user", "name": "N",
                       "sections": [{"name": "S", "settings": {"x": "1", "y": "2"}}]}])");
     const std::pair<const char*, size_t> lastLines[] = {

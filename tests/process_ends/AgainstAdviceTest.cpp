@@ -5,6 +5,7 @@
 #include "VsMsgbus.h"
 #include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 #include "support/Rendezvous.h"
 
 using testing::IsEmpty;
@@ -45,11 +46,13 @@ protected:
 };
 
 TEST_F(AgainstAdvice, TwoEntriesAtOnceGiveOneInstanceAndAttachBothProducts) {
+    const OnPurpose mistakes{"ENTRY-NO-SINK"};
     environment.InstallAgent();
     EnterTogether(true);
 }
 
 TEST_F(AgainstAdvice, TwoEntriesAtOnceGiveOneInstanceWithoutAnAgent) {
+    const OnPurpose mistakes{"ENTRY-NO-SINK"};
     environment.Installer().CreateAgentKey();
     EnterTogether(false);
 }

@@ -7,6 +7,7 @@
 
 #include "../../values/AgentException.h"
 #include "property/PropertyTest.h"
+#include "support/OnPurpose.h"
 
 using corvane::ny::utils::exception;
 using testing::ElementsAre;
@@ -71,6 +72,7 @@ TEST_F(Collect, WithoutACollectorWritesNoLine) {
 }
 
 TEST_F(Collect, EndsWithoutTheLogLevelOfACollectorThatIsRemovedInside) {
+    const OnPurpose mistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN"};
     collector.collect = [](ISet& set) {
         EXPECT_TRUE(VsKitMsgbusRemoveCollectProperties(L"PRODUCT1000"));
         EXPECT_TRUE(set.SetProperty(L"general", L"version", L"1.0"));
@@ -82,6 +84,7 @@ TEST_F(Collect, EndsWithoutTheLogLevelOfACollectorThatIsRemovedInside) {
 }
 
 TEST_F(Collect, IsTheLastOneWhenTheCollectorIsRemovedInsideGetLogLevel) {
+    const OnPurpose mistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN"};
     collector.getLogLevel = [] {
         EXPECT_TRUE(VsKitMsgbusRemoveCollectProperties(L"PRODUCT1000"));
         return 4;
@@ -125,6 +128,8 @@ protected:
         EXPECT_EQ(Ask(productId), answered);
         EXPECT_THAT(sink.log.Lines(), IsEmpty());
     }
+
+    const OnPurpose usualMistakes{"CALLBACK-THREW"};
 };
 
 TEST_F(CollectThrows, AnInt) {
@@ -178,6 +183,7 @@ TEST_F(CollectThrows, AfterSomePropertiesWhichStay) {
 }
 
 TEST_F(CollectThrows, AndTheKeptSetterIsOutsideOfACollection) {
+    const OnPurpose mistakes{"LENT-KEPT"};
     ISet* kept = nullptr;
     collector.collect = [&](ISet& set) {
         kept = &set;
@@ -199,6 +205,7 @@ TEST_F(CollectThrows, NamesTheProductInItsOwnLetters) {
 }
 
 TEST_F(CollectThrows, WithoutASinkNothingIsLost) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     VsMsgbusExit("PRODUCT9000", nullptr);
     collector.collect = [](ISet&) { throw exception(77); };
     const Registration registration(productId, collector);
@@ -207,6 +214,7 @@ TEST_F(CollectThrows, WithoutASinkNothingIsLost) {
 }
 
 TEST_F(CollectThrows, AndSoDoesTheSink) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     class ThrowingSink final : public VsKitMsgbus::ILogSink {
     public:
         void Write(int /*level*/, const wchar_t* /*text*/) override {

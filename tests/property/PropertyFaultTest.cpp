@@ -7,6 +7,7 @@
 
 #include "property/PropertyTest.h"
 #include "support/KeptHandles.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -141,6 +142,7 @@ TEST_F(RefusedProperty, IsToldAtEveryLogLevel) {
 }
 
 TEST_F(RefusedProperty, IsFalseAlsoWhenTheSinkThrows) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     class ThrowingSink final : public VsKitMsgbus::ILogSink {
     public:
         void Write(int /*level*/, const wchar_t* /*text*/) override { throw 1; }

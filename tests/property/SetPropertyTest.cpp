@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "property/PropertyTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -110,6 +111,7 @@ TEST_F(SetProperty, TakesANullPathOrNameAsAnEmptyOne) {
 }
 
 TEST_F(SetProperty, RefusesANullValueWithoutAWord) {
+    const OnPurpose mistakes{"PROPERTY-NULL"};
     collector.getLogLevel = [] { return 9; };
     for (int i = 0; i < 2; ++i) {
         ny_sim_clear_calls();
@@ -127,6 +129,7 @@ TEST_F(SetProperty, RefusesANullValueWithoutAWord) {
 }
 
 TEST_F(SetProperty, RefusesANullValueAlsoWhenTheModuleWantsTraces) {
+    const OnPurpose mistakes{"PROPERTY-NULL"};
     collector.collect = [](ISet& set) { EXPECT_FALSE(set.SetProperty(L"path", L"name", nullptr)); };
     collector.getLogLevel = [] { return 4; };
     const Registration registration(productId, collector, &modulesSink);
@@ -136,6 +139,7 @@ TEST_F(SetProperty, RefusesANullValueAlsoWhenTheModuleWantsTraces) {
 }
 
 TEST_F(SetProperty, OutsideOfACollectionIsRefused) {
+    const OnPurpose mistakes{"LENT-KEPT"};
     ISet* kept = nullptr;
     collector.collect = [&](ISet& set) { kept = &set; };
     bool wasTakenByLevel = false;

@@ -13,6 +13,7 @@
 #include "support/AgentFunctions.h"
 #include "support/AgentRequest.h"
 #include "support/Event.h"
+#include "support/OnPurpose.h"
 #include "support/Watchdog.h"
 
 namespace {
@@ -56,6 +57,12 @@ private:
     const Cell& cell = GetParam();
     std::thread other;
     Event hasEnded;
+    // Every export is called inside every callback, whether it makes sense there or not, and may wait there.
+    const OnPurpose usualMistakes{"CALLBACK-THREW", "ENTRY-FAILED",      "ENTRY-NO-SINK",  "EXIT-OTHER-INSTANCE",
+                                  "EXIT-UNKNOWN",   "EXIT-WHILE-CALLED", "NOT-ENTERED",    "NOTHING-DONE",
+                                  "REMOVE-GAVE-UP", "REMOVE-INSIDE",     "REMOVE-UNKNOWN", "SET-TWICE",
+                                  "CALLBACK-SLOW",  "INTERFACE-MISSING", "SINK-SLOW",      "SINK-TAKEN",
+                                  "WAIT-CYCLE"};
 
     static inline ReentrancyWorld* world = nullptr;
     // The first product is entered, alone and for everything.

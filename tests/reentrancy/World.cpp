@@ -4,6 +4,7 @@
 
 #include "support/AgentTasks.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 #include "support/PolicyValues.h"
 
 using simulator::AgentInstaller;
@@ -92,6 +93,7 @@ void ReentrancyWorld::EnterAll() {
 }
 
 void ReentrancyWorld::LeaveAll() {
+    const OnPurpose mistakes{"EXIT-UNKNOWN", "EXIT-OTHER-INSTANCE", "REMOVE-UNKNOWN"};
     ExitProduct(otherProduct);
     ExitProduct();
     TrappedModule::Remove(wideProduct);

@@ -1,5 +1,6 @@
 // Products enter and leave, and the agent changes, while a module is being called.
 #include "registration/RegistrationTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -33,6 +34,7 @@ TYPED_TEST(LeaveInside, OfTheLastProductEndsTheBridgeUnderTheModule) {
 }
 
 TYPED_TEST(LeaveInside, OfTheLastProductAndThenAnExceptionIsAnsweredWithoutALine) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     this->LeaveAndThen([] { throw 42; });
     EXPECT_EQ(this->OutcomeOf(), TypeParam::leftAndFailed);
     EXPECT_THAT(this->sink.log.Lines(), IsEmpty());

@@ -1,5 +1,6 @@
 // A product's registration with the agent for a service.
 #include "registration/RegistrationTest.h"
+#include "support/OnPurpose.h"
 #include "support/Services.h"
 
 using testing::ElementsAre;
@@ -68,6 +69,7 @@ protected:
 TYPED_TEST_SUITE(RefusedProduct, AllServices, ServiceNames);
 
 TYPED_TEST(RefusedProduct, AtEntryIsAskedForAgainAtTheNextEntry) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     for (const int32_t code : TestFixture::codes) {
         ASSERT_EQ(ny_sim_fail_call(TypeParam::registering, 1, code, NY_SIM_ONCE), NY_OK);
         const Product refused(otherId, nullptr, TypeParam::mask);
@@ -81,6 +83,7 @@ TYPED_TEST(RefusedProduct, AtEntryIsAskedForAgainAtTheNextEntry) {
 }
 
 TYPED_TEST(RefusedProduct, AtEntryIsAskedForAgainWhenTheAgentStartsAnew) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     const RegisteredModule<TypeParam> ofOther(otherId, this->otherModule);
     for (const int32_t code : TestFixture::codes) {
         ASSERT_EQ(ny_sim_fail_call(TypeParam::registering, 1, code, NY_SIM_ONCE), NY_OK);

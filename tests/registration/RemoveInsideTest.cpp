@@ -1,5 +1,6 @@
 // Taking a module's interface back while the module is being called.
 #include "registration/RegistrationTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -18,6 +19,8 @@ protected:
         // Those that came too early wait for the module that is being removed.
         this->mayLeave.Set();
     }
+
+    const OnPurpose usualMistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN", "CALLBACK-THREW"};
 };
 TYPED_TEST_SUITE(RemoveInside, AllServices, ServiceNames);
 

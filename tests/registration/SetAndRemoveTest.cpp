@@ -1,5 +1,6 @@
 // Giving the bridge a module's interface and taking it back.
 #include "registration/RegistrationTest.h"
+#include "support/OnPurpose.h"
 
 namespace {
 
@@ -49,6 +50,7 @@ TYPED_TEST(SetAndRemove, OutliveUpgradesAndExits) {
 }
 
 TYPED_TEST(SetAndRemove, RefuseNull) {
+    const OnPurpose mistakes{"SET-NULL"};
     EXPECT_FALSE(TypeParam::Set(nullptr, &this->module.object, nullptr));
     EXPECT_FALSE(TypeParam::Set(wideId, nullptr, nullptr));
     EXPECT_FALSE(TypeParam::Set(nullptr, nullptr, nullptr));
@@ -57,6 +59,7 @@ TYPED_TEST(SetAndRemove, RefuseNull) {
 
 // The second one's record is dropped, or lost on purpose: the list of leaks that are meant names it.
 TYPED_TEST(SetAndRemove, OfTheSameIdTwiceKeepTheFirst) {
+    const OnPurpose mistakes{"SET-TWICE"};
     RegisteredModule<TypeParam> first(productId, this->module);
     EXPECT_TRUE(TypeParam::Set(wideId, &this->otherModule.object, nullptr));
     this->ExpectCalled(this->module);
@@ -65,6 +68,7 @@ TYPED_TEST(SetAndRemove, OfTheSameIdTwiceKeepTheFirst) {
 }
 
 TYPED_TEST(SetAndRemove, OfASecondModuleInsideTheFirstChangeNothing) {
+    const OnPurpose mistakes{"SET-TWICE"};
     bool isFirst = true;
     this->module.act = [&] {
         if (std::exchange(isFirst, false)) {
@@ -78,6 +82,7 @@ TYPED_TEST(SetAndRemove, OfASecondModuleInsideTheFirstChangeNothing) {
 }
 
 TYPED_TEST(SetAndRemove, OfOneModuleTwiceAreUndoneByOneRemove) {
+    const OnPurpose mistakes{"SET-TWICE"};
     RegisteredModule<TypeParam> first(productId, this->module);
     EXPECT_TRUE(TypeParam::Set(wideId, &this->module.object, nullptr));
     first.Remove();
@@ -108,6 +113,7 @@ TYPED_TEST(SetAndRemove, AfterRemoveTheModuleIsCalledNoMore) {
 }
 
 TYPED_TEST(SetAndRemove, AnswerTrueForTheRemovalOfWhatNeverWas) {
+    const OnPurpose mistakes{"REMOVE-UNKNOWN"};
     const RegisteredModule<TypeParam> registration(productId, this->module);
     for (const wchar_t* id : {L"PRODUCT9000", L"product1000", L"", static_cast<const wchar_t*>(nullptr)}) {
         EXPECT_TRUE(TypeParam::Remove(id));
@@ -116,6 +122,7 @@ TYPED_TEST(SetAndRemove, AnswerTrueForTheRemovalOfWhatNeverWas) {
 }
 
 TYPED_TEST(SetAndRemove, TellIdsApartByCase) {
+    const OnPurpose mistakes{"ID-DIFFERS"};
     const Product lower("product1000", nullptr, TypeParam::mask);
     const RegisteredModule<TypeParam> ofLower("product1000", this->otherModule);
     this->ExpectNobodyCalled();
@@ -125,6 +132,7 @@ TYPED_TEST(SetAndRemove, TellIdsApartByCase) {
 }
 
 TYPED_TEST(SetAndRemove, FindIdsOfEveryAlphabet) {
+    const OnPurpose mistakes{"ID-UNUSABLE"};
     for (const char* id : {"\xC3\x9C-PRODUCT", "\xE4\xBA\xA7\xE5\x93\x81", "\xF0\x9F\x98\x80", " ", ""}) {
         const Product other(id, nullptr, TypeParam::mask);
         const RegisteredModule<TypeParam> registration(id, this->module);
@@ -154,6 +162,7 @@ TYPED_TEST(SetAndRemove, OfOneModuleServeTwoProducts) {
 
 // A product's module for another service is another registration, though of the same id.
 TYPED_TEST(SetAndRemove, AreApartFromThoseOfOtherServices) {
+    const OnPurpose mistakes{"REMOVE-UNKNOWN"};
     using Other = std::conditional_t<std::is_same_v<TypeParam, PropertyService>, PolicyService, PropertyService>;
     typename Other::Module others;
     const RegisteredModule<Other> ofOthers(productId, others);

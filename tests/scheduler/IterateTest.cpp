@@ -2,6 +2,7 @@
 #include "../../values/AgentException.h"
 #include "scheduler/TaskTest.h"
 #include "support/BuildKind.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -75,6 +76,7 @@ TEST_F(IterateTest, OfATaskThatGivesNoSectionIs0) {
 }
 
 TEST_F(IterateTest, EndsWhenTheVisitorThrows) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     visitor.onSetting = [] { throw 42; };
     EXPECT_EQ(Iterate(R"({"Scan": {"a": "b", "c": "d"}})", L"Scan"), 0);
     visitor.onSetting = [] { throw corvane::ny::utils::exception(77); };

@@ -3,6 +3,7 @@
 #include <thread>
 
 #include "scheduler/TaskTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -12,6 +13,7 @@ namespace {
 class StatusReport : public TaskTest {};
 
 TEST_F(StatusReport, Tells2And4And6AsTheyAreAndElse3) {
+    const OnPurpose mistakes{"TASK-STATUS"};
     for (const int status : {-1, 0, 1, 2, 3, 4, 5, 6, 7, INT_MAX, INT_MIN}) {
         UpdateMsgbusTaskStatus(L"task", status);
         const int told = status == 2 || status == 4 || status == 6 ? status : 3;
@@ -53,6 +55,7 @@ TEST_F(StatusReport, FromInsideAnExecutionComesBeforeItsOwn) {
 }
 
 TEST_F(StatusReport, AfterAnExecutionThatGoesOn) {
+    const OnPurpose mistakes{"TASK-ANSWER"};
     enforcer.execute = [](ITaskBag&) { return 0; };
     const TaskEnforcerRegistration registration(productId, enforcer);
     EXPECT_EQ(AnswerOf("task"), NY_OK);
@@ -71,6 +74,7 @@ TEST_F(StatusReport, ThatTheAgentRefusesIsLostWithoutAWord) {
 }
 
 TEST_F(StatusReport, WhileNobodyIsInTheBridgeIsNone) {
+    const OnPurpose mistakes{"NOT-ENTERED"};
     product.Exit();
     ny_sim_clear_calls();
     UpdateMsgbusTaskStatus(L"task", 4);

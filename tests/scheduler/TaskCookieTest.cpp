@@ -1,5 +1,6 @@
 // Cookies, which the enforcer of a product frees.
 #include "scheduler/TaskTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -39,6 +40,7 @@ TEST_F(TaskCookie, IsFreedAlsoOutsideOfTheBridge) {
 }
 
 TEST_F(TaskCookie, IsFreedWithNoLockHeld) {
+    const OnPurpose mistakes{"CALLBACK-THREW", "REMOVE-INSIDE", "REMOVE-UNKNOWN"};
     const TaskEnforcerRegistration registration(productId, enforcer);
     enforcer.freeCookie = [] {
         EXPECT_TRUE(VsKitMsgbusRemoveTaskEnforcer(wideProductId));

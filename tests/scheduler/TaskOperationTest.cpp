@@ -6,6 +6,7 @@
 
 #include "../../values/AgentException.h"
 #include "scheduler/TaskTest.h"
+#include "support/OnPurpose.h"
 
 using corvane::ny::utils::exception;
 using testing::ElementsAre;
@@ -44,6 +45,7 @@ TEST_F(TaskOperation, IsTheOneThatTheAgentWantsOnTheAgentsThread) {
 }
 
 TEST_F(TaskOperation, ExecuteReports4And3AsTheyAreAndElse2) {
+    const OnPurpose mistakes{"TASK-ANSWER", "TASK-WITHOUT-END"};
     for (const int32_t answer : moduleAnswers) {
         enforcer.execute = [answer](ITaskBag&) { return answer; };
         EXPECT_EQ(AnswerOf("task"), NY_OK) << answer;
@@ -53,6 +55,7 @@ TEST_F(TaskOperation, ExecuteReports4And3AsTheyAreAndElse2) {
 }
 
 TEST_F(TaskOperation, UpdateStatusReports4And2AsTheyAreAndElse3) {
+    const OnPurpose mistakes{"TASK-STATE-ANSWER"};
     for (const int32_t answer : moduleAnswers) {
         enforcer.updateStatus = [answer](ITaskBag&) { return answer; };
         EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_UPDATE_STATUS), NY_OK) << answer;
@@ -71,6 +74,7 @@ TEST_F(TaskOperation, StopAndRemoveReportNothing) {
 }
 
 TEST_F(TaskOperation, ThatThrowsIsAnswered3AndHasFailed) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     const std::function<void()> throwing[] = {
         [] { throw 42; },
         [] { throw std::bad_alloc(); },

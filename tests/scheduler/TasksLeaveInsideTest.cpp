@@ -1,5 +1,6 @@
 // What is reported about a task when the last product leaves inside one of its operations.
 #include "scheduler/TaskTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -26,6 +27,7 @@ TEST_F(TasksLeaveInside, ExitOfTheLastProductEndsTheBridgeUnderTheExecution) {
 }
 
 TEST_F(TasksLeaveInside, ExitOfTheLastProductDuringEveryOtherOperation) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     product.Exit();
     Product* leaving = nullptr;
     const TaskEnforcer::Operation leave = [&](ITaskBag&) -> int32_t {

@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "scheduler/TaskTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 
@@ -84,6 +85,7 @@ protected:
 };
 
 TEST_F(TaskCrowd, OfThreadsUsesNothingThatIsGone) {
+    const OnPurpose mistakes{"NOT-ENTERED"};
     std::atomic<bool> isRegistered = false;
     TaskEnforcer enforcer([&](ITaskBag& bag) {
         EXPECT_TRUE(isRegistered) << "called after Remove";

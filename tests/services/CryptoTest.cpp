@@ -4,6 +4,7 @@
 
 #include "services/ServicesTest.h"
 #include "support/KeptHandles.h"
+#include "support/OnPurpose.h"
 
 using testing::Each;
 using testing::ElementsAre;
@@ -269,6 +270,7 @@ TEST_F(CryptoOutsideOfTheBridge, FailsBeforeEntryAndAfterTheLastExit) {
 }
 
 TEST_F(CryptoOutsideOfTheBridge, ReportsSuccessForWhatItDoesNotDo) {
+    const OnPurpose mistakes{"NOTHING-DONE"};
     unsigned char data[] = {untouched};
     unsigned char out[] = {untouched};
     unsigned int size = untouchedSize;

@@ -6,6 +6,7 @@
 
 #include "services/ServicesTest.h"
 #include "support/KeptHandles.h"
+#include "support/OnPurpose.h"
 #include "support/Text.h"
 
 using testing::ElementsAre;
@@ -316,6 +317,7 @@ protected:
 };
 
 TEST_F(InformationOutsideOfTheBridge, IsNotThereBeforeEntryAndAfterTheLastExit) {
+    const OnPurpose mistakes{"BUFFER-NOT-RELEASED"};
     ExpectNothing();
     ReturnedText out;
     {

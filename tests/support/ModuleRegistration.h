@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <string>
 
 #include "VsMsgbus/LogSink.h"
@@ -17,12 +18,20 @@ public:
         : id(Wide(ofProduct)) {
         EXPECT_TRUE(set(id.c_str(), &interfaceOfModule, sink));
     }
-    ~ModuleRegistration() { Remove(); }
+    ~ModuleRegistration() {
+        if (isRegistered) {
+            Remove();
+        }
+    }
     ModuleRegistration(const ModuleRegistration&) = delete;
     ModuleRegistration& operator=(const ModuleRegistration&) = delete;
 
-    void Remove() { EXPECT_TRUE(remove(id.c_str())); }
+    void Remove() {
+        isRegistered = false;
+        EXPECT_TRUE(remove(id.c_str()));
+    }
 
 private:
     const std::wstring id;
+    std::atomic<bool> isRegistered = true;
 };

@@ -4,6 +4,7 @@
 
 #include <future>
 
+#include "support/OnPurpose.h"
 #include "throws/ThrowsTest.h"
 
 namespace {
@@ -123,6 +124,8 @@ private:
         EXPECT_EQ(passed, static_cast<size_t>(module.Throws()));
         return lines;
     }
+
+    const OnPurpose usualMistakes{"CALLBACK-THREW"};
 };
 
 TEST_P(AnsweredThrows, Number) {

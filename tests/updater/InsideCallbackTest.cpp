@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "support/OnPurpose.h"
 #include "updater/UpdateTest.h"
 
 using testing::IsEmpty;
@@ -64,6 +65,7 @@ TEST_F(InsideCallback, IsOneOperationAtATime) {
 }
 
 TEST_F(InsideCallback, RemoveReturnsAtOnceAndTheAnswerCounts) {
+    const OnPurpose mistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN"};
     DoInside([] { EXPECT_TRUE(VsKitMsgbusRemoveUpdateNotify(wideId)); });
     for (const auto& [call, outcome] :
          {std::pair{NotifyCall(), std::string(notified)}, std::pair{SetCall(), std::string(wasSet)},
@@ -87,6 +89,7 @@ TEST_F(InsideCallback, ExitOfTheLastProductEndsTheBridgeUnderTheCallback) {
 }
 
 TEST_F(InsideCallback, ExitAndThenAnExceptionIsAnsweredAsWithoutACallback) {
+    const OnPurpose mistakes{"CALLBACK-THREW"};
     DoInside([this] {
         product.Exit();
         throw 42;

@@ -4,6 +4,7 @@
 #include <new>
 #include <stdexcept>
 
+#include "support/OnPurpose.h"
 #include "updater/UpdateTest.h"
 
 using testing::ElementsAre;
@@ -249,6 +250,8 @@ protected:
         EXPECT_EQ(Update(GetCall()), got);
         EXPECT_THAT(sink.log.Lines(), IsEmpty());
     }
+
+    const OnPurpose usualMistakes{"CALLBACK-THREW"};
 };
 
 // A module's program has a C++ runtime of its own; what it throws is caught in the bridge's all the same.

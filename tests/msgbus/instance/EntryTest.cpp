@@ -1,6 +1,7 @@
 // Entering the bridge.
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -32,6 +33,7 @@ TEST_F(Entry, IsNoFailureWithoutAnAgentAndFollowsItsInstallation) {
 }
 
 TEST_F(Entry, WithoutAProductIdIsFalseAndTouchesNothing) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     environment.InstallAgent();
     EXPECT_FALSE(VsMsgbusEntry(nullptr, VsMsgbusServiceProperty, &sink, &instance));
     EXPECT_EQ(instance, nullptr);
@@ -40,6 +42,7 @@ TEST_F(Entry, WithoutAProductIdIsFalseAndTouchesNothing) {
 }
 
 TEST_F(Entry, WithoutAPlaceForTheInstanceIsFalseAndTouchesNothing) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     environment.InstallAgent();
     EXPECT_FALSE(VsMsgbusEntry("PRODUCT1000", VsMsgbusServiceProperty, &sink, nullptr));
     EXPECT_FALSE(VsMsgbusEntry(nullptr, VsMsgbusServiceProperty, &sink, nullptr));
@@ -48,6 +51,7 @@ TEST_F(Entry, WithoutAPlaceForTheInstanceIsFalseAndTouchesNothing) {
 }
 
 TEST_F(Entry, WithNullsTakesNoSink) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     environment.InstallAgent();
     CapturingSink refused;
     EXPECT_FALSE(VsMsgbusEntry(nullptr, VsMsgbusServiceProperty, &refused, &instance));
@@ -59,6 +63,7 @@ TEST_F(Entry, WithNullsTakesNoSink) {
 }
 
 TEST_F(Entry, WithNullsLeavesTheSinkThatIsThere) {
+    const OnPurpose mistakes{"ENTRY-FAILED"};
     environment.InstallAgent();
     CapturingSink refused;
     const Product product("PRODUCT1000", &sink);
@@ -116,6 +121,7 @@ TEST_F(Entry, OfTheSameProductTwiceIsUndoneByOneExit) {
 }
 
 TEST_F(Entry, TakesTheIdAsItIsByteForByte) {
+    const OnPurpose mistakes{"ID-DIFFERS"};
     environment.InstallAgent();
     const Product upper("PRODUCT1000");
     const Product lower("product1000");
@@ -127,6 +133,7 @@ TEST_F(Entry, TakesTheIdAsItIsByteForByte) {
 }
 
 TEST_F(Entry, CopiesTheId) {
+    const OnPurpose mistakes{"ENTRY-NO-SINK"};
     environment.InstallAgent();
     char id[] = "PRODUCT1000";
     ASSERT_TRUE(VsMsgbusEntry(id, VsMsgbusServiceProperty, nullptr, &instance));
@@ -138,6 +145,7 @@ TEST_F(Entry, CopiesTheId) {
 }
 
 TEST_F(Entry, TakesAnEmptyId) {
+    const OnPurpose mistakes{"ID-UNUSABLE"};
     environment.InstallAgent();
     const Product product("");
     ASSERT_TRUE(product.IsEntered());

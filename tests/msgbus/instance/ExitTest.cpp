@@ -6,6 +6,7 @@
 
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -115,6 +116,7 @@ TEST_F(Exit, LeavesAProductOutOfTheAgentsNextStart) {
 }
 
 TEST_F(Exit, ForAProductNeverEnteredLeavesTheOthers) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     environment.InstallAgent();
     const Registration registration("PRODUCT1000", collector);
     const Product product;
@@ -126,6 +128,7 @@ TEST_F(Exit, ForAProductNeverEnteredLeavesTheOthers) {
 }
 
 TEST_F(Exit, WithoutAnInstanceOnlyTakesTheSinkAway) {
+    const OnPurpose mistakes{"EXIT-OTHER-INSTANCE"};
     environment.InstallAgent();
     const Product product("PRODUCT1000", &sink);
     ny_sim_clear_calls();
@@ -137,6 +140,7 @@ TEST_F(Exit, WithoutAnInstanceOnlyTakesTheSinkAway) {
 }
 
 TEST_F(Exit, WithoutAProductOnlyTakesTheSinkAway) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     environment.InstallAgent();
     const Product product("PRODUCT1000", &sink);
     EXPECT_TRUE(VsMsgbusExit(nullptr, product.Instance()));
@@ -146,11 +150,13 @@ TEST_F(Exit, WithoutAProductOnlyTakesTheSinkAway) {
 }
 
 TEST_F(Exit, WithoutAnythingIsTrue) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     EXPECT_TRUE(VsMsgbusExit(nullptr, nullptr));
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", nullptr));
 }
 
 TEST_F(Exit, WithAnInstanceThatIsGoneIsTrueAndTouchesNothing) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     environment.InstallAgent();
     Product product;
     VsMsgbus* const gone = product.Instance();
@@ -161,6 +167,7 @@ TEST_F(Exit, WithAnInstanceThatIsGoneIsTrueAndTouchesNothing) {
 }
 
 TEST_F(Exit, WithAnInstanceThatNeverWasLeavesTheOneThereIs) {
+    const OnPurpose mistakes{"EXIT-OTHER-INSTANCE"};
     environment.InstallAgent();
     const Product product;
     int notABridge = 0;
@@ -169,6 +176,7 @@ TEST_F(Exit, WithAnInstanceThatNeverWasLeavesTheOneThereIs) {
 }
 
 TEST_F(Exit, TwiceIsOnceWhenAnotherProductIsStillIn) {
+    const OnPurpose mistakes{"EXIT-UNKNOWN"};
     environment.InstallAgent();
     const Product staying("PRODUCT1000");
     Product leaving("PRODUCT2000");

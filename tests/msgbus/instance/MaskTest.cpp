@@ -2,6 +2,7 @@
 #include "VsMsgbus.h"
 #include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
+#include "support/OnPurpose.h"
 
 using testing::Contains;
 using testing::Not;
@@ -35,6 +36,7 @@ TEST_F(Mask, WithoutPropertiesNeedsNoUnregistration) {
 }
 
 TEST_F(Mask, OfUnknownBitsAloneAsksTheAgentForNothing) {
+    const OnPurpose mistakes{"MASK-EMPTY"};
     constexpr uint32_t unknown =
         ~uint32_t{VsMsgbusServiceUpdate | VsMsgbusServiceTask | VsMsgbusServicePolicy | VsMsgbusServiceProperty};
     const Product none("PRODUCT1000", nullptr, 0);
