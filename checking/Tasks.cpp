@@ -13,7 +13,7 @@ namespace checking {
 
 namespace {
 
-struct Task {
+struct BegunTask {
     std::string productId;
     bool goesOn = false;
     bool isHeardOf = false;  // or was told of here
@@ -21,7 +21,7 @@ struct Task {
 
 struct TaskTable {
     StateLock lock;
-    std::map<std::wstring, Task> begun;
+    std::map<std::wstring, BegunTask> begun;
 };
 
 TaskTable& Tasks() {
@@ -33,7 +33,7 @@ TaskTable& Tasks() {
 
 void NoteTaskBegun(const wchar_t* taskId, const std::string& productId) {
     const Guard guard(Tasks().lock);
-    Tasks().begun.insert_or_assign(taskId, Task{productId});
+    Tasks().begun.insert_or_assign(taskId, BegunTask{productId});
 }
 
 void NoteTaskGoesOn(const wchar_t* taskId) {
