@@ -70,7 +70,9 @@ TEST_F(Image, NeedsTheHostsLogAndTheSystemsOwnLibrariesOnly) {
 }
 
 TEST_F(Image, HasNoTextOfTheChecksThatOnlyTheCheckingBridgeMakes) {
-    std::ifstream file(LoadedBridge::fileName, std::ios::binary);
+    char path[MAX_PATH] = {};
+    ASSERT_NE(::GetModuleFileNameA(bridge.Module(), path, MAX_PATH), 0U);
+    std::ifstream file(path, std::ios::binary);
     const std::string bytes(std::istreambuf_iterator<char>(file), {});
     EXPECT_NE(bytes.find("VsKitMsgbusSetCollectProperties"), std::string::npos);
     EXPECT_EQ(bytes.find("VsMsgbus check ["), std::string::npos);
