@@ -1,8 +1,9 @@
 #!/usr/bin/env bash
-# consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
-# runs; its plain module also as Microsoft's toolchain would build it, and so does a program that installs the agent.
+# consumer.sh SOURCES FOLDER CHECKING: the example of the unpacked package is built against it, outside the source tree,
+# and runs; its plain module also as Microsoft's toolchain would build it, and so does a program that installs the agent.
+# With the checking bridge, which that file is, all of them run without a finding.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
-sources="$1" package="$2/unpacked"
+sources="$1" package="$2/unpacked" checking="$3"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -32,8 +33,17 @@ RunHost "the plain module" PlainModule.dll
 Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_COMPILER=clang++-14 \
     -DCMAKE_CXX_COMPILER_TARGET=x86_64-pc-windows-msvc -DCMAKE_CXX_COMPILER_WORKS=1 -DCMAKE_CXX_STANDARD_LIBRARIES=
 cmake --build "$work/microsoft"
-cp "$work/microsoft/bin/PlainModule.dll" "$work/build/bin/"
-RunHost "the plain module for Microsoft's C++ ABI" PlainModule.dll
+cp "$work/microsoft/bin/PlainModule.dll" "$work/build/bin/MicrosoftModule.dll"
+RunHost "the plain module for Microsoft's C++ ABI" MicrosoftModule.dll
+
+# A finding ends the host.
+export VSMSGBUS_CHECK=abort VSMSGBUS_CHECK_SLOW=60000
+cp "$checking" "$work/build/bin/VsMsgbus.dll"
+for module in MyModule PlainModule MicrosoftModule; do
+    RunHost "$module with the checking bridge" "$module.dll"
+done
+unset VSMSGBUS_CHECK VSMSGBUS_CHECK_SLOW
+
 "$sources/scripts/wine-run.sh" "$work/microsoft/bin/SetupProgram.exe" ||
     Fail "step $? went wrong in the program for Microsoft's C++ ABI that installs the agent"
 Passed
