@@ -15,6 +15,8 @@ protected:
         char program[MAX_PATH] = {};
         ::GetModuleFileNameA(nullptr, program, MAX_PATH);
         std::string command = "\"" + std::string(program) + "\" --gtest_also_run_disabled_tests --gtest_filter=" + test;
+        // Of one shard it might run none.
+        ::SetEnvironmentVariableA("GTEST_TOTAL_SHARDS", nullptr);
         STARTUPINFOA startup{};
         startup.cb = sizeof startup;
         PROCESS_INFORMATION process{};
