@@ -17,6 +17,7 @@ protected:
         std::string command = "\"" + std::string(program) + "\" --gtest_also_run_disabled_tests --gtest_filter=" + test;
         // Of one shard it might run none.
         ::SetEnvironmentVariableA("GTEST_TOTAL_SHARDS", nullptr);
+        ::SetEnvironmentVariableA("GTEST_SHARD_INDEX", nullptr);
         STARTUPINFOA startup{};
         startup.cb = sizeof startup;
         PROCESS_INFORMATION process{};
