@@ -124,8 +124,12 @@ LentTexts::LentTexts(std::string id, const char* name) : productId(std::move(id)
 }
 
 const wchar_t* LentTexts::Copy(const wchar_t* text) noexcept {
-    const wchar_t* lent = text;
-    if (text != nullptr) {
+    if (text == nullptr) {
+        return nullptr;
+    }
+    const wchar_t* lent = CopyIntoChunk(text);
+    if (lent == nullptr) {
+        lent = text;
         bridge::Guarded([&] {
             const size_t size = (std::wcslen(text) + 1) * sizeof(wchar_t);
             std::byte* const copy = Allocate(size);
@@ -134,6 +138,23 @@ const wchar_t* LentTexts::Copy(const wchar_t* text) noexcept {
         });
     }
     return lent;
+}
+
+// In one pass, because a walk copies three short texts for each setting.
+const wchar_t* LentTexts::CopyIntoChunk(const wchar_t* text) noexcept {
+    if (chunk == nullptr) {
+        return nullptr;
+    }
+    auto* const copy = reinterpret_cast<wchar_t*>(chunk->memory + chunk->used);
+    const size_t room = (chunk->size - chunk->used) / sizeof(wchar_t);
+    for (size_t i = 0; i < room; ++i) {
+        copy[i] = text[i];
+        if (text[i] == L'\0') {
+            chunk->used += (i + 1) * sizeof(wchar_t);
+            return copy;
+        }
+    }
+    return nullptr;
 }
 
 std::byte* LentTexts::Allocate(size_t size) {

@@ -26,6 +26,8 @@ public:
     void End() noexcept;
 
 private:
+    // Null when there is no room for it in the chunk that is in use.
+    const wchar_t* CopyIntoChunk(const wchar_t* text) noexcept;
     std::byte* Allocate(size_t size);
 
     const std::string productId;

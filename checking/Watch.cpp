@@ -29,26 +29,19 @@ void Watch::LookAtId(const char* function, const std::wstring& id) {
     }
 }
 
-void Watch::AddProduct(const std::string& id, uint32_t mask, const void* instance) {
+void Watch::AddProduct(const std::string& id, uint32_t mask) {
     const Guard guard(lock);
-    products.try_emplace(id, Product{mask, instance});
+    products.try_emplace(id, Product{mask});
 }
 
-std::optional<Watch::Product> Watch::RemoveProduct(const std::string& id) {
+void Watch::RemoveProduct(const std::string& id) {
     const Guard guard(lock);
-    const auto found = products.find(id);
-    if (found == products.end()) {
-        return std::nullopt;
-    }
-    const Product removed = found->second;
-    products.erase(found);
-    return removed;
+    products.erase(id);
 }
 
-std::optional<Watch::Product> Watch::FindProduct(const std::string& id) {
+bool Watch::HasProduct(const std::string& id) {
     const Guard guard(lock);
-    const auto found = products.find(id);
-    return found != products.end() ? std::optional(found->second) : std::nullopt;
+    return products.count(id) != 0;
 }
 
 std::string Watch::AnyProduct() {

@@ -2,7 +2,6 @@
 
 #include <map>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -18,7 +17,6 @@ class Watch {
 public:
     struct Product {
         uint32_t mask = 0;
-        const void* instance = nullptr;
     };
 
     Watch() = default;
@@ -32,10 +30,9 @@ public:
     void LookAtId(const char* function, const std::wstring& id);
 
     // A product that is in keeps its mask.
-    void AddProduct(const std::string& id, uint32_t mask, const void* instance);
-    // What it was; none when it was not in.
-    std::optional<Product> RemoveProduct(const std::string& id);
-    std::optional<Product> FindProduct(const std::string& id);
+    void AddProduct(const std::string& id, uint32_t mask);
+    void RemoveProduct(const std::string& id);
+    bool HasProduct(const std::string& id);
     // One that is in; empty when none is.
     std::string AnyProduct();
     std::map<std::string, Product> Products();

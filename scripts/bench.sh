@@ -3,17 +3,20 @@
 # installing and building what is missing: see docs/PERFORMANCE.md. Figures stand in build/bench.
 #   --quick     a short form: fewer rounds and sizes
 #   --document  writes the figures into docs/PERFORMANCE.md as well, and draws its pictures
+#   --checking  only shows properties and walks with the shipped bridge and with the checking one, in turns
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
 programArguments=()
 reportArguments=()
+checking=no
 for argument in "$@"; do
     case "$argument" in
     --quick) programArguments+=(--quick) ;;
     --document) reportArguments+=(--document docs/PERFORMANCE.md) ;;
+    --checking) checking=yes ;;
     *)
-        echo "usage: $0 [--quick] [--document]" >&2
+        echo "usage: $0 [--quick] [--document] [--checking]" >&2
         exit 2
         ;;
     esac
@@ -24,6 +27,20 @@ BuildPreset release bench
 source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix
 KeepWineServer
+
+if [ "$checking" = yes ]; then
+    BuildPreset release bench VsMsgbusChecking
+    folder="$ROOT/build/release/silent"
+    Step silent-folder cmake "-DBIN=$ROOT/build/release/bin" "-DCHECKING=$ROOT/build/release/checking/VsMsgbus.dll" \
+        "-DFOLDER=$folder" -P tests/checking/SilentFolder.cmake
+    for bin in build/release/bin "$folder" build/release/bin "$folder"; do
+        echo "$bin"
+        for section in properties policies; do
+            wine64 "$bin/bench_module.exe" --quick --only "$section" 2>/dev/null
+        done
+    done
+    exit
+fi
 
 mkdir -p build/bench
 read -r load _ </proc/loadavg

@@ -19,6 +19,7 @@
 #include "checking/Walks.h"
 #include "checking/Watch.h"
 #include "checking/exports/Checked.h"
+#include "msgbus/instance/VsMsgbus.h"
 
 using namespace checking;
 
@@ -66,16 +67,24 @@ VsKitMsgbus::ILogSink* CheckSink(const char* productId, VsKitMsgbus::ILogSink* l
     return checked;
 }
 
-void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, VsMsgbus* instance) {
-    if (instance != nullptr) {
-        Watch::OfProcess().AddProduct(productId, serviceMask, instance);
+bool IsIn(const char* productId) {
+    const std::shared_ptr<VsMsgbus> instance = bridge::ShareBridge();
+    return instance != nullptr && instance->HasProduct(productId);
+}
+
+void LookAtAnswer(const char* productId, bool isAnswered) {
+    // It may have left inside, in a callback.
+    const bool isEntered = IsIn(productId);
+    if (isEntered) {
         CheckLater();
+    } else {
+        Watch::OfProcess().RemoveProduct(productId);
     }
     if (!isAnswered) {
         const auto code = LastRefusal();
         Report(Rule::EntryFailed, productId,
                {code.has_value() ? ", because the agent answered " + std::to_string(*code) : std::string(),
-                instance != nullptr
+                isEntered
                     ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
                     : "the product is not entered, and nobody asks it"});
     }
@@ -83,12 +92,11 @@ void LookAtAnswer(const char* productId, uint32_t serviceMask, bool isAnswered, 
 
 // Whether the call leaves a product.
 bool LookAtExit(const char* productId, const VsMsgbus* instance) {
-    const auto product = productId != nullptr ? Watch::OfProcess().FindProduct(productId) : std::nullopt;
-    if (!product.has_value()) {
+    if (productId == nullptr || !Watch::OfProcess().HasProduct(productId)) {
         Report(Rule::ExitUnknown, productId != nullptr ? productId : "");
         return false;
     }
-    if (product->instance != instance) {
+    if (bridge::ShareBridge().get() != instance) {
         Report(Rule::ExitOtherInstance, productId);
         return false;
     }
@@ -162,14 +170,14 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
         return scope.Answered(VsMsgbusEntry(productId, serviceMask, logSink, outInstance));
     }
     LookAtLoaderLock("VsMsgbusEntry", Wide(productId).c_str());
-    bridge::Guarded([&] { LookAtEntry(productId, serviceMask, logSink); });
-    VsMsgbus* instance = nullptr;
+    bridge::Guarded([&] {
+        LookAtEntry(productId, serviceMask, logSink);
+        // The module may be called before the Entry returns.
+        Watch::OfProcess().AddProduct(productId, serviceMask);
+    });
     ForgetRefusal();
-    const bool answer = VsMsgbusEntry(productId, serviceMask, CheckSink(productId, logSink), &instance);
-    if (instance != nullptr) {
-        *outInstance = instance;
-    }
-    bridge::Guarded([&] { LookAtAnswer(productId, serviceMask, answer, instance); });
+    const bool answer = VsMsgbusEntry(productId, serviceMask, CheckSink(productId, logSink), outInstance);
+    bridge::Guarded([&] { LookAtAnswer(productId, answer); });
     return scope.Answered(answer);
 }
 

@@ -16,6 +16,22 @@ TEST_F(CheckedLife, AnEntryWithoutASinkIsNamed) {
     EXPECT_EQ(Found("ENTRY-NO-SINK"), 1U);
 }
 
+TEST_F(CheckedLife, AModuleThatIsCalledWhileItEntersIsIn) {
+    VsMsgbus* instance = nullptr;
+    int calls = 0;
+    collector.collect = [&](auto&) {
+        ++calls;
+        EXPECT_NE(instance, nullptr);
+        EXPECT_NE(GetMsgbusClient(), nullptr);
+        EXPECT_TRUE(VsMsgbusExit(id.c_str(), instance));
+    };
+    const Registration registration(id, collector);
+    ny_sim_call_in_register(NY_SIM_CALL_PROPERTIES, NY_SIM_ON_SAME_THREAD);
+    VsMsgbusEntry(id.c_str(), VsMsgbusServiceProperty, &sink, &instance);
+    EXPECT_EQ(calls, 1);
+    ny_sim_reset();
+}
+
 TEST_F(CheckedLife, AnExitWhileAThreadOfTheModulesFreesACookieIsRight) {
     Event isInside;
     Event mayLeave;

@@ -1,10 +1,13 @@
-# cmake -DBIN=<folder> -DCHECKING=<dll> -DFOLDER=<folder> -P SilentFolder.cmake: puts links to what is built in BIN into
-# FOLDER, and the checking bridge in the place of the shipped one.
+# cmake -DBIN=<folder> -DCHECKING=<dll> -DFOLDER=<folder> [-DNAMES=<name>,...] -P SilentFolder.cmake: puts links to what is
+# built in BIN, or to those files of it, into FOLDER, and the checking bridge in the place of the shipped one.
 file(REMOVE_RECURSE ${FOLDER})
 file(MAKE_DIRECTORY ${FOLDER})
 file(GLOB built ${BIN}/*)
 foreach(file IN LISTS built)
     get_filename_component(name ${file} NAME)
+    if(DEFINED NAMES AND NOT ",${NAMES}," MATCHES ",${name},")
+        continue()
+    endif()
     if(name STREQUAL "VsMsgbus.dll")
         set(file ${CHECKING})
     endif()

@@ -1,9 +1,10 @@
 #!/usr/bin/env bash
-# consumer.sh SOURCES FOLDER: the example of the unpacked package is built against it, outside the source tree, and
+# consumer.sh SOURCES FOLDER CHECKING: the example of the unpacked package is built against it, outside the source tree, and
 # runs; its modules also for Microsoft's C++ ABI, with what the package has for that. The plain module, and a program that
-# installs the agent, are built for that ABI without any C++ library as well.
+# installs the agent, are built for that ABI without any C++ library as well. With the checking bridge, which that file is, all
+# of them run without a finding.
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
-sources="$1" package="$2/unpacked"
+sources="$1" package="$2/unpacked" checking="$3"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
@@ -45,6 +46,15 @@ Configure "$sources/tests/package/msvc/consumer" "$work/microsoft" -DCMAKE_CXX_C
 cmake --build "$work/microsoft"
 cp "$work/microsoft/bin/PlainModule.dll" "$work/build/bin/"
 RunHost "the plain module without a C++ library" PlainModule.dll
+
+# A finding ends the host.
+export VSMSGBUS_CHECK=abort VSMSGBUS_CHECK_SLOW=60000
+cp "$checking" "$work/build/bin/VsMsgbus.dll"
+for module in MyModule PlainModule; do
+    RunHost "$module with the checking bridge" "$module.dll"
+done
+unset VSMSGBUS_CHECK VSMSGBUS_CHECK_SLOW
+
 "$sources/scripts/wine-run.sh" "$work/microsoft/bin/SetupProgram.exe" ||
     Fail "step $? went wrong in the program for Microsoft's C++ ABI that installs the agent"
 Passed

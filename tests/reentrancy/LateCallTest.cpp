@@ -8,6 +8,7 @@
 
 #include "reentrancy/World.h"
 #include "support/AgentRequest.h"
+#include "support/OnPurpose.h"
 #include "support/Watchdog.h"
 
 namespace {
@@ -117,6 +118,7 @@ TEST_P(LateCall, IsRefusedWhenTheAgentIsGone) {
 
 // Calls that nobody waits for, all the while the product leaves and enters.
 TEST_P(LateCall, MayMeetExitAndEntry) {
+    const OnPurpose mistakes{"EXIT-WHILE-CALLED"};
     constexpr int rounds = 20;
     std::atomic<bool> isOver = false;
     std::vector<std::thread> callers;

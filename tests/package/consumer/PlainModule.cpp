@@ -18,7 +18,15 @@ public:
     int32_t GetLogLevel() override { return 0; }
 };
 
+// What the bridge and the agent say, of failures above all.
+class Sink final : public VsKitMsgbus::ILogSink {
+public:
+    // Your product's log is the place for these lines.
+    void Write(int /*level*/, const wchar_t* /*text*/) override {}
+};
+
 Collector collector;
+Sink sink;
 VsMsgbus* bridge = nullptr;
 
 }  // namespace
@@ -26,7 +34,7 @@ VsMsgbus* bridge = nullptr;
 // The host calls these two; never call the bridge from DllMain.
 bool MyModuleLoad() {
     return VsKitMsgbusSetCollectProperties(wideProductId, &collector, nullptr) &&
-           VsMsgbusEntry(myProductId, VsMsgbusServiceProperty, nullptr, &bridge);
+           VsMsgbusEntry(myProductId, VsMsgbusServiceProperty, &sink, &bridge);
 }
 
 bool MyModuleUnload() {
