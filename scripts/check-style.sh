@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
 # also in the simulated agent, the kit and the demo, which takes as long again and needs a build of the release preset. What
-# clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes. First the pages: that
+# clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes: scripts/tidy-clean. First the pages: that
 # their links lead somewhere, that docs/LOG_LINES.md has every line that the sources write, that what their commands name is
 # there, and that the pictures of docs/PERFORMANCE.md are drawn from its table.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-stamps=build/tidy
+# A digest of what clang-tidy found nothing in, for each line of the joints below; to be committed with the sources.
+records=scripts/tidy-clean
 # Each line is read as one, which takes a tenth of the time: headers are what takes long. The longest first.
 joints=("msgbus msgbus/client msgbus/registrations msgbus/instance library" "policy services" "base dispatcher values"
     "property scheduler updater" "include" "loglib" "checking checking/exports checking/trace")
@@ -45,27 +46,26 @@ done
 
 # CheckHabits FOLDER...: their sources as one.
 CheckHabits() {
-    local name="$*" joint stamp output
+    local name="$*" joint record digest output
     name="${name//[\/ ]/-}"
-    joint="$stamps/$name.cpp"
-    stamp="$stamps/$name.ok"
+    joint="build/tidy/$name.cpp"
+    record="$records/$name"
     mapfile -t members < <(printf '%s\n' "${@/%//*.?pp}" | while read -r pattern; do compgen -G "$pattern"; done)
-    if [ -e "$stamp" ] &&
-        [ -z "$(find .clang-tidy "${members[@]}" "${headers[@]}" -newer "$stamp" -print -quit)" ]; then
-        return 0
-    fi
+    digest=$(sha256sum .clang-tidy "${members[@]}" "${headers[@]}" | sort | sha256sum)
+    [ "$(cat "$record" 2>/dev/null)" != "$digest" ] || return 0
     echo "clang-tidy $*"
-    mkdir -p "$stamps"
+    mkdir -p build/tidy "$records"
     printf "#include \"$PWD/%s\"  // NOLINT\n" "${members[@]}" >"$joint"
     if ! output=$(clang-tidy-14 --quiet --config-file=.clang-tidy "$joint" -- "${flags[@]}" 2>&1); then
         echo "$output"
         return 1
     fi
-    touch "$stamp"
+    echo "$digest" >"$record"
 }
 export -f CheckHabits
-export stamps
-mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.hp*$')
+export records
+# What the sources of the DLLs, the kit and the demo may include.
+mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.hp*$' | grep -vE '^(tests|bench)/')
 lists=$(declare -p flags headers)
 export lists
 

@@ -93,6 +93,7 @@ Both Check soak-wine "$wine" build/release/bin/soak.exe "${soak[@]}" \
 # With the checking bridge in the place of the shipped one, all of these must be without a finding that they do not name.
 silent="build/release/silent"
 export VSMSGBUS_CHECK_SLOW=60000
+Check new-module ctest --preset release --tests-regex '^Package\.NewModule$' || status=1
 Step silent-folder ctest --preset release --tests-regex '^Silent\.Folder$' || status=1
 Check silent-modules InShards "$wine" "$silent/module_tests.exe" || status=1
 Check silent-reentrancy InShards env --unset=REENTRANCY_WHOLE "$wine" "$silent/reentrancy_tests.exe" || status=1

@@ -115,7 +115,8 @@ KeepWineServer
 status=0
 RunWindowsTests() {
     local status=0
-    RunTests release "Windows build under Wine" "$@" || status=1
+    # Package.NewModule builds as much as Package.Commands does, in the same way: scripts/check.sh has it.
+    RunTests release "Windows build under Wine" --exclude-regex '^Package\.NewModule$' "$@" || status=1
     RunTests msabi "Microsoft's C++ ABI under Wine" "$@" || status=1
     return "$status"
 }
