@@ -41,8 +41,8 @@ int32_t CheckedVsKitMsgbusEncryptAndEncodeData(...) noexcept;
 int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, VsKitMsgbus::lpc_buffer* out) noexcept;
 int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, VsKitMsgbus::lpc_buffer* out) noexcept;
 
-// How many findings there were, those not told again included: of the rule of that name, or of all for null. Of this DLL
-// alone.
+// How many findings there were, those not told again included: of the rule of that name, or of all for null. Of this
+// DLL alone.
 unsigned VsMsgbusCheckFindings(const char* rule) noexcept;
 
 }  // extern "C"
