@@ -84,9 +84,8 @@ void LookAtAnswer(const char* productId, bool isAnswered) {
         const auto code = LastRefusal();
         Report(Rule::EntryFailed, productId,
                {code.has_value() ? ", because the agent answered " + std::to_string(*code) : std::string(),
-                isEntered
-                    ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
-                    : "the product is not entered, and nobody asks it"});
+                isEntered ? "the agent has refused a service; the product is entered and must be left with VsMsgbusExit"
+                          : "the product is not entered, and nobody asks it"});
     }
 }
 
