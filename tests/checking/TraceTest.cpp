@@ -10,7 +10,7 @@
 #include "checking/OwnProcess.h"
 #include "checking/trace/TraceEvent.h"
 #include "checking/trace/TraceFile.h"
-#include "support/Enforcer.h"
+#include "support/OnPurpose.h"
 
 namespace {
 
@@ -102,7 +102,9 @@ TEST(RecordLine, HasTextsAsJsonAndCutsLongOnes) {
 }
 
 // What the next test records: not a test of its own.
-class PlantedRecord : public InstalledAgentTest {};
+class PlantedRecord : public InstalledAgentTest {
+    const OnPurpose mistakes{"TASK-STATUS"};
+};
 TEST_F(PlantedRecord, DISABLED_HasACollectionAndASecret) {
     const Registration registration("RECORD1000", collector);
     const Product product("RECORD1000", &sink);
