@@ -46,7 +46,7 @@ public:
         if (texts.erase(text) == 0) {
             return false;
         }
-        released.push_back(text);
+        bridge::Guarded([&] { released.push_back(text); });
         if (released.size() > remembered) {
             released.pop_front();
         }

@@ -74,9 +74,7 @@ void CALLBACK OnTimer(PTP_CALLBACK_INSTANCE, void*, PTP_TIMER) {
 void CheckLater() noexcept {
     constexpr LONGLONG ticksPerMillisecond = 10000;
     // Without one, this library may be unloaded before the time has come.
-    bool isAnyProductIn = false;
-    bridge::Guarded([&] { isAnyProductIn = !Watch::OfProcess().Products().empty(); });
-    if (!isAnyProductIn) {
+    if (!Watch::OfProcess().IsAnyProductIn()) {
         return;
     }
     static PTP_TIMER const timer = ::CreateThreadpoolTimer(&OnTimer, nullptr, nullptr);

@@ -5,9 +5,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "base/Boundary.h"
 #include "checking/Findings.h"
-#include "checking/Texts.h"
 
 namespace checking {
 
@@ -24,9 +22,9 @@ bool IsUnderLoaderLock() noexcept {
     return lock != nullptr && reinterpret_cast<uintptr_t>(lock->OwningThread) == ::GetCurrentThreadId();
 }
 
-void LookAtLoaderLock(const char* function, const wchar_t* productId) noexcept {
+void LookAtLoaderLock(const char* function, std::string_view productId) noexcept {
     if (IsUnderLoaderLock()) {
-        bridge::Guarded([&] { Report(Rule::LoaderLock, Narrow(productId), {function}); });
+        Report(Rule::LoaderLock, productId, {function});
     }
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <string_view>
+
 namespace checking {
 
 // Whether the calling thread holds the system's loader lock, as it does in DllMain.
 bool IsUnderLoaderLock() noexcept;
 
-// Reports a call of `function` under it. `productId` may be null.
-void LookAtLoaderLock(const char* function, const wchar_t* productId) noexcept;
+// Reports a call of `function` under it.
+void LookAtLoaderLock(const char* function, std::string_view productId) noexcept;
 
 }  // namespace checking

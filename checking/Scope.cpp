@@ -1,5 +1,6 @@
 #include "checking/Scope.h"
 
+#include "base/Boundary.h"
 #include "checking/Texts.h"
 
 namespace checking {
@@ -8,16 +9,22 @@ namespace {
 
 thread_local Scope* innermost = nullptr;
 
-}  // namespace
-
-Scope::Scope(const char* name, std::string_view id, Untraced /*untraced*/)
-    : function(name), productId(id), outer(innermost) {
-    innermost = this;
+std::string NarrowOrEmpty(const wchar_t* id) noexcept {
+    std::string narrow;
+    bridge::Guarded([&] { narrow = Narrow(id); });
+    return narrow;
 }
 
-Scope::Scope(const char* name, std::string_view id) : Scope(name, id, [](TraceArguments&) {}) {}
+}  // namespace
 
-Scope::Scope(const char* name, const wchar_t* id) : Scope(name, Narrow(id)) {}
+Scope::Scope(const char* name, std::string_view id, Untraced /*untraced*/) noexcept : function(name), outer(innermost) {
+    innermost = this;
+    bridge::Guarded([&] { productId = id; });
+}
+
+Scope::Scope(const char* name, std::string_view id) noexcept : Scope(name, id, [](TraceArguments&) {}) {}
+
+Scope::Scope(const char* name, const wchar_t* id) noexcept : Scope(name, NarrowOrEmpty(id)) {}
 
 void Scope::DescribeProduct(TraceArguments& arguments) const {
     if (!productId.empty()) {

@@ -13,12 +13,12 @@ namespace checking {
 // where a finding is made. It is a span of the record.
 class Scope {
 public:
-    // `name` is a constant. The id is copied.
-    Scope(const char* name, std::string_view id);
-    Scope(const char* name, const wchar_t* id);
+    // `name` is a constant. The id is copied; without memory for that it is taken for empty. A null one is empty.
+    Scope(const char* name, std::string_view id) noexcept;
+    Scope(const char* name, const wchar_t* id) noexcept;
     // With the arguments of the call: `describe(arguments)` adds them when a record is kept.
     template <class Describe>
-    Scope(const char* name, std::string_view id, const Describe& describe) : Scope(name, id, Untraced()) {
+    Scope(const char* name, std::string_view id, const Describe& describe) noexcept : Scope(name, id, Untraced()) {
         Trace(TracePhase::Begin, function, [&](TraceArguments& arguments) {
             DescribeProduct(arguments);
             describe(arguments);
@@ -45,12 +45,12 @@ public:
 
 private:
     struct Untraced {};
-    Scope(const char* name, std::string_view id, Untraced untraced);
+    Scope(const char* name, std::string_view id, Untraced untraced) noexcept;
 
     void DescribeProduct(TraceArguments& arguments) const;
 
     const char* const function;
-    const std::string productId;
+    std::string productId;
     Scope* const outer;
     std::optional<int64_t> answer;
     bool isInside = true;

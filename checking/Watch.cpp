@@ -44,6 +44,11 @@ bool Watch::HasProduct(const std::string& id) {
     return products.count(id) != 0;
 }
 
+bool Watch::IsAnyProductIn() noexcept {
+    const Guard guard(lock);
+    return !products.empty();
+}
+
 std::string Watch::AnyProduct() {
     const Guard guard(lock);
     return products.empty() ? std::string() : products.begin()->first;

@@ -33,6 +33,7 @@ public:
     void AddProduct(const std::string& id, uint32_t mask);
     void RemoveProduct(const std::string& id);
     bool HasProduct(const std::string& id);
+    bool IsAnyProductIn() noexcept;
     // One that is in; empty when none is.
     std::string AnyProduct();
     std::map<std::string, Product> Products();

@@ -22,11 +22,9 @@ namespace {
 
 // What is called before anybody has entered does nothing.
 void LookWhetherEntered(const char* function) noexcept {
-    bridge::Guarded([&] {
-        if (Watch::OfProcess().AnyProduct().empty()) {
-            Report(Rule::NotEntered, "", {function});
-        }
-    });
+    if (!Watch::OfProcess().IsAnyProductIn()) {
+        Report(Rule::NotEntered, "", {function});
+    }
 }
 
 int32_t ReportNothingDone(const char* function) noexcept {

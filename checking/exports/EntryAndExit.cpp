@@ -141,7 +141,7 @@ bool LeaveProduct(const char* productId, VsMsgbus* instance) {
 
 void LookAtWhatStays(const char* productId) {
     Watch& watch = Watch::OfProcess();
-    const bool isAnyProductLeft = !watch.AnyProduct().empty();
+    const bool isAnyProductLeft = watch.IsAnyProductIn();
     const auto sinks = watch.TakeSinks();
     for (const auto& sink : sinks) {
         KeepForNow(sink);
@@ -168,7 +168,7 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
                 "the product is not entered, and nobody asks it"});
         return scope.Answered(VsMsgbusEntry(productId, serviceMask, logSink, outInstance));
     }
-    LookAtLoaderLock("VsMsgbusEntry", Wide(productId).c_str());
+    LookAtLoaderLock("VsMsgbusEntry", scope.ProductId());
     bridge::Guarded([&] {
         LookAtEntry(productId, serviceMask, logSink);
         // The module may be called before the Entry returns.
@@ -182,7 +182,7 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
 
 bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
     Scope scope("VsMsgbusExit", productId != nullptr ? productId : "");
-    LookAtLoaderLock("VsMsgbusExit", Wide(scope.ProductId()).c_str());
+    LookAtLoaderLock("VsMsgbusExit", scope.ProductId());
     bool answer = true;
     bool hasLeft = false;
     bridge::Guarded([&] {
@@ -200,7 +200,7 @@ bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
 }
 
 VsMsgbusClientRecord* CheckedGetMsgbusClient() noexcept {
-    if (Watch::OfProcess().AnyProduct().empty()) {
+    if (!Watch::OfProcess().IsAnyProductIn()) {
         Report(Rule::NotEntered, "", {"GetMsgbusClient"});
         return nullptr;
     }

@@ -57,10 +57,10 @@ inline bool IsInsideItself(const RegistrationPointer& registration) {
 // Has `remove()`, the bridge's export, take the registration away.
 template <class Remove>
 bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const Remove& remove) noexcept {
-    LookAtLoaderLock(service.remove, productId);
+    const Scope scope(service.remove, productId);
+    LookAtLoaderLock(service.remove, scope.ProductId());
     bool answer = true;
     const bool isChecked = bridge::Guarded([&] {
-        const Scope scope(service.remove, productId);
         const RegistrationPointer registration =
             productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;
         if (registration == nullptr) {
