@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Shows what docs/RELIABILITY.md promises, in full, after installing and building what is missing: every fault, the whole
 # re-entrancy matrix, the long soak, the ends of processes, the checking bridge's silence, coverage and a minute of
-# fuzzing. scripts/test.sh runs a short form of all but the last two.
+# fuzzing; and the tests of the build against data races. scripts/test.sh runs a short form of all but the last three.
 #   --seed N  for the soak; a new one each time when it is not given
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
@@ -93,6 +93,8 @@ Both Check soak-wine "$wine" build/release/bin/soak.exe "${soak[@]}" \
 # With the checking bridge in the place of the shipped one, all of these must be without a finding that they do not name.
 silent="build/release/silent"
 export VSMSGBUS_CHECK_SLOW=60000
+# Building against data races takes a quarter as long as all that scripts/test.sh does.
+Check tests-tsan ctest --preset tsan --parallel $((2 * $(nproc))) || status=1
 Check new-module ctest --preset release --tests-regex '^Package\.NewModule$' || status=1
 Step silent-folder ctest --preset release --tests-regex '^Silent\.Folder$' || status=1
 Check silent-modules InShards "$wine" "$silent/module_tests.exe" || status=1

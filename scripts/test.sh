@@ -7,7 +7,8 @@ Usage() {
     cat <<'END'
 usage: scripts/test.sh [--quick] [CTEST-OPTION...]
 Runs all checks and tests, after installing and building what is missing: the style of the sources, the tests of the
-Windows builds under Wine, and those of the native checking builds.
+Windows builds under Wine, and those of the native build that checks memory. scripts/check.sh has more, data races
+among it.
   --quick         only builds the Windows build and runs its tests, but for those labelled slow
   CTEST-OPTION    goes to ctest, such as -R NAME
 END
@@ -95,7 +96,7 @@ RunQuick() {
     slow=$(ctest --preset release --show-only --label-regex '^slow$' |
         sed -n 's/^ *Test *#[0-9]*: \(.*\)/\1/p' | sed -E 's/\.[0-9]+$//' | uniq | paste -sd ' ')
     RunTests release "Windows build under Wine, quick tests" --label-exclude '^slow$' "$@" || status=1
-    echo "left out: the style, the builds msabi, asan and tsan, and of this one the tests labelled slow: $slow"
+    echo "left out: the style, the builds msabi and asan, and of this one the tests labelled slow: $slow"
     return "$status"
 }
 
@@ -133,9 +134,5 @@ beside=$!
 Step style nice scripts/check-style.sh || status=1
 BuildBeside asan
 wait "$beside" || status=1
-RunTests asan "native, addresses, leaks and undefined behaviour" "$@" &
-beside=$!
-BuildBeside tsan
-wait "$beside" || status=1
-RunTests tsan "native, data races" "$@" || status=1
+RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
 exit "$status"

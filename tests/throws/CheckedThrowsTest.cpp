@@ -4,6 +4,7 @@
 #include "support/AgentEnvironment.h"
 #include "support/AgentRequest.h"
 #include "support/LogFile.h"
+#include "support/OnPurpose.h"
 #include "support/Text.h"
 #include "throws/LoadedThrowingModule.h"
 
@@ -35,6 +36,9 @@ protected:
 
     LoadedThrowingModule module;
     LogFile file;
+
+private:
+    const OnPurpose mistakes{"CALLBACK-THREW"};
 };
 
 TEST_F(CheckedThrows, AStandardExceptionIsToldWithItsTypeAndText) {
