@@ -27,7 +27,7 @@ public:
     Destructor FindDestructor() const noexcept;
     void* Object() const noexcept { return object; }
 
-    // What ForeignTypes.h describes: a ForeignThrowInfo, or null.
+    // The ForeignThrowInfo of ForeignTypes.h; null when the compiler wrote none.
     const std::byte* TypeInfo() const noexcept { return typeInfo; }
     const std::byte* ImageBase() const noexcept { return imageBase; }
 

@@ -35,7 +35,7 @@ struct ForeignType {
     int32_t copy;
 };
 
-// What stands at a relative address; null for 0.
+// The part of the image at a relative address; null for 0.
 template <class Part>
 const Part* PartOfImage(const std::byte* imageBase, int32_t address) noexcept {
     return address != 0 ? reinterpret_cast<const Part*>(imageBase + static_cast<uint32_t>(address)) : nullptr;

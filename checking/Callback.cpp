@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "checking/Channels.h"
+#include "checking/Environment.h"
 #include "checking/Findings.h"
 
 namespace checking {

@@ -36,8 +36,8 @@ private:
 // Whether that is longer than a call should take: than VSMSGBUS_CHECK_SLOW milliseconds, 5000 when that is not set.
 bool IsSlow(ULONGLONG milliseconds) noexcept;
 
-// What `call()` answers, which calls the registered interface; `describe(arguments)` adds the call's arguments for the
-// record. Raises what the module throws, and bridge::ForeignException when the interface is gone.
+// Runs `call()`, which calls the registered interface, and returns its answer; `describe(arguments)` adds the call's
+// arguments for the record. Raises what the module throws, and bridge::ForeignException when the interface is gone.
 template <class Call, class Describe>
 auto CallRegistered(Registration& registration, const char* function, const Call& call, const Describe& describe) {
     CallbackRun run(registration, function, describe);

@@ -2,20 +2,13 @@
 
 #include <windows.h>
 
-#include <cstdlib>
-
 #include "base/Boundary.h"
+#include "checking/Environment.h"
 #include "checking/Texts.h"
 
 namespace checking {
 
 namespace {
-
-std::wstring FromEnvironment(const wchar_t* name) {
-    std::wstring value(::GetEnvironmentVariableW(name, nullptr, 0), L'\0');
-    value.resize(::GetEnvironmentVariableW(name, value.data(), static_cast<DWORD>(value.size())));
-    return value;
-}
 
 void Write(HANDLE file, const std::string& line) noexcept {
     DWORD written = 0;
@@ -39,22 +32,16 @@ void Tell(const std::string& message, bool mayStop) noexcept {
         const std::string line = message + "\n";
         ::OutputDebugStringW(Wide(line).c_str());
         Write(::GetStdHandle(STD_ERROR_HANDLE), line);
-        if (const std::wstring path = FromEnvironment(L"VSMSGBUS_CHECK_FILE"); !path.empty()) {
+        if (const std::wstring path = TextFromEnvironment(L"VSMSGBUS_CHECK_FILE"); !path.empty()) {
             AddToFile(path, line);
         }
-        const std::wstring wish = mayStop ? FromEnvironment(L"VSMSGBUS_CHECK") : std::wstring();
+        const std::wstring wish = mayStop ? TextFromEnvironment(L"VSMSGBUS_CHECK") : std::wstring();
         if (wish == L"break") {
             ::DebugBreak();
         } else if (wish == L"abort") {
             ::TerminateProcess(::GetCurrentProcess(), 3);
         }
     });
-}
-
-unsigned long NumberFromEnvironment(const char* name, unsigned long otherwise) noexcept {
-    char text[32];
-    const DWORD length = ::GetEnvironmentVariableA(name, text, sizeof text);
-    return length != 0 && length < sizeof text ? std::strtoul(text, nullptr, 10) : otherwise;
 }
 
 }  // namespace checking

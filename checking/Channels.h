@@ -9,7 +9,4 @@ namespace checking {
 // with exit code 3 when it is "abort". `message` is UTF-8 without a line end.
 void Tell(const std::string& message, bool mayStop) noexcept;
 
-// A number of the environment's; `otherwise` when there is none.
-unsigned long NumberFromEnvironment(const char* name, unsigned long otherwise) noexcept;
-
 }  // namespace checking

@@ -31,7 +31,7 @@ CheckedCollector::~CheckedCollector() {
 
 void CheckedCollector::BeRemoved() noexcept {
     Registration::BeRemoved();
-    if (!InsiderOnOtherThread().has_value() && !IsInside(::GetCurrentThreadId())) {
+    if (!InsiderOnOtherThread().has_value() && !IsThisThreadInside()) {
         lent->EndAll();
     }
 }

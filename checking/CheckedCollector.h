@@ -10,7 +10,7 @@
 
 namespace checking {
 
-// What a module is given to set its properties with.
+// The set that the bridge lends a module's collector, to set properties with.
 class CheckedPropertySet final : public VsKitMsgbus::INYCollectProperties::ISet,
                                  public Lent<VsKitMsgbus::INYCollectProperties::ISet, LentFor::AnyThread> {
 public:

@@ -10,7 +10,7 @@
 
 namespace checking {
 
-// What a module is given to read its policies.
+// The bag that the bridge lends a module's enforcer, to read policies from.
 class CheckedPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag,
                                public Lent<VsKitMsgbus::INYEnforcePolicy::IPolicyBag, LentFor::OwnThread> {
 public:

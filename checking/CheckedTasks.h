@@ -6,7 +6,7 @@
 
 namespace checking {
 
-// What a module is given to read a task.
+// The bag that the bridge lends a module's enforcer, to read one task from.
 class CheckedTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag,
                              public Lent<VsKitMsgbus::INYTaskEnforcer::ITaskBag, LentFor::AnyThread> {
 public:

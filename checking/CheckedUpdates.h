@@ -6,7 +6,7 @@
 
 namespace checking {
 
-// What a module is given to answer the agent's question with.
+// The set that the bridge lends a module's callback, to answer the agent's question with.
 class CheckedUpdateSet final : public VsKitMsgbus::INYUpdateNotifyCallback::ISet,
                                public Lent<VsKitMsgbus::INYUpdateNotifyCallback::ISet, LentFor::AnyThread> {
 public:

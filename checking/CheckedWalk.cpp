@@ -6,9 +6,18 @@
 
 namespace checking {
 
+namespace {
+
+// The answer of a callback, which is noted.
+bool Noted(std::optional<bool>& hasGoneOn, bool goesOn) noexcept {
+    hasGoneOn = hasGoneOn.value_or(false) || goesOn;
+    return goesOn;
+}
+
+}  // namespace
+
 template <class... Parameters>
-bool CheckedWalk::Call(Answers& answers, const char* name, bool (ICallbacks::*operation)(Parameters...),
-                       Parameters... given) {
+bool CheckedWalk::Call(const char* name, bool (ICallbacks::*operation)(Parameters...), Parameters... given) {
     item = name;
     Trace(TracePhase::Begin, name, [&](TraceArguments& arguments) {
         static constexpr const char* names[] = {"first", "second", "third", "fourth"};
@@ -18,8 +27,6 @@ bool CheckedWalk::Call(Answers& answers, const char* name, bool (ICallbacks::*op
     const bool goesOn = callbacks.Call(*inside, operation, texts.Copy(given)...);
     EndItem();
     texts.Forget();
-    ++answers.all;
-    answers.goOn += goesOn ? 1U : 0U;
     return goesOn;
 }
 
@@ -31,28 +38,28 @@ void CheckedWalk::EndItem() noexcept {
 
 bool CheckedWalk::OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                               const wchar_t* name) {
-    return Call(containers, "OnContainer", &ICallbacks::OnContainer, featureId, categoryId, typeId, name);
+    return Noted(containers, Call("OnContainer", &ICallbacks::OnContainer, featureId, categoryId, typeId, name));
 }
 
 bool CheckedWalk::OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) {
-    return Call(settings, "OnSettings", &ICallbacks::OnSettings, name, intParam, strParam);
+    return Noted(settings, Call("OnSettings", &ICallbacks::OnSettings, name, intParam, strParam));
 }
 
 bool CheckedWalk::OnSection(const wchar_t* name, const wchar_t* reserved) {
-    return Call(sections, "OnSection", &ICallbacks::OnSection, name, reserved);
+    return Noted(sections, Call("OnSection", &ICallbacks::OnSection, name, reserved));
 }
 
 bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) {
-    return Call(values, "OnSetting", &ICallbacks::OnSetting, section, name, value);
+    return Call("OnSetting", &ICallbacks::OnSetting, section, name, value);
 }
 
 void CheckedWalk::NoteAnswers() const {
     // A setting is the last there is: nothing is missed by answering false.
-    const std::pair<const Answers*, const char*> callbacksWithMore[] = {
+    const std::pair<const HasGoneOn*, const char*> callbacksWithMore[] = {
         {&containers, "OnContainer"}, {&settings, "OnSettings"}, {&sections, "OnSection"}};
     for (const auto& [answers, name] : callbacksWithMore) {
-        if (answers->all != 0) {
-            NoteWalk(scope.ProductId(), name, answers->goOn != 0);
+        if (answers->has_value()) {
+            NoteWalk(scope.ProductId(), name, **answers);
         }
     }
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <optional>
 #include <string>
 
@@ -34,13 +33,11 @@ public:
     bool OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) override;
 
 private:
-    struct Answers {
-        size_t all = 0;
-        size_t goOn = 0;
-    };
+    // Whether a callback has answered true; none before its first answer.
+    using HasGoneOn = std::optional<bool>;
 
     template <class... Parameters>
-    bool Call(Answers& answers, const char* name, bool (ICallbacks::*operation)(Parameters...), Parameters... given);
+    bool Call(const char* name, bool (ICallbacks::*operation)(Parameters...), Parameters... given);
     void EndItem() noexcept;
 
     Scope scope;
@@ -48,10 +45,9 @@ private:
     const bridge::ModuleInterface<ICallbacks> callbacks;
     std::optional<bridge::InsidePassage> inside;
     const char* item = nullptr;  // the callback that runs
-    Answers containers;
-    Answers settings;
-    Answers sections;
-    Answers values;  // of the settings in the sections
+    HasGoneOn containers;
+    HasGoneOn settings;
+    HasGoneOn sections;
 };
 
 }  // namespace checking

@@ -6,7 +6,7 @@
 
 #include "base/Boundary.h"
 #include "checking/AgentLook.h"
-#include "checking/Channels.h"
+#include "checking/Environment.h"
 #include "checking/Findings.h"
 #include "checking/Texts.h"
 #include "checking/Watch.h"
@@ -48,7 +48,7 @@ bool IsAgentThere() {
 }
 
 void Check() {
-    const std::map<std::string, Watch::Product> products = Watch::OfProcess().Products();
+    const std::map<std::string, uint32_t> products = Watch::OfProcess().Products();
     if (products.empty()) {
         return;
     }
@@ -60,8 +60,8 @@ void Check() {
         CheckLater();
         return;
     }
-    for (const auto& [id, product] : products) {
-        CompareWithMask(id, product.mask);
+    for (const auto& [id, mask] : products) {
+        CompareWithMask(id, mask);
     }
 }
 

@@ -65,9 +65,10 @@ void Registration::Leave() noexcept {
     }
 }
 
-bool Registration::IsInside(DWORD thread) const {
-    const std::vector<Insider> copy = Insiders();
-    return std::any_of(copy.begin(), copy.end(), [&](const Insider& insider) { return insider.thread == thread; });
+bool Registration::IsThisThreadInside() const {
+    const std::vector<Insider> inside = Insiders();
+    return std::any_of(inside.begin(), inside.end(),
+                       [](const Insider& insider) { return insider.thread == ::GetCurrentThreadId(); });
 }
 
 std::optional<Insider> Registration::InsiderOnOtherThread() const {

@@ -42,7 +42,7 @@ public:
 
     void Enter(const char* function);
     void Leave() noexcept;
-    bool IsInside(DWORD thread) const;
+    bool IsThisThreadInside() const;
     // One that is not the calling thread.
     std::optional<Insider> InsiderOnOtherThread() const;
     std::vector<Insider> Insiders() const;

@@ -35,8 +35,8 @@ private:
     const char* const function;
 };
 
-// What `call()` answers, which calls a module and does nothing else. What it throws is reported and thrown on, as
-// bridge::CallModule does.
+// Runs `call()`, which calls a module and does nothing else, and returns its answer. An exception of the module's is
+// reported, and thrown on as bridge::CallModule does.
 template <class Call>
 auto CallTelling(std::string_view productId, const char* function, const Call& call) {
     using Answer = std::invoke_result_t<const Call&>;

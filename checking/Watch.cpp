@@ -31,7 +31,7 @@ void Watch::LookAtId(const char* function, const std::wstring& id) {
 
 void Watch::AddProduct(const std::string& id, uint32_t mask) {
     const Guard guard(lock);
-    products.try_emplace(id, Product{mask});
+    products.try_emplace(id, mask);
 }
 
 void Watch::RemoveProduct(const std::string& id) {
@@ -54,7 +54,7 @@ std::string Watch::AnyProduct() {
     return products.empty() ? std::string() : products.begin()->first;
 }
 
-std::map<std::string, Watch::Product> Watch::Products() {
+std::map<std::string, uint32_t> Watch::Products() {
     const Guard guard(lock);
     return products;
 }

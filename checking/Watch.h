@@ -15,10 +15,6 @@ using RegistrationPointer = std::shared_ptr<Registration>;
 // What the process's modules have done so far: who has entered, and what is registered.
 class Watch {
 public:
-    struct Product {
-        uint32_t mask = 0;
-    };
-
     Watch() = default;
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
@@ -36,7 +32,8 @@ public:
     bool IsAnyProductIn() noexcept;
     // One that is in; empty when none is.
     std::string AnyProduct();
-    std::map<std::string, Product> Products();
+    // With the mask of each.
+    std::map<std::string, uint32_t> Products();
 
     // False, and nothing changes, when the service has one of that id.
     bool Add(const RegistrationPointer& registration);
@@ -56,7 +53,7 @@ private:
     using Key = std::pair<uint32_t, std::wstring>;  // the service's bit and the product's id
 
     StateLock lock;
-    std::map<std::string, Product> products GUARDED_BY(lock);
+    std::map<std::string, uint32_t> products GUARDED_BY(lock);
     std::map<Key, RegistrationPointer> registrations GUARDED_BY(lock);
     std::map<std::wstring, std::wstring> spellings GUARDED_BY(lock);  // the first one of each id, by its folded form
     std::vector<std::shared_ptr<void>> sinks GUARDED_BY(lock);

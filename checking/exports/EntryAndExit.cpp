@@ -104,7 +104,7 @@ bool LookAtExit(const char* productId, const VsMsgbus* instance) {
 
 bool IsInsideAny(const std::vector<RegistrationPointer>& registrations) {
     for (const RegistrationPointer& registration : registrations) {
-        if (registration->IsInside(::GetCurrentThreadId())) {
+        if (registration->IsThisThreadInside()) {
             return true;
         }
     }

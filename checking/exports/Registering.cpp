@@ -28,53 +28,39 @@ void* SinkFor(const std::shared_ptr<CheckedSink>& checked, void* sink) noexcept 
 bool CheckedVsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* collector,
                                             void* sink) noexcept {
     const auto checked = MakeSink(productId, sink);
-    return SetInterface<CheckedCollector>(
-        services[Property], productId, collector,
-        [&](VsKitMsgbus::INYCollectProperties* toSet) {
-            return VsKitMsgbusSetCollectProperties(productId, toSet, SinkFor(checked, sink));
-        },
-        checked);
+    return SetInterface<CheckedCollector>(services[Property], productId, collector, &VsKitMsgbusSetCollectProperties,
+                                          SinkFor(checked, sink), checked);
 }
 
 bool CheckedVsKitMsgbusRemoveCollectProperties(const wchar_t* productId) noexcept {
-    return RemoveInterface(services[Property], productId,
-                           [&] { return VsKitMsgbusRemoveCollectProperties(productId); });
+    return RemoveInterface(services[Property], productId, &VsKitMsgbusRemoveCollectProperties);
 }
 
 bool CheckedVsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnforcePolicy* enforcer,
                                         void* sink) noexcept {
     const auto checked = MakeSink(productId, sink);
-    return SetInterface<CheckedEnforcer>(
-        services[Policy], productId, enforcer,
-        [&](VsKitMsgbus::INYEnforcePolicy* toSet) {
-            return VsKitMsgbusSetEnforcePolicy(productId, toSet, SinkFor(checked, sink));
-        },
-        checked);
+    return SetInterface<CheckedEnforcer>(services[Policy], productId, enforcer, &VsKitMsgbusSetEnforcePolicy,
+                                         SinkFor(checked, sink), checked);
 }
 
 bool CheckedVsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept {
-    return RemoveInterface(services[Policy], productId, [&] { return VsKitMsgbusRemoveEnforcerPolicy(productId); });
+    return RemoveInterface(services[Policy], productId, &VsKitMsgbusRemoveEnforcerPolicy);
 }
 
 bool CheckedVsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEnforcer* enforcer,
                                        void* context) noexcept {
-    return SetInterface<CheckedTasks>(services[Task], productId, enforcer, [&](VsKitMsgbus::INYTaskEnforcer* toSet) {
-        return VsKitMsgbusSetTaskEnforcer(productId, toSet, context);
-    });
+    return SetInterface<CheckedTasks>(services[Task], productId, enforcer, &VsKitMsgbusSetTaskEnforcer, context);
 }
 
 bool CheckedVsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept {
-    return RemoveInterface(services[Task], productId, [&] { return VsKitMsgbusRemoveTaskEnforcer(productId); });
+    return RemoveInterface(services[Task], productId, &VsKitMsgbusRemoveTaskEnforcer);
 }
 
 bool CheckedVsKitMsgbusSetUpdateNotify(const wchar_t* productId, VsKitMsgbus::INYUpdateNotifyCallback* callback,
                                        void* context) noexcept {
-    return SetInterface<CheckedUpdates>(services[Update], productId, callback,
-                                        [&](VsKitMsgbus::INYUpdateNotifyCallback* toSet) {
-                                            return VsKitMsgbusSetUpdateNotify(productId, toSet, context);
-                                        });
+    return SetInterface<CheckedUpdates>(services[Update], productId, callback, &VsKitMsgbusSetUpdateNotify, context);
 }
 
 bool CheckedVsKitMsgbusRemoveUpdateNotify(const wchar_t* productId) noexcept {
-    return RemoveInterface(services[Update], productId, [&] { return VsKitMsgbusRemoveUpdateNotify(productId); });
+    return RemoveInterface(services[Update], productId, &VsKitMsgbusRemoveUpdateNotify);
 }

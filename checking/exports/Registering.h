@@ -18,10 +18,11 @@
 
 namespace checking {
 
-// Has `set(interface)`, the bridge's export, register a Wrapper around the module's interface. Without memory for one,
-// the interface itself.
-template <class Wrapper, class Interface, class Set, class... More>
-bool SetInterface(const ServiceText& service, const wchar_t* productId, Interface* moduleInterface, const Set& set,
+// Has `set`, the bridge's export, register a Wrapper around the module's interface, with `context` as its last
+// argument. Without memory for a wrapper, the interface itself.
+template <class Wrapper, class Interface, class... More>
+bool SetInterface(const ServiceText& service, const wchar_t* productId, Interface* moduleInterface,
+                  bool (*set)(const wchar_t*, Interface*, void*) noexcept, void* context,
                   const More&... more) noexcept {
     std::shared_ptr<Wrapper> wrapper;
     bool isFirst = false;
@@ -39,7 +40,8 @@ bool SetInterface(const ServiceText& service, const wchar_t* productId, Interfac
             KeepForNow(wrapper);
         }
     });
-    const bool answer = set(wrapper != nullptr ? static_cast<Interface*>(wrapper.get()) : moduleInterface);
+    const bool answer =
+        set(productId, wrapper != nullptr ? static_cast<Interface*>(wrapper.get()) : moduleInterface, context);
     bridge::Guarded([&] {
         if (isFirst && !answer) {
             KeepForNow(Watch::OfProcess().Remove(service, productId));
@@ -49,14 +51,9 @@ bool SetInterface(const ServiceText& service, const wchar_t* productId, Interfac
     return answer;
 }
 
-// Whoever is inside a registration of this thread's: what is removed then is not waited for.
-inline bool IsInsideItself(const RegistrationPointer& registration) {
-    return registration->IsInside(::GetCurrentThreadId());
-}
-
-// Has `remove()`, the bridge's export, take the registration away.
-template <class Remove>
-bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const Remove& remove) noexcept {
+// Has `remove`, the bridge's export, take the registration away.
+inline bool RemoveInterface(const ServiceText& service, const wchar_t* productId,
+                            bool (*remove)(const wchar_t*) noexcept) noexcept {
     const Scope scope(service.remove, productId);
     LookAtLoaderLock(service.remove, scope.ProductId());
     bool answer = true;
@@ -65,19 +62,19 @@ bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const
             productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;
         if (registration == nullptr) {
             Report(Rule::RemoveUnknown, Narrow(productId), {service.remove, service.noun});
-            answer = remove();
+            answer = remove(productId);
             return;
         }
         KeepForNow(registration);
-        if (IsInsideItself(registration)) {
+        if (registration->IsThisThreadInside()) {
             Report(Rule::RemoveInside, registration->NarrowId(), {service.remove, "a callback"});
-            answer = remove();
+            answer = remove(productId);
             registration->BeRemoved();
             return;
         }
         {
             const Wait wait(service.remove, {registration});
-            answer = remove();
+            answer = remove(productId);
             registration->BeRemoved();
         }
         if (const auto inside = registration->InsiderOnOtherThread()) {
@@ -85,7 +82,7 @@ bool RemoveInterface(const ServiceText& service, const wchar_t* productId, const
                    {service.remove, std::to_string(inside->thread), inside->function});
         }
     });
-    return isChecked ? answer : remove();
+    return isChecked ? answer : remove(productId);
 }
 
 }  // namespace checking

@@ -56,25 +56,22 @@ void RealMakeStart(bridge::NyClient& client, uint32_t state) noexcept
 void WrapMakeStart(bridge::NyClient& client, uint32_t state) noexcept
     asm("__wrap__ZN6bridge17NyClientMakeStartERNS_8NyClientEj");
 void WrapMakeStart(bridge::NyClient& client, uint32_t state) noexcept {
-    Trace(TracePhase::Begin, "agent client starts", TraceArguments());
+    const Span span("agent client starts");
     RealMakeStart(client, state);
-    Trace(TracePhase::End, "agent client starts", TraceArguments());
 }
 
 void RealMakeStop(bridge::NyClient& client) noexcept asm("__real__ZN6bridge16NyClientMakeStopERNS_8NyClientE");
 void WrapMakeStop(bridge::NyClient& client) noexcept asm("__wrap__ZN6bridge16NyClientMakeStopERNS_8NyClientE");
 void WrapMakeStop(bridge::NyClient& client) noexcept {
-    Trace(TracePhase::Begin, "agent client stops", TraceArguments());
+    const Span span("agent client stops");
     RealMakeStop(client);
-    Trace(TracePhase::End, "agent client stops", TraceArguments());
 }
 
 void RealMakeRelease(bridge::NyClient& client) noexcept asm("__real__ZN6bridge19NyClientMakeReleaseERNS_8NyClientE");
 void WrapMakeRelease(bridge::NyClient& client) noexcept asm("__wrap__ZN6bridge19NyClientMakeReleaseERNS_8NyClientE");
 void WrapMakeRelease(bridge::NyClient& client) noexcept {
-    Trace(TracePhase::Begin, "agent client ends", TraceArguments());
+    const Span span("agent client ends");
     RealMakeRelease(client);
-    Trace(TracePhase::End, "agent client ends", TraceArguments());
 }
 
 }  // namespace checking

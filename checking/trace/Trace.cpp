@@ -6,25 +6,19 @@
 #include <string>
 
 #include "base/Boundary.h"
-#include "checking/Channels.h"
+#include "checking/Environment.h"
 #include "checking/trace/TraceFile.h"
 
 namespace checking {
 
 namespace {
 
-std::wstring PathOfTrace() {
-    std::wstring path(::GetEnvironmentVariableW(L"VSMSGBUS_TRACE", nullptr, 0), L'\0');
-    path.resize(::GetEnvironmentVariableW(L"VSMSGBUS_TRACE", path.data(), static_cast<DWORD>(path.size())));
-    return path;
-}
-
 // Made at the first look; null when no record is kept. It stays until the process ends.
 TraceFile* Make() noexcept {
     constexpr unsigned long usual = 64UL << 20U;
     TraceFile* made = nullptr;
     bridge::Guarded([&] {
-        if (const std::wstring path = PathOfTrace(); !path.empty()) {
+        if (const std::wstring path = TextFromEnvironment(L"VSMSGBUS_TRACE"); !path.empty()) {
             auto file = std::make_unique<TraceFile>(path.c_str(), NumberFromEnvironment("VSMSGBUS_TRACE_LIMIT", usual));
             made = file->IsThere() ? file.release() : nullptr;
         }

@@ -28,6 +28,18 @@ void Trace(TracePhase phase, std::string_view name, const Describe& describe) no
     }
 }
 
+// A span of the record without arguments, from construction to destruction.
+class Span {
+public:
+    explicit Span(const char* spanName) noexcept : name(spanName) { Trace(TracePhase::Begin, name, TraceArguments()); }
+    ~Span() { Trace(TracePhase::End, name, TraceArguments()); }
+    Span(const Span&) = delete;
+    Span& operator=(const Span&) = delete;
+
+private:
+    const char* const name;
+};
+
 // No event is recorded afterwards.
 void FinishTrace() noexcept;
 
