@@ -41,11 +41,17 @@ std::string WithDetails(std::string_view text, std::initializer_list<std::string
     return filled;
 }
 
-// Whether it is the first of its kind.
-bool IsNew(Rule rule, std::string_view productId, std::string_view place) {
+// Whether it is the first of its kind. Not counted yet.
+bool IsNew(const FindingKey& finding) {
     FindingTable& table = Findings();
     const Guard guard(table.lock);
-    return ++table.findings[FindingKey(rule, productId, place)] == 1;
+    return table.findings.try_emplace(finding, 0).second;
+}
+
+void Count(const FindingKey& finding) {
+    FindingTable& table = Findings();
+    const Guard guard(table.lock);
+    ++table.findings[finding];
 }
 
 }  // namespace
@@ -70,7 +76,8 @@ void Report(Rule rule, std::string_view productId, std::initializer_list<std::st
     bridge::Guarded([&] {
         const Scope* const scope = Scope::Innermost();
         const std::string place = scope != nullptr ? scope->Function() : "";
-        if (IsNew(rule, productId, place)) {
+        const FindingKey finding(rule, productId, place);
+        if (IsNew(finding)) {
             Trace(TracePhase::Instant, "finding", [&](TraceArguments& arguments) {
                 arguments.Add("rule", TextOf(rule).name).Add("product", productId);
             });
@@ -78,6 +85,8 @@ void Report(Rule rule, std::string_view productId, std::initializer_list<std::st
             Tell(Message(TextOf(rule), productId, details, place.empty() ? thread : thread + ", in " + place),
                  !IsNote(rule));
         }
+        // Last: a finding that is counted can be read in the file.
+        Count(finding);
     });
     ::SetLastError(lastError);
 }

@@ -13,7 +13,8 @@ namespace checking {
 // memory is too short for is not told.
 void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details = {}) noexcept;
 
-// How many findings of that rule there were, those not told again included; of all rules but notes for null.
+// How many findings of that rule there were, those not told again included; of all rules but notes for null. One counts
+// once its line is written.
 unsigned CountFindings(const char* ruleName) noexcept;
 
 // The line that tells a finding; `place` says where it was made.

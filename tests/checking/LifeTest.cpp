@@ -99,6 +99,28 @@ TEST_F(CheckedLife, AnExitThatTakesTheSinkFromOthersIsNamed) {
                                    " still needs: "));
 }
 
+// Whoever waits for the count reads the lines next.
+TEST_F(CheckedLife, AFindingCountsOnceItsLineIsWritten) {
+    HANDLE reading = nullptr;
+    HANDLE writing = nullptr;
+    constexpr DWORD lessThanALine = 16;
+    ASSERT_TRUE(::CreatePipe(&reading, &writing, nullptr, lessThanALine));
+    HANDLE const usual = ::GetStdHandle(STD_ERROR_HANDLE);
+    ::SetStdHandle(STD_ERROR_HANDLE, writing);
+    std::thread finding([&] { VsMsgbusEntry(id.c_str(), VsMsgbusServiceProperty, &sink, nullptr); });
+    char character = 0;
+    DWORD size = 0;
+    EXPECT_TRUE(::ReadFile(reading, &character, 1, &size, nullptr));
+    EXPECT_EQ(Found("ENTRY-FAILED"), 0U) << "while its line is being written";
+    while (character != '\n' && ::ReadFile(reading, &character, 1, &size, nullptr) != FALSE) {
+    }
+    finding.join();
+    ::SetStdHandle(STD_ERROR_HANDLE, usual);
+    ::CloseHandle(reading);
+    ::CloseHandle(writing);
+    EXPECT_EQ(Found("ENTRY-FAILED"), 1U);
+}
+
 TEST_F(CheckedLife, WhatIsCalledBeforeAnybodyHasEnteredIsNamed) {
     UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
     VsKitHealthCheckRegisterCB(L"health", [] {});
