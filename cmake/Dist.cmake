@@ -1,7 +1,7 @@
 # What is finished: what `cmake --install` and the zip of `cpack` lay out, as a user of the bridge takes it away. A
 # package that can be moved: nothing in it says where it was built or installed.
 add_custom_target(finished)
-add_dependencies(finished VsMsgbus VsMsgbusChecking LogLib simulated_agents ny_simulator ny_setup SampleModule demo)
+add_dependencies(finished VsMsgbus VsMsgbusChecking LogLib simulated_agents ny_simulator ny_setup SampleModule demo vsmsgbus_tool)
 
 include(${CMAKE_CURRENT_LIST_DIR}/ImportLibrary.cmake)
 add_microsoft_import_library(VsMsgbus ${PROJECT_SOURCE_DIR}/library/VsMsgbus.def)
@@ -11,6 +11,7 @@ add_microsoft_import_library(ny_setup ${PROJECT_SOURCE_DIR}/kit/setup/ny_setup.d
 
 # --- The bridge and the log of its host ------------------------------------------------------------------------------
 
+install(TARGETS vsmsgbus_tool RUNTIME DESTINATION bin)
 install(TARGETS VsMsgbus LogLib RUNTIME DESTINATION bin ARCHIVE DESTINATION lib)
 install(FILES ${VsMsgbus_MICROSOFT_LIBRARY} ${LogLib_MICROSOFT_LIBRARY} DESTINATION lib)
 install(FILES $<TARGET_FILE:VsMsgbus>.debug $<TARGET_FILE:LogLib>.debug DESTINATION symbols)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Checks every source: its format by clang-format and, in what is shipped as the DLLs, its habits by clang-tidy; with --all
-# also in the simulated agent, the kit and the demo, which takes as long again and needs a build of the release preset. What
+# also in the simulated agent, the kit, the program and the demo, which takes as long again and needs a build of the release preset. What
 # clang-tidy found nothing in is not looked at again until one of its sources, or any header, changes: scripts/tidy-clean. First the pages: that
 # their links lead somewhere, that docs/LOG_LINES.md has every line that the sources write, that what their commands name is
 # there, and that the pictures of docs/PERFORMANCE.md are drawn from its table.
@@ -22,7 +22,7 @@ done
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
-    "simulator/exports simulator/setup" "kit/setup")
+    "simulator/exports simulator/setup" "kit/setup" "tool tool/output")
 
 scripts/check-links.py
 scripts/check-log-lines.py
@@ -51,7 +51,10 @@ CheckHabits() {
     joint="build/tidy/$name.cpp"
     record="$records/$name"
     mapfile -t members < <(printf '%s\n' "${@/%//*.?pp}" | while read -r pattern; do compgen -G "$pattern"; done)
-    digest=$(sha256sum .clang-tidy "${members[@]}" "${headers[@]}" | sort | sha256sum)
+    mapfile -t included < <(printf '%s\n' "${headers[@]}" | if [[ "$1" =~ ^(simulator|kit|tool|demo) ]]; then cat; else
+        grep -vE '^(simulator|kit|tool|demo)/'
+    fi)
+    digest=$(sha256sum .clang-tidy "${members[@]}" "${included[@]}" | sort | sha256sum)
     [ "$(cat "$record" 2>/dev/null)" != "$digest" ] || return 0
     echo "clang-tidy $*"
     mkdir -p build/tidy "$records"
@@ -64,7 +67,7 @@ CheckHabits() {
 }
 export -f CheckHabits
 export records
-# What the sources of the DLLs, the kit and the demo may include.
+# What the sources may include: those of the DLLs nothing of the simulated agent, the kit, the program and the demo.
 mapfile -t headers < <(printf '%s\n' "${sources[@]}" | grep '\.hp*$' | grep -vE '^(tests|bench)/')
 lists=$(declare -p flags headers)
 export lists

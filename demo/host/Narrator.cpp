@@ -5,7 +5,7 @@
 
 #include <cstdio>
 
-#include "Wrap.h"
+#include "tool/output/Wrap.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <mutex>
 #include <string_view>
 
-#include "Terminal.h"
+#include "tool/output/Terminal.h"
 
 // Prints the story, each of its lines with who acts, in lines of at most 100 columns.
 class Narrator {

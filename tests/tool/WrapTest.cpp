@@ -1,5 +1,5 @@
-// The lines of the demo.
-#include "demo/host/Wrap.h"
+// How lines are broken.
+#include "tool/output/Wrap.h"
 
 #include <gmock/gmock.h>
 

@@ -1,4 +1,4 @@
-#include "Wrap.h"
+#include "tool/output/Wrap.h"
 
 #include <algorithm>
 

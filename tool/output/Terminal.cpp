@@ -1,4 +1,4 @@
-#include "Terminal.h"
+#include "tool/output/Terminal.h"
 
 #include <fmt/format.h>
 #include <windows.h>

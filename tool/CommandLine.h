@@ -1,0 +1,12 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+// The words of this process's command line as UTF-8, the program's name first: those that main is given are of the
+// system's code page.
+std::vector<std::string> CommandLine();
+
+}  // namespace tool

@@ -1,0 +1,46 @@
+// vsmsgbus: examines a machine, plays a story with a module, judges it, and draws what happened.
+#include <fmt/format.h>
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+
+#include "VsMsgbus/Version.h"
+#include "tool/CommandLine.h"
+#include "tool/ExitStatus.h"
+
+namespace {
+
+using tool::ExitStatus;
+
+ExitStatus Run(std::vector<std::string> words) {
+    CLI::App program("Examines a machine, plays a story with a module, judges it, and draws what happened.",
+                     "vsmsgbus");
+    program.set_version_flag("--version", fmt::format("vsmsgbus {}.{}.{}", VSMSGBUS_VERSION_MAJOR,
+                                                      VSMSGBUS_VERSION_MINOR, VSMSGBUS_VERSION_PATCH));
+    program.require_subcommand(1);
+    program.footer("Exit status: 0 right, 1 a finding, 2 wrong use.");
+    ExitStatus status = ExitStatus::Right;
+    // Each folder adds its sub-command here.
+
+    // The parser takes them from behind.
+    std::reverse(words.begin(), words.end());
+    words.pop_back();
+    try {
+        program.parse(std::move(words));
+    } catch (const CLI::ParseError& wrong) {
+        return program.exit(wrong) == 0 ? ExitStatus::Right : ExitStatus::WrongUse;
+    }
+    return status;
+}
+
+}  // namespace
+
+int main() {
+    try {
+        return static_cast<int>(Run(tool::CommandLine()));
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "vsmsgbus: {}\n", failure.what());
+        return static_cast<int>(ExitStatus::WrongUse);
+    }
+}
