@@ -6,6 +6,7 @@
 
 #include "checking/Buffers.h"
 #include "checking/Callback.h"
+#include "checking/Findings.h"
 #include "checking/LentTexts.h"
 #include "checking/Tasks.h"
 
@@ -36,6 +37,15 @@ private:
     LentTexts texts;
     ISettingVisitor* const visitor;
 };
+
+// Inside the scope of ExecuteTask.
+int32_t LookAtFailureInside(const std::string& productId, int32_t answer) {
+    const Scope* const scope = Scope::Innermost();
+    if (answer == VsKitMsgbus::INYTaskEnforcer::Succeeded && scope != nullptr && scope->FailedInside() != nullptr) {
+        Report(Rule::FailureIgnored, productId, {scope->FailedInside(), std::to_string(scope->AnswerOfFailedInside())});
+    }
+    return answer;
+}
 
 bool IsOneOf(int32_t status, std::initializer_list<int32_t> known) {
     return std::find(known.begin(), known.end(), status) != known.end();
@@ -82,7 +92,11 @@ int32_t CheckedTasks::CallWithTask(const char* function, Operation operation, co
     LentTexts texts(NarrowId(), function);
     const wchar_t* const lentId = texts.Copy(taskId);
     return CallRegistered(
-        *this, function, [&] { return (enforcer->*operation)(lentId, loan.Get()); },
+        *this, function,
+        [&] {
+            const int32_t answer = (enforcer->*operation)(lentId, loan.Get());
+            return operation == &INYTaskEnforcer::ExecuteTask ? LookAtFailureInside(NarrowId(), answer) : answer;
+        },
         [&](TraceArguments& arguments) { arguments.Add("task", taskId); });
 }
 

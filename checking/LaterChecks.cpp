@@ -42,6 +42,15 @@ void CompareWithMask(const std::string& id, uint32_t mask) {
     }
 }
 
+void LookForProductsOf(const std::vector<RegistrationPointer>& registrations,
+                       const std::map<std::string, uint32_t>& products) {
+    for (const RegistrationPointer& registration : registrations) {
+        if (products.count(registration->NarrowId()) == 0) {
+            Report(Rule::NeverEntered, registration->NarrowId(), {registration->Service().noun});
+        }
+    }
+}
+
 bool IsAgentThere() {
     const std::shared_ptr<VsMsgbus> instance = bridge::ShareBridge();
     return instance != nullptr && instance->IsStarted();
@@ -63,6 +72,7 @@ void Check() {
     for (const auto& [id, mask] : products) {
         CompareWithMask(id, mask);
     }
+    LookForProductsOf(Watch::OfProcess().Registrations(), products);
 }
 
 void CALLBACK OnTimer(PTP_CALLBACK_INSTANCE, void*, PTP_TIMER) {

@@ -38,6 +38,13 @@ VsMsgbusEntry("MYAV__1000", VsMsgbusServiceProperty, &sink, &bridge);)"},
      R"(VsMsgbusEntry("MYAV__1000", VsMsgbusServiceProperty, &sink, &bridge);)",
      R"(VsKitMsgbusSetCollectProperties(L"MYAV__1000", &collector, nullptr);
 VsMsgbusEntry("MYAV__1000", VsMsgbusServiceProperty, &sink, &bridge);)"},
+    {Rule::NeverEntered, "NEVER-ENTERED", "its {1} is registered, but no product of that id has entered",
+     "the agent will never ask it",
+     "Give VsMsgbusEntry the id that the registration has: one in UTF-8, the other in UTF-16.",
+     R"(VsMsgbusEntry("MYAV__1000", VsMsgbusServiceProperty, &sink, &bridge);
+VsKitMsgbusSetCollectProperties(L"MYAV_1000", &collector, nullptr);)",
+     R"(VsMsgbusEntry("MYAV__1000", VsMsgbusServiceProperty, &sink, &bridge);
+VsKitMsgbusSetCollectProperties(L"MYAV__1000", &collector, nullptr);)"},
     {Rule::SetTwice, "SET-TWICE", "its {1} is registered a second time",
      "the first one stays in force, and this one is never called, although the answer is true",
      "Remove the first one before, or register one alone.",
@@ -295,6 +302,16 @@ void Second::CollectProperties(bool, ISet*) { VsKitMsgbusRemoveCollectProperties
      R"(void Unload() {
     VsKitMsgbusRemoveCollectProperties(L"FIRST_1000");
     VsKitMsgbusRemoveCollectProperties(L"SECOND1000");
+})"},
+    {Rule::FailureIgnored, "FAILURE-IGNORED",
+     "ExecuteTask answers Succeeded, although {1} inside it answered {2}, a failure",
+     "the agent takes the task for done", "Look at the answer; where the task cannot go on, answer Failed.",
+     R"(int32_t Tasks::ExecuteTask(const wchar_t*, ITaskBag*) {
+    VsKitMsgbusDecryptData(secret, size, out, &outSize, type);
+    return Succeeded;
+})",
+     R"(int32_t Tasks::ExecuteTask(const wchar_t*, ITaskBag*) {
+    return VsKitMsgbusDecryptData(secret, size, out, &outSize, type) == 0 ? Succeeded : Failed;
 })"},
     {Rule::AgentAbsent, "AGENT-ABSENT",
      "the registry has no key HKEY_LOCAL_MACHINE\\Software\\Corvane\\Agent (error {1})",

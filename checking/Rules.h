@@ -12,6 +12,7 @@ enum class Rule : unsigned char {
     MaskEmpty,
     MaskMissing,
     InterfaceMissing,
+    NeverEntered,
     SetTwice,
     SetNull,
     OnEndedStack,
@@ -50,7 +51,8 @@ enum class Rule : unsigned char {
     CallbackSlow,
     SinkSlow,
     WaitCycle,
-    // Notes: of the machine, not of a module.
+    // Notes: what may be right, and what is of the machine and not of a module.
+    FailureIgnored,
     AgentAbsent,
     AgentWithoutVersion,
     AgentWithoutPath,
@@ -69,9 +71,9 @@ struct RuleText {
     const char* right;        // the same code as it should be
 };
 
-// Whether what it says is no mistake of a module's: it is told, but no finding.
+// Whether what it says may be no mistake of a module's: it is told, but no finding.
 constexpr bool IsNote(Rule rule) noexcept {
-    return rule >= Rule::AgentAbsent;
+    return rule >= Rule::FailureIgnored;
 }
 
 // Of every rule, in the order of the enumeration.

@@ -32,6 +32,16 @@ void Scope::DescribeProduct(TraceArguments& arguments) const {
     }
 }
 
+// Names are constants of a call each, but two constants of one text may stand at two addresses.
+void Scope::NoteInside(const char* called, int64_t value, bool isFailure) noexcept {
+    if (isFailure) {
+        failedInside = called;
+        answerOfFailed = value;
+    } else if (failedInside != nullptr && std::string_view(failedInside) == called) {
+        failedInside = nullptr;
+    }
+}
+
 void Scope::Leave() noexcept {
     if (!isInside) {
         return;

@@ -35,6 +35,19 @@ public:
         return value;
     }
 
+    // The same of an export that may fail. Its caller's scope keeps the last failure until a call of the same export
+    // goes well.
+    template <class Answer>
+    Answer Answered(Answer value, bool isFailure) noexcept {
+        if (outer != nullptr) {
+            outer->NoteInside(function, static_cast<int64_t>(value), isFailure);
+        }
+        return Answered(value);
+    }
+    // The export inside this scope that has failed last, with its answer; null when none has.
+    const char* FailedInside() const noexcept { return failedInside; }
+    int64_t AnswerOfFailedInside() const noexcept { return answerOfFailed; }
+
     // For where destructors do not run. A second time does nothing.
     void Leave() noexcept;
 
@@ -48,11 +61,14 @@ private:
     Scope(const char* name, std::string_view id, Untraced untraced) noexcept;
 
     void DescribeProduct(TraceArguments& arguments) const;
+    void NoteInside(const char* called, int64_t value, bool isFailure) noexcept;
 
     const char* const function;
     std::string productId;
     Scope* const outer;
     std::optional<int64_t> answer;
+    const char* failedInside = nullptr;
+    int64_t answerOfFailed = 0;
     bool isInside = true;
 };
 

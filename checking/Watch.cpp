@@ -29,6 +29,25 @@ void Watch::LookAtId(const char* function, const std::wstring& id) {
     }
 }
 
+void Watch::LookAtAgentsId(const std::string& id) {
+    const std::wstring folded = Folded(Wide(id));
+    std::string entered;
+    {
+        const Guard guard(lock);
+        for (const auto& [product, mask] : products) {
+            if (product == id) {
+                return;
+            }
+            if (Folded(Wide(product)) == folded) {
+                entered = product;
+            }
+        }
+    }
+    if (!entered.empty()) {
+        Report(Rule::IdDiffers, id, {"A call of the agent's", entered});
+    }
+}
+
 void Watch::AddProduct(const std::string& id, uint32_t mask) {
     const Guard guard(lock);
     products.try_emplace(id, mask);

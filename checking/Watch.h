@@ -25,6 +25,9 @@ public:
     // Reports an id of which another spelling is known, or that no agent can use. `function` is given it.
     void LookAtId(const char* function, const std::wstring& id);
 
+    // Reports an id that the agent calls a product by, when no product of it is in but one of another spelling.
+    void LookAtAgentsId(const std::string& id);
+
     // A product that is in keeps its mask.
     void AddProduct(const std::string& id, uint32_t mask);
     void RemoveProduct(const std::string& id);

@@ -28,8 +28,9 @@ void LookWhetherEntered(const char* function) noexcept {
 }
 
 int32_t ReportNothingDone(const char* function) noexcept {
+    Scope scope(function, "");
     Report(Rule::NothingDone, "", {function});
-    return 0;
+    return scope.Answered(0);
 }
 
 // Memory of the system's, with nothing behind it.
@@ -55,6 +56,14 @@ private:
 using Convert = int32_t (*)(const unsigned char* data, unsigned int size, unsigned char* out, unsigned int* outSize,
                             uint64_t type) noexcept;
 
+int32_t AnsweredZeroForSuccess(Scope& scope, int32_t answer) noexcept {
+    return scope.Answered(answer, answer != 0);
+}
+
+int32_t AnsweredOneForSuccess(Scope& scope, int32_t answer) noexcept {
+    return scope.Answered(answer, answer != 1);
+}
+
 // The agent's result goes into memory with room for more, and from there as far as the module's has room.
 int32_t ConvertChecked(const char* function, Convert convert, const unsigned char* data, unsigned int size,
                        unsigned char* out, unsigned int* outSize, uint64_t type) noexcept {
@@ -63,10 +72,10 @@ int32_t ConvertChecked(const char* function, Convert convert, const unsigned cha
     Scope scope(function, "", [&](TraceArguments& arguments) { arguments.Add("size", int64_t{size}); });
     const Area area(size_t{2} * size + more);
     if (out == nullptr || outSize == nullptr || area.Get() == nullptr) {
-        return scope.Answered(convert(data, size, out, outSize, type));
+        return AnsweredZeroForSuccess(scope, convert(data, size, out, outSize, type));
     }
     unsigned resultSize = untouched;
-    const int32_t answer = scope.Answered(convert(data, size, area.Get(), &resultSize, type));
+    const int32_t answer = AnsweredZeroForSuccess(scope, convert(data, size, area.Get(), &resultSize, type));
     if (resultSize == untouched) {
         return answer;
     }
@@ -90,7 +99,7 @@ int CheckedVsKitEnforceLocalPolicy(const wchar_t* productId) noexcept {
     if (productId != nullptr) {
         bridge::Guarded([&] { Watch::OfProcess().LookAtId("VsKitEnforceLocalPolicy", productId); });
     }
-    return scope.Answered(VsKitEnforceLocalPolicy(productId));
+    return AnsweredOneForSuccess(scope, VsKitEnforceLocalPolicy(productId));
 }
 
 void CheckedUpdateMsgbusTaskStatus(const wchar_t* taskId, int status) noexcept {
@@ -143,28 +152,33 @@ int32_t CheckedVsKitMsgbusEncryptAndEncodeData(...) noexcept {
     return ReportNothingDone("VsKitMsgbusEncryptAndEncodeData");
 }
 
+int32_t CheckedVsKitMsgbusIsRunningInFIPSMode(...) noexcept {
+    Scope scope("VsKitMsgbusIsRunningInFIPSMode", "");
+    return scope.Answered(VsKitMsgbusIsRunningInFIPSMode());
+}
+
 int32_t CheckedVsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* out,
                                      unsigned int* outSize, uint64_t type) noexcept {
     Scope scope("VsKitMsgbusHashBuffer", "", [&](TraceArguments& arguments) { arguments.Add("size", int64_t{size}); });
-    return scope.Answered(VsKitMsgbusHashBuffer(data, size, out, outSize, type));
+    return AnsweredZeroForSuccess(scope, VsKitMsgbusHashBuffer(data, size, out, outSize, type));
 }
 
 int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept {
     Scope scope("VsKitMsgbusGetInformation", "",
                 [&](TraceArguments& arguments) { arguments.Add("index", int64_t{index}); });
-    return scope.Answered(
-        CallWithBuffer("VsKitMsgbusGetInformation", out, [&] { return VsKitMsgbusGetInformation(index, out); }));
+    return AnsweredOneForSuccess(
+        scope, CallWithBuffer("VsKitMsgbusGetInformation", out, [&] { return VsKitMsgbusGetInformation(index, out); }));
 }
 
 int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, lpc_buffer* out) noexcept {
     Scope scope("VsKitMsgbusGetInfoByKeyName", "", [&](TraceArguments& arguments) { arguments.Add("key", key); });
-    return scope.Answered(
-        CallWithBuffer("VsKitMsgbusGetInfoByKeyName", out, [&] { return VsKitMsgbusGetInfoByKeyName(key, out); }));
+    return AnsweredZeroForSuccess(scope, CallWithBuffer("VsKitMsgbusGetInfoByKeyName", out,
+                                                        [&] { return VsKitMsgbusGetInfoByKeyName(key, out); }));
 }
 
 int32_t CheckedVsKitMsgbusManagedMode(unsigned int* mode) noexcept {
     Scope scope("VsKitMsgbusManagedMode", "");
-    return scope.Answered(VsKitMsgbusManagedMode(mode));
+    return AnsweredOneForSuccess(scope, VsKitMsgbusManagedMode(mode));
 }
 
 void CheckedVsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept {

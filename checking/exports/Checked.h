@@ -3,6 +3,8 @@
 #pragma once
 
 #include "VsMsgbus.h"
+#include "VsMsgbus/ny_dl.h"
+#include "VsMsgbus/ny_temp_buffer.h"
 
 extern "C" {
 
@@ -35,6 +37,7 @@ int32_t CheckedVsKitMsgbusDecryptData(const unsigned char* data, unsigned int si
                                       unsigned int* outSize, uint64_t type) noexcept;
 int32_t CheckedVsKitMsgbusHashBuffer(const unsigned char* data, unsigned int size, unsigned char* out,
                                      unsigned int* outSize, uint64_t type) noexcept;
+int32_t CheckedVsKitMsgbusIsRunningInFIPSMode(...) noexcept;
 int32_t CheckedVsKitMsgbusDecodeData(...) noexcept;
 int32_t CheckedVsKitMsgbusEncodeData(...) noexcept;
 int32_t CheckedVsKitMsgbusDecodeAndDecryptData(...) noexcept;
@@ -44,6 +47,18 @@ int32_t CheckedVsKitMsgbusGetInformation(unsigned int index, VsKitMsgbus::lpc_bu
 int32_t CheckedVsKitMsgbusGetInfoByKeyName(const char* key, VsKitMsgbus::lpc_buffer* out) noexcept;
 int32_t CheckedVsKitMsgbusManagedMode(unsigned int* mode) noexcept;
 void CheckedVsKitMsgbusFreeTaskCookie(const wchar_t* productId, void* cookie) noexcept;
+
+uint32_t Checkedny_dl_open(const char* path, unsigned flags, ny_dl_t* lib) noexcept;
+void* Checkedny_dl_sym(ny_dl_t* lib, const char* name) noexcept;
+void Checkedny_dl_close(ny_dl_t* lib) noexcept;
+uint32_t Checkedny_dl_error(char* buffer, int size) noexcept;
+void Checkedny_temp_buffer_init(ny_temp_buffer_t* buffer) noexcept;
+uint32_t Checkedny_temp_buffer_reserve(ny_temp_buffer_t* buffer, size_t size) noexcept;
+void* Checkedny_temp_buffer_get(ny_temp_buffer_t* buffer) noexcept;
+size_t Checkedny_temp_buffer_capacity(const ny_temp_buffer_t* buffer) noexcept;
+uint32_t Checkedny_temp_buffer_copy(ny_temp_buffer_t* dest, const ny_temp_buffer_t* source) noexcept;
+void** Checkedny_temp_buffer_address_of(ny_temp_buffer_t* buffer) noexcept;
+void Checkedny_temp_buffer_uninit(ny_temp_buffer_t* buffer) noexcept;
 
 // How many findings there were, those not told again included: of the rule of that name, or of all for null. Of this
 // DLL alone.

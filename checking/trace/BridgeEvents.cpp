@@ -1,11 +1,19 @@
-// What the record has of the bridge's own doing. The linker leads the bridge's calls of these functions here, and the
-// calls from here to them.
+// What the record, and a few checks, have of the bridge's own doing. The linker leads the bridge's calls of these
+// functions here, and the calls from here to them.
 #include <cstdint>
+#include <cstring>
+#include <string>
+#include <string_view>
 #include <typeinfo>
 
 #include "VsMsgbus/ny_dl.h"
+#include "base/Boundary.h"
 #include "checking/AgentLook.h"
+#include "checking/StateLock.h"
+#include "checking/Watch.h"
 #include "checking/trace/Trace.h"
+#include "dispatcher/AgentCalls.h"
+#include "msgbus/client/AgentKey.h"
 #include "msgbus/client/NyClient.h"
 #include "values/AgentException.h"
 
@@ -72,6 +80,46 @@ void WrapMakeRelease(bridge::NyClient& client) noexcept asm("__wrap__ZN6bridge19
 void WrapMakeRelease(bridge::NyClient& client) noexcept {
     const Span span("agent client ends");
     RealMakeRelease(client);
+}
+
+void RealBeginAgentCall(bridge::AgentCall* call, const bridge::AgentCallData& data, std::string_view product) noexcept
+    asm("__real__ZN6bridge9AgentCallC1ERKNS_13AgentCallDataESt17basic_string_viewIcSt11char_traitsIcEE");
+void WrapBeginAgentCall(bridge::AgentCall* call, const bridge::AgentCallData& data, std::string_view product) noexcept
+    asm("__wrap__ZN6bridge9AgentCallC1ERKNS_13AgentCallDataESt17basic_string_viewIcSt11char_traitsIcEE");
+void WrapBeginAgentCall(bridge::AgentCall* call, const bridge::AgentCallData& data, std::string_view product) noexcept {
+    if (!product.empty()) {
+        bridge::Guarded([&] { Watch::OfProcess().LookAtAgentsId(std::string(product)); });
+    }
+    RealBeginAgentCall(call, data, product);
+}
+
+namespace {
+
+// Records the version when it is another one than at the last reading.
+void NoteVersion(const bridge::AgentVersion& version) noexcept {
+    static StateLock lock;
+    static bridge::AgentVersion last = {};
+    const Guard guard(lock);
+    if (std::memcmp(version, last, sizeof last) == 0) {
+        return;
+    }
+    std::memcpy(last, version, sizeof last);
+    Trace(TracePhase::Instant, version[0] != '\0' ? "agent installed" : "agent removed",
+          [&](TraceArguments& arguments) { arguments.Add("version", version); });
+}
+
+}  // namespace
+
+LSTATUS RealReadVersion(const bridge::AgentKey& key, bridge::AgentVersion& version) noexcept
+    asm("__real__ZNK6bridge8AgentKey11ReadVersionERA20_c");
+LSTATUS WrapReadVersion(const bridge::AgentKey& key, bridge::AgentVersion& version) noexcept
+    asm("__wrap__ZNK6bridge8AgentKey11ReadVersionERA20_c");
+LSTATUS WrapReadVersion(const bridge::AgentKey& key, bridge::AgentVersion& version) noexcept {
+    const LSTATUS status = RealReadVersion(key, version);
+    if (IsTracing()) {
+        NoteVersion(version);
+    }
+    return status;
 }
 
 }  // namespace checking

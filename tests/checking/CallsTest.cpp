@@ -136,6 +136,37 @@ TEST_F(CheckedCalls, ATaskThatAnswersZeroForDoneIsNamed) {
     EXPECT_EQ(Found("TASK-WITHOUT-END"), 1U);
 }
 
+TEST_F(CheckedCalls, ATaskThatIsDoneInSpiteOfAFailureIsNoted) {
+    Execute([](auto&) {
+        EXPECT_EQ(VsKitMsgbusGetInfoByKeyName(nullptr, nullptr), -1);
+        return VsKitMsgbus::INYTaskEnforcer::Succeeded;
+    });
+    EXPECT_EQ(Found("FAILURE-IGNORED"), 1U);
+    EXPECT_EQ(OnlyLine(), "VsMsgbus note [FAILURE-IGNORED] " + id +
+                              ": ExecuteTask answers Succeeded, although VsKitMsgbusGetInfoByKeyName inside it "
+                              "answered -1, a failure: the agent takes the task for done. Look at the answer; where "
+                              "the task cannot go on, answer Failed. (thread , in ExecuteTask)");
+}
+
+TEST_F(CheckedCalls, ATaskThatAnswersAFailureInsideItAsItsOwnIsRight) {
+    Execute([](auto&) {
+        EXPECT_EQ(VsKitMsgbusGetInfoByKeyName(nullptr, nullptr), -1);
+        return VsKitMsgbus::INYTaskEnforcer::Failed;
+    });
+    EXPECT_EQ(Found("FAILURE-IGNORED"), 0U);
+}
+
+TEST_F(CheckedCalls, ATaskWhoseSecondTryGoesWellIsRight) {
+    Execute([](auto&) {
+        lpc_buffer out;
+        EXPECT_EQ(VsKitMsgbusGetInformation(VsMsgbusInformationVersion, nullptr), 0);
+        EXPECT_EQ(VsKitMsgbusGetInformation(VsMsgbusInformationVersion, &out), 1);
+        out.Release();
+        return VsKitMsgbus::INYTaskEnforcer::Succeeded;
+    });
+    EXPECT_EQ(Found("FAILURE-IGNORED"), 0U);
+}
+
 TEST_F(CheckedCalls, ATaskThatGoesOnAndIsNeverHeardOfAgainIsNamed) {
     Execute([](auto&) { return VsKitMsgbus::INYTaskEnforcer::NothingDecided; });
     EXPECT_EQ(Found("TASK-WITHOUT-END"), 1U);

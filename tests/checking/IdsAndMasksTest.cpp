@@ -1,6 +1,7 @@
 // What the checking bridge says of ids and masks.
 #include "checking/CheckedTest.h"
 #include "support/Enforcer.h"
+#include "support/PolicyNotice.h"
 
 namespace {
 
@@ -25,6 +26,20 @@ TEST_F(CheckedIds, ThatDifferInABlankAreNamed) {
     const Product product(id, &sink);
     const Registration registration(id, collector);
     EXPECT_EQ(VsKitEnforceLocalPolicy((wideId + L" ").c_str()), 0);
+    EXPECT_EQ(Found("ID-DIFFERS"), 1U);
+}
+
+TEST_F(CheckedIds, OfTheAgentsInOtherLettersAreNamed) {
+    Enforcer enforcer;
+    const EnforcerRegistration registration(id, enforcer);
+    const Product product(id, &sink, VsMsgbusServicePolicy);
+    const std::string other = "checked" + id.substr(7);
+    PolicyNotice(id, other.c_str()).Answer();
+    EXPECT_EQ(Found("ID-DIFFERS"), 1U);
+    EXPECT_THAT(OnlyLine(), testing::StartsWith("VsMsgbus check [ID-DIFFERS] " + other +
+                                                ": A call of the agent's is given this id, which differs from \"" + id +
+                                                "\" in the case of letters or in blanks alone: "));
+    PolicyNotice(id, id.c_str()).Answer();
     EXPECT_EQ(Found("ID-DIFFERS"), 1U);
 }
 
@@ -77,6 +92,25 @@ TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
                                                 "registered: the agent asks it and gets nothing. Call "
                                                 "VsKitMsgbusSetEnforcePolicy, or take the bit out of the mask of "
                                                 "VsMsgbusEntry. ("));
+}
+
+TEST_F(CheckedIds, OfARegistrationThatNobodyEntersWithAreNamedOnceTheAgentIsThere) {
+    const Registration registration(id, collector);
+    const Product product(id, &sink);
+    const Registration mistyped(id + "_", collector);
+    EXPECT_TRUE(WaitUntil([&] { return Found("NEVER-ENTERED") != 0; }));
+    EXPECT_THAT(file.Text(),
+                testing::HasSubstr("VsMsgbus check [NEVER-ENTERED] " + id +
+                                   "_: its collector is registered, but no product of that id has entered: the agent "
+                                   "will never ask it. Give VsMsgbusEntry the id that the registration has: one in "
+                                   "UTF-8, the other in UTF-16. ("));
+}
+
+TEST_F(CheckedIds, InTheirNarrowAndTheirWideFormAreTheSame) {
+    const std::string narrow = id + "\u00c4";
+    const Registration registration(narrow, collector);
+    const Product product(narrow, &sink);
+    EXPECT_EQ(Ask(narrow), answered);
 }
 
 }  // namespace

@@ -50,6 +50,41 @@ TEST_F(CheckedLife, AnExitWhileAThreadOfTheModulesFreesACookieIsRight) {
     freeing.join();
 }
 
+TEST_F(CheckedLife, AnExitWhileTheAgentIsInsideACallbackIsNamed) {
+    Event isInside;
+    Event mayLeave;
+    collector.collect = [&](auto&) {
+        isInside.Set();
+        EXPECT_TRUE(mayLeave.Wait());
+    };
+    ny_sim_set_impatient(1);
+    const Registration registration(id, collector);
+    Product product(id, &sink);
+    ny_sim_property_request_t* request = nullptr;
+    ASSERT_EQ(ny_sim_request_properties(id.c_str(), &request), NY_OK);
+    EXPECT_TRUE(isInside.Wait());
+    product.Exit();
+    mayLeave.Set();
+    ny_sim_property_request_release(request);
+    ny_sim_reset();
+    EXPECT_EQ(Found("EXIT-WHILE-CALLED"), 1U);
+    EXPECT_THAT(file.Text(),
+                testing::HasSubstr(" still inside CollectProperties: that thread goes on in the module's code. "
+                                   "Have the callback end before the product leaves. (thread "));
+}
+
+TEST_F(CheckedLife, AnExitThatAwaitsACallbackIsRight) {
+    Event isInside;
+    collector.collect = [&](auto&) { isInside.Set(); };
+    const Registration registration(id, collector);
+    Product product(id, &sink);
+    ny_sim_property_request_t* request = nullptr;
+    ASSERT_EQ(ny_sim_request_properties(id.c_str(), &request), NY_OK);
+    EXPECT_TRUE(isInside.Wait());
+    product.Exit();
+    ny_sim_property_request_release(request);
+}
+
 TEST_F(CheckedLife, AnEntryWithoutASinkBesideOneWithASinkIsRight) {
     const Registration registration(id, collector);
     const Registration otherRegistration(id + "other", collector);

@@ -21,8 +21,11 @@ on a customer's machine. It gives the same answers, and names what goes wrong, e
 VsMsgbus check [RULE] PRODUCT: what was done: what comes of it. What to do. (thread, and the export or callback)
 ```
 
-The last ones of this page are notes (`VsMsgbus note [...]`): they say why the bridge has no agent, which is no mistake of a
-module's, and no finding.
+The last ones of this page are notes (`VsMsgbus note [...]`) and no findings: FAILURE-IGNORED may be meant so, and those
+after it say why the bridge has no agent, which is no mistake of a module's.
+
+A `vsmsgbus::Product` that ends inside a handler of its own is named by REMOVE-INSIDE. The layer keeps the handler alive until
+it has returned, but nobody keeps the library that its code is in.
 
 The lines go to the debugger's output, to standard error, and to the file that `VSMSGBUS_CHECK_FILE` names. Other variables
 of the environment:
@@ -39,9 +42,9 @@ of the environment:
 were, or of all rules for null: also those that are not told again.
 
 The record has every export and every callback as a span, with its thread, product, arguments and answer, and as instants the
-findings, the libraries that are opened and closed, and what the agent refuses, with its code. Texts are cut to 200
-characters; data that is encrypted or decrypted is never in it, nor are the `ny_dl_` and `ny_temp_buffer_` functions. It is in
-the Trace Event format, which timeline viewers open. Each event is in the file at once: a crash loses at most the last one.
+findings, the agent's coming and going with its version, the libraries that are opened and closed, and what the agent refuses,
+with its code. Texts are cut to 200 characters; data that is encrypted or decrypted is never in it. It is in the Trace Event
+format, which timeline viewers open. Each event is in the file at once: a crash loses at most the last one.
 When the file is full, the oldest events make room.
 
 A call into memory that is gone is not made: it is answered as if the callback had thrown. An output area that is too small

@@ -114,6 +114,14 @@ TEST_F(PlantedRecord, DISABLED_HasACollectionAndASecret) {
     unsigned size = 0;
     EXPECT_EQ(VsKitMsgbusEncryptData(secret, sizeof secret, out, &size, 0), 0);
     UpdateMsgbusTaskStatus(L"task", 50);
+    ny_dl_t library{};
+    EXPECT_EQ(ny_dl_open("kernel32.dll", 0, &library), 0U);
+    EXPECT_NE(ny_dl_sym(&library, "GetTickCount"), nullptr);
+    ny_dl_close(&library);
+    ny_temp_buffer_t buffer;
+    ny_temp_buffer_init(&buffer);
+    EXPECT_EQ(ny_temp_buffer_reserve(&buffer, 1), 0U);
+    ny_temp_buffer_uninit(&buffer);
 }
 
 class Record : public CheckedTest {
@@ -145,10 +153,12 @@ TEST_F(Record, HasExportsAndCallbacksAsSpansThatEndInTurn) {
     for (const auto& [thread, stack] : inside) {
         EXPECT_TRUE(stack.empty());
     }
-    EXPECT_THAT(begun, testing::IsSupersetOf({"VsKitMsgbusSetCollectProperties", "VsMsgbusEntry", "agent client starts",
-                                              "CollectProperties", "SetProperty", "GetLogLevel",
-                                              "VsKitMsgbusEncryptData", "UpdateMsgbusTaskStatus", "VsMsgbusExit",
-                                              "agent client ends", "VsKitMsgbusRemoveCollectProperties"}));
+    EXPECT_THAT(begun,
+                testing::IsSupersetOf({"VsKitMsgbusSetCollectProperties", "VsMsgbusEntry", "agent client starts",
+                                       "CollectProperties", "SetProperty", "GetLogLevel", "VsKitMsgbusEncryptData",
+                                       "UpdateMsgbusTaskStatus", "VsMsgbusExit", "agent client ends",
+                                       "VsKitMsgbusRemoveCollectProperties", "ny_dl_open", "ny_dl_sym", "ny_dl_close",
+                                       "ny_temp_buffer_init", "ny_temp_buffer_reserve", "ny_temp_buffer_uninit"}));
 }
 
 TEST_F(Record, HasArgumentsAndAnswersAndNoSecret) {
@@ -166,18 +176,22 @@ TEST_F(Record, HasArgumentsAndAnswersAndNoSecret) {
     EXPECT_EQ(record.Text().find("the secret"), std::string::npos);
 }
 
-TEST_F(Record, HasLibrariesAndFindingsAsInstants) {
+TEST_F(Record, HasLibrariesAgentsAndFindingsAsInstants) {
     std::vector<std::string> paths;
     json finding;
+    std::vector<json> versions;
     for (const json& event : Of("PlantedRecord.DISABLED_HasACollectionAndASecret")) {
         if (event["name"] == "library opened") {
             EXPECT_EQ(event["args"]["code"], 0);
             paths.push_back(event["args"]["path"]);
         } else if (event["name"] == "finding") {
             finding = event["args"];
+        } else if (event["name"] == "agent installed") {
+            versions.push_back(event["args"]["version"]);
         }
     }
     EXPECT_THAT(paths, testing::Contains(testing::HasSubstr("ny_client.dll")));
+    EXPECT_EQ(versions, std::vector<json>{"5.7.0"}) << "told once";
     EXPECT_EQ(finding, (json{{"rule", "TASK-STATUS"}, {"product", "RECORD1000"}}));
 }
 
