@@ -15,6 +15,7 @@
 #include "base/NoDestroyAtExit.h"
 #include "checking/Findings.h"
 #include "checking/StateLock.h"
+#include "checking/VectoredHandler.h"
 
 namespace checking {
 
@@ -119,8 +120,7 @@ LONG NTAPI LookAtViolation(EXCEPTION_POINTERS* raised) {
 }  // namespace
 
 LentTexts::LentTexts(std::string id, const char* name) : productId(std::move(id)), function(name) {
-    static void* const handler = ::AddVectoredExceptionHandler(TRUE, &LookAtViolation);
-    static_cast<void>(handler);
+    static const VectoredHandler handler(&LookAtViolation);
 }
 
 const wchar_t* LentTexts::Copy(const wchar_t* text) noexcept {

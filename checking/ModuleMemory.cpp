@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/Boundary.h"
+#include "checking/SafeRead.h"
 
 namespace checking {
 
@@ -71,6 +72,12 @@ size_t SlotThatIsNoFunction(const void* object, size_t slots) noexcept {
 
 bool IsObjectThere(const void* object) noexcept {
     return Has(object, readable) && Has(TableOf(object), readable) && Has(TableOf(object)[0], executable);
+}
+
+const void* FirstFunction(const void* object) noexcept {
+    const void* const table = ReadPointer(object);
+    const void* const function = table != nullptr ? ReadPointer(table) : nullptr;
+    return function != nullptr && ReadPointer(function) != nullptr ? function : nullptr;
 }
 
 std::string LibraryOf(const void* object) {

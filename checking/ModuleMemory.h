@@ -12,6 +12,10 @@ size_t SlotThatIsNoFunction(const void* object, size_t slots) noexcept;
 // Whether the object and its table are in memory that can be read, and its first function in memory that can run.
 bool IsObjectThere(const void* object) noexcept;
 
+// The object's first function. Null when the object, its table or the function's code cannot be read. Quicker than
+// IsObjectThere, which also looks whether the code may run.
+const void* FirstFunction(const void* object) noexcept;
+
 // The file name of the library that has the object's functions; "unknown code" when there is none.
 std::string LibraryOf(const void* object);
 

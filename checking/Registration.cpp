@@ -1,8 +1,10 @@
 #include "checking/Registration.h"
 
 #include <algorithm>
+#include <set>
 
 #include "base/ModuleCall.h"
+#include "base/NoDestroyAtExit.h"
 #include "checking/Findings.h"
 #include "checking/ModuleMemory.h"
 #include "checking/Texts.h"
@@ -11,6 +13,17 @@
 namespace checking {
 
 namespace {
+
+// The registrations whose objects lie on a stack.
+struct OnStacks {
+    StateLock lock;
+    std::set<Registration*> all GUARDED_BY(lock);
+
+    static OnStacks& OfProcess() {
+        static bridge::NoDestroyAtExit<OnStacks> onStacks;
+        return *onStacks;
+    }
+};
 
 std::string LibraryOfRegistered(const ServiceText& service, const wchar_t* id, const void* object) {
     std::string library = LibraryOf(object);
@@ -27,25 +40,38 @@ Registration::Registration(const ServiceText& serviceText, const wchar_t* id, co
       wideId(id),
       narrowId(Narrow(id)),
       object(moduleObject),
+      firstFunction(IsObjectThere(moduleObject) ? FirstFunction(moduleObject) : nullptr),
       library(LibraryOfRegistered(serviceText, id, moduleObject)),
       threadOfStack(IsOnOwnStack(moduleObject) ? ::GetCurrentThreadId() : 0) {
     if (threadOfStack != 0) {
-        stackOwner = ::OpenThread(SYNCHRONIZE, FALSE, threadOfStack);
+        const Guard guard(OnStacks::OfProcess().lock);
+        OnStacks::OfProcess().all.insert(this);
     }
 }
 
 Registration::~Registration() {
-    if (stackOwner != nullptr) {
-        ::CloseHandle(stackOwner);
+    if (threadOfStack != 0) {
+        const Guard guard(OnStacks::OfProcess().lock);
+        OnStacks::OfProcess().all.erase(this);
+    }
+}
+
+void Registration::NoteThreadEnd(DWORD thread) noexcept {
+    const Guard guard(OnStacks::OfProcess().lock);
+    for (Registration* const registration : OnStacks::OfProcess().all) {
+        if (registration->threadOfStack == thread) {
+            registration->isStackGone = true;
+        }
     }
 }
 
 void Registration::ExpectThere() const {
-    if (stackOwner != nullptr && ::WaitForSingleObject(stackOwner, 0) == WAIT_OBJECT_0) {
+    if (isStackGone) {
         Report(Rule::OnEndedStack, NarrowId(), {service.noun, std::to_string(threadOfStack)});
         throw bridge::ForeignException();
     }
-    if (!IsObjectThere(object)) {
+    const void* const function = FirstFunction(object);
+    if (function == nullptr || (function != firstFunction && !IsObjectThere(object))) {
         Report(Rule::InterfaceGone, NarrowId(), {service.noun, library, service.remove});
         throw bridge::ForeignException();
     }

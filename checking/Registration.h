@@ -33,6 +33,9 @@ public:
     const std::string& NarrowId() const noexcept { return narrowId; }
     const std::string& Library() const noexcept { return library; }
 
+    // The thread, whose stack goes, ends.
+    static void NoteThreadEnd(DWORD thread) noexcept;
+
     // Raises bridge::ForeignException when the object can be called no more, which is reported.
     void ExpectThere() const;
 
@@ -52,9 +55,10 @@ private:
     const std::wstring wideId;
     const std::string narrowId;
     const void* const object;
-    const std::string library;  // the file name
-    const DWORD threadOfStack;  // on whose stack the object lies; 0 for none
-    HANDLE stackOwner = nullptr;
+    const void* const firstFunction;  // of the object's table when it was registered; null when it was not there
+    const std::string library;        // the file name
+    const DWORD threadOfStack;        // on whose stack the object lies; 0 for none
+    std::atomic<bool> isStackGone = false;
     std::vector<Insider> insiders;
     std::atomic<bool> isRemoved = false;
 };

@@ -30,21 +30,15 @@ void Watch::LookAtId(const char* function, const std::wstring& id) {
 }
 
 void Watch::LookAtAgentsId(const std::string& id) {
-    const std::wstring folded = Folded(Wide(id));
-    std::string entered;
-    {
-        const Guard guard(lock);
-        for (const auto& [product, mask] : products) {
-            if (product == id) {
-                return;
-            }
-            if (Folded(Wide(product)) == folded) {
-                entered = product;
-            }
-        }
+    if (HasProduct(id)) {
+        return;
     }
-    if (!entered.empty()) {
-        Report(Rule::IdDiffers, id, {"A call of the agent's", entered});
+    const std::wstring folded = Folded(Wide(id));
+    for (const auto& [product, mask] : Products()) {
+        if (Folded(Wide(product)) == folded) {
+            Report(Rule::IdDiffers, id, {"A call of the agent's", product});
+            return;
+        }
     }
 }
 

@@ -3,7 +3,8 @@
 # installing and building what is missing: see docs/PERFORMANCE.md. Figures stand in build/bench.
 #   --quick     a short form: fewer rounds and sizes
 #   --document  writes the figures into docs/PERFORMANCE.md as well, and draws its pictures
-#   --checking  only shows properties and walks with the shipped bridge and with the checking one, in turns
+#   --checking  only shows properties and walks with the shipped bridge and with the checking one, without and
+#              with its record, in turns
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 
@@ -33,12 +34,22 @@ if [ "$checking" = yes ]; then
     folder="$ROOT/build/release/silent"
     Step silent-folder cmake "-DBIN=$ROOT/build/release/bin" "-DCHECKING=$ROOT/build/release/checking/VsMsgbus.dll" \
         "-DFOLDER=$folder" -P tests/checking/SilentFolder.cmake
-    for bin in build/release/bin "$folder" build/release/bin "$folder"; do
-        echo "$bin"
+    record="$(mktemp)"
+    # Bench TITLE FOLDER [VARIABLE=VALUE...]
+    Bench() {
+        local title="$1" bin="$2" section
+        shift 2
+        echo "$title"
         for section in properties policies; do
-            wine64 "$bin/bench_module.exe" --quick --only "$section" 2>/dev/null
+            env "$@" wine64 "$bin/bench_module.exe" --quick --only "$section" 2>/dev/null
         done
+    }
+    for _ in 1 2; do
+        Bench "the shipped bridge" build/release/bin
+        Bench "the checking bridge" "$folder"
+        Bench "the checking bridge, with a record" "$folder" "VSMSGBUS_TRACE=$record" VSMSGBUS_TRACE_LIMIT=300000000
     done
+    rm -f "$record"
     exit
 fi
 

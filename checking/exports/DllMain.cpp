@@ -1,4 +1,5 @@
-// The entry point of the checking DLL: what modules have left behind is told when it is unloaded or the process ends.
+// The entry point of the checking DLL: what modules have left behind is told when it is unloaded or the process ends, and
+// the end of a thread is noted, because what lies on its stack goes with it.
 #include <windows.h>
 
 #include "base/Boundary.h"
@@ -33,6 +34,9 @@ void ReportLeftBehind(const char* when) {
 }  // namespace checking
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE /*library*/, DWORD reason, LPVOID reserved) {
+    if (reason == DLL_THREAD_DETACH) {
+        checking::Registration::NoteThreadEnd(::GetCurrentThreadId());
+    }
     if (reason == DLL_PROCESS_DETACH) {
         bridge::isProcessEnding = reserved != nullptr;
         bridge::Guarded(

@@ -31,15 +31,15 @@ TraceFile* File() noexcept {
     return file;
 }
 
-double Microseconds() noexcept {
-    static const double perSecond = [] {
+int64_t Nanoseconds() noexcept {
+    static const double perTick = [] {
         LARGE_INTEGER frequency;
         ::QueryPerformanceFrequency(&frequency);
-        return static_cast<double>(frequency.QuadPart);
+        return 1e9 / static_cast<double>(frequency.QuadPart);
     }();
     LARGE_INTEGER now;
     ::QueryPerformanceCounter(&now);
-    return static_cast<double>(now.QuadPart) * 1e6 / perSecond;
+    return static_cast<int64_t>(static_cast<double>(now.QuadPart) * perTick);
 }
 
 }  // namespace
@@ -52,7 +52,7 @@ void Trace(TracePhase phase, std::string_view name, const TraceArguments& argume
     if (TraceFile* const file = File()) {
         bridge::Guarded([&] {
             file->Add(
-                TraceLine(phase, name, Microseconds(), ::GetCurrentProcessId(), ::GetCurrentThreadId(), arguments));
+                TraceLine(phase, name, Nanoseconds(), ::GetCurrentProcessId(), ::GetCurrentThreadId(), arguments));
         });
     }
 }
@@ -60,7 +60,7 @@ void Trace(TracePhase phase, std::string_view name, const TraceArguments& argume
 void FinishTrace() noexcept {
     if (TraceFile* const file = File()) {
         bridge::Guarded([&] {
-            std::string last = TraceLine(TracePhase::Instant, "end of the record", Microseconds(),
+            std::string last = TraceLine(TracePhase::Instant, "end of the record", Nanoseconds(),
                                          ::GetCurrentProcessId(), ::GetCurrentThreadId(), TraceArguments());
             file->Finish(last.substr(0, last.rfind(',')));
         });

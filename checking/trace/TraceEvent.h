@@ -26,9 +26,8 @@ private:
 
 enum class TracePhase : char { Begin = 'B', End = 'E', Instant = 'i' };
 
-// One line of the record: an event of the Trace Event format, with a comma and a line end behind it. `microseconds` has
-// three decimals.
-std::string TraceLine(TracePhase phase, std::string_view name, double microseconds, uint32_t process, uint32_t thread,
+// One line of the record: an event of the Trace Event format, with a comma and a line end behind it.
+std::string TraceLine(TracePhase phase, std::string_view name, int64_t nanoseconds, uint32_t process, uint32_t thread,
                       const TraceArguments& arguments);
 
 }  // namespace checking

@@ -23,7 +23,7 @@ using nlohmann::json;
 class RecordFile : public testing::Test {
 protected:
     static std::string Line(int number) {
-        return TraceLine(TracePhase::Instant, "event", number, 1, 2, TraceArguments());
+        return TraceLine(TracePhase::Instant, "event", number * 1000, 1, 2, TraceArguments());
     }
     json Read() const { return json::parse(file.Text()); }
     std::vector<int> Times() const {
@@ -85,7 +85,7 @@ TEST(RecordLine, HasTextsAsJsonAndCutsLongOnes) {
     TraceArguments arguments;
     arguments.Add("quoted", "a \"b\" \\ \n").Add("long", std::wstring(300, L'\u00e9').c_str());
     arguments.Add("none", static_cast<const wchar_t*>(nullptr)).Add("number", int64_t{-5}).Add("yes", true);
-    std::string line = TraceLine(TracePhase::Begin, "name", 1.5, 3, 4, arguments);
+    std::string line = TraceLine(TracePhase::Begin, "name", 1500, 3, 4, arguments);
     line.resize(line.rfind(','));
     std::string cut;
     for (int i = 0; i < 200; ++i) {
