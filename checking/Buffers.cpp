@@ -96,13 +96,16 @@ void LookAtBuffer(const char* function, lpc_buffer* buffer) noexcept {
             Buffers::OfProcess().Remove(buffer->data);
             return;
         }
+        if (HasForgotten()) {
+            return;
+        }
         Report(Rule::BufferNotEmpty, ProductOfScope(), {function});
         *buffer = lpc_buffer{};
     });
 }
 
 void NoteFilled(const char* function, const lpc_buffer* buffer) noexcept {
-    bridge::Guarded([&] {
+    Noted([&] {
         if (buffer != nullptr && HoldsText(*buffer)) {
             Buffers::OfProcess().Add(buffer->data, {function, ProductOfScope()});
         }
@@ -110,7 +113,7 @@ void NoteFilled(const char* function, const lpc_buffer* buffer) noexcept {
 }
 
 bool MayRelease(const lpc_buffer& buffer) noexcept {
-    if (!HoldsText(buffer) || Buffers::OfProcess().Remove(buffer.data)) {
+    if (!HoldsText(buffer) || Buffers::OfProcess().Remove(buffer.data) || HasForgotten()) {
         return true;
     }
     bridge::Guarded([&] {

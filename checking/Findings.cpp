@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <map>
 #include <tuple>
 
@@ -16,6 +17,8 @@ namespace checking {
 namespace {
 
 using FindingKey = std::tuple<Rule, std::string, std::string>;  // with product and place
+
+std::atomic<bool> hasForgotten = false;
 
 struct FindingTable {
     StateLock lock;
@@ -71,7 +74,19 @@ std::string Message(const RuleText& rule, std::string_view productId, std::initi
     return message.append(" (").append(place).append(")");
 }
 
+bool ForgetSome() noexcept {
+    hasForgotten = true;
+    return false;
+}
+
+bool HasForgotten() noexcept {
+    return hasForgotten;
+}
+
 void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details) noexcept {
+    if (HasForgotten() && RestsOnNotes(rule)) {
+        return;
+    }
     const DWORD lastError = ::GetLastError();
     bridge::Guarded([&] {
         const Scope* const scope = Scope::Innermost();

@@ -4,7 +4,9 @@
 #include <initializer_list>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "base/Boundary.h"
 #include "checking/Rules.h"
 
 namespace checking {
@@ -12,6 +14,17 @@ namespace checking {
 // Tells of a finding that was not told before. `details` take the places of "{1}" to "{3}" in the rule's texts. What
 // memory is too short for is not told.
 void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details = {}) noexcept;
+
+// False.
+bool ForgetSome() noexcept;
+// Runs `body()`, which notes what a module does. Where it fails, for want of memory, what rests on such notes is not
+// reported from now on.
+template <class Body>
+bool Noted(Body&& body) noexcept {
+    return bridge::Guarded(std::forward<Body>(body)) || ForgetSome();
+}
+// Whether that has happened.
+bool HasForgotten() noexcept;
 
 // How many findings of that rule there were, those not told again included; of all rules but notes for null. One counts
 // once its line is written.

@@ -76,6 +76,24 @@ constexpr bool IsNote(Rule rule) noexcept {
     return rule >= Rule::FailureIgnored;
 }
 
+// Whether a finding may be the fault of the checks, when memory was too short to note what a module did.
+constexpr bool RestsOnNotes(Rule rule) noexcept {
+    switch (rule) {
+        case Rule::MaskMissing:
+        case Rule::InterfaceMissing:
+        case Rule::NeverEntered:
+        case Rule::SetTwice:
+        case Rule::RemoveUnknown:
+        case Rule::ExitUnknown:
+        case Rule::NotEntered:
+        case Rule::BufferNotEmpty:
+        case Rule::BufferReleasedTwice:
+        case Rule::BufferForeign:
+        case Rule::BufferNotReleased: return true;
+        default: return false;
+    }
+}
+
 // Of every rule, in the order of the enumeration.
 std::span<const RuleText> AllRules() noexcept;
 const RuleText& TextOf(Rule rule) noexcept;

@@ -99,6 +99,7 @@ Check new-module ctest --preset release --tests-regex '^Package\.NewModule$' || 
 Step silent-folder ctest --preset release --tests-regex '^Silent\.Folder$' || status=1
 Check silent-modules InShards "$wine" "$silent/module_tests.exe" || status=1
 Check silent-reentrancy InShards env --unset=REENTRANCY_WHOLE "$wine" "$silent/reentrancy_tests.exe" || status=1
+Check silent-flows InShards "$wine" "$silent/flow_tests.exe" '--gtest_filter=-BridgeAllocations.AreAllCounted' || status=1
 Check silent-soak "$wine" "$silent/soak.exe" "${soak[@]}" --tame || status=1
 for module in gnu microsoft; do
     folder="$silent/$module"

@@ -1,5 +1,5 @@
-// The entry point of the checking DLL: what modules have left behind is told when it is unloaded or the process ends, and
-// the end of a thread is noted, because what lies on its stack goes with it.
+// The entry point of the checking DLL: what modules have left behind is told when it is unloaded or the process ends,
+// and the end of a thread is noted, because what lies on its stack goes with it.
 #include <windows.h>
 
 #include "base/Boundary.h"

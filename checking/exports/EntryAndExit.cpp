@@ -1,6 +1,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -122,21 +123,21 @@ void LookAtThoseInside(const Registration& registration) {
     }
 }
 
-bool LeaveProduct(const char* productId, VsMsgbus* instance) {
+// `exit()` calls the bridge's export.
+template <class Exit>
+void LeaveProduct(const char* productId, const Exit& exit) {
     const std::vector<RegistrationPointer> registrations = RegistrationsOf(productId);
-    bool answer = true;
     if (IsInsideAny(registrations)) {
-        answer = VsMsgbusExit(productId, instance);
+        exit();
     } else {
         const Wait wait("VsMsgbusExit", registrations);
-        answer = VsMsgbusExit(productId, instance);
+        exit();
     }
     for (const RegistrationPointer& registration : registrations) {
         LookAtThoseInside(*registration);
     }
     ReportTasksWithoutEnd(productId);
     ReportRefusedWalks(productId);
-    return answer;
 }
 
 void LookAtWhatStays(const char* productId) {
@@ -169,34 +170,34 @@ bool CheckedVsMsgbusEntry(const char* productId, uint32_t serviceMask, VsKitMsgb
         return scope.Answered(VsMsgbusEntry(productId, serviceMask, logSink, outInstance));
     }
     LookAtLoaderLock("VsMsgbusEntry", scope.ProductId());
-    bridge::Guarded([&] {
+    Noted([&] {
         LookAtEntry(productId, serviceMask, logSink);
         // The module may be called before the Entry returns.
         Watch::OfProcess().AddProduct(productId, serviceMask);
     });
     ForgetRefusal();
     const bool answer = VsMsgbusEntry(productId, serviceMask, CheckSink(productId, logSink), outInstance);
-    bridge::Guarded([&] { LookAtAnswer(productId, answer); });
+    Noted([&] { LookAtAnswer(productId, answer); });
     return scope.Answered(answer);
 }
 
 bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
     Scope scope("VsMsgbusExit", productId != nullptr ? productId : "");
     LookAtLoaderLock("VsMsgbusExit", scope.ProductId());
-    bool answer = true;
-    bool hasLeft = false;
-    bridge::Guarded([&] {
+    std::optional<bool> answer;
+    const auto exit = [&] { answer = VsMsgbusExit(productId, instance); };
+    Noted([&] {
         if (LookAtExit(productId, instance)) {
             Watch::OfProcess().RemoveProduct(productId);
-            hasLeft = true;
-            answer = LeaveProduct(productId, instance);
+            LeaveProduct(productId, exit);
         }
     });
-    if (!hasLeft) {
-        answer = VsMsgbusExit(productId, instance);
+    if (!answer.has_value()) {
+        // No product leaves, or there was no memory to look at who does.
+        exit();
     }
-    bridge::Guarded([&] { LookAtWhatStays(productId); });
-    return scope.Answered(answer);
+    Noted([&] { LookAtWhatStays(productId); });
+    return scope.Answered(*answer);
 }
 
 VsMsgbusClientRecord* CheckedGetMsgbusClient() noexcept {

@@ -26,23 +26,25 @@ bool SetInterface(const ServiceText& service, const wchar_t* productId, Interfac
                   const More&... more) noexcept {
     std::shared_ptr<Wrapper> wrapper;
     bool isFirst = false;
-    bridge::Guarded([&] {
+    Noted([&] {
         const Scope scope(service.set, productId);
         if (productId == nullptr || moduleInterface == nullptr) {
             Report(Rule::SetNull, Narrow(productId), {service.set, productId == nullptr ? "id" : service.noun});
             return;
         }
         Watch::OfProcess().LookAtId(service.set, productId);
-        wrapper = std::make_shared<Wrapper>(productId, moduleInterface, more...);
-        isFirst = Watch::OfProcess().Add(wrapper);
+        const auto made = std::make_shared<Wrapper>(productId, moduleInterface, more...);
+        isFirst = Watch::OfProcess().Add(made);
         if (!isFirst) {
-            Report(Rule::SetTwice, wrapper->NarrowId(), {service.noun});
-            KeepForNow(wrapper);
+            Report(Rule::SetTwice, made->NarrowId(), {service.noun});
+            KeepForNow(made);
         }
+        // Only now somebody else keeps it alive, too.
+        wrapper = made;
     });
     const bool answer =
         set(productId, wrapper != nullptr ? static_cast<Interface*>(wrapper.get()) : moduleInterface, context);
-    bridge::Guarded([&] {
+    Noted([&] {
         if (isFirst && !answer) {
             KeepForNow(Watch::OfProcess().Remove(service, productId));
         }
@@ -57,9 +59,10 @@ inline bool RemoveInterface(const ServiceText& service, const wchar_t* productId
     const Scope scope(service.remove, productId);
     LookAtLoaderLock(service.remove, scope.ProductId());
     bool answer = true;
-    const bool isChecked = bridge::Guarded([&] {
-        const RegistrationPointer registration =
-            productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;
+    // Also where memory runs out: alive until the bridge has let go of it.
+    RegistrationPointer registration;
+    const bool isChecked = Noted([&] {
+        registration = productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;
         if (registration == nullptr) {
             Report(Rule::RemoveUnknown, Narrow(productId), {service.remove, service.noun});
             answer = remove(productId);
