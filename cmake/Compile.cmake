@@ -27,6 +27,13 @@ elseif(NOT WIN32)
     include(cmake/Native.cmake)
 endif()
 
+# The same files wherever and whenever they are built: no path of the machine, no time, no random numbers of the compiler's.
+if(MINGW)
+    add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
+        $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
+    add_link_options(LINKER:--no-insert-timestamp)
+endif()
+
 # Has the compiler check what the target's code says of its locks: see base/ThreadSafety.h. Tests, which look into objects
 # that no other thread knows, are not checked.
 function(check_locks target)
@@ -94,10 +101,12 @@ function(count_coverage target)
     endif()
 endfunction()
 
-# Has the C++ runtime in a Windows DLL go on where there is no memory: see the source. Microsoft's needs none to throw.
+# Has the C++ runtime in a Windows DLL go on where there is no memory, and end the process without a word where it must: see
+# the sources. Microsoft's needs no memory to throw.
 function(give_runtime_reserve target)
     if(MINGW)
-        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/base/RuntimeReserve.cpp)
+        target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/base/RuntimeReserve.cpp
+            ${PROJECT_SOURCE_DIR}/base/Terminate.cpp)
         target_link_options(${target} PRIVATE
             LINKER:--wrap=malloc LINKER:--wrap=calloc LINKER:--wrap=realloc LINKER:--wrap=free
             LINKER:--wrap=AllocateBlock)

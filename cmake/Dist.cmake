@@ -1,4 +1,5 @@
-# What is finished: what `cmake --install` and the zip of `cpack` lay out, as a user of the bridge takes it away. A
+# What is finished: what `cmake --install` lays out, as a user of the bridge takes it away; scripts/make-zip.py makes one
+# file of it. A
 # package that can be moved: nothing in it says where it was built or installed.
 add_custom_target(finished)
 add_dependencies(finished VsMsgbus VsMsgbusChecking LogLib simulated_agents ny_simulator ny_setup SampleModule demo vsmsgbus_tool)
@@ -69,9 +70,35 @@ install(DIRECTORY ${PROJECT_SOURCE_DIR}/kit/msabi/ DESTINATION msabi)
 install(FILES ${CMAKE_CURRENT_LIST_DIR}/msabi.cmake DESTINATION msabi)
 install(DIRECTORY ${PROJECT_SOURCE_DIR}/tests/microsoft_runtime/ DESTINATION msabi/runtime)
 
-set(CPACK_GENERATOR ZIP)
-set(CPACK_PACKAGE_FILE_NAME VsMsgbus-${PROJECT_VERSION}-win64)
-set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "Bridge between endpoint modules and the management agent")
-set(CPACK_INCLUDE_TOPLEVEL_DIRECTORY ON)
-set(CPACK_VERBATIM_VARIABLES ON)
-include(CPack)
+# --- What the programs and DLLs were linked with, and the digests of all files: last, when all the others are there ------
+
+set(linked VsMsgbus=bin/VsMsgbus.dll LogLib=bin/LogLib.dll VsMsgbusChecking=checking/VsMsgbus.dll
+    vsmsgbus_tool=bin/vsmsgbus.exe ny_simulator=agent/lib/ny_simulator.dll ny_setup=agent/lib/ny_setup.dll demo=demo/demo.exe
+    SampleModule=demo/SampleModule.dll)
+foreach(build full older lacking empty)
+    foreach(library ny_client ny_variant ny_msgbus ny_logger)
+        list(APPEND linked ${library}_${build}=agent/${build}/${library}.dll)
+    endforeach()
+endforeach()
+file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/maps)
+set(linkedWithMaps)
+foreach(entry IN LISTS linked)
+    string(REGEX REPLACE "=.*" "" target ${entry})
+    set(map ${PROJECT_BINARY_DIR}/maps/${target}.map)
+    target_link_options(${target} PRIVATE LINKER:-Map,${map})
+    list(APPEND linkedWithMaps ${entry}=${map})
+endforeach()
+list(JOIN linkedWithMaps " " linkedWithMaps)
+find_package(Python3 REQUIRED COMPONENTS Interpreter)
+install(CODE "
+    execute_process(COMMAND ${Python3_EXECUTABLE} ${PROJECT_SOURCE_DIR}/scripts/sbom.py --version ${PROJECT_VERSION}
+        --out \${CMAKE_INSTALL_PREFIX}/sbom.cdx.json ${linkedWithMaps} COMMAND_ERROR_IS_FATAL ANY)
+    file(REMOVE \${CMAKE_INSTALL_PREFIX}/SHA256SUMS)
+    file(GLOB_RECURSE files RELATIVE \${CMAKE_INSTALL_PREFIX} \${CMAKE_INSTALL_PREFIX}/*)
+    list(SORT files)
+    set(sums)
+    foreach(name IN LISTS files)
+        file(SHA256 \${CMAKE_INSTALL_PREFIX}/\${name} sum)
+        string(APPEND sums \"\${sum}  \${name}\\n\")
+    endforeach()
+    file(WRITE \${CMAKE_INSTALL_PREFIX}/SHA256SUMS \"\${sums}\")")

@@ -7,6 +7,5 @@ EnsurePackages
 BuildPreset release finished
 rm -rf build/dist build/zip
 Step install cmake --install build/release --prefix build/dist
-Step zip cpack --config build/release/CPackConfig.cmake -G ZIP -B build/zip
-rm -rf build/zip/_CPack_Packages
+Step zip scripts/make-zip.py build/dist build/zip
 echo "the finished files stand in build/dist, and as one file in $(ls build/zip/*.zip)"

@@ -111,6 +111,7 @@ for module in gnu microsoft; do
 done
 unset VSMSGBUS_CHECK_SLOW
 
+scripts/check-reproducible.sh || status=1
 scripts/coverage.sh || status=1
 scripts/fuzz.sh || status=1
 exit "$status"

@@ -22,11 +22,17 @@ Step() {
     done
     wait "$pid" || status=$?
     trap - INT TERM
+    echo "$((SECONDS - begin)) $name" >>"$LOGS/durations"
     if [ "$status" -ne 0 ]; then
         echo "$name failed ($status); the end of build/logs/$name.log:" >&2
         tail -n 60 "$log" >&2
     fi
     return "$status"
+}
+
+# The steps that took longest since build/logs/durations was removed, in one line.
+LongestSteps() {
+    sort -rn "$LOGS/durations" | head -n 6 | awk '{printf "%s%s %d s", NR == 1 ? "" : ", ", $2, $1} END {print ""}'
 }
 
 # Makes sure that the tools are there, as scripts/packages.txt lists them.

@@ -105,6 +105,7 @@ if [ "$quick" = yes ]; then
     exit
 fi
 
+rm -f "$LOGS/durations"
 scripts/build.sh
 BuildPreset release all
 BuildPreset msabi all
@@ -134,4 +135,5 @@ BuildPreset asan all || {
 wait "$beside" 2>/dev/null || true
 [ -e "$passed" ] || status=1
 RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
+echo "of $SECONDS s, the longest steps took: $(LongestSteps)"
 exit "$status"

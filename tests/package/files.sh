@@ -15,6 +15,26 @@ diff <(Expected | sort) <(cd "$folder/unpacked" && find . -type f ! -path './doc
     Fail "the package holds other files than expected (<)"
 [ -e "$folder/unpacked/doc/index.html" ] || Fail "the package has no reference"
 diff -r "$folder/installed" "$folder/unpacked" || Fail "the zip differs from what is installed"
+(cd "$folder/unpacked" && sha256sum --check --strict --quiet SHA256SUMS) || Fail "a digest is wrong"
+[ "$(wc -l <"$folder/unpacked/SHA256SUMS")" -eq "$(find "$folder/unpacked" -type f ! -name SHA256SUMS | wc -l)" ] ||
+    Fail "SHA256SUMS leaves files out"
+# What every program of g++'s has in it is in the bill of materials, with a version; so is each DLL and each program.
+python3 - "$folder/unpacked" <<'END' || Fail "sbom.cdx.json lacks something"
+import json, pathlib, sys
+package = pathlib.Path(sys.argv[1])
+bill = json.loads((package / "sbom.cdx.json").read_text())
+parts = {part["bom-ref"]: part for part in bill["components"]}
+uses = {entry["ref"]: entry["dependsOn"] for entry in bill["dependencies"]}
+for file in sorted({*package.rglob("*.dll"), *package.rglob("*.exe")}):
+    name = file.relative_to(package).as_posix()
+    copied = name.startswith("demo/") and name not in parts
+    if b"This is a text" in file.read_bytes()[:40] or copied or file.parent.parent.name == "agent" and file.name == "ny_simulator.dll":
+        continue
+    assert any(parts[used]["name"].startswith("mingw-w64") and parts[used]["version"] for used in uses[name]), name
+assert any("gcc" in used or "g++" in used for used in uses["bin/VsMsgbus.dll"])
+assert any("libcli11" in used for used in uses["bin/vsmsgbus.exe"])
+END
+[ "$(stat --format=%s "$folder/unpacked/bin/VsMsgbus.dll")" -le 400000 ] || Fail "VsMsgbus.dll is larger than 400 KB"
 # VERSION NUMBER: that part of the version that the headers have.
 Version() {
     sed -n "s/^#define VSMSGBUS_VERSION_$1 \([0-9]*\).*/\1/p" "$folder/unpacked/include/VsMsgbus/Version.h"
