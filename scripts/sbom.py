@@ -6,7 +6,6 @@ of. Which package of the distribution an archive or a header comes from, and its
 say. The same build of the same sources writes the same text.
 """
 import argparse
-import functools
 import json
 import pathlib
 import re
@@ -37,14 +36,17 @@ def archives_in(linker_map):
     return {str(pathlib.Path(archive).resolve()) for archive in found}
 
 
-@functools.cache
-def package_of(file):
-    """The package that a file of the system belongs to, with its version."""
-    owner = subprocess.run(["dpkg", "--search", file], capture_output=True, text=True, check=True).stdout
-    package = owner.split(":")[0].split(",")[0].strip()
-    version = subprocess.run(["dpkg-query", "--show", "--showformat=${Version}", package],
-                             capture_output=True, text=True, check=True).stdout
-    return package, version
+def packages_of(files):
+    """The packages that files of the system belong to, each with its version, by the file."""
+    found = subprocess.run(["dpkg", "--search", *files], capture_output=True, text=True, check=True).stdout
+    owners = {}
+    for line in found.splitlines():
+        owner, file = line.split(": ", 1)
+        owners[file] = owner.split(",")[0].split(":")[0]
+    shown = subprocess.run(["dpkg-query", "--show", "--showformat=${Package} ${Version}\n", *sorted(set(owners.values()))],
+                           capture_output=True, text=True, check=True).stdout
+    versions = dict(line.split() for line in shown.splitlines())
+    return {file: (owner, versions[owner]) for file, owner in owners.items()}
 
 
 def component(package, version):
@@ -63,17 +65,16 @@ def main():
                         help="the build's name of a shipped file, its name in the package, and its map")
     arguments = parser.parse_args()
 
-    packages = {}
-    dependencies = []
-    parts = []
+    sources = {}
     for target, name, linker_map in (entry.split("=") for entry in arguments.files):
-        sources = archives_in(pathlib.Path(linker_map)) | {
+        sources[name] = archives_in(pathlib.Path(linker_map)) | {
             header for header, targets in HEADERS.values() if target in targets}
-        of_file = sorted({package_of(source) for source in sources})
-        packages.update({component(*package)["bom-ref"]: component(*package) for package in of_file})
-        parts.append({"type": "application" if name.endswith(".exe") else "library", "bom-ref": name, "name": name,
-                      "version": arguments.version})
-        dependencies.append({"ref": name, "dependsOn": [component(*package)["bom-ref"] for package in of_file]})
+    owners = packages_of(sorted(set().union(*sources.values())))
+    parts = [{"type": "application" if name.endswith(".exe") else "library", "bom-ref": name, "name": name,
+              "version": arguments.version} for name in sources]
+    packages = {component(*owner)["bom-ref"]: component(*owner) for owner in owners.values()}
+    dependencies = [{"ref": name, "dependsOn": sorted({component(*owners[file])["bom-ref"] for file in files})}
+                    for name, files in sources.items()]
     product = {"type": "library", "bom-ref": "VsMsgbus", "name": "VsMsgbus", "version": arguments.version}
     bill = {
         "bomFormat": "CycloneDX",
