@@ -2,9 +2,8 @@
 
 #include <cmath>
 #include <map>
-#include <stdexcept>
 
-#include "tool/timeline/PageFiles.h"
+#include "tool/timeline/PageWithoutRecord.h"
 
 namespace tool {
 
@@ -123,14 +122,6 @@ ordered_json DataOf(std::string_view title, const Record& record, const Summary&
             {"events", ColumnsOf(record)}};
 }
 
-void Replace(std::string& page, std::string_view place, std::string_view text) {
-    const size_t found = page.find(place);
-    if (found == std::string::npos) {
-        throw std::logic_error("the page has no " + std::string(place));
-    }
-    page.replace(found, place.size(), text);
-}
-
 // As it may stand in a script element: no text ends that.
 std::string WithoutTags(const std::string& json) {
     std::string text;
@@ -148,15 +139,13 @@ std::string WithoutTags(const std::string& json) {
 }  // namespace
 
 std::string MakePage(std::string_view title, const Record& record, const Summary& summary) {
-    std::string page(PageHtml());
-    Replace(page, "<link rel=\"stylesheet\" href=\"timeline.css\">",
-            std::string("<style>\n").append(PageCss()).append("</style>"));
-    // The record last: what stands in its texts is looked for no more.
-    Replace(page, "<script src=\"timeline.js\"></script>",
-            std::string("<script>\n").append(PageJs()).append("</script>"));
-    Replace(page, "<script type=\"application/json\" id=\"record\">null",
-            "<script type=\"application/json\" id=\"record\">" + WithoutTags(DataOf(title, record, summary).dump()));
-    return page;
+    constexpr std::string_view place = "<script type=\"application/json\" id=\"record\">";
+    const std::string_view page = PageWithoutRecord();
+    const size_t found = page.find(place) + place.size();
+    std::string made(page.substr(0, found));
+    made += WithoutTags(DataOf(title, record, summary).dump());
+    // Without a record there stands null.
+    return made.append(page.substr(page.find('<', found)));
 }
 
 }  // namespace tool
