@@ -11,6 +11,24 @@ namespace {
 
 using nlohmann::ordered_json;
 
+// Such as "17.3 ms": of microseconds.
+std::string DurationText(double microseconds) {
+    if (microseconds < 1e3) {
+        return fmt::format("{:.1f} \u00B5s", microseconds);
+    }
+    return microseconds < 1e6 ? fmt::format("{:.1f} ms", microseconds / 1e3)
+                              : fmt::format("{:.1f} s", microseconds / 1e6);
+}
+
+std::string Counted(size_t count, const char* one, const char* many) {
+    return fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+std::string TextArgument(const RecordEvent& event, const char* name) {
+    const auto found = event.arguments.find(name);
+    return found != event.arguments.end() && found->is_string() ? found->get<std::string>() : "";
+}
+
 // A slow log line is its sink's; the agent's changes take their time.
 bool MayBeSlow(const RecordEvent& event) {
     return !event.isInstant && (event.kind == Kind::Call || event.kind == Kind::Callback);
@@ -100,7 +118,7 @@ Summary Summarise(const Record& record) {
     return summary;
 }
 
-ordered_json SummaryForMachines(const Record& record, const Summary& summary) {
+std::string SummaryForMachines(const Record& record, const Summary& summary) {
     ordered_json json = {{"events", record.events.size()},
                          {"leftOut", record.leftOut},
                          {"duration", Rounded(record.duration)},
@@ -111,15 +129,25 @@ ordered_json SummaryForMachines(const Record& record, const Summary& summary) {
     json["notes"] = ListForMachines(record, summary.notes);
     json["failed"] = ListForMachines(record, summary.failed);
     json["slowest"] = ListForMachines(record, summary.slowest);
-    return json;
+    return json.dump(2);
 }
 
-std::string DurationText(double microseconds) {
-    if (microseconds < 1e3) {
-        return fmt::format("{:.1f} \u00B5s", microseconds);
+std::string SummaryLine(const Record& record, const Summary& summary) {
+    return fmt::format("{} of {} in {}; {}, {}", Counted(record.events.size(), "event", "events"),
+                       Counted(record.threads.size(), "thread", "threads"), DurationText(record.duration),
+                       Counted(summary.findings.size(), "finding", "findings"),
+                       Counted(summary.failed.size(), "failed call", "failed calls"));
+}
+
+std::string FindingText(const Record& record, const RecordEvent& finding) {
+    const std::string product = TextArgument(finding, "product");
+    std::string text = fmt::format("[{}] {} at {}, thread {}", TextArgument(finding, "rule"),
+                                   product.empty() ? "(no product)" : product, DurationText(finding.begin),
+                                   record.threads[finding.thread].id);
+    if (finding.around.has_value()) {
+        text += ", in " + record.events[*finding.around].name;
     }
-    return microseconds < 1e6 ? fmt::format("{:.1f} ms", microseconds / 1e3)
-                              : fmt::format("{:.1f} s", microseconds / 1e6);
+    return text;
 }
 
 }  // namespace tool

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
@@ -18,10 +17,13 @@ struct Summary {
 
 Summary Summarise(const Record& record);
 
-// For machines: docs/TIMELINE.md says what stands in it.
-nlohmann::ordered_json SummaryForMachines(const Record& record, const Summary& summary);
+// For machines, as JSON: docs/TIMELINE.md says what stands in it.
+std::string SummaryForMachines(const Record& record, const Summary& summary);
 
-// Such as "17.3 ms": of microseconds.
-std::string DurationText(double microseconds);
+// Such as "12 events of 2 threads in 17.3 ms; 1 finding, 2 failed calls".
+std::string SummaryLine(const Record& record, const Summary& summary);
+
+// Which rule, of which product, and where.
+std::string FindingText(const Record& record, const RecordEvent& finding);
 
 }  // namespace tool

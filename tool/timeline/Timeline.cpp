@@ -5,7 +5,6 @@
 
 #include <filesystem>
 #include <fstream>
-#include <iterator>
 #include <memory>
 #include <stdexcept>
 
@@ -41,11 +40,13 @@ std::string TextOf(const fs::path& path) {
 }
 
 std::string ReadWholeFile(const std::string& name) {
+    std::error_code none;
+    const uintmax_t size = fs::file_size(PathOf(name), none);
     std::ifstream file(PathOf(name), std::ios::binary);
-    if (!file) {
+    std::string text(none ? 0 : size, '\0');
+    if (none || !file.read(text.data(), static_cast<std::streamsize>(size))) {
         throw std::runtime_error(name + " cannot be read");
     }
-    std::string text(std::istreambuf_iterator<char>(file), {});
     return text;
 }
 
@@ -66,29 +67,9 @@ Trace ReadTraceFile(const std::string& name) {
     }
 }
 
-std::string Counted(size_t count, const char* one, const char* many) {
-    return fmt::format("{} {}", count, count == 1 ? one : many);
-}
-
-std::string FindingText(const Record& record, const RecordEvent& finding) {
-    const std::string rule = finding.arguments.value("rule", "");
-    const std::string product = finding.arguments.value("product", "");
-    std::string text = fmt::format("[{}] {} at {}, thread {}", rule, product.empty() ? "(no product)" : product,
-                                   DurationText(finding.begin), record.threads[finding.thread].id);
-    if (finding.around.has_value()) {
-        text += ", in " + record.events[*finding.around].name;
-    }
-    return text + "\n";
-}
-
 void Tell(const Options& options, const Record& record, const Summary& summary) {
     const Terminal terminal;
-    terminal.Print(
-        fmt::format("{}: {} of {} in {}; {}, {}\n", options.page, Counted(record.events.size(), "event", "events"),
-                    Counted(record.threads.size(), "thread", "threads"), DurationText(record.duration),
-                    Counted(summary.findings.size(), "finding", "findings"),
-                    Counted(summary.failed.size(), "failed call", "failed calls")),
-        usual);
+    terminal.Print(fmt::format("{}: {}\n", options.page, SummaryLine(record, summary)), usual);
     if (!record.isComplete) {
         terminal.Print("The trace has no end: the process did not end in good order, or is still running.\n", usual);
     }
@@ -96,7 +77,7 @@ void Tell(const Options& options, const Record& record, const Summary& summary) 
         terminal.Print(fmt::format("Line {} of the trace is broken and left out.\n", *record.brokenLine), usual);
     }
     for (const size_t index : summary.findings) {
-        terminal.Print(FindingText(record, record.events[index]), red);
+        terminal.Print(FindingText(record, record.events[index]) + "\n", red);
     }
 }
 
@@ -114,7 +95,7 @@ ExitStatus Run(const Options& options) {
         WriteWholeFile(options.page, MakePage(TextOf(PathOf(options.trace).filename()), record, summary));
     }
     if (options.isForMachines) {
-        fmt::print("{}\n", SummaryForMachines(record, summary).dump(2));
+        fmt::print("{}\n", SummaryForMachines(record, summary));
     } else {
         Tell(options, record, summary);
     }

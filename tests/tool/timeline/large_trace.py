@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""large_trace.py FILE: writes a trace of 100,000 lines as the checking bridge writes them: an agent that asks two products again
+"""large_trace.py FILE: writes a trace of 100,000 spans and instants as the checking bridge writes them: an agent that asks two products again
 and again for hours, on many threads, with findings, refusals, failed calls and one call that never ends. Each run writes
 the same.
 """
@@ -8,14 +8,14 @@ import random
 import sys
 
 PROCESS = 4711
-LINES = 100_000
+SPANS_AND_INSTANTS = 100_000
 
 
 class Trace:
     def __init__(self, file):
         self.file = file
         self.random = random.Random(20)
-        self.lines = 0
+        self.count = 0
         self.file.write("[\n")
 
     def add(self, phase, name, time, thread, /, **arguments):
@@ -25,7 +25,7 @@ class Trace:
         if arguments:
             event["args"] = arguments
         self.file.write(json.dumps(event, ensure_ascii=False, separators=(",", ":")) + ",\n")
-        self.lines += 1
+        self.count += phase != "E"
 
     def span(self, name, time, duration, thread, /, answer=None, **arguments):
         self.add("B", name, time, thread, **arguments)
@@ -58,8 +58,9 @@ class Trace:
         self.add("E", "EnumeratePolicies", time + 30, thread)
         if self.random.random() < 0.05:
             time = self.log(time + 40, thread, "NY log message, [ny_policy] no such value, error <2>")
-        self.add("E", "EnforcePolicy", time + self.random.expovariate(1 / 2000), thread)
-        return time + 2000
+        time += 40 + self.random.expovariate(1 / 2000)
+        self.add("E", "EnforcePolicy", time, thread)
+        return time + 10
 
     def task(self, time, thread, product):
         name = f"scan-{self.random.randint(1, 40)}"
@@ -87,7 +88,7 @@ def main():
         main_thread = 1996
         trace.span("VsMsgbusEntry", min(free.values()) - 5000, 4000, main_thread, product="LARGE___1000", mask=14592, answer=1)
         trace.span("agent client starts", min(free.values()) - 900, 800, 1992)
-        while trace.lines < LINES - 3:
+        while trace.count < SPANS_AND_INSTANTS - 3:
             thread = trace.random.choice(list(free))
             product = trace.random.choice(["LARGE___1000", "OTHER___1000"])
             time = free[thread] + trace.random.expovariate(1 / 90_000_000)
@@ -95,8 +96,11 @@ def main():
             time = what(time, thread, product)
             if trace.random.random() < 0.3:
                 time = trace.crypto(time, thread)
-            if trace.random.random() < 0.004:
-                trace.add("i", "finding", time, thread, rule="TASK-STATUS", product=product)
+            if trace.random.random() < 0.01:
+                trace.add("B", "UpdateMsgbusTaskStatus", time + 20, thread, task="scan-1", status=50)
+                trace.add("i", "finding", time + 25, thread, rule="TASK-STATUS", product=product)
+                trace.add("E", "UpdateMsgbusTaskStatus", time + 90, thread)
+                time += 100
             free[thread] = time
         last = max(free.values())
         trace.add("B", "VsMsgbusExit", last + 10, main_thread, product="LARGE___1000")

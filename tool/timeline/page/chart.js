@@ -2,7 +2,7 @@
 // Draws the lanes of what is in view, and the overview above them. A redraw costs what is visible: a row's first visible
 // span is found by halving, and spans narrower than a pixel are drawn once for each pixel.
 
-const Size = {ruler: 26, heading: 20, row: 18, gap: 6, leastText: 26};
+const Size = {ruler: 26, label: 18, marks: 15, row: 18, gap: 6, leastText: 26};
 const fontOfChart = '12px system-ui, "Segoe UI", "DejaVu Sans", sans-serif';
 
 class Chart {
@@ -26,7 +26,8 @@ class Chart {
     let top = 0;
     for (const lane of this.record.lanes) {
       lane.top = top;
-      lane.height = Size.heading + Math.max(lane.rows.length, 1) * Size.row + Size.gap;
+      lane.heading = Size.label + (lane.marks.size > 0 ? Size.marks : 0);
+      lane.height = lane.heading + Math.max(lane.rows.length, 1) * Size.row + Size.gap;
       top += lane.height;
     }
     this.lanesHeight = top;
@@ -112,8 +113,8 @@ class Chart {
     }
     const lane = this.record.lanes[this.record.thread[event]];
     const depth = this.record.isInstant[event] ? 0 : this.record.depth[event];
-    const top = lane.top + (depth > 0 ? Size.heading + depth * Size.row - Size.row : 0);
-    const bottom = lane.top + Size.heading + (depth + 1) * Size.row + Size.gap;
+    const top = lane.top + (depth > 0 ? lane.heading + depth * Size.row - Size.row : 0);
+    const bottom = lane.top + lane.heading + (depth + 1) * Size.row + Size.gap;
     if (top < this.scroll || bottom > this.scroll + this.height - Size.ruler) {
       this.scrollTo(top - Size.row);
     }
@@ -167,8 +168,8 @@ class Chart {
 
   drawLane(lane, y, ticks) {
     const context = this.context;
-    const rowsTop = y + Size.heading;
-    const rowsHeight = lane.height - Size.heading - Size.gap;
+    const rowsTop = y + lane.heading;
+    const rowsHeight = lane.height - lane.heading - Size.gap;
     context.fillStyle = this.colours.lane;
     context.fillRect(0, rowsTop, this.width, rowsHeight);
     context.fillStyle = this.colours.grid;
@@ -184,8 +185,8 @@ class Chart {
     });
     context.fillStyle = this.colours.faint;
     const products = [...lane.products].join(', ');
-    context.fillText(products ? `${lane.label} \u00b7 ${products}` : lane.label, 6, y + Size.heading / 2 + 1);
-    this.drawMarks(lane, y, rowsTop + rowsHeight);
+    context.fillText(products ? `${lane.label} \u00b7 ${products}` : lane.label, 6, y + Size.label / 2 + 1);
+    this.drawMarks(lane, y + Size.label, rowsTop + rowsHeight);
     context.fillStyle = this.colours.line;
     context.fillRect(0, y + lane.height - Size.gap / 2, this.width, 1);
   }
@@ -298,13 +299,13 @@ class Chart {
       this.eachMark(events, (event, x) => {
         if (kind === Kind.Finding) {
           this.context.fillStyle = this.colours.finding;
-          this.context.fillRect(Math.round(x), y + Size.heading / 2, 1, bottom - y - Size.heading / 2);
+          this.context.fillRect(Math.round(x), y + Size.marks / 2, 1, bottom - y - Size.marks / 2);
         }
-        this.drawMark(this.context, this.markOf(event), x, y + Size.heading / 2);
+        this.drawMark(this.context, this.markOf(event), x, y + Size.marks / 2);
         if (event === this.selected || event === this.hovered) {
           this.context.strokeStyle = this.colours.selected;
           this.context.lineWidth = 1.5;
-          this.context.strokeRect(x - 8, y + 1.5, 16, Size.heading - 3);
+          this.context.strokeRect(x - 8, y + 0.5, 16, Size.marks - 1);
         }
       });
     }
@@ -395,32 +396,27 @@ class Chart {
       context.fillStyle = this.colours.line;
       context.fillRect(Math.round(x), Size.ruler - 8, 1, 8);
       context.fillStyle = this.colours.faint;
-      context.fillText(label, x + 4, Size.ruler / 2);
+      if (x + 8 + context.measureText(label).width < this.width) {
+        context.fillText(label, x + 4, Size.ruler / 2);
+      }
     }
     context.fillStyle = this.colours.line;
     context.fillRect(0, Size.ruler - 1, this.width, 1);
   }
 
-  // Idle times that are shown short are hatched.
+  // Idle times that are shown short.
   drawGaps(y, height) {
     const gaps = this.record.gaps;
     const context = this.context;
-    context.strokeStyle = this.colours.line;
-    context.lineWidth = 1;
     let i = firstIndex(0, gaps.length, (index) => gaps[index].shownTo >= this.from);
     while (i < gaps.length && gaps[i].shownFrom <= this.to) {
       const left = Math.max(this.xOf(gaps[i].shownFrom), 0);
       const right = Math.min(this.xOf(gaps[i].shownTo), this.width);
-      context.beginPath();
-      for (let x = left + 3; x < right; x += 7) {
-        context.moveTo(x, y);
-        context.lineTo(Math.max(left, x - 4), y + height);
-      }
-      context.stroke();
-      const text = `${durationText(gaps[i].to - gaps[i].from)} idle`;
+      context.fillStyle = this.colours.page;
+      context.fillRect(left, y, right - left, height);
       if (right - left > 90) {
         context.fillStyle = this.colours.faint;
-        context.fillText(text, left + 8, y + Size.row / 2);
+        context.fillText(`${durationText(gaps[i].to - gaps[i].from)} idle`, left + 8, y + Size.row / 2);
       }
       const next = this.timeAt(right + 2);
       i = firstIndex(i + 1, gaps.length, (index) => gaps[index].shownTo >= next);
@@ -498,10 +494,10 @@ class Chart {
       return -1;
     }
     const inside = at - lane.top;
-    if (inside < Size.heading) {
-      return this.markAt(lane, x);
+    if (inside < lane.heading) {
+      return inside < Size.label ? -1 : this.markAt(lane, x);
     }
-    const row = lane.rows[Math.floor((inside - Size.heading) / Size.row)];
+    const row = lane.rows[Math.floor((inside - lane.heading) / Size.row)];
     return row ? this.spanAt(row.all, x) : -1;
   }
 

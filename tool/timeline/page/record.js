@@ -29,7 +29,9 @@ class Lane {
     this.marks = new Map();
     this.events = [];
     this.products = new Set();
+    // Where the chart draws it.
     this.top = 0;
+    this.heading = 0;
     this.height = 0;
   }
 
@@ -82,7 +84,9 @@ class Record {
       }
     }
     this.makeLanes();
-    this.setIdleShortened(false);
+    const idle = this.findGaps().reduce((sum, [from, to]) => sum + to - from, 0);
+    // Where little else would be seen.
+    this.setIdleShortened(idle > this.duration / 2);
   }
 
   flags(indices) {

@@ -12,6 +12,8 @@ function element(tag, text = '', className = '') {
   return made;
 }
 
+const classOfColumn = {Begin: 'number', Duration: 'number', In: 'wide', Thread: 'wide'};
+
 class Page {
   constructor(record) {
     this.record = record;
@@ -26,6 +28,7 @@ class Page {
     this.listenToKeys();
     new ResizeObserver(() => this.chart.resize()).observe(find('chart'));
     matchMedia('(prefers-color-scheme: dark)').addEventListener('change', () => this.useColours());
+    find('idle').checked = record.isIdleShortened;
     this.chart.resize();
   }
 
@@ -61,9 +64,9 @@ class Page {
   describeColours() {
     const legend = find('legend');
     const spans = [['call', 'call of the module'], ['callback', 'callback'], ['agent', 'change of the agent client'],
-      ['log', 'log line']];
+      ['log', 'log line, above it its mark']];
     const marks = [[Kind.Finding, 'finding'], [Kind.Refusal, 'refused or failed'], [Kind.AgentChange, 'library'],
-      [Kind.LogLine, 'log line'], [Kind.Note, 'note']];
+      [Kind.Note, 'note']];
     legend.replaceChildren();
     for (const [kind, text] of [...spans, ...marks]) {
       const canvas = document.createElement('canvas');
@@ -81,8 +84,7 @@ class Page {
       item.append(canvas, text);
       legend.append(item);
     }
-    const item = element('li', 'red edge below: failed, or a finding inside');
-    legend.append(item);
+    legend.append(element('li', 'red edge below: failed, or a finding inside'));
   }
 
   useColours() {
@@ -119,25 +121,27 @@ class Page {
       parent.append(element('p', 'None.'));
       return;
     }
-    const columns = {findings: ['Product', 'In', 'What'], failed: ['Answer'], slowest: [], notes: ['Product', 'In', 'What']};
+    const ofFinding = ['Product', 'In', 'What', 'Thread', 'Begin'];
+    const ofCall = ['Thread', 'Begin', 'Duration'];
+    const columns = {findings: ofFinding, notes: ofFinding, failed: ['Why', ...ofCall], slowest: ofCall}[id];
     const table = element('table');
     table.id = id;
     const head = element('tr');
-    for (const name of ['Event', ...columns[id], 'Thread', 'Begin', 'Duration']) {
-      const cell = element('th', name, {Begin: 'number', Duration: 'number', In: 'wide', Thread: 'wide'}[name] ?? '');
+    for (const name of ['Event', ...columns]) {
+      const cell = element('th', name, classOfColumn[name]);
       cell.scope = 'col';
       head.append(cell);
     }
     table.append(element('thead'), element('tbody'));
     table.tHead.append(head);
     for (const event of events.slice(0, most)) {
-      table.tBodies[0].append(this.tableRow(event, columns[id], cellsOf(event)));
+      table.tBodies[0].append(this.tableRow(event, columns, cellsOf(event)));
     }
     const scroll = element('div', '', 'scroll');
     scroll.append(table);
     parent.append(scroll);
     if (events.length > most) {
-      parent.append(element('p', `and ${countText(events.length - most, 'more', 'more')}`));
+      parent.append(element('p', `and ${countText(events.length - most, 'more', 'more')}: the search finds them`));
     }
   }
 
@@ -148,10 +152,9 @@ class Page {
     const button = element('button', record.captionOf(event));
     button.type = 'button';
     first.append(button);
-    row.append(first, ...cells.map((text, index) => element('td', text, columns[index] === 'In' ? 'wide' : '')));
-    row.append(element('td', record.data.threads[record.thread[event]][1], 'wide'));
-    row.append(element('td', momentText(record.begin[event], 1000), 'number'));
-    row.append(element('td', this.durationOf(event), 'number'));
+    const texts = [...cells, record.data.threads[record.thread[event]][1], momentText(record.begin[event], 1000),
+      this.durationOf(event)];
+    row.append(first, ...columns.map((name, index) => element('td', texts[index], classOfColumn[name])));
     row.addEventListener('click', () => {
       this.select(event);
       find('chart').scrollIntoView({block: 'nearest'});
