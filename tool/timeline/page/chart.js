@@ -441,7 +441,7 @@ class Chart {
     if (!this.overviewImage) {
       this.overviewImage = this.countByPixel();
     }
-    const {counts, failed, most} = this.overviewImage;
+    const {counts, failed, found, most} = this.overviewImage;
     context.fillStyle = this.colours.page;
     context.fillRect(0, 0, this.width, 42);
     for (let x = 0; x < counts.length; ++x) {
@@ -453,6 +453,9 @@ class Chart {
     }
     context.fillStyle = this.colours.failed;
     for (const x of failed) {
+      context.fillRect(x, 30, 2, 12);
+    }
+    for (const x of found) {
       context.fillRect(x, 0, 2, 42);
     }
     const left = this.overviewX(this.from);
@@ -475,9 +478,9 @@ class Chart {
     for (let event = 0; event < count; ++event) {
       ++counts[Math.floor(this.overviewX(shownBegin[event]))];
     }
-    const failed = new Set([...data.failed, ...data.findings].map(
-        (event) => Math.floor(this.overviewX(shownBegin[event]))));
-    return {counts, failed, most: counts.reduce((left, right) => Math.max(left, right), 1)};
+    const pixels = (events) => new Set(events.map((event) => Math.floor(this.overviewX(shownBegin[event]))));
+    return {counts, failed: pixels(data.failed), found: pixels(data.findings),
+      most: counts.reduce((left, right) => Math.max(left, right), 1)};
   }
 
   // --- What is at a place ---

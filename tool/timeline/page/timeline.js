@@ -12,7 +12,7 @@ function element(tag, text = '', className = '') {
   return made;
 }
 
-const classOfColumn = {Begin: 'number', Duration: 'number', In: 'wide', Thread: 'wide'};
+const classOfColumn = {Begin: 'number', Duration: 'number', In: 'wide', Product: 'wide', Thread: 'wide'};
 
 class Page {
   constructor(record) {
