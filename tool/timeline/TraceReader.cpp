@@ -106,18 +106,14 @@ private:
         if (end == none) {
             return SkipBroken(begin, "the event has no end");
         }
+        at = end;
         const std::string_view element = text.substr(begin, end - begin);
-        nlohmann::ordered_json value;
         try {
-            value = nlohmann::ordered_json::parse(element.begin(), element.end());
+            trace.events.push_back(EventFromJson(nlohmann::ordered_json::parse(element.begin(), element.end())));
         } catch (const nlohmann::json::exception& wrong) {
             return SkipBroken(begin, ReasonOf(wrong.what()));
-        }
-        at = end;
-        try {
-            trace.events.push_back(EventFromJson(std::move(value)));
         } catch (const std::runtime_error& wrong) {
-            Refuse(begin, wrong.what());
+            return SkipBroken(begin, wrong.what());
         }
         return true;
     }
@@ -163,13 +159,16 @@ private:
         return std::string("the event is no JSON: ").append(end == none ? message : message.substr(end + 2));
     }
 
-    // To the next line that begins with an event, or the array's end. A crash breaks one event: with a second one, this
-    // is no trace.
+    // To what stands behind a comma; else to the next line that begins with an event, or with the array's end. A crash
+    // breaks one event: with a second one, this is no trace.
     bool SkipBroken(size_t place, std::string reason) {
         if (broken.has_value()) {
             Refuse(broken->place, broken->reason);
         }
         broken = {place, std::move(reason)};
+        if (at != place && at < text.size() && (text[at] == ',' || text[at] == ']')) {
+            return true;
+        }
         for (size_t end = text.find('\n', place); end != none; end = text.find('\n', end + 1)) {
             if (end + 1 < text.size() && (text[end + 1] == '{' || text[end + 1] == ']')) {
                 at = end + 1;

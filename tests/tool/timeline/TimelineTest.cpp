@@ -193,6 +193,15 @@ TEST_F(Timeline, ReadsAFullTraceThatIsBrokenInItsMiddle) {
     EXPECT_EQ(record["events"]["begin"], (json{0, 0, 8000, 9000}));
 }
 
+// What is left of two lines may be JSON, and no event.
+TEST_F(Timeline, LeavesOutOneEventThatIsNone) {
+    const json summary =
+        Summary(R"([{"ph":"X","name":"a","ts":1,"dur":1},{"name":"Wri_value"},{"ph":"X","name":"b","ts":2,"dur":1}])");
+    EXPECT_EQ(summary["events"], 2);
+    EXPECT_EQ(summary["brokenLine"], 1);
+    EXPECT_EQ(summary["isComplete"], true);
+}
+
 TEST_F(Timeline, TakesSpansWithADurationAndAnObjectAroundTheEvents) {
     const json summary = Summary(R"({"displayTimeUnit":"ms","traceEvents":[
         {"ph":"M","name":"thread_name","pid":1,"tid":7,"args":{"name":"worker"}},
@@ -219,6 +228,8 @@ TEST_F(Timeline, RefusesWhatIsNoTraceAndSaysWhere) {
                 HasSubstr("line 2, column 3: the event has no \"ph\" of one letter"));
     EXPECT_THAT(Refusal("[\n{\"ph\":\"B\",\"name\":\"x\"}]"), HasSubstr("line 2, column 1: the event has no \"ts\""));
     EXPECT_THAT(Refusal("[\n" + entry + "]\nmore"), HasSubstr("line 5, column 1: something stands behind the end"));
+    EXPECT_THAT(Refusal("[\n{\"name\":\"x\"},\n{\"name\":\"y\"},\n" + entry + "]"),
+                HasSubstr("line 2, column 1: the event has no \"ph\""));
     EXPECT_THAT(Refusal("[\n{\"ph\" \"B\"},\n" + entry + "{\"ph\":},\n" + entry),
                 HasSubstr("line 2, column 1: the event is no JSON"));
 }
