@@ -276,7 +276,7 @@ class Chart {
     context.fill();
   }
 
-  fitted(text, room) {
+  widthOf(text) {
     let width = this.widths.get(text);
     if (width === undefined) {
       if (this.widths.size > 20000) {
@@ -285,11 +285,22 @@ class Chart {
       width = this.context.measureText(text).width;
       this.widths.set(text, width);
     }
+    return width;
+  }
+
+  // The text, or as much of its begin as there is room for.
+  fitted(text, room) {
+    const width = this.widthOf(text);
     if (width <= room) {
       return text;
     }
-    const length = Math.floor(text.length * room / width) - 1;
-    return length < 2 ? '' : `${text.slice(0, length)}\u2026`;
+    for (let length = Math.ceil(text.length * room / width); length > 0; --length) {
+      const begin = `${text.slice(0, length)}\u2026`;
+      if (this.widthOf(begin) <= room) {
+        return begin;
+      }
+    }
+    return '';
   }
 
   // The least important first, so that the others lie above it.
