@@ -44,8 +44,8 @@ were, or of all rules for null: also those that are not told again.
 The record has every export and every callback as a span, with its thread, product, arguments and answer, and as instants the
 findings, the agent's coming and going with its version, the libraries that are opened and closed, and what the agent refuses,
 with its code. Texts are cut to 200 characters; data that is encrypted or decrypted is never in it. It is in the Trace Event
-format, which timeline viewers open. Each event is in the file at once: a crash loses at most the last one.
-When the file is full, the oldest events make room.
+format, which timeline viewers open; `vsmsgbus timeline` makes a page of it: [TIMELINE.md](TIMELINE.md). Each event is in the
+file at once: a crash loses at most the last one. When the file is full, the oldest events make room.
 
 A call into memory that is gone is not made: it is answered as if the callback had thrown. An output area that is too small
 gets what it has room for.

@@ -22,7 +22,7 @@ for name in $(sed -nE 's/^ +virtual .*[ *&]([A-Za-z_0-9]+)\(.*/\1/p' "$sources"/
     [ "$name" != ReservedForGetDigest ] || continue
     Explains "~?$name"
 done
-for guide in GETTING_STARTED CHECKS WHY_NOT_ASKED LOG_LINES STATUS_NUMBERS SECURITY; do
+for guide in GETTING_STARTED CHECKS TIMELINE WHY_NOT_ASKED LOG_LINES STATUS_NUMBERS SECURITY; do
     grep -q "href=\"md_guides_$guide\.html\"" "$pages/index.html" || Fail "the reference does not lead to the guide $guide"
     [ -e "$pages/md_guides_$guide.html" ] || Fail "the reference lacks the guide $guide"
 done

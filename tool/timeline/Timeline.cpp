@@ -1,0 +1,125 @@
+#include "tool/timeline/Timeline.h"
+
+#include <fmt/format.h>
+#include <windows.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <stdexcept>
+
+#include "tool/output/Progress.h"
+#include "tool/output/Terminal.h"
+#include "tool/timeline/Page.h"
+#include "tool/timeline/Record.h"
+#include "tool/timeline/Summary.h"
+#include "tool/timeline/TraceReader.h"
+
+namespace tool {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr uint16_t red = FOREGROUND_RED | FOREGROUND_INTENSITY;
+constexpr uint16_t usual = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE;
+
+struct Options {
+    std::string trace;
+    std::string page;
+    bool isForMachines = false;
+};
+
+fs::path PathOf(const std::string& text) {
+    return std::u8string(text.begin(), text.end());
+}
+
+std::string TextOf(const fs::path& path) {
+    const std::u8string text = path.u8string();
+    return {text.begin(), text.end()};
+}
+
+std::string ReadWholeFile(const std::string& name) {
+    std::error_code none;
+    const uintmax_t size = fs::file_size(PathOf(name), none);
+    std::ifstream file(PathOf(name), std::ios::binary);
+    std::string text(none ? 0 : size, '\0');
+    if (none || !file.read(text.data(), static_cast<std::streamsize>(size))) {
+        throw std::runtime_error(name + " cannot be read");
+    }
+    return text;
+}
+
+void WriteWholeFile(const std::string& name, const std::string& text) {
+    std::ofstream file(PathOf(name), std::ios::binary);
+    if (!file.write(text.data(), static_cast<std::streamsize>(text.size())).flush()) {
+        throw std::runtime_error(name + " cannot be written");
+    }
+}
+
+Trace ReadTraceFile(const std::string& name) {
+    const std::string text = ReadWholeFile(name);
+    Progress progress("reading " + name);
+    try {
+        return ReadTrace(text, [&](double share) { progress.Tell(share); });
+    } catch (const std::runtime_error& refused) {
+        throw std::runtime_error(fmt::format("{} is no trace: {}", name, refused.what()));
+    }
+}
+
+void Tell(const Options& options, const Record& record, const Summary& summary) {
+    const Terminal terminal;
+    terminal.Print(fmt::format("{}: {}\n", options.page, SummaryLine(record, summary)), usual);
+    if (!record.isComplete) {
+        terminal.Print("The trace has no end: the process did not end in good order, or is still running.\n", usual);
+    }
+    if (record.brokenLine.has_value()) {
+        terminal.Print(fmt::format("Line {} of the trace is broken and left out.\n", *record.brokenLine), usual);
+    }
+    for (const size_t index : summary.findings) {
+        terminal.Print(FindingText(record, record.events[index]) + "\n", red);
+    }
+}
+
+ExitStatus Run(const Options& options) {
+    if (options.page.empty() && !options.isForMachines) {
+        throw std::runtime_error("timeline: -o FILE.html is missing, or --json");
+    }
+    std::error_code none;
+    if (!options.page.empty() && fs::equivalent(PathOf(options.trace), PathOf(options.page), none)) {
+        throw std::runtime_error("timeline: the page would take the place of the trace");
+    }
+    const Record record = MakeRecord(ReadTraceFile(options.trace));
+    const Summary summary = Summarise(record);
+    if (!options.page.empty()) {
+        WriteWholeFile(options.page, MakePage(TextOf(PathOf(options.trace).filename()), record, summary));
+    }
+    if (options.isForMachines) {
+        fmt::print("{}\n", SummaryForMachines(record, summary));
+    } else {
+        Tell(options, record, summary);
+    }
+    return summary.findings.empty() ? ExitStatus::Right : ExitStatus::Finding;
+}
+
+}  // namespace
+
+void AddTimeline(CLI::App& program, ExitStatus& status) {
+    CLI::App* const command =
+        program.add_subcommand("timeline", "Draws a record of the checking bridge as a page for the browser.");
+    const auto options = std::make_shared<Options>();
+    command->add_option("TRACE", options->trace, "the record: what VSMSGBUS_TRACE named")->required();
+    command->add_option("-o,--output", options->page, "the page to write, such as trace.html");
+    command->add_flag("--json", options->isForMachines, "print a summary for machines; -o may then be left out");
+    command->footer(
+        "The page needs nothing else, also no network. The record's newest events are in it even when the process\n"
+        "crashed.\n\n"
+        "Exit status: 0 right, 1 when the record has findings of the checking bridge, 2 when it is no trace.\n\n"
+        "Examples:\n"
+        "  set VSMSGBUS_TRACE=C:\\logs\\trace.json    (then run the program with checking\\VsMsgbus.dll)\n"
+        "  vsmsgbus timeline C:\\logs\\trace.json -o trace.html\n"
+        "  vsmsgbus timeline trace.json --json\n");
+    command->callback([options, &status] { status = Run(*options); });
+}
+
+}  // namespace tool
