@@ -23,8 +23,12 @@ constexpr std::array<std::string_view, 5> falseIsFailure = {"VsMsgbusEntry", "Vs
                                                             "VsKitMsgbusGetInformation", "VsKitMsgbusManagedMode"};
 
 // Answers in which all but 0 are codes of failures.
-constexpr std::array<std::string_view, 4> othersAreFailures = {"VsKitMsgbusGetInfoByKeyName", "VsKitMsgbusEncryptData",
-                                                               "VsKitMsgbusDecryptData", "VsKitMsgbusHashBuffer"};
+constexpr std::array<std::string_view, 5> othersAreFailures = {"VsKitMsgbusGetInfoByKeyName", "VsKitMsgbusEncryptData",
+                                                               "VsKitMsgbusDecryptData", "VsKitMsgbusHashBuffer",
+                                                               "ny_dl_open"};
+
+constexpr std::array<std::string_view, 4> agentChanges = {"library opened", "library closed", "agent installed",
+                                                          "agent removed"};
 
 constexpr std::array<std::string_view, 4> taskCallbacks = {"ExecuteTask", "StopTask", "RemoveTask", "UpdateTaskStatus"};
 
@@ -91,7 +95,7 @@ Kind KindOfInstant(std::string_view name, const ordered_json& arguments) {
     if (name == "the agent refuses") {
         return Kind::Refusal;
     }
-    return name == "library opened" || name == "library closed" ? Kind::AgentChange : Kind::Other;
+    return IsAmong(name, agentChanges) ? Kind::AgentChange : Kind::Other;
 }
 
 std::string FailureOfSpan(std::string_view name, const ordered_json& answers) {

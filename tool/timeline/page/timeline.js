@@ -65,7 +65,7 @@ class Page {
     const legend = find('legend');
     const spans = [['call', 'call of the module'], ['callback', 'callback'], ['agent', 'change of the agent client'],
       ['log', 'log line, above it its mark']];
-    const marks = [[Kind.Finding, 'finding'], [Kind.Refusal, 'refused or failed'], [Kind.AgentChange, 'library'],
+    const marks = [[Kind.Finding, 'finding'], [Kind.Refusal, 'refused or failed'], [Kind.AgentChange, 'library or agent'],
       [Kind.Note, 'note']];
     legend.replaceChildren();
     for (const [kind, text] of [...spans, ...marks]) {
