@@ -57,7 +57,7 @@ private:
         if (result.end.how == ReportedEnd::How::Silent) {
             return Bad(moduleGroup, check, Problem::ModuleHangs, {step, std::to_string(options.waitSeconds)});
         }
-        return Bad(moduleGroup, check, Problem::ModuleCrashes, {result.HowItEnded(), step});
+        return Bad(moduleGroup, check, Problem::ModuleCrashes, {step, result.HowItEnded()});
     }
 
     Check CheckLoaded() const {
@@ -155,8 +155,8 @@ std::vector<std::string> WordsOf(const Options& options, const fs::path& recordF
 }
 
 Checks RunModule(const Options& options) {
-    // The bridge's own waits, and the module's, take a while.
-    constexpr std::chrono::seconds more{5};
+    // The trial itself waits as long for the module.
+    constexpr std::chrono::seconds more{2};
     const TemporaryFolder folder;
     const fs::path recordFile = folder.Path() / "record.json";
     const fs::path findingsFile = folder.Path() / "findings.txt";

@@ -1,0 +1,76 @@
+// What the doctor prints for people, and how it is used.
+#include <filesystem>
+#include <set>
+
+#include "tool/doctor/DoctorTest.h"
+#include "tool/doctor/Problems.h"
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+namespace {
+
+class DoctorOutput : public DoctorTest {
+protected:
+    ProgramRun Print() { return RunVsMsgbus({"doctor", "--local-machine", environment.LocalMachine()}); }
+};
+
+TEST_F(DoctorOutput, BeginsWithTheFirstCauseAndItsRemedyAndListsAllChecks) {
+    environment.RemoveAgent();
+    simulator::AgentInstaller::DeleteAgentKey();
+    const ProgramRun run = Print();
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.output, StartsWith("First cause [AGENT-ABSENT]"));
+    EXPECT_THAT(run.output, HasSubstr("What to do"));
+    EXPECT_THAT(run.output, HasSubstr("\u2717 the agent's key, 64-bit view"));
+    EXPECT_THAT(run.output, HasSubstr("- the agent's version: not reached"));
+    EXPECT_THAT(run.output, HasSubstr("\u2713 VsMsgbus.dll"));
+}
+
+TEST_F(DoctorOutput, SaysSoWhenNothingIsFound) {
+    const ProgramRun run = Print();
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.output, StartsWith("Nothing is found that keeps a module from being asked."));
+}
+
+TEST_F(DoctorOutput, ChangesNothingOnTheMachine) {
+    const auto filesOf = [](const std::filesystem::path& folder) {
+        std::set<std::string> files;
+        for (const auto& entry : std::filesystem::directory_iterator(folder)) {
+            files.insert(entry.path().string());
+        }
+        return files;
+    };
+    const auto before = filesOf(Folder());
+    EXPECT_EQ(Examine({"--module", (PlantedFolder() / "PlantedModule.dll").string()}).Status(), 0);
+    EXPECT_EQ(filesOf(Folder()), before);
+    for (const std::string& file : filesOf(std::filesystem::temp_directory_path())) {
+        EXPECT_THAT(file, testing::Not(HasSubstr("vsmsgbus-"))) << "a folder was left";
+    }
+}
+
+TEST_F(DoctorOutput, WrongUseIsAnsweredWithTwo) {
+    EXPECT_EQ(RunVsMsgbus({"doctor", "--wait", "never"}).status, 2);
+    EXPECT_EQ(RunVsMsgbus({"doctor", "--enter", "Load"}).status, 2);
+    const ProgramRun run = RunVsMsgbus({"doctor", "--local-machine", "Software\\no such key"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.errors, HasSubstr("HKEY_CURRENT_USER\\Software\\no such key cannot be used"));
+}
+
+TEST_F(DoctorOutput, HelpGivesExamplesAndHidesTheTrials) {
+    EXPECT_THAT(RunVsMsgbus({"doctor", "--help"}).output, HasSubstr("vsmsgbus doctor --module"));
+    EXPECT_THAT(RunVsMsgbus({"--help"}).output, testing::Not(HasSubstr("doctor-agent")));
+}
+
+TEST(Problems, HaveEachATextWhosePlacesCanBeFilled) {
+    const std::vector<std::string> places = {"one", "two", "three", "four"};
+    std::set<tool::doctor::Problem> seen;
+    for (const tool::doctor::ProblemText& text : tool::doctor::AllProblems()) {
+        EXPECT_TRUE(seen.insert(text.problem).second) << text.name;
+        EXPECT_NO_THROW(tool::doctor::Filled(text.cause, places)) << text.name;
+        EXPECT_NO_THROW(tool::doctor::Filled(text.remedy, places)) << text.name;
+    }
+    EXPECT_EQ(seen.size(), static_cast<size_t>(tool::doctor::Problem::ModuleFinding) + 1);
+}
+
+}  // namespace
