@@ -12,6 +12,7 @@ namespace tool::doctor {
 namespace {
 
 constexpr size_t columns = 110;
+constexpr size_t indentOfDetails = 8;
 constexpr uint16_t plain = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE;
 constexpr uint16_t bright = plain | FOREGROUND_INTENSITY;
 
@@ -35,22 +36,34 @@ void PrintWrapped(const Terminal& terminal, const std::string& text, size_t inde
     }
 }
 
+// One that has little to say has it on its line.
+void PrintNameAndDetails(const Terminal& terminal, const Check& check) {
+    constexpr size_t roomBesideName = columns - 6;
+    if (check.details.size() == 1 && check.name.size() + check.details.front().size() <= roomBesideName) {
+        terminal.Print(fmt::format("{}: {}\n", check.name, check.details.front()), plain);
+        return;
+    }
+    terminal.Print(check.name + "\n", plain);
+    for (const std::string& detail : check.details) {
+        PrintWrapped(terminal, detail, indentOfDetails, plain);
+    }
+}
+
 void PrintCheck(const Terminal& terminal, const Check& check, const Check* first) {
-    constexpr size_t indent = 8;
     const Mark mark = MarkOf(check.state);
     terminal.Print(fmt::format("  {} ", mark.sign), mark.colour);
-    const bool isReached = check.state != State::NotReached;
-    terminal.Print(check.name + (isReached ? "\n" : ": not reached\n"), isReached ? plain : FOREGROUND_INTENSITY);
-    for (const std::string& detail : check.details) {
-        PrintWrapped(terminal, detail, indent, plain);
+    if (check.state == State::NotReached) {
+        terminal.Print(check.name + ": not reached\n", mark.colour);
+        return;
     }
+    PrintNameAndDetails(terminal, check);
     // What stands at the top is not said again.
-    if (check.state == State::Bad && &check != first) {
+    if (&check == first) {
+        PrintWrapped(terminal, "the first cause, above", indentOfDetails, plain);
+    } else if (check.state == State::Bad) {
         const Cause cause = CauseOf(check);
-        PrintWrapped(terminal, cause.text, indent, plain);
-        PrintWrapped(terminal, cause.remedy, indent, plain);
-    } else if (&check == first) {
-        PrintWrapped(terminal, "the first cause, above", indent, plain);
+        PrintWrapped(terminal, cause.text, indentOfDetails, plain);
+        PrintWrapped(terminal, cause.remedy, indentOfDetails, plain);
     }
 }
 

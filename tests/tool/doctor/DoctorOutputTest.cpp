@@ -25,6 +25,7 @@ TEST_F(DoctorOutput, BeginsWithTheFirstCauseAndItsRemedyAndListsAllChecks) {
     EXPECT_THAT(run.output, HasSubstr("\u2717 the agent's key, 64-bit view"));
     EXPECT_THAT(run.output, HasSubstr("- the agent's version: not reached"));
     EXPECT_THAT(run.output, HasSubstr("\u2713 VsMsgbus.dll"));
+    EXPECT_THAT(run.output, HasSubstr("\u2717 RuntimeSdkPath64, 32-bit view"));
 }
 
 TEST_F(DoctorOutput, SaysSoWhenNothingIsFound) {

@@ -107,7 +107,13 @@ TEST_F(ModuleCauses, NoEntry) {
     const DoctorReport report = ExamineModule("no entry", {"--wait", "1"});
     EXPECT_EQ(report.Problem(), "MODULE-DOES-NOT-ENTER");
     EXPECT_THAT(report.Text(), HasSubstr("Its function PlantedLoad was called."));
-    EXPECT_EQ(ExamineModule("false", {"--wait", "1"}).Problem(), "MODULE-ANSWERS-FALSE");
+}
+
+TEST_F(ModuleCauses, FunctionThatAnswersFalseIsNotWaitedFor) {
+    const DoctorReport report = ExamineModule("false");
+    EXPECT_EQ(report.Problem(), "MODULE-ANSWERS-FALSE");
+    EXPECT_THAT(report.Text(), HasSubstr("PlantedLoad answers false, and VsMsgbusEntry was not called"));
+    EXPECT_EQ(report.State("enters the bridge"), "not reached");
 }
 
 TEST_F(ModuleCauses, InterfaceLeftRegisteredIsAFindingOfTheModuleThatIsToldToLeave) {
@@ -122,6 +128,13 @@ TEST_F(ModuleCauses, ModuleThatCrashesOrHangsEndsOnlyItsTrial) {
     const DoctorReport hang = ExamineModule("hang", {"--wait", "1"});
     EXPECT_EQ(hang.Problem(), "MODULE-HANGS");
     EXPECT_THAT(hang.Text(), HasSubstr("PlantedLoad has not returned"));
+}
+
+TEST_F(ModuleCauses, ModuleThatCrashesAfterItsEntry) {
+    const DoctorReport report = ExamineModule("crash after entry");
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "MODULE-CRASHES");
+    EXPECT_EQ(report.State("product \"PLANTED_1000\""), "good") << report.Everything();
 }
 
 TEST_F(ModuleCauses, ModuleThatRefusesToBeLoaded) {

@@ -58,9 +58,6 @@ bool IsSameFolded(const std::string& one, const std::string& other) {
 Check CheckId(const Record& record, const Options& options) {
     constexpr char name[] = "enters as the product that is looked for";
     const auto& products = record.Products();
-    if (options.product.empty()) {
-        return NotReached(moduleGroup, name);
-    }
     if (products.count(options.product) != 0) {
         return Good(moduleGroup, name, {options.product});
     }
@@ -112,7 +109,9 @@ Checks CheckModuleProducts(const Record& record, const std::vector<RuleFinding>&
                               {fmt::format("enters with mask 0x{:X}: {}", product.mask, ServicesOf(product.mask)),
                                fmt::format("registers {}", InterfacesOf(record, id))}));
     }
-    checks.push_back(CheckId(record, options));
+    if (!options.product.empty()) {
+        checks.push_back(CheckId(record, options));
+    }
     std::vector<RuleFinding> all;
     std::copy_if(findings.begin(), findings.end(), std::back_inserter(all), [&](const RuleFinding& finding) {
         const Rule rule = finding.rule->rule;

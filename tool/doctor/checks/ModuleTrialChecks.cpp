@@ -94,14 +94,14 @@ private:
 
     Check CheckEntry() const {
         const TrialStep* const step = result.Find(waitingStep);
+        if (step != nullptr && !step->code) {
+            return EndedIn(entryCheck, "the time in which it enters");
+        }
         if (!record.Products().empty()) {
             return Good(moduleGroup, entryCheck);
         }
         if (step == nullptr) {
             return NotReached(moduleGroup, entryCheck);
-        }
-        if (!step->code) {
-            return EndedIn(entryCheck, step->name);
         }
         const std::string called = options.enter.empty() ? "No function of the module's was called to have it enter."
                                                          : fmt::format("Its function {} was called.", options.enter);
@@ -110,13 +110,10 @@ private:
 
     Check CheckLeave() const {
         const TrialStep* const step = Reached(options.leave);
-        const TrialStep* const waited = result.Find(waitingStep);
-        const bool hasTried = waited != nullptr && waited->code;
         if (step != nullptr && !step->code) {
             return EndedIn(leaveCheck, step->name);
         }
-        if (hasTried && result.Unfinished() == nullptr &&
-            (result.end.how == ReportedEnd::How::Silent || result.end.code != 0)) {
+        if (result.Unfinished() == nullptr && (result.end.how == ReportedEnd::How::Silent || result.end.code != 0)) {
             return EndedIn(leaveCheck, "the end of its process");
         }
         if (step == nullptr) {

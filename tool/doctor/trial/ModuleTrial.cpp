@@ -23,13 +23,10 @@ bool CallWithNothing(FARPROC address) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address))(nullptr, nullptr, nullptr, nullptr);
 }
 
-void CallFunction(HMODULE module, const std::string& name, const TrialSteps& steps) {
-    if (name.empty()) {
-        return;
-    }
-    if (const FARPROC address = ::GetProcAddress(module, name.c_str())) {
-        steps.Make(name, [&] { return CallWithNothing(address) ? 1 : 0; });
-    }
+// Its answer; true when there is none to call.
+bool CallFunction(HMODULE module, const std::string& name, const TrialSteps& steps) {
+    const FARPROC address = name.empty() ? nullptr : ::GetProcAddress(module, name.c_str());
+    return address == nullptr || steps.Make(name, [&] { return CallWithNothing(address) ? 1 : 0; }) != 0;
 }
 
 // Who enters, and registers what, may do so on other threads and in any order. Nobody tells when a module is done.
@@ -76,8 +73,10 @@ void TryModule(const ModuleTrialOptions& options, const TrialSteps& steps) {
         ERROR_SUCCESS) {
         return;
     }
-    CallFunction(library, options.enter, steps);
-    steps.Make(waitingStep, [&] { return WaitForEntry(options) ? 1 : 0; });
+    // Without an Entry, nobody comes after a failure.
+    if (CallFunction(library, options.enter, steps) || !Record(options.record).Products().empty()) {
+        steps.Make(waitingStep, [&] { return WaitForEntry(options) ? 1 : 0; });
+    }
     CallFunction(library, options.leave, steps);
 }
 

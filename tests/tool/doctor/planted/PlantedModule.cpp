@@ -66,6 +66,12 @@ bool PlantedLoad() {
     } else if (Makes("entry on another thread")) {
         std::thread(&Enter).detach();
         return true;
+    } else if (Makes("crash after entry")) {
+        std::thread([] {
+            Enter();
+            ::RaiseException(EXCEPTION_ACCESS_VIOLATION, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+        }).detach();
+        return true;
     }
     return Enter();
 }
