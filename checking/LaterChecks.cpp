@@ -40,9 +40,11 @@ void Check() {
         CheckLater();
         return;
     }
-    for (const auto& [id, mask] : products) {
+    for (const auto& product : products) {
+        const std::string& id = product.first;
         CompareWithMask(
-            mask, [&](const ServiceText& service) { return Watch::OfProcess().Find(service, Wide(id)) != nullptr; },
+            product.second,
+            [&](const ServiceText& service) { return Watch::OfProcess().Find(service, Wide(id)) != nullptr; },
             [&](Rule rule, std::initializer_list<std::string_view> details) { Report(rule, id, details); });
     }
 }

@@ -3,6 +3,7 @@
 #include <set>
 
 #include "tool/doctor/DoctorTest.h"
+#include "tool/doctor/FileChange.h"
 #include "tool/doctor/Problems.h"
 
 using testing::HasSubstr;
@@ -61,6 +62,15 @@ TEST_F(DoctorOutput, WrongUseIsAnsweredWithTwo) {
 TEST_F(DoctorOutput, HelpGivesExamplesAndHidesTheTrials) {
     EXPECT_THAT(RunVsMsgbus({"doctor", "--help"}).output, HasSubstr("vsmsgbus doctor --module"));
     EXPECT_THAT(RunVsMsgbus({"--help"}).output, testing::Not(HasSubstr("doctor-agent")));
+}
+
+TEST(Problems, StandOnTheDoctorsPageByTheirNames) {
+    const std::string page = ContentOf(DOCTOR_PAGE);
+    for (const tool::doctor::ProblemText& text : tool::doctor::AllProblems()) {
+        if (text.problem != tool::doctor::Problem::ModuleFinding) {
+            EXPECT_THAT(page, HasSubstr(std::string("`") + text.name + "`"));
+        }
+    }
 }
 
 TEST(Problems, HaveEachATextWhosePlacesCanBeFilled) {

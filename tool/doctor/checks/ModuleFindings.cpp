@@ -74,11 +74,12 @@ Check CheckId(const Record& record, const Options& options) {
 
 // Those that the checking bridge makes only while the agent runs, or after a while.
 void AddComparisons(const Record& record, std::vector<RuleFinding>& findings) {
-    for (const auto& [id, product] : record.Products()) {
+    for (const auto& product : record.Products()) {
+        const std::string& id = product.first;
         checking::CompareWithMask(
-            product.mask, [&](const ServiceText& service) { return IsRegistered(record, service, id); },
-            [&, &productId = id](Rule rule, std::initializer_list<std::string_view> details) {
-                findings.push_back(MakeFinding(rule, productId, details));
+            product.second.mask, [&](const ServiceText& service) { return IsRegistered(record, service, id); },
+            [&](Rule rule, std::initializer_list<std::string_view> details) {
+                findings.push_back(MakeFinding(rule, id, details));
             });
     }
 }
