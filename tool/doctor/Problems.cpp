@@ -42,7 +42,8 @@ const std::vector<ProblemText>& AllProblems() {
          "Repair the agent's installation: the value is a text like \"5.7.0\" (REG_SZ)."},
         {Problem::PathAbsent, "PATH-ABSENT",
          "The registry does not say where the agent's libraries are: there is no value RuntimeSdkPath64 in {0}, in the "
-         "32-bit view. The bridge's log says \"library failed <126>\".",
+         "32-bit view. The bridge then looks for them by their bare names, as a rule in vain: its log says \"library "
+         "failed <126>\".",
          "Repair the agent's installation, then have its version change or the product leave and enter again: the "
          "bridge does not look again by itself."},
         {Problem::PathTooLong, "PATH-TOO-LONG",
@@ -120,7 +121,9 @@ const std::vector<ProblemText>& AllProblems() {
          "The module {0} is cut off: it has {1} bytes, and its headers speak of {2}.",
          "Build the module anew, or copy it anew."},
         {Problem::ModuleNeedsOther, "MODULE-NEEDS-OTHER", "The module {0} needs {1}, which {2}: it cannot be loaded.",
-         "Put {1} beside the module or the host, or link it statically."},
+         "Put {1} beside the module, or link it statically. If it stands with the host: have the host's folder in PATH "
+         "when "
+         "you run this."},
         {Problem::ModuleOfOtherBridge, "MODULE-OF-OTHER-BRIDGE",
          "The module {0} imports {1} from VsMsgbus.dll, and {2} does not export it: the module cannot be loaded.",
          "Build the module with the headers and the import library of this bridge's package, or install the newer "
@@ -152,6 +155,7 @@ const std::vector<ProblemText>& AllProblems() {
          "The module enters as {0}, and not as \"{1}\", under which it is looked for.",
          "Have the module enter with the id that the agent's administrators know, or look for the other one."},
         {Problem::ModuleFinding, "{0}", "{1}", "{2}"},
+        {Problem::ModuleMistake, "{0}", "{1}", "{2}"},
     };
     return problems;
 }

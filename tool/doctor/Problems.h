@@ -51,7 +51,9 @@ enum class Problem {
     ModuleDoesNotEnter,
     ModuleOfOtherSpelling,
     ModuleOfOtherId,
+    // Of the checking bridge: what keeps the module from being asked, and other mistakes of its.
     ModuleFinding,
+    ModuleMistake,
 };
 
 struct ProblemText {

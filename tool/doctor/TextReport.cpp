@@ -73,7 +73,11 @@ void PrintFirstCause(const Terminal& terminal, const Check* first) {
         return;
     }
     const Cause cause = CauseOf(*first);
-    terminal.Print(fmt::format("First cause [{}]\n", cause.name), bright);
+    const bool isMistakeAlone = first->problem == Problem::ModuleMistake;
+    const char* const heading = isMistakeAlone
+                                    ? "Nothing is found that keeps the module from being asked, but it makes a mistake"
+                                    : "First cause";
+    terminal.Print(fmt::format("{} [{}]\n", heading, cause.name), bright);
     PrintWrapped(terminal, cause.text, 2, plain);
     terminal.Print("What to do\n", bright);
     PrintWrapped(terminal, cause.remedy, 2, plain);

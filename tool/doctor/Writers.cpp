@@ -77,7 +77,9 @@ Writers Read(PSID owner, PACL list, DWORD writing) {
             continue;
         }
         auto* const allowed = static_cast<ACCESS_ALLOWED_ACE*>(entry);
-        if (allowed->Header.AceType == ACCESS_ALLOWED_ACE_TYPE && (allowed->Mask & writing) != 0) {
+        // One for what is below alone does not speak of this.
+        const bool isOfThis = (allowed->Header.AceFlags & INHERIT_ONLY_ACE) == 0;
+        if (isOfThis && allowed->Header.AceType == ACCESS_ALLOWED_ACE_TYPE && (allowed->Mask & writing) != 0) {
             Add(writers, &allowed->SidStart);
         }
     }

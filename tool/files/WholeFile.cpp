@@ -10,6 +10,9 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
         return std::nullopt;
     }
     const std::streamoff size = file.tellg();
+    if (size < 0) {
+        return std::nullopt;
+    }
     std::string content(static_cast<size_t>(size), '\0');
     file.seekg(0);
     file.read(content.data(), size);

@@ -2,6 +2,7 @@
 #include <filesystem>
 #include <set>
 
+#include "support/LogFile.h"
 #include "tool/doctor/DoctorTest.h"
 #include "tool/doctor/FileChange.h"
 #include "tool/doctor/Problems.h"
@@ -35,6 +36,15 @@ TEST_F(DoctorOutput, SaysSoWhenNothingIsFound) {
     EXPECT_THAT(run.output, StartsWith("Nothing is found that keeps a module from being asked."));
 }
 
+TEST_F(DoctorOutput, CallsAMistakeNoCauseThatTheAgentAsksAllTheSame) {
+    ::SetEnvironmentVariableA("PLANTED_MODULE", "no sink");
+    const ProgramRun run = RunVsMsgbus({"doctor", "--local-machine", environment.LocalMachine(), "--module",
+                                        (PlantedFolder() / "PlantedModule.dll").string()});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.output, StartsWith("Nothing is found that keeps the module from being asked, but it makes a "
+                                       "mistake [ENTRY-NO-SINK]"));
+}
+
 TEST_F(DoctorOutput, ChangesNothingOnTheMachine) {
     const auto filesOf = [](const std::filesystem::path& folder) {
         std::set<std::string> files;
@@ -43,12 +53,15 @@ TEST_F(DoctorOutput, ChangesNothingOnTheMachine) {
         }
         return files;
     };
+    // A folder for temporary files that nobody else uses meanwhile.
+    const LogFile temporary;
+    const std::string usual = std::filesystem::temp_directory_path().string();
+    ::SetEnvironmentVariableW(L"TMP", temporary.folder.c_str());
     const auto before = filesOf(Folder());
     EXPECT_EQ(Examine({"--module", (PlantedFolder() / "PlantedModule.dll").string()}).Status(), 0);
+    ::SetEnvironmentVariableA("TMP", usual.c_str());
     EXPECT_EQ(filesOf(Folder()), before);
-    for (const std::string& file : filesOf(std::filesystem::temp_directory_path())) {
-        EXPECT_THAT(file, testing::Not(HasSubstr("vsmsgbus-"))) << "a folder was left";
-    }
+    EXPECT_THAT(filesOf(temporary.folder), testing::IsEmpty());
 }
 
 TEST_F(DoctorOutput, WrongUseIsAnsweredWithTwo) {
@@ -67,7 +80,7 @@ TEST_F(DoctorOutput, HelpGivesExamplesAndHidesTheTrials) {
 TEST(Problems, StandOnTheDoctorsPageByTheirNames) {
     const std::string page = ContentOf(DOCTOR_PAGE);
     for (const tool::doctor::ProblemText& text : tool::doctor::AllProblems()) {
-        if (text.problem != tool::doctor::Problem::ModuleFinding) {
+        if (text.problem < tool::doctor::Problem::ModuleFinding) {
             EXPECT_THAT(page, HasSubstr(std::string("`") + text.name + "`"));
         }
     }
@@ -81,7 +94,7 @@ TEST(Problems, HaveEachATextWhosePlacesCanBeFilled) {
         EXPECT_NO_THROW(tool::doctor::Filled(text.cause, places)) << text.name;
         EXPECT_NO_THROW(tool::doctor::Filled(text.remedy, places)) << text.name;
     }
-    EXPECT_EQ(seen.size(), static_cast<size_t>(tool::doctor::Problem::ModuleFinding) + 1);
+    EXPECT_EQ(seen.size(), static_cast<size_t>(tool::doctor::Problem::ModuleMistake) + 1);
 }
 
 }  // namespace

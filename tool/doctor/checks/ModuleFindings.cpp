@@ -20,6 +20,10 @@ constexpr Rule reasons[] = {Rule::EntryFailed,   Rule::IdUnusable,    Rule::IdDi
                             Rule::MaskMissing,   Rule::SetNull,       Rule::SetTwice,    Rule::InterfaceMissing,
                             Rule::HeadersDiffer, Rule::InterfaceGone, Rule::OnEndedStack};
 
+bool IsReason(const RuleFinding& finding) {
+    return std::find(std::begin(reasons), std::end(reasons), finding.rule->rule) != std::end(reasons);
+}
+
 size_t RankOf(const RuleFinding& finding) {
     const auto* const found = std::find(std::begin(reasons), std::end(reasons), finding.rule->rule);
     return static_cast<size_t>(found - std::begin(reasons));
@@ -97,7 +101,8 @@ Check CheckOf(const RuleFinding& finding) {
     if (checking::IsNote(finding.rule->rule)) {
         return Note(moduleGroup, name, {finding.what, finding.remedy});
     }
-    return Bad(moduleGroup, name, Problem::ModuleFinding, {finding.rule->name, product, finding.remedy});
+    return Bad(moduleGroup, name, IsReason(finding) ? Problem::ModuleFinding : Problem::ModuleMistake,
+               {finding.rule->name, product, finding.remedy});
 }
 
 }  // namespace
