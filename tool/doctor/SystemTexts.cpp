@@ -1,6 +1,7 @@
 #include "tool/doctor/SystemTexts.h"
 
 #include "checking/Texts.h"
+#include "tool/process/OwnProgram.h"
 
 namespace tool::doctor {
 
@@ -30,14 +31,7 @@ std::filesystem::path PathOf(const std::string& utf8) {
 }
 
 std::filesystem::path OwnFolder() {
-    std::wstring program(MAX_PATH, L'\0');
-    DWORD length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
-    while (length == program.size()) {
-        program.resize(2 * program.size());
-        length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
-    }
-    program.resize(length);
-    return std::filesystem::path(program).parent_path();
+    return OwnProgram().parent_path();
 }
 
 }  // namespace tool::doctor

@@ -8,6 +8,7 @@
 
 #include "base/UniqueHandle.h"
 #include "checking/Texts.h"
+#include "tool/process/OwnProgram.h"
 
 namespace tool {
 
@@ -29,22 +30,11 @@ std::wstring QuotedWord(const std::string& word) {
     return quoted.append(backslashes, L'\\') + L'"';
 }
 
-std::wstring OwnProgram() {
-    std::wstring program(MAX_PATH, L'\0');
-    DWORD length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
-    while (length == program.size()) {
-        program.resize(2 * program.size());
-        length = ::GetModuleFileNameW(nullptr, program.data(), static_cast<DWORD>(program.size()));
-    }
-    program.resize(length);
-    return program;
-}
-
 // This program, run once more; whatever it starts belongs to it.
 class StartedProcess {
 public:
     StartedProcess(const std::vector<std::string>& words, HANDLE report) {
-        const std::wstring program = OwnProgram();
+        const std::wstring program = OwnProgram().wstring();
         std::wstring command = L'"' + program + L'"';
         for (const std::string& word : words) {
             command += L' ' + QuotedWord(word);

@@ -167,4 +167,25 @@ TEST_F(ModuleCauses, FunctionThatTheModuleDoesNotExport) {
     EXPECT_THAT(report.Text(), HasSubstr("does not export Begin"));
 }
 
+TEST_F(ModuleCauses, BridgeBesideTheModuleIsTheOneThatIsLookedAt) {
+    const std::filesystem::path module = CopyModule();
+    const std::filesystem::path programs = PlantedFolder().parent_path() / "bin";
+    std::filesystem::copy_file(PlantedFolder().parent_path() / "checking" / "VsMsgbus.dll", Library("VsMsgbus.dll"));
+    const DoctorReport withoutLog = Examine({"--module", module.string()});
+    EXPECT_EQ(withoutLog.Problem(), "LOGLIB-MISSING");
+    EXPECT_THAT(withoutLog.Text(), HasSubstr("there is none in " + Folder().string()));
+
+    std::filesystem::copy_file(programs / "LogLib.dll", Library("LogLib.dll"));
+    const DoctorReport whole = Examine({"--module", module.string()});
+    EXPECT_EQ(whole.Status(), 0) << whole.Everything();
+    EXPECT_THAT(whole.Details("VsMsgbus.dll"),
+                ElementsAre(Library("VsMsgbus.dll").string(),
+                            HasSubstr("the checking bridge, which is for development alone")));
+
+    ReplaceText(Library("LogLib.dll"), "getLogManager", "getLogManages");
+    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "LOGLIB-UNUSABLE");
+    SetContent(Library("VsMsgbus.dll"), "text");
+    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "BRIDGE-UNUSABLE");
+}
+
 }  // namespace

@@ -11,14 +11,15 @@
 #include "tool/doctor/Groups.h"
 #include "tool/doctor/SystemTexts.h"
 #include "tool/doctor/checks/Dependencies.h"
+#include "tool/doctor/checks/LibraryFile.h"
 #include "tool/pe/PeFile.h"
 
 namespace tool::doctor {
 
 namespace {
 
-// The steps of one library, each of which needs those before.
-constexpr const char* fileSteps[] = {"there", "machine type", "complete", "dependencies", "exports"};
+// The steps of one library behind those of its file; each needs those before.
+constexpr const char* furtherSteps[] = {"dependencies", "exports"};
 
 std::string StepName(const AgentLibrary& library, const char* step) {
     return fmt::format("{}: {}", library.file, step);
@@ -78,42 +79,39 @@ Check CheckExports(const PeFile& file, const std::string& path, const AgentLibra
 }
 
 // Adds the checks of the library up to its first bad one; whether there was none that keeps it from being loaded.
-bool CheckFile(const std::filesystem::path& folder, const AgentLibrary& library, Checks& checks) {
+bool CheckLibrary(const std::filesystem::path& folder, const AgentLibrary& library, Checks& checks) {
     const std::filesystem::path file = folder / library.file;
     const std::string path = Utf8(file);
     const PeFile image(file);
-    const auto bad = [&](const char* step, Problem problem, std::vector<std::string> places) {
-        checks.push_back(Bad(libraryGroup, StepName(library, step), problem, std::move(places)));
+    const LibraryFileTexts texts = {libraryGroup,
+                                    StepName(library, ""),
+                                    library.use,
+                                    Problem::LibraryMissing,
+                                    Problem::LibraryIsNone,
+                                    Problem::LibraryOfOtherMachine,
+                                    Problem::LibraryIncomplete};
+    if (!CheckLibraryFile(image, path, texts, checks)) {
         return false;
-    };
-    const auto good = [&](const char* step, std::string detail) {
-        checks.push_back(Good(libraryGroup, StepName(library, step), {std::move(detail)}));
-    };
-    if (!image.IsThere()) {
-        return bad("there", Problem::LibraryMissing, {path, std::to_string(ERROR_FILE_NOT_FOUND), library.use});
     }
-    good("there", fmt::format("{} bytes", image.Size()));
-    if (!image.IsImage()) {
-        return bad("machine type", Problem::LibraryIsNone, {path, "it does not begin as one does"});
-    }
-    if (image.Machine() != IMAGE_FILE_MACHINE_AMD64) {
-        return bad("machine type", Problem::LibraryOfOtherMachine, {path, image.MachineName()});
-    }
-    good("machine type", image.MachineName());
-    if (!image.IsLibrary()) {
-        return bad("complete", Problem::LibraryIsNone, {path, "it is a program"});
-    }
-    if (image.Size() < image.ExpectedSize()) {
-        return bad("complete", Problem::LibraryIncomplete,
-                   {path, std::to_string(image.Size()), std::to_string(image.ExpectedSize())});
-    }
-    checks.push_back(Good(libraryGroup, StepName(library, "complete")));
     if (const auto missing = FindMissingDependency(file, {folder})) {
-        return bad("dependencies", Problem::LibraryNeedsOther, {path, missing->library, missing->why});
+        checks.push_back(Bad(libraryGroup, StepName(library, "dependencies"), Problem::LibraryNeedsOther,
+                             {path, missing->library, missing->why}));
+        return false;
     }
     checks.push_back(Good(libraryGroup, StepName(library, "dependencies")));
     checks.push_back(CheckExports(image, path, library));
     return true;
+}
+
+std::vector<std::string> StepsOf(const AgentLibrary& library) {
+    std::vector<std::string> names;
+    for (const auto* const step : libraryFileSteps) {
+        names.push_back(StepName(library, step));
+    }
+    for (const auto* const step : furtherSteps) {
+        names.push_back(StepName(library, step));
+    }
+    return names;
 }
 
 }  // namespace
@@ -122,11 +120,12 @@ LibraryResult CheckLibraries(const std::optional<std::string>& ansiFolder) {
     LibraryResult result;
     for (const AgentLibrary& library : AgentLibraries()) {
         const size_t before = result.checks.size();
-        if (ansiFolder && CheckFile(PathOf(Utf8OfAnsi(*ansiFolder)), library, result.checks)) {
+        if (ansiFolder && CheckLibrary(PathOf(Utf8OfAnsi(*ansiFolder)), library, result.checks)) {
             result.usable.emplace_back(library.file);
         }
-        for (size_t done = result.checks.size() - before; done < std::size(fileSteps); ++done) {
-            result.checks.push_back(NotReached(libraryGroup, StepName(library, fileSteps[done])));
+        const std::vector<std::string> steps = StepsOf(library);
+        for (size_t done = result.checks.size() - before; done < steps.size(); ++done) {
+            result.checks.push_back(NotReached(libraryGroup, steps[done]));
         }
     }
     return result;
