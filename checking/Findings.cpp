@@ -30,20 +30,6 @@ FindingTable& Findings() {
     return *table;
 }
 
-std::string WithDetails(std::string_view text, std::initializer_list<std::string_view> details) {
-    std::string filled;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '{' && i + 2 < text.size() && text[i + 2] == '}') {
-            const auto number = static_cast<size_t>(text[i + 1] - '1');
-            filled += number < details.size() ? details.begin()[number] : std::string_view();
-            i += 2;
-        } else {
-            filled += text[i];
-        }
-    }
-    return filled;
-}
-
 // Whether it is the first of its kind. Not counted yet.
 bool IsNew(const FindingKey& finding) {
     FindingTable& table = Findings();

@@ -8,6 +8,7 @@
 #include "checking/AgentLook.h"
 #include "checking/Environment.h"
 #include "checking/Findings.h"
+#include "checking/MaskComparison.h"
 #include "checking/Texts.h"
 #include "checking/Watch.h"
 #include "msgbus/instance/VsMsgbus.h"
@@ -19,27 +20,6 @@ namespace {
 unsigned long Grace() noexcept {
     constexpr unsigned long usual = 5000;
     return NumberFromEnvironment("VSMSGBUS_CHECK_GRACE", usual);
-}
-
-std::string Hexadecimal(uint32_t number) {
-    std::string text;
-    do {
-        text.insert(text.begin(), "0123456789ABCDEF"[number % 16]);
-        number /= 16;
-    } while (number != 0);
-    return "0x" + text;
-}
-
-void CompareWithMask(const std::string& id, uint32_t mask) {
-    for (const ServiceText& service : services) {
-        const bool isRegistered = Watch::OfProcess().Find(service, Wide(id)) != nullptr;
-        const bool isInMask = (mask & service.bit) != 0;
-        if (isRegistered && !isInMask) {
-            Report(Rule::MaskMissing, id, {service.noun, service.bitName, Hexadecimal(mask)});
-        } else if (!isRegistered && isInMask) {
-            Report(Rule::InterfaceMissing, id, {service.noun, service.bitName, service.set});
-        }
-    }
 }
 
 void LookForProductsOf(const std::vector<RegistrationPointer>& registrations,
@@ -69,8 +49,12 @@ void Check() {
         CheckLater();
         return;
     }
-    for (const auto& [id, mask] : products) {
-        CompareWithMask(id, mask);
+    for (const auto& product : products) {
+        const std::string& id = product.first;
+        CompareWithMask(
+            product.second,
+            [&](const ServiceText& service) { return Watch::OfProcess().Find(service, Wide(id)) != nullptr; },
+            [&](Rule rule, std::initializer_list<std::string_view> details) { Report(rule, id, details); });
     }
     LookForProductsOf(Watch::OfProcess().Registrations(), products);
 }

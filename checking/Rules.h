@@ -2,7 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <initializer_list>
 #include <span>
+#include <string>
+#include <string_view>
 
 namespace checking {
 
@@ -99,5 +102,8 @@ std::span<const RuleText> AllRules() noexcept;
 const RuleText& TextOf(Rule rule) noexcept;
 // Null when no rule is called that.
 const RuleText* FindRule(const char* name) noexcept;
+
+// One of a rule's texts, with what a finding gives in the places of "{1}" to "{3}".
+std::string WithDetails(std::string_view text, std::initializer_list<std::string_view> details);
 
 }  // namespace checking

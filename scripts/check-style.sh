@@ -22,7 +22,8 @@ done
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
-    "simulator/exports simulator/setup" "kit/setup" "tool tool/output tool/timeline")
+    "simulator/exports simulator/setup" "kit/setup" "tool tool/output tool/timeline"
+    "tool/doctor tool/doctor/checks tool/doctor/trial tool/files tool/pe tool/process")
 
 scripts/check-links.py
 scripts/check-log-lines.py

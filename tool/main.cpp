@@ -9,6 +9,7 @@
 #include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
 #include "tool/timeline/Timeline.h"
+#include "tool/doctor/Doctor.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ ExitStatus Run(std::vector<std::string> words) {
     ExitStatus status = ExitStatus::Right;
     // Each folder adds its sub-command here.
     tool::AddTimeline(program, status);
+    tool::AddDoctor(program, status);
 
     // The parser takes them from behind.
     std::reverse(words.begin(), words.end());

@@ -32,8 +32,9 @@ namespace agent {
 constexpr EntryPoint<&::ny_log_v, loggerNames, loggerGroup> ny_log_v{};
 
 // The agent's logging function with its arguments spelled out.
-[[maybe_unused]] static int32_t ny_log(ny_logger_t* logger, uint32_t severity, const char* module, const char* file,
-                                       uint32_t line, const char* function, const char* format, ...) {
+[[maybe_unused]] static inline int32_t ny_log(ny_logger_t* logger, uint32_t severity, const char* module,
+                                              const char* file, uint32_t line, const char* function, const char* format,
+                                              ...) {
     va_list arguments{};
     va_start(arguments, format);
     const int32_t result = ny_log_v(logger, severity, module, file, line, function, format, arguments);

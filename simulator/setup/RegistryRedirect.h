@@ -18,8 +18,11 @@ public:
     RegistryRedirect(const RegistryRedirect&) = delete;
     RegistryRedirect& operator=(const RegistryRedirect&) = delete;
 
+    // Where that key is below HKEY_CURRENT_USER.
+    const std::string& Path() const { return path; }
+
 private:
-    std::string path;  // below HKEY_CURRENT_USER
+    std::string path;
     std::unique_ptr<RegistryKey> root;
 };
 

@@ -157,7 +157,7 @@ TEST_F(CheckedLife, AFindingCountsOnceItsLineIsWritten) {
 }
 
 TEST_F(CheckedLife, WhatIsCalledBeforeAnybodyHasEnteredIsNamed) {
-    UpdateMsgbusTaskStatus(L"task", VsKitMsgbus::INYTaskEnforcer::Succeeded);
+    UpdateMsgbusTaskStatus(L"task of nobody", VsKitMsgbus::INYTaskEnforcer::Succeeded);
     VsKitHealthCheckRegisterCB(L"health", [] {});
     EXPECT_EQ(VsKitEnforceLocalPolicy(wideId.c_str()), 0);
     EXPECT_EQ(GetMsgbusClient(), nullptr);

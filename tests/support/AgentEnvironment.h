@@ -28,6 +28,8 @@ public:
 
     // For agents that are half there.
     simulator::AgentInstaller& Installer() { return installer; }
+    // The key below HKEY_CURRENT_USER that is its HKEY_LOCAL_MACHINE.
+    const std::string& LocalMachine() const { return redirect.Path(); }
 
 private:
     simulator::RegistryRedirect redirect;

@@ -1,0 +1,212 @@
+// Why the bridge has no agent: each cause on a machine of its own. Those that look alike in the bridge's log are told
+// apart, and each names path, library and code.
+#include <filesystem>
+
+#include "tool/doctor/DoctorTest.h"
+#include "tool/doctor/FileChange.h"
+
+using simulator::AgentInstaller;
+using testing::HasSubstr;
+
+namespace {
+
+class AgentCauses : public DoctorTest {};
+
+TEST_F(AgentCauses, AreNoneOnAMachineThatIsRight) {
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 0) << report.Everything();
+    EXPECT_FALSE(report.HasCause());
+    EXPECT_EQ(report.State("the libraries are unloaded, the process ends"), "good");
+    EXPECT_EQ(report.State("\"VSMSGDOC1000\" is registered for updates and withdrawn"), "good");
+    EXPECT_THAT(report.Details("ny_client.dll: exports"),
+                testing::ElementsAre("121 of the 121 functions that the bridge looks for"));
+    EXPECT_THAT(report.Details("the agent's version"),
+                testing::ElementsAre("MsgbusVersion: \"5.7.0\", REG_SZ, 6 bytes with the terminator",
+                                     "the bridge reads \"5.7.0\" and starts the agent"));
+}
+
+TEST_F(AgentCauses, AgentNotInstalled) {
+    AgentInstaller::DeleteAgentKey();
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "AGENT-ABSENT");
+    EXPECT_THAT(report.Text(), HasSubstr("HKEY_LOCAL_MACHINE\\Software\\Corvane\\Agent is not there (error 2)"));
+    EXPECT_THAT(report.Remedy(), HasSubstr("Install the agent"));
+    EXPECT_EQ(report.State("the agent's version"), "not reached");
+    EXPECT_EQ(report.State("a client is created"), "not reached");
+}
+
+TEST_F(AgentCauses, VersionAbsent) {
+    AgentInstaller::DeleteVersion();
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "VERSION-ABSENT");
+    EXPECT_THAT(report.Text(), HasSubstr("MsgbusVersion (error 2)"));
+}
+
+TEST_F(AgentCauses, VersionEmpty) {
+    AgentInstaller::WriteVersion("");
+    EXPECT_EQ(Examine().Problem(), "VERSION-EMPTY");
+}
+
+TEST_F(AgentCauses, VersionLongerThanTheBridgeReads) {
+    AgentInstaller::WriteVersion("5.7.0.1234567890123");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "VERSION-TOO-LONG");
+    EXPECT_THAT(report.Text(), HasSubstr("has 20 bytes, and the bridge reads no more than 19"));
+}
+
+TEST_F(AgentCauses, RuntimePathAbsent) {
+    AgentInstaller::DeleteRuntimePath();
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "PATH-ABSENT");
+    EXPECT_THAT(
+        report.Text(),
+        HasSubstr("RuntimeSdkPath64 in "
+                  "HKEY_LOCAL_MACHINE\\Software\\Corvane\\Agent\\Applications\\RDXAGENT3000, in the 32-bit view"));
+    EXPECT_EQ(report.State("ny_client.dll: there"), "not reached");
+}
+
+TEST_F(AgentCauses, RuntimePathWrong) {
+    AgentInstaller::WriteRuntimePath("C:\\no such folder");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "PATH-WRONG");
+    EXPECT_THAT(report.Text(), HasSubstr("C:\\no such folder is no folder (error 2)"));
+}
+
+TEST_F(AgentCauses, RuntimePathOfAFile) {
+    AgentInstaller::WriteRuntimePath(Library("ny_client.dll"));
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "PATH-WRONG");
+    EXPECT_THAT(report.Text(), HasSubstr("(error 267)"));
+}
+
+TEST_F(AgentCauses, RuntimePathEmptyOrNoWholePath) {
+    AgentInstaller::WriteRuntimePath("");
+    EXPECT_EQ(Examine().Problem(), "PATH-EMPTY");
+    AgentInstaller::WriteRuntimePath("agent");
+    EXPECT_EQ(Examine().Problem(), "PATH-NOT-ABSOLUTE");
+}
+
+TEST_F(AgentCauses, RuntimePathLongerThanTheBridgeReads) {
+    AgentInstaller::WriteRuntimePath("C:\\" + std::string(600, 'x'));
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "PATH-TOO-LONG");
+    EXPECT_THAT(report.Text(), HasSubstr("has 604 bytes"));
+}
+
+TEST_F(AgentCauses, ClientLibraryMissing) {
+    std::filesystem::remove(Library("ny_client.dll"));
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "LIBRARY-MISSING");
+    EXPECT_THAT(report.Text(), HasSubstr(Library("ny_client.dll").string() + " is missing"));
+    EXPECT_THAT(report.Text(), HasSubstr("(error 2)"));
+    EXPECT_THAT(report.Text(), HasSubstr("there is no agent client"));
+    EXPECT_EQ(report.State("ny_variant.dll: exports"), "good");
+    EXPECT_EQ(report.State("a client is created"), "not reached");
+}
+
+TEST_F(AgentCauses, VariantLibraryMissing) {
+    std::filesystem::remove(Library("ny_variant.dll"));
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "LIBRARY-MISSING");
+    EXPECT_THAT(report.Text(), HasSubstr(Library("ny_variant.dll").string() + " is missing"));
+    EXPECT_THAT(report.Text(), HasSubstr("there is no text from or to the agent"));
+    EXPECT_EQ(report.State("the client is started"), "good");
+    EXPECT_EQ(report.State("ny_variant.dll is loaded"), "not reached");
+}
+
+TEST_F(AgentCauses, LibraryOfAnotherMachineType) {
+    SetMachineOf32Bits(Library("ny_client.dll"));
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "LIBRARY-OF-OTHER-MACHINE");
+    EXPECT_THAT(report.Text(),
+                HasSubstr(Library("ny_client.dll").string() + " is made for another machine type, x86, 32 bits"));
+    EXPECT_THAT(report.Text(), HasSubstr("(error 193)"));
+}
+
+TEST_F(AgentCauses, LibraryThatIsAText) {
+    environment.UpgradeAgent("5.8.0", "text");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "LIBRARY-IS-NONE");
+    EXPECT_THAT(report.Text(), HasSubstr(Library("ny_client.dll").string() + " is no library of Windows"));
+}
+
+TEST_F(AgentCauses, LibraryThatIsCutOff) {
+    std::filesystem::resize_file(Library("ny_client.dll"), 4096);
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "LIBRARY-INCOMPLETE");
+    EXPECT_THAT(report.Text(), HasSubstr("it has 4096 bytes"));
+}
+
+TEST_F(AgentCauses, LibraryThatNeedsAMissingOne) {
+    ReplaceText(Library("ny_client.dll"), "ny_simulator.dll", "no_simulator.dll");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "LIBRARY-NEEDS-OTHER");
+    EXPECT_THAT(report.Text(), HasSubstr("ny_client.dll needs no_simulator.dll, which is found nowhere"));
+}
+
+TEST_F(AgentCauses, LibrariesWithoutExports) {
+    environment.UpgradeAgent("5.8.0", "empty");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "LIBRARY-WITHOUT-EXPORTS");
+    EXPECT_THAT(report.Text(), HasSubstr(Library("ny_client.dll").string() +
+                                         " can be loaded, and exports none of the 121 functions that the bridge looks "
+                                         "for (code 705)"));
+}
+
+TEST_F(AgentCauses, LibraryThatLacksAnExport) {
+    environment.UpgradeAgent("5.8.0", "lacking");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "LIBRARY-LACKS-EXPORTS");
+    EXPECT_THAT(report.Text(), HasSubstr(Library("ny_client.dll").string() +
+                                         " does not export ny_property_bag_add_property (code 705): there is no "
+                                         "collection of properties"));
+    // What the bridge does without is told, and is no finding.
+    EXPECT_EQ(report.State("ny_msgbus.dll: exports"), "note");
+}
+
+TEST_F(AgentCauses, AgentThatRefusesTheProduct) {
+    PlantAgent("refuse register");
+    const DoctorReport report = Examine({"--product", "MYAV__1000"});
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "PRODUCT-REFUSED");
+    EXPECT_THAT(report.Text(), HasSubstr("refuses the product \"MYAV__1000\" for properties: "
+                                         "ny_property_register_provider_callback answers 4711"));
+    EXPECT_EQ(report.State("\"MYAV__1000\" is registered for policies and withdrawn"), "good");
+}
+
+TEST_F(AgentCauses, AgentThatRefusesTheClient) {
+    PlantAgent("refuse start");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Problem(), "CLIENT-REFUSED");
+    EXPECT_THAT(report.Text(), HasSubstr("ny_client_handler_start answers 4711"));
+}
+
+TEST_F(AgentCauses, AgentThatCrashesEndsOnlyItsTrial) {
+    PlantAgent("crash start");
+    const DoctorReport report = Examine();
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "AGENT-CRASHES");
+    EXPECT_THAT(report.Text(), HasSubstr("exception 0xC0000005 (access violation) in ny_client_handler_start"));
+    EXPECT_EQ(report.State("a client is created"), "good");
+    EXPECT_EQ(report.State("the client is stopped and released"), "not reached");
+}
+
+TEST_F(AgentCauses, AgentThatHangsEndsOnlyItsTrial) {
+    PlantAgent("hang create");
+    const DoctorReport report = Examine({"--wait", "2"});
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "AGENT-HANGS");
+    EXPECT_THAT(report.Text(), HasSubstr("ny_client_handler_create has not returned after 2 seconds"));
+    EXPECT_THAT(report.Everything(), HasSubstr("vsmsgbus: waiting for ny_client_handler_create ..."));
+}
+
+}  // namespace

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "tool/ExitStatus.h"
+
+namespace tool {
+
+// vsmsgbus doctor: why is a module not asked, why does the bridge not start? Adds the sub-command, and those that it
+// runs itself in processes of their own, which are not shown to users.
+void AddDoctor(CLI::App& program, ExitStatus& status);
+
+}  // namespace tool

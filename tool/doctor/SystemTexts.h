@@ -1,0 +1,20 @@
+// What the system says, as UTF-8.
+#pragma once
+
+#include <windows.h>
+
+#include <filesystem>
+#include <string>
+
+namespace tool::doctor {
+
+// What the system calls the error, without a full stop at the end.
+std::string SystemText(DWORD error);
+// A text of the system's code page, in which the bridge reads and hands on paths.
+std::string Utf8OfAnsi(const std::string& text);
+std::string Utf8(const std::filesystem::path& path);
+std::filesystem::path PathOf(const std::string& utf8);
+// The folder of this program.
+std::filesystem::path OwnFolder();
+
+}  // namespace tool::doctor
