@@ -8,8 +8,8 @@
 #include "VsMsgbus/Version.h"
 #include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
-#include "tool/timeline/Timeline.h"
 #include "tool/doctor/Doctor.h"
+#include "tool/timeline/Timeline.h"
 
 namespace {
 
