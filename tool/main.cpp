@@ -8,6 +8,7 @@
 #include "VsMsgbus/Version.h"
 #include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
+#include "tool/play/Play.h"
 
 namespace {
 
@@ -22,6 +23,7 @@ ExitStatus Run(std::vector<std::string> words) {
     program.footer("Exit status: 0 right, 1 a finding, 2 wrong use.");
     ExitStatus status = ExitStatus::Right;
     // Each folder adds its sub-command here.
+    tool::play::AddPlay(program, status);
 
     // The parser takes them from behind.
     std::reverse(words.begin(), words.end());
