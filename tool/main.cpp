@@ -20,6 +20,8 @@ ExitStatus Run(std::vector<std::string> words) {
     program.set_version_flag("--version", fmt::format("vsmsgbus {}.{}.{}", VSMSGBUS_VERSION_MAJOR,
                                                       VSMSGBUS_VERSION_MINOR, VSMSGBUS_VERSION_PATCH));
     program.require_subcommand(1);
+    // A word that begins with a slash is a file's name.
+    program.allow_windows_style_options(false);
     program.footer("Exit status: 0 right, 1 a finding, 2 wrong use.");
     ExitStatus status = ExitStatus::Right;
     // Each folder adds its sub-command here.

@@ -48,7 +48,7 @@ public:
 
     ExitStatus Run() {
         if (wish.wantsSchema) {
-            fmt::print("{}\n", MakeSchema().dump(2));
+            fmt::print("{}\n", MakeSchema().dump(1));
             return ExitStatus::Right;
         }
         if (wish.modules.empty()) {

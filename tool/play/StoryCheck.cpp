@@ -72,25 +72,18 @@ private:
         const std::string name = step.at("do");
         const Verb* const verb = FindVerb(name);
         if (verb == nullptr) {
-            source.Refuse(pointer + "/do", "there is no step \"" + name + "\"" + Likely(name));
+            source.Refuse(pointer + "/do", "there is no step \"" + name + "\"; there are " + VerbNames());
         }
         Members(step, pointer, '"' + name + '"', {&CommonMembers(), &verb->members});
         step["line"] = source.LineOf(pointer);
     }
 
-    // The verb that has most letters in common from its beginning.
-    static std::string Likely(const std::string& name) {
-        const char* best = nullptr;
-        size_t most = 2;
+    static std::string VerbNames() {
+        std::string names;
         for (const Verb& verb : AllVerbs()) {
-            const std::string_view other = verb.name;
-            const auto common = std::mismatch(name.begin(), name.end(), other.begin(), other.end()).first - name.begin();
-            if (static_cast<size_t>(common) > most) {
-                most = static_cast<size_t>(common);
-                best = verb.name;
-            }
+            names += (names.empty() ? "" : ", ") + std::string(verb.name);
         }
-        return best != nullptr ? std::string("; did you mean \"") + best + "\"?" : "";
+        return names;
     }
 
     void Value(Json& value, const std::string& pointer, const Member& member) {

@@ -56,6 +56,10 @@ std::vector<Verb> MakeVerbs() {
         {"install", "The agent is installed.", {Version(false), Build()}},
         {"upgrade", "The agent is upgraded to another version.", {Version(true), Build()}},
         {"remove", "The agent is removed.", {}},
+        {"make agent key",
+         "The agent's registry key is there, without an agent: one that is installed then is noticed at once, and not at "
+         "the bridge's next look, up to 15 seconds later.",
+         {}},
         // --- The module comes and goes
         {"load",
          "Loads the module's file, and calls its function that enters the bridge.",

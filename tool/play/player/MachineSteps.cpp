@@ -27,6 +27,12 @@ void Remove(Stage& stage, const Json& /*step*/) {
     stage.Tell("agent", "is removed");
 }
 
+void MakeAgentKey(Stage& stage, const Json& /*step*/) {
+    if (ny_setup_create_agent_key(stage.Machine().Setup()) != NY_OK) {
+        throw Failure(ny_setup_last_error());
+    }
+}
+
 void SetPolicies(Stage& stage, const Json& step) {
     stage.Machine().SetPolicies(step.at("policies").dump());
 }
@@ -79,6 +85,7 @@ StepTable MachineSteps() {
     return {{"install", &Install},
             {"upgrade", &Upgrade},
             {"remove", &Remove},
+            {"make agent key", &MakeAgentKey},
             {"set policies", &SetPolicies},
             {"set tasks", &SetTasks},
             {"set information", &SetInformation},

@@ -20,10 +20,11 @@ using vsmsgbus::testing::Failure;
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-// By its full path: whoever then wants a library of that name gets this one.
+// By its full path: whoever then wants a library of that name gets this one. What it needs itself, as the bridge needs
+// LogLib.dll, stands beside this program.
 HMODULE LoadFile(const Json& path) {
     const auto file = PathOf(path.get<std::string>());
-    HMODULE const library = ::LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH);
+    HMODULE const library = ::LoadLibraryW(file.c_str());
     if (library == nullptr) {
         throw std::runtime_error(Utf8(file) + " cannot be loaded: error " + std::to_string(::GetLastError()));
     }

@@ -17,8 +17,8 @@ void DemandRegistered(Stage& stage, const std::string& product, int32_t code) {
     }
 }
 
-void DemandAgentAnswer(Stage& stage, const Json& step, const std::string& product, int32_t answer) {
-    stage.Tell("bridge", "answers the agent " + std::to_string(answer) + " for " + product);
+void DemandAgentAnswer(Stage& stage, const Json& step, uint32_t thread, int32_t answer) {
+    stage.Tell("bridge", "answers the agent " + std::to_string(answer) + " on thread " + std::to_string(thread));
     DemandNumber("the answer", step, "answer", NY_OK, answer);
 }
 
@@ -40,7 +40,7 @@ void LookAtProperties(Stage& stage, const Json& step, ny_sim_property_request_t*
     for (const Property& property : properties) {
         stage.Tell("module", "gives " + property.Text());
     }
-    DemandAgentAnswer(stage, step, "its properties", answer);
+    DemandAgentAnswer(stage, step, ny_sim_property_request_thread(request), answer);
     if (step.contains("count")) {
         DemandNumber("the number of properties", step, "count", 0, static_cast<int64_t>(properties.size()));
     } else if (properties.empty() && answer == NY_OK) {
@@ -52,9 +52,8 @@ void LookAtProperties(Stage& stage, const Json& step, ny_sim_property_request_t*
 void Ask(Stage& stage, const Json& step) {
     const std::string product = stage.ProductOf(step);
     ny_sim_property_request_t* request = nullptr;
+    stage.Tell("agent", "asks " + product + " for its properties");
     DemandRegistered(stage, product, ny_sim_request_properties(product.c_str(), &request));
-    stage.Tell("agent", "asks " + product + " for its properties on thread " +
-                            std::to_string(ny_sim_property_request_thread(request)));
     stage.Finish(step, std::make_unique<PropertyRequest>(request, &LookAtProperties));
 }
 
@@ -63,12 +62,11 @@ void Ask(Stage& stage, const Json& step) {
 void Notify(Stage& stage, const Json& step) {
     const std::string product = stage.ProductOf(step);
     ny_sim_policy_request_t* request = nullptr;
+    stage.Tell("agent", "notifies " + product + " of its policies");
     DemandRegistered(stage, product, ny_sim_notify_policy(product.c_str(), &request));
-    stage.Tell("agent", "notifies " + product + " of its policies on thread " +
-                            std::to_string(ny_sim_policy_request_thread(request)));
     stage.Finish(step, std::make_unique<PolicyRequest>(
-                           request, [product](Stage& on, const Json& of, ny_sim_policy_request_t*, int32_t answer) {
-                               DemandAgentAnswer(on, of, product, answer);
+                           request, [](Stage& on, const Json& of, ny_sim_policy_request_t* notified, int32_t answer) {
+                               DemandAgentAnswer(on, of, ny_sim_policy_request_thread(notified), answer);
                            }));
 }
 
@@ -82,13 +80,13 @@ void LookAtUpdate(Stage& stage, const Json& step, ny_sim_updater_request_t* requ
     stage.Tell("module", result == NY_SIM_UNWRITTEN
                              ? "has written no result"
                              : "has the result " + std::to_string(result) + (hasValue ? ", value \"" + value + '"' : ""));
-    DemandNumber("the answer", step, "answer", NY_OK, answer);
+    DemandAgentAnswer(stage, step, ny_sim_updater_request_thread(request), answer);
     const Json wanted = step.value("result", Json(0));
     if (!wanted.is_null() && result == NY_SIM_UNWRITTEN) {
         throw Failure("the result was to be " + wanted.dump() + ", and none was written");
     }
     DemandNumber("the result", step, "result", 0, result);
-    if (step.contains("value")) {
+    if (step.at("do") == "get value" && step.contains("value")) {
         if (!hasValue) {
             throw Failure("the value was to be " + Shown(step.at("value")) + ", and none was given");
         }
@@ -100,9 +98,8 @@ void CallUpdater(Stage& stage, const Json& step, const std::string& what, Json c
     const std::string product = stage.ProductOf(step);
     call["product"] = product;
     ny_sim_updater_request_t* request = nullptr;
+    stage.Tell("agent", what + " of " + product);
     DemandRegistered(stage, product, ny_sim_request_update(call.dump().c_str(), &request));
-    stage.Tell("agent",
-               what + " of " + product + " on thread " + std::to_string(ny_sim_updater_request_thread(request)));
     stage.Finish(step, std::make_unique<UpdaterRequest>(request, &LookAtUpdate));
 }
 

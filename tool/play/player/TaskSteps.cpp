@@ -16,6 +16,7 @@ using Json = nlohmann::json;
 void MakeRequest(Stage& stage, const Json& step, ny_sim_task_operation operation, const std::string& what) {
     const std::string task = step.at("task");
     ny_sim_task_request_t* request = nullptr;
+    stage.Tell("agent", what + " the task " + task);
     const int32_t code = ny_sim_request_task(task.c_str(), operation, &request);
     if (code == NY_SIM_NOT_REGISTERED) {
         throw Failure("the task's product is not registered for tasks");
@@ -23,11 +24,10 @@ void MakeRequest(Stage& stage, const Json& step, ny_sim_task_operation operation
     if (code != NY_OK) {
         throw Failure("the agent has no task " + task + ": see \"set tasks\"");
     }
-    stage.Tell("agent", what + " the task " + task + " on thread " +
-                            std::to_string(ny_sim_task_request_thread(request)));
     stage.Finish(step, std::make_unique<TaskRequest>(
-                           request, [task](Stage& on, const Json& of, ny_sim_task_request_t*, int32_t answer) {
-                               on.Tell("bridge", "answers the agent " + std::to_string(answer) + " for " + task);
+                           request, [](Stage& on, const Json& of, ny_sim_task_request_t* made, int32_t answer) {
+                               on.Tell("bridge", "answers the agent " + std::to_string(answer) + " on thread " +
+                                                     std::to_string(ny_sim_task_request_thread(made)));
                                DemandNumber("the answer", of, "answer", NY_OK, answer);
                            }));
 }
