@@ -22,7 +22,8 @@ done
 core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
-    "simulator/exports simulator/setup" "kit/setup" "tool tool/output")
+    "simulator/exports simulator/setup" "kit/setup" "tool tool/output"
+    "tool/play tool/play/player tool/process tool/text")
 
 scripts/check-links.py
 scripts/check-log-lines.py

@@ -16,8 +16,7 @@ constexpr std::chrono::milliseconds pause{200};
 
 }  // namespace
 
-FileWatch::FileWatch(std::vector<std::filesystem::path> watchedFiles)
-    : files(std::move(watchedFiles)), times(Look()) {}
+FileWatch::FileWatch(std::vector<std::filesystem::path> watchedFiles) : files(std::move(watchedFiles)), times(Look()) {}
 
 void FileWatch::WaitForChange() {
     for (;;) {

@@ -168,8 +168,9 @@ void AddPlay(CLI::App& program, ExitStatus& status) {
     play->add_flag("--json", wish->isJson, "Print the result as JSON");
     play->add_flag("--brief", wish->isBrief, "Leave out the bridge's calls of the agent");
     play->add_option("--repeat", wish->repeat, "Play so often, each time in a new process")->check(CLI::PositiveNumber);
-    play->add_option("--seed", wish->seed, "Decides the order of steps that the story leaves open; the second playing "
-                                           "takes the next seed");
+    play->add_option("--seed", wish->seed,
+                     "Decides the order of steps that the story leaves open; the second playing "
+                     "takes the next seed");
     play->add_flag("--watch", wish->isWatching, "Play again whenever a module or the story has changed");
     play->add_option("--plays", wish->plays, "With --watch: end after so many");
     play->add_flag("--schema", wish->wantsSchema, "Print the JSON schema of stories");

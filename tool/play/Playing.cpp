@@ -126,7 +126,7 @@ private:
             Hear({event.at("who"), event.at("text"), event.value("isCall", false)});
         } else if (name == "end") {
             Current()->milliseconds = event.at("milliseconds");
-            End(!event.contains("failure")       ? Outcome::Passed
+            End(!event.contains("failure")     ? Outcome::Passed
                 : event.value("isHung", false) ? Outcome::Hung
                                                : Outcome::Failed,
                 event.value("failure", ""));
@@ -252,8 +252,7 @@ std::string RunResult::Failure() const {
                                step.step.at("line").get<int>(), NameOf(step.outcome), step.failure);
         }
     }
-    return end == Outcome::Passed || end == Outcome::NotPlayed ? std::string()
-                                                               : "behind the last step: " + endFailure;
+    return end == Outcome::Passed || end == Outcome::NotPlayed ? std::string() : "behind the last step: " + endFailure;
 }
 
 RunResult Play(const Story& story, const Cast& cast, std::optional<uint32_t> seed, Audience* audience) {

@@ -14,10 +14,10 @@ namespace tool::play {
 // With what a story is played.
 struct Cast {
     std::vector<std::filesystem::path> modules;
-    bool isChecking = false;        // with the checking bridge
-    std::filesystem::path trace;    // its record; empty for none
-    bool isQuiet = false;           // what the modules print goes nowhere
-    std::string product;            // these take the place of what the story says, when not empty
+    bool isChecking = false;      // with the checking bridge
+    std::filesystem::path trace;  // its record; empty for none
+    bool isQuiet = false;         // what the modules print goes nowhere
+    std::string product;          // these take the place of what the story says, when not empty
     std::string loadFunction;
     std::string unloadFunction;
 };

@@ -29,8 +29,7 @@ uint16_t ColourOf(std::string_view who) {
 }
 
 uint16_t ColourOf(Outcome outcome) {
-    return outcome == Outcome::Passed ? FOREGROUND_GREEN | FOREGROUND_INTENSITY
-                                      : FOREGROUND_RED | FOREGROUND_INTENSITY;
+    return outcome == Outcome::Passed ? FOREGROUND_GREEN | FOREGROUND_INTENSITY : FOREGROUND_RED | FOREGROUND_INTENSITY;
 }
 
 // What the step names, so that it can be told from others: "install 5.7.0".
@@ -84,9 +83,10 @@ void Printer::OnOver(const RunResult& run) {
     if (!run.endFailure.empty()) {
         Say("behind the last step: " + run.endFailure, run.end);
     }
-    Say(fmt::format("{}{}: {} of {} steps passed{}", NameOf(run.Worst()), Seed(run), Count(run, Outcome::Passed),
-                    run.steps.size(),
-                    run.findings.empty() ? "" : fmt::format(", the checking bridge told {} lines", run.findings.size())),
+    Say(fmt::format(
+            "{}{}: {} of {} steps passed{}", NameOf(run.Worst()), Seed(run), Count(run, Outcome::Passed),
+            run.steps.size(),
+            run.findings.empty() ? "" : fmt::format(", the checking bridge told {} lines", run.findings.size())),
         run.Worst());
 }
 

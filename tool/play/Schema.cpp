@@ -10,9 +10,9 @@ using OrderedJson = nlohmann::ordered_json;
 
 OrderedJson PatternSchema() {
     const OrderedJson expression = {{"type", "object"},
-                             {"properties", {{"matches", {{"type", "string"}}}}},
-                             {"required", OrderedJson::array({"matches"})},
-                             {"additionalProperties", false}};
+                                    {"properties", {{"matches", {{"type", "string"}}}}},
+                                    {"required", OrderedJson::array({"matches"})},
+                                    {"additionalProperties", false}};
     return {{"anyOf", OrderedJson::array({OrderedJson{{"type", "string"}}, expression})}};
 }
 
@@ -25,10 +25,10 @@ OrderedJson TypeSchema(const Member& member) {
         case MemberType::Text: return {{"type", "string"}};
         case MemberType::Pattern: return PatternSchema();
         case MemberType::Count: return {{"type", "integer"}, {"minimum", 0}, {"maximum", 4294967295U}};
-        case MemberType::Code:
-            return {{"type", "integer"}, {"minimum", -2147483648LL}, {"maximum", 2147483647}};
+        case MemberType::Code: return {{"type", "integer"}, {"minimum", -2147483648LL}, {"maximum", 2147483647}};
         case MemberType::Answer:
-            return {{"type", OrderedJson::array({"integer", "null"})}, {"minimum", -2147483648LL}, {"maximum", 2147483647}};
+            return {
+                {"type", OrderedJson::array({"integer", "null"})}, {"minimum", -2147483648LL}, {"maximum", 2147483647}};
         case MemberType::Flag: return {{"type", "boolean"}};
         case MemberType::Truth: return {{"type", OrderedJson::array({"boolean", "null"})}};
         case MemberType::Choice: return {{"enum", member.choices}};
@@ -41,8 +41,7 @@ OrderedJson TypeSchema(const Member& member) {
         case MemberType::Policies:
         case MemberType::Tasks:
             return {{"anyOf", OrderedJson::array({OrderedJson{{"type", "string"}}, ListOf({{"type", "object"}})})}};
-        case MemberType::Information:
-            return {{"type", "object"}, {"additionalProperties", {{"type", "string"}}}};
+        case MemberType::Information: return {{"type", "object"}, {"additionalProperties", {{"type", "string"}}}};
         case MemberType::Steps: return ListOf({{"$ref", "#/definitions/step"}});
     }
     return {};
@@ -88,7 +87,7 @@ OrderedJson MakeSchema() {
         branches.push_back({{"if", {{"properties", {{"do", {{"const", verb.name}}}}}}}, {"then", StepSchema(verb)}});
     }
     OrderedJson schema = {{"$schema", "http://json-schema.org/draft-07/schema#"},
-                   {"title", "A story that vsmsgbus plays with modules"}};
+                          {"title", "A story that vsmsgbus plays with modules"}};
     schema.update(ObjectSchema(std::move(properties), std::move(required)));
     schema["definitions"]["step"] = {{"type", "object"},
                                      {"required", OrderedJson::array({"do"})},

@@ -130,8 +130,8 @@ private:
         const bool isExpression =
             value.is_object() && value.size() == 1 && value.contains("matches") && value.at("matches").is_string();
         if (!value.is_string() && !isExpression) {
-            source.Refuse(pointer, '"' + name + "\" is a text or {\"matches\": a regular expression}, not " +
-                                       Shown(value));
+            source.Refuse(pointer,
+                          '"' + name + "\" is a text or {\"matches\": a regular expression}, not " + Shown(value));
         }
         if (isExpression) {
             try {

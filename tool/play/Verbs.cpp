@@ -57,7 +57,8 @@ std::vector<Verb> MakeVerbs() {
         {"upgrade", "The agent is upgraded to another version.", {Version(true), Build()}},
         {"remove", "The agent is removed.", {}},
         {"make agent key",
-         "The agent's registry key is there, without an agent: one that is installed then is noticed at once, and not at "
+         "The agent's registry key is there, without an agent: one that is installed then is noticed at once, and not "
+         "at "
          "the bridge's next look, up to 15 seconds later.",
          {}},
         // --- The module comes and goes
@@ -108,8 +109,7 @@ std::vector<Verb> MakeVerbs() {
           Optional("result", Answer, "the product's result; 0 when left out, null for anything"), Later()}},
         {"log",
          "The agent writes a log line.",
-         {Required("message", Text, "the line"),
-          Optional("severity", Count, "the agent's severity; 3 when left out"),
+         {Required("message", Text, "the line"), Optional("severity", Count, "the agent's severity; 3 when left out"),
           Optional("from", Text, "the part of the agent that writes; agent when left out")}},
         {"await",
          "Waits for a request that was made with \"as\", and looks at what was expected of it.",
@@ -145,8 +145,8 @@ std::vector<Verb> MakeVerbs() {
          {Product(), Required("service", Choice, "the service", Services())}},
         {"wait until called",
          "Waits until the bridge has called an agent's function.",
-         {Function(), Optional("count", Count,
-                               "how often since the story began or \"forget calls\"; 1 when left out")}},
+         {Function(),
+          Optional("count", Count, "how often since the story began or \"forget calls\"; 1 when left out")}},
         {"wait until blocked", "Waits until a thread is in a function that was blocked.", {Function()}},
         {"wait until reported",
          "Waits until the product has reported about a task.",
@@ -165,7 +165,7 @@ std::vector<Verb> MakeVerbs() {
          {Task(), Required("statuses", Codes, "the statuses")}},
         {"expect said",
          "The module has said a line to the function that \"load\" gives it.",
-         {Required("line", Pattern, "the whole line")}},
+         {Required("text", Pattern, "the whole line")}},
         {"expect not loaded",
          "A library is not in the process.",
          {Required("library", Text, "its file name, as in ny_client.dll")}},
@@ -199,8 +199,9 @@ const std::vector<Member>& StoryMembers() {
     static const std::vector<Member> members{
         Optional("$schema", Text, "where editors find the schema of this file"),
         Optional("name", Text, "what the story is about; the file's name when left out"),
-        Optional("product", Text, "the product of the steps that name none; the only one that is registered when left "
-                                  "out"),
+        Optional("product", Text,
+                 "the product of the steps that name none; the only one that is registered when left "
+                 "out"),
         Optional("load", Text, "the exported function of \"load\" steps that name none"),
         Optional("unload", Text, "the exported function of \"unload\" steps that name none"),
         Optional("within", Count, "the limit of steps that have none, in milliseconds; 20000 when left out"),

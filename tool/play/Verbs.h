@@ -9,20 +9,20 @@ namespace tool::play {
 // What a member of a step may be.
 enum class MemberType {
     Text,
-    Pattern,       // a text, or {"matches": a regular expression}
-    Count,         // a whole number, 0 or more
-    Code,          // a whole number
-    Answer,        // a whole number; null: whichever it is
-    Flag,          // true or false
-    Truth,         // true or false; null: whichever it is
-    Choice,        // one of the texts of `choices`
-    Choices,       // a list of those
-    Codes,         // a list of whole numbers
-    Properties,    // {"path": {"name": a pattern}}
-    Policies,      // a list as ny_sim_policy.h describes it, or the name of a file with one
-    Tasks,         // a list as ny_sim_scheduler.h describes it, or the name of a file with one
-    Information,   // {"key": a text}
-    Steps,         // a list of steps
+    Pattern,      // a text, or {"matches": a regular expression}
+    Count,        // a whole number, 0 or more
+    Code,         // a whole number
+    Answer,       // a whole number; null: whichever it is
+    Flag,         // true or false
+    Truth,        // true or false; null: whichever it is
+    Choice,       // one of the texts of `choices`
+    Choices,      // a list of those
+    Codes,        // a list of whole numbers
+    Properties,   // {"path": {"name": a pattern}}
+    Policies,     // a list as ny_sim_policy.h describes it, or the name of a file with one
+    Tasks,        // a list as ny_sim_scheduler.h describes it, or the name of a file with one
+    Information,  // {"key": a text}
+    Steps,        // a list of steps
 };
 
 struct Member {

@@ -63,8 +63,8 @@ HANDLE MakeJob() {
 void WriteAll(HANDLE file, const std::string& text) {
     size_t done = 0;
     DWORD written = 0;
-    while (done < text.size() && ::WriteFile(file, text.data() + done, static_cast<DWORD>(text.size() - done), &written,
-                                             nullptr) != FALSE) {
+    while (done < text.size() &&
+           ::WriteFile(file, text.data() + done, static_cast<DWORD>(text.size() - done), &written, nullptr) != FALSE) {
         done += written;
     }
 }

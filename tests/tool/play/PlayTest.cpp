@@ -46,7 +46,8 @@ TEST_F(PlayTest, HasEveryStepOfTheTable) {
         CollectVerbs(Json::parse(Read(file)).at("steps"), played);
     }
     const Json schema = Json::parse(Read(SCHEMA_FILE));
-    const auto known = schema.at("definitions").at("step").at("properties").at("do").at("enum").get<std::set<std::string>>();
+    const auto known =
+        schema.at("definitions").at("step").at("properties").at("do").at("enum").get<std::set<std::string>>();
     EXPECT_EQ(played, known);
 }
 
@@ -69,8 +70,7 @@ TEST_F(PlayTest, TellsWhoCalledWhomOnWhichThreadAndWhatCameBack) {
 }
 
 TEST_F(PlayTest, ShowsWhatWasThereInsteadOfWhatWasExpected) {
-    const ProgramRun run = Play(
-        Entered(R"({"do": "ask", "properties": {"System": {"OsName": "MS-DOS"}}})"), Sample());
+    const ProgramRun run = Play(Entered(R"({"do": "ask", "properties": {"System": {"OsName": "MS-DOS"}}})"), Sample());
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.output, ContainsRegex("failed: System: OsName was to be \"MS-DOS\", and is \"Windows"));
     EXPECT_THAT(run.output, HasSubstr("failed: 2 of 5 steps passed"));
@@ -101,7 +101,7 @@ TEST_F(PlayTest, ShowsWhatWasThereInsteadOfWhatWasExpected) {
 
 TEST_F(PlayTest, LetsTheAgentBeUpgradedWhileItAsks) {
     const ProgramRun run = Play(Entered(R"({"do": "block", "function": "ny_property_bag_add_property"},
-{"do": "ask", "as": "early", "answer": null, "count": 0}, {"do": "wait until blocked", "function": "ny_property_bag_add_property"},
+{"do": "ask", "as": "early", "count": 8}, {"do": "wait until blocked", "function": "ny_property_bag_add_property"},
 {"do": "upgrade", "version": "5.8.0"}, {"do": "unblock", "function": "ny_property_bag_add_property"},
 {"do": "await", "request": "early"}, {"do": "wait until registered", "service": "properties"}, {"do": "ask"})"),
                                 Sample(), {"--json"});
@@ -149,7 +149,8 @@ TEST_F(PlayTest, HasTheCheckingBridgeSayWhatIsWrong) {
     EXPECT_THAT(run.output, HasSubstr("there were to be no findings, and there are 1"));
     EXPECT_THAT(run.errors, HasSubstr("VsMsgbus check [ENTRY-NO-SINK] PLANTED_1000"));
     EXPECT_EQ(Play(Entered(R"({"do": "expect finding", "rule": "ENTRY-NO-SINK"})"), Planted()).status, 0);
-    const ProgramRun other = Play(Entered(R"({"do": "expect finding", "rule": "SET-TWICE", "within": 100})"), Planted());
+    const ProgramRun other =
+        Play(Entered(R"({"do": "expect finding", "rule": "SET-TWICE", "within": 100})"), Planted());
     EXPECT_EQ(other.status, 1);
     EXPECT_THAT(other.output, HasSubstr("there was to be a finding SET-TWICE, and there is none"));
 }
@@ -206,8 +207,8 @@ TEST_F(PlayTest, PlaysAgainWhenTheModulesFileHasChanged) {
     const auto module = folder / u8"Модуль é.dll";
     std::filesystem::copy_file(programs / "SampleModule.dll", module);
     const auto result = folder / "result.xml";
-    HANDLE const changes =
-        ::FindFirstChangeNotificationW(folder.c_str(), FALSE, FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_LAST_WRITE);
+    HANDLE const changes = ::FindFirstChangeNotificationW(folder.c_str(), FALSE,
+                                                          FILE_NOTIFY_CHANGE_FILE_NAME | FILE_NOTIFY_CHANGE_LAST_WRITE);
     ProgramRun run;
     std::thread playing([&] {
         run = Play(Entered(R"({"do": "ask"})"), Text(module),
@@ -241,8 +242,8 @@ TEST_F(PlayTest, WritesTheResultForMachines) {
     EXPECT_EQ(Result(run).at("passed"), false);
     EXPECT_EQ(Result(run).at("runs").at(0).at("outcome"), "crashed");
     const std::string xml = Read(file);
-    EXPECT_THAT(xml, AllOf(HasSubstr(R"(tests="6" failures="1" skipped="1")"),
-                           HasSubstr("name=\"4 unload (line 4)\""), HasSubstr("<failure type=\"crashed\" message=\"")));
+    EXPECT_THAT(xml, AllOf(HasSubstr(R"(tests="6" failures="1" skipped="1")"), HasSubstr("name=\"4 unload (line 4)\""),
+                           HasSubstr("<failure type=\"crashed\" message=\"")));
 }
 
 // --- Wrong stories and wrong use
@@ -260,7 +261,8 @@ TEST_F(PlayTest, RefusesAWrongStoryWithItsLine) {
         {"{\"steps\": [\n{\"do\": \"wait until registered\", \"service\": \"policy\"}]}",
          ":2: \"service\" is one of \"properties\", \"policies\", \"tasks\", \"updates\", not \"policy\""},
         {"{\"steps\": [\n{\"do\": \"set tasks\", \"tasks\": \"none.json\"}]}", "none.json cannot be read"},
-        {"{\"steps\": [\n{\"do\": \"repeat\", \"times\": 2, \"steps\": [\n{\"do\": \"x\"}]}]}", ":3: there is no step \"x\""},
+        {"{\"steps\": [\n{\"do\": \"repeat\", \"times\": 2, \"steps\": [\n{\"do\": \"x\"}]}]}",
+         ":3: there is no step \"x\""},
         {"{\"steps\": [],\n\"steps\": []}", ":2: \"steps\" comes twice"},
         {"{\"steps\": [\n{\"do\": \"remove\",}\n]}", ":2: this is no JSON"},
         {"{\"stepps\": []}", ":1: a story has no member \"stepps\""},

@@ -9,8 +9,8 @@
 
 namespace tool::play {
 
-// A request of the agent's. `Wait(handle, milliseconds, outs...)`, `ThreadOf(handle)` and `Release(handle)` are those of
-// ny_simulator.h; `Outs` are what Wait writes.
+// A request of the agent's. `Wait(handle, milliseconds, outs...)`, `ThreadOf(handle)` and `Release(handle)` are those
+// of ny_simulator.h; `Outs` are what Wait writes.
 template <class Handle, auto Wait, auto ThreadOf, auto Release, class... Outs>
 class AgentRequest : public Request {
 public:
@@ -26,8 +26,7 @@ public:
 
     uint32_t Thread() const override { return ThreadOf(handle); }
     bool IsAnsweredWithin(std::chrono::milliseconds limit) override {
-        isAnswered =
-            Wait(handle, static_cast<uint32_t>(limit.count()), static_cast<Outs*>(nullptr)...) == NY_OK;
+        isAnswered = Wait(handle, static_cast<uint32_t>(limit.count()), static_cast<Outs*>(nullptr)...) == NY_OK;
         return isAnswered;
     }
     void Look(Stage& stage, const nlohmann::json& step) override {
@@ -44,8 +43,8 @@ private:
 
 using PropertyRequest = AgentRequest<ny_sim_property_request_t, &ny_sim_property_request_wait,
                                      &ny_sim_property_request_thread, &ny_sim_property_request_release, int32_t>;
-using PolicyRequest = AgentRequest<ny_sim_policy_request_t, &ny_sim_policy_request_wait,
-                                   &ny_sim_policy_request_thread, &ny_sim_policy_request_release, int32_t>;
+using PolicyRequest = AgentRequest<ny_sim_policy_request_t, &ny_sim_policy_request_wait, &ny_sim_policy_request_thread,
+                                   &ny_sim_policy_request_release, int32_t>;
 using TaskRequest = AgentRequest<ny_sim_task_request_t, &ny_sim_task_request_wait, &ny_sim_task_request_thread,
                                  &ny_sim_task_request_release, int32_t>;
 using UpdaterRequest = AgentRequest<ny_sim_updater_request_t, &ny_sim_updater_request_wait,

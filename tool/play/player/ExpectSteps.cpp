@@ -64,7 +64,7 @@ void ExpectReports(Stage& /*stage*/, const Json& step) {
 
 void ExpectSaid(Stage& stage, const Json& step) {
     const std::vector<std::string> lines = stage.LinesSaid();
-    const Json& pattern = step.at("line");
+    const Json& pattern = step.at("text");
     if (std::none_of(lines.begin(), lines.end(), [&](const std::string& line) { return Fits(pattern, line); })) {
         throw Failure("a line was to be " + Shown(pattern) + ", and none is; the last of " +
                       std::to_string(lines.size()) + " is \"" + (lines.empty() ? "" : lines.back()) + '"');
@@ -86,9 +86,8 @@ void ExpectNotLoaded(Stage& /*stage*/, const Json& step) {
 
 void MakeRegistryKey(Stage& /*stage*/, const Json& step) {
     HKEY key = nullptr;
-    const LSTATUS code =
-        ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(step.at("key").get<std::string>()).c_str(), 0, nullptr, 0,
-                          KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    const LSTATUS code = ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(step.at("key").get<std::string>()).c_str(), 0,
+                                           nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
     if (code != ERROR_SUCCESS) {
         throw Failure("the key cannot be made: error " + std::to_string(code));
     }
@@ -136,11 +135,11 @@ void ExpectFinding(Stage& stage, const Json& step) {
 }  // namespace
 
 StepTable ExpectSteps() {
-    return {{"expect registered", &ExpectRegistered},    {"expect calls", &ExpectCalls},
-            {"expect reports", &ExpectReports},          {"expect said", &ExpectSaid},
-            {"expect not loaded", &ExpectNotLoaded},     {"make registry key", &MakeRegistryKey},
-            {"expect registry", &ExpectRegistry},        {"expect nothing left", &ExpectNothingLeft},
-            {"expect no findings", &ExpectNoFindings},   {"expect finding", &ExpectFinding}};
+    return {{"expect registered", &ExpectRegistered},  {"expect calls", &ExpectCalls},
+            {"expect reports", &ExpectReports},        {"expect said", &ExpectSaid},
+            {"expect not loaded", &ExpectNotLoaded},   {"make registry key", &MakeRegistryKey},
+            {"expect registry", &ExpectRegistry},      {"expect nothing left", &ExpectNothingLeft},
+            {"expect no findings", &ExpectNoFindings}, {"expect finding", &ExpectFinding}};
 }
 
 }  // namespace tool::play

@@ -11,15 +11,15 @@ using Json = nlohmann::json;
 void Install(Stage& stage, const Json& step) {
     const std::string version = step.value("version", "5.7.0");
     stage.Machine().InstallAgent(version, step.value("build", "full"));
-    stage.Tell("agent", "is installed, version " + version + ", in " +
-                            ny_setup_current_folder(stage.Machine().Setup()));
+    stage.Tell("agent",
+               "is installed, version " + version + ", in " + ny_setup_current_folder(stage.Machine().Setup()));
 }
 
 void Upgrade(Stage& stage, const Json& step) {
     const std::string version = step.at("version");
     stage.Machine().Upgrade(version, step.value("build", "full"));
-    stage.Tell("agent", "is upgraded to version " + version + ", in " +
-                            ny_setup_current_folder(stage.Machine().Setup()));
+    stage.Tell("agent",
+               "is upgraded to version " + version + ", in " + ny_setup_current_folder(stage.Machine().Setup()));
 }
 
 void Remove(Stage& stage, const Json& /*step*/) {
@@ -65,9 +65,7 @@ void Unblock(Stage& stage, const Json& step) {
 }
 
 void Slow(Stage& stage, const Json& step) {
-    stage.AllHolds()
-        .Of(step.at("function"))
-        .Delay(std::chrono::milliseconds(step.at("milliseconds").get<uint32_t>()));
+    stage.AllHolds().Of(step.at("function")).Delay(std::chrono::milliseconds(step.at("milliseconds").get<uint32_t>()));
 }
 
 void Log(Stage& stage, const Json& step) {

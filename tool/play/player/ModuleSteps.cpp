@@ -21,8 +21,8 @@ void DemandAnswer(const std::string& function, const Json& step, bool answer) {
 }
 
 void CallAndLook(Stage& stage, ModuleFile& module, const std::string& function, const Json& step) {
-    stage.Tell("player", "calls " + function + " of " + module.Name() + " on thread " +
-                             std::to_string(::GetCurrentThreadId()));
+    stage.Tell("player",
+               "calls " + function + " of " + module.Name() + " on thread " + std::to_string(::GetCurrentThreadId()));
     const bool answer = module.Call(function, &Stage::SayTo, &stage);
     stage.Tell("module", function + " answers " + (answer ? "true" : "false"));
     DemandAnswer(function, step, answer);

@@ -7,8 +7,8 @@
 namespace tool::play {
 
 // The sub-command that nobody but this program uses: plays one story in this process. It reads a plan from standard
-// input, a JSON object: the files "bridge", "simulator", "setup" and "modules"; "product", "load", "unload", which may be
-// empty; and "steps" as Story::InOrder gives them. It tells what happens through the pipe whose number is its one
+// input, a JSON object: the files "bridge", "simulator", "setup" and "modules"; "product", "load", "unload", which may
+// be empty; and "steps" as Story::InOrder gives them. It tells what happens through the pipe whose number is its one
 // argument, one JSON object a line, by the member "event":
 //
 //   "begin"        a step begins: "step", its index

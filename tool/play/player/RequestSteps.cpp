@@ -77,9 +77,9 @@ void LookAtUpdate(Stage& stage, const Json& step, ny_sim_updater_request_t* requ
     size_t length = 0;
     const bool hasValue = ny_sim_updater_request_value(request, &text, &length) == NY_OK;
     const std::string value = hasValue ? std::string(text, length) : std::string();
-    stage.Tell("module", result == NY_SIM_UNWRITTEN
-                             ? "has written no result"
-                             : "has the result " + std::to_string(result) + (hasValue ? ", value \"" + value + '"' : ""));
+    stage.Tell("module", result == NY_SIM_UNWRITTEN ? "has written no result"
+                                                    : "has the result " + std::to_string(result) +
+                                                          (hasValue ? ", value \"" + value + '"' : ""));
     DemandAgentAnswer(stage, step, ny_sim_updater_request_thread(request), answer);
     const Json wanted = step.value("result", Json(0));
     if (!wanted.is_null() && result == NY_SIM_UNWRITTEN) {
@@ -134,12 +134,9 @@ void Await(Stage& stage, const Json& step) {
 }  // namespace
 
 StepTable RequestSteps() {
-    return {{"ask", &Ask},
-            {"notify", &Notify},
-            {"update", &Update},
-            {"get value", &GetValue},
-            {"set value", &SetValue},
-            {"await", &Await}};
+    return {
+        {"ask", &Ask},    {"notify", &Notify}, {"update", &Update}, {"get value", &GetValue}, {"set value", &SetValue},
+        {"await", &Await}};
 }
 
 }  // namespace tool::play

@@ -15,7 +15,8 @@ using Json = nlohmann::json;
 
 bool IsAboutValues(std::string_view function) {
     return function.starts_with("ny_variant_") || function.starts_with("ny_buffer_") ||
-           function.starts_with("ny_wbuffer_") || function.starts_with("ny_table_") || function.starts_with("ny_array_");
+           function.starts_with("ny_wbuffer_") || function.starts_with("ny_table_") ||
+           function.starts_with("ny_array_");
 }
 
 std::string Times(size_t count) {
@@ -89,12 +90,12 @@ void Stage::TellCalls() {
     ny_sim_call_t last{};
     const auto tell = [&] {
         if (same != 0) {
-            channel.Send({{"event", "line"},
-                          {"who", "bridge"},
-                          {"text", std::string("calls ") + last.function + " on thread " +
-                                       std::to_string(last.threadId) + ": answer " + std::to_string(last.result) +
-                                       Times(same)},
-                          {"isCall", true}});
+            channel.Send(
+                {{"event", "line"},
+                 {"who", "bridge"},
+                 {"text", std::string("calls ") + last.function + " on thread " + std::to_string(last.threadId) +
+                              ": answer " + std::to_string(last.result) + Times(same)},
+                 {"isCall", true}});
         }
         same = 0;
     };

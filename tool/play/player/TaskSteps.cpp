@@ -81,8 +81,8 @@ void RunTask(Stage& stage, const Json& step) {
 }  // namespace
 
 StepTable TaskSteps() {
-    return {{"start task", &StartTask},  {"stop task", &StopTask},       {"remove task", &RemoveTask},
-            {"ask task", &AskTask},      {"wait for task", &WaitForTask}, {"run task", &RunTask}};
+    return {{"start task", &StartTask}, {"stop task", &StopTask},        {"remove task", &RemoveTask},
+            {"ask task", &AskTask},     {"wait for task", &WaitForTask}, {"run task", &RunTask}};
 }
 
 }  // namespace tool::play

@@ -1,5 +1,6 @@
-// A module with a mistake that the environment variable PLANTED_MISTAKE names; without it, one that is right. It is on the
-// plain interfaces, with which most mistakes can be made. Each mistake is one line beside what is right, by Makes().
+// A module with a mistake that the environment variable PLANTED_MISTAKE names; without it, one that is right. It is on
+// the plain interfaces, with which most mistakes can be made. Each mistake is one line beside what is right, by
+// Makes().
 #include <VsMsgbus.h>
 #include <windows.h>
 
@@ -177,7 +178,8 @@ void Leak() {
         // Outside of this module's code, so that it is no crash.
         const auto sleepForEver = reinterpret_cast<LPTHREAD_START_ROUTINE>(
             reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "Sleep")));
-        ::CloseHandle(::CreateThread(nullptr, 0, sleepForEver, reinterpret_cast<void*>(uintptr_t{INFINITE}), 0, nullptr));
+        ::CloseHandle(
+            ::CreateThread(nullptr, 0, sleepForEver, reinterpret_cast<void*>(uintptr_t{INFINITE}), 0, nullptr));
     }
 }
 
