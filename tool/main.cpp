@@ -8,6 +8,7 @@
 #include "VsMsgbus/Version.h"
 #include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
+#include "tool/judge/Judge.h"
 #include "tool/play/Play.h"
 
 namespace {
@@ -25,6 +26,7 @@ ExitStatus Run(std::vector<std::string> words) {
     program.footer("Exit status: 0 right, 1 a finding, 2 wrong use.");
     ExitStatus status = ExitStatus::Right;
     // Each folder adds its sub-command here.
+    tool::judge::AddJudge(program, status);
     tool::play::AddPlay(program, status);
 
     // The parser takes them from behind.

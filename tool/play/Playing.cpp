@@ -130,6 +130,10 @@ private:
                 : event.value("isHung", false) ? Outcome::Hung
                                                : Outcome::Failed,
                 event.value("failure", ""));
+        } else if (name == "calls") {
+            Current()->functions = event.at("functions").get<std::vector<std::string>>();
+        } else if (name == "fact") {
+            result.facts.push_back(event);
         } else if (name == "no findings") {
             isSilenceExpected = true;
         } else if (name == "crash") {

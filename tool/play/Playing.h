@@ -38,6 +38,7 @@ struct StepResult {
     std::string failure;  // empty when it passed
     int64_t milliseconds = 0;
     std::vector<Line> lines;
+    std::vector<std::string> functions;  // of the agent's that the bridge called, each once
 };
 
 struct RunResult {
@@ -47,6 +48,7 @@ struct RunResult {
     Outcome end = Outcome::NotPlayed;
     std::string endFailure;
     std::vector<std::string> findings;  // the checking bridge's lines
+    std::vector<nlohmann::json> facts;  // what "load" and "tell products" have learnt: see Player.h
 
     // The first thing that went wrong, or Passed.
     Outcome Worst() const;

@@ -253,7 +253,7 @@ TEST_F(PlayTest, RefusesAWrongStoryWithItsLine) {
         {"{\"steps\": [\n{\"do\": \"install\",\n \"versoin\": \"5\"}]}", ":3: \"install\" has no member \"versoin\""},
         {"{\"steps\": [\n{\"do\": \"instal\"}]}", ":2: there is no step \"instal\"; there are install,"},
         {"{\"steps\": [\n\n{\"version\": 1}]}", ":3: a step is an object with the member \"do\""},
-        {"{\"steps\": [\n{\"do\": \"ask\",\n\"count\": -1}]}", ":3: \"count\" is a whole number, 0 or more, not -1"},
+        {"{\"steps\": [\n{\"do\": \"update\",\n\"number\": -1}]}", ":3: \"number\" is a whole number, 0 or more, not -1"},
         {"{\"steps\": [\n{\"do\": \"fail\"}]}", ":2: \"fail\" needs the member \"function\""},
         {"{\"steps\": [\n{\"do\": \"ask\", \"as\": 3}]}", ":2: \"as\" is a text, not 3"},
         {"{\"steps\": [{\"do\": \"get value\", \"name\": \"a\",\n\"value\": {\"matches\": \"(\"}}]}",

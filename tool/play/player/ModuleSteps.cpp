@@ -3,6 +3,7 @@
 
 #include <future>
 
+#include "tool/play/player/Level.h"
 #include "tool/play/player/Steps.h"
 
 namespace tool::play {
@@ -44,6 +45,9 @@ void Load(Stage& stage, const Json& step) {
             stage.Tell("player", "has loaded " + module->Name());
         }
         const std::string function = FunctionOf(stage, *module, step, "load");
+        stage.Send({{"event", "fact"},
+                    {"load", module->Name()},
+                    {"function", FunctionOf(stage, *module, Json::object(), "unload")}});
         if (function.empty()) {
             stage.Tell("player", module->Name() + " has no function whose name ends with Load: none is called");
         } else {
@@ -65,6 +69,65 @@ void Unload(Stage& stage, const Json& step) {
             stage.Tell("player", "has unloaded " + (*module)->Name());
         }
     }
+}
+
+// --- Again and again
+
+void Demand(const char* what, const char* member, const Json& step, int64_t otherwise, int64_t before, int64_t after) {
+    const int64_t allowed = step.value(member, otherwise);
+    if (after - before > allowed) {
+        throw Failure(std::string("after so many times the process has ") + std::to_string(after - before) + ' ' + what +
+                      " more than before, " + std::to_string(allowed) + " are allowed (" + std::to_string(before) +
+                      ", then " + std::to_string(after) + ")");
+    }
+}
+
+// Nobody listens: what is kept of it would be measured.
+void HearNothing(const char* /*actor*/, const char* /*line*/, void* /*userData*/) {}
+
+void CallInCycle(const Stage& stage, const ModuleFile& module, const char* ending, uint32_t time) {
+    const std::string function = FunctionOf(stage, module, Json::object(), ending);
+    if (!function.empty() && !module.Call(function, &HearNothing, nullptr)) {
+        throw Failure(function + " was to answer true, and has answered false, the " + std::to_string(time) +
+                      ". time");
+    }
+}
+
+void EnterAndLeave(Stage& stage, const std::vector<ModuleFile*>& modules, uint32_t times) {
+    for (uint32_t i = 1; i <= times; ++i) {
+        for (const ModuleFile* const module : modules) {
+            CallInCycle(stage, *module, "load", i);
+        }
+        for (auto module = modules.rbegin(); module != modules.rend(); ++module) {
+            CallInCycle(stage, **module, "unload", i);
+        }
+        stage.ForgetCallsSilently();
+    }
+}
+
+void Cycle(Stage& stage, const Json& step) {
+    const std::vector<ModuleFile*> modules = stage.ModulesOf(step);
+    const uint32_t times = step.at("times");
+    for (ModuleFile* const module : modules) {
+        module->Load();
+    }
+    // What is made once is there afterwards.
+    EnterAndLeave(stage, modules, times / 10 + 1);
+    const Level before = MeasureLevel();
+    EnterAndLeave(stage, modules, times);
+    const Level after = MeasureLevel();
+    for (ModuleFile* const module : modules) {
+        module->Free();
+    }
+    stage.Tell("player", "has had them enter and leave " + std::to_string(times) + " times; bytes in heaps " +
+                             std::to_string(before.heapBytes) + ", then " + std::to_string(after.heapBytes) +
+                             "; handles " + std::to_string(before.handles) + ", then " +
+                             std::to_string(after.handles) + "; threads " + std::to_string(before.threads) +
+                             ", then " + std::to_string(after.threads));
+    Demand("threads", "threads", step, 4, before.threads, after.threads);
+    Demand("handles", "handles", step, 16, before.handles, after.handles);
+    constexpr int64_t usualBytes = 16384;
+    Demand("bytes in its heaps", "bytes", step, usualBytes, before.heapBytes, after.heapBytes);
 }
 
 // A call of the module's on a thread of its own.
@@ -115,7 +178,7 @@ void Call(Stage& stage, const Json& step) {
 }  // namespace
 
 StepTable ModuleSteps() {
-    return {{"load", &Load}, {"unload", &Unload}, {"call", &Call}};
+    return {{"load", &Load}, {"unload", &Unload}, {"call", &Call}, {"cycle", &Cycle}};
 }
 
 }  // namespace tool::play

@@ -15,6 +15,8 @@ namespace tool::play {
 //   "line"         "who" does or says "text"; "isCall" for the bridge's calls of the agent
 //   "end"          the step has ended: "milliseconds"; "failure" when it failed, with "isHung" when something has not
 //                  come back
+//   "calls"        "functions" of the agent's that the bridge has called in the step, each once
+//   "fact"         "load": the "function" by which a module is left, or "tell products": the "product", its "services"
 //   "no findings"  from here on the checking bridge is to find nothing
 //   "crash"        an exception that nobody catches: "code", "file", "offset", "thread"
 //   "over"         the story is over, and the process ends

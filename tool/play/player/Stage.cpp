@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <regex>
+#include <set>
 
 #include "tool/text/Utf8.h"
 
@@ -100,7 +101,9 @@ void Stage::TellCalls() {
         same = 0;
     };
     ny_sim_call_t call{};
+    std::set<std::string> functions;
     for (; ny_sim_get_call(callsTold, &call) == NY_OK; ++callsTold) {
+        functions.insert(call.function);
         if (IsAboutValues(call.function) && call.result == NY_OK) {
             ++valueCalls;
             continue;
@@ -113,6 +116,7 @@ void Stage::TellCalls() {
         ++same;
     }
     tell();
+    channel.Send({{"event", "calls"}, {"functions", functions}});
     if (valueCalls != 0) {
         channel.Send({{"event", "line"},
                       {"who", "bridge"},
@@ -123,6 +127,10 @@ void Stage::TellCalls() {
 
 void Stage::ForgetCalls() {
     TellCalls();
+    ForgetCallsSilently();
+}
+
+void Stage::ForgetCallsSilently() {
     ny_sim_clear_calls();
     callsTold = 0;
 }

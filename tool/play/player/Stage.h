@@ -41,6 +41,8 @@ public:
     void TellCalls();
     // Counts the calls anew.
     void ForgetCalls();
+    // The same, and tells nothing of them.
+    void ForgetCallsSilently();
     // Any thread: a line of the module's, or of the bridge by way of it.
     void Hear(const char* actor, const char* line);
     std::vector<std::string> LinesSaid() const;

@@ -19,12 +19,16 @@ Service ServiceOf(const std::string& name) {
 
 namespace {
 
-// A product that nobody has named is the one that will be registered.
-std::string AwaitedProduct(Stage& stage, const Json& step) {
+// A product that nobody has named is the one that will be registered; where any will do, one of several.
+std::string AwaitedProduct(Stage& stage, const Json& step, bool isAny = false) {
     const auto latest = std::chrono::steady_clock::now() + LimitOf(step);
     for (;;) {
+        const char* product = nullptr;
+        if (isAny && ny_sim_get_product(0, &product) == NY_OK) {
+            return product;
+        }
         try {
-            return stage.ProductOf(step);
+            return stage.ProductOf(isAny ? Json::object() : step);
         } catch (const Failure&) {
             if (std::chrono::steady_clock::now() >= latest) {
                 throw;
@@ -95,6 +99,25 @@ void WaitUntilReported(Stage& stage, const Json& step) {
     }
 }
 
+// The one who enters may do so on a thread of its own: what is registered is told when no call has come for a while.
+void TellProducts(Stage& stage, const Json& step) {
+    AwaitedProduct(stage, step, true);
+    constexpr uint32_t quiet = 200;
+    while (ny_sim_wait_calls(nullptr, ny_sim_call_count(nullptr) + 1, quiet) == NY_OK) {
+    }
+    const char* product = nullptr;
+    for (size_t i = 0; ny_sim_get_product(i, &product) == NY_OK; ++i) {
+        Json services = Json::array();
+        for (const char* const name : {"properties", "policies", "tasks", "updates"}) {
+            if (vsmsgbus::testing::IsRegistered(product, ServiceOf(name))) {
+                services.push_back(name);
+            }
+        }
+        stage.Tell("bridge", "has registered " + std::string(product) + " for " + services.dump());
+        stage.Send({{"event", "fact"}, {"product", product}, {"services", services}});
+    }
+}
+
 void Pause(Stage& /*stage*/, const Json& step) {
     std::this_thread::sleep_for(std::chrono::milliseconds(step.at("milliseconds").get<uint32_t>()));
 }
@@ -111,6 +134,7 @@ StepTable WaitSteps() {
             {"wait until called", &WaitUntilCalled},
             {"wait until blocked", &WaitUntilBlocked},
             {"wait until reported", &WaitUntilReported},
+            {"tell products", &TellProducts},
             {"pause", &Pause},
             {"forget calls", &ForgetCalls}};
 }

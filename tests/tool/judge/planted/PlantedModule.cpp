@@ -55,7 +55,7 @@ public:
             std::abort();
         }
         if (Makes("slow")) {
-            ::Sleep(1500);
+            ::Sleep(2500);
         }
         const bool isTaken = set->SetProperty(L"General", L"Version", Makes("null-property") ? nullptr : L"1.0");
         CrashIf(!isTaken && Makes("crash-when-refused"));
