@@ -35,6 +35,7 @@ public:
         AddRefusals();
         AddManners();
         AddFailingCalls();
+        AddMemoryFaults();
         AddCycles();
         return std::move(trials);
     }
@@ -283,7 +284,47 @@ private:
                            isBeforeLoad ? install + fail + load + leave
                                         : install + load + WaitForAll() + fail + std::move(use) + leave);
         trial.expectedRules = ofRefusedEntry;
+        // By throwing, a callback tells the agent that it has failed.
+        trial.expectedRules.insert("CALLBACK-THREW");
     }
+
+    // --- Memory runs out in the bridge
+
+    void AddMemoryFaults() {
+        const uint32_t most = isShort ? 12 : 60;
+        Steps enter;
+        enter.Do("install");
+        for (uint32_t nth = 1; nth <= most; ++nth) {
+            AddMemoryFault(enter, nth, false);
+            enter.Do("load").With("answer", nullptr);
+            enter.Do("clear faults");
+            enter.Do("unload").With("answer", nullptr).With("keep", true);
+        }
+        Trial& entering = Add("memory runs out as it enters",
+                              "Each of the bridge's first " + std::to_string(most) + " allocations fails.", enter);
+        entering.expectedRules = ofRefusedEntry;
+
+        Steps use = EnterInstalled() + WaitForAll() + Prepare(profile);
+        for (const bool isAlways : {false, true}) {
+            for (uint32_t nth = 1; nth <= most; nth += isAlways ? 5 : 1) {
+                AddMemoryFault(use, nth, isAlways);
+                use += RequestAll(profile);
+                use.Do("clear faults");
+            }
+        }
+        Trial& asking =
+            Add("memory runs out as it is asked",
+                "While each service is asked, each of the bridge's first " + std::to_string(most) +
+                    " allocations fails, alone and with all later ones; afterwards all is as before.",
+                use + Use() + Leave());
+        asking.expectedRules = {"CALLBACK-THREW"};
+    }
+
+    static void AddMemoryFault(Steps& steps, uint32_t nth, bool isAlways) {
+        steps.Do("fail memory").With("nth", nth).With("always", isAlways);
+    }
+
+    // --- Again and again
 
     void AddCycles() {
         Steps steps;

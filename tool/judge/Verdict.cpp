@@ -31,6 +31,35 @@ std::string Again(const Heading& heading, const Verdict& verdict) {
     return fmt::format("vsmsgbus judge --only \"{}\" {}", verdict.trial.name, heading.modules);
 }
 
+// What failed, by the step in which it did.
+const char* RuleOfFailure(const play::RunResult& run) {
+    for (const play::StepResult& step : run.steps) {
+        if (step.outcome == play::Outcome::Failed) {
+            const std::string verb = step.step.at("do");
+            return verb == "cycle" ? "LEAK" : verb == "expect nothing left" ? "LEFT-BEHIND" : "EXPECTATION";
+        }
+    }
+    return "EXPECTATION";
+}
+
+// A finding without the thread and the place at its end: where it is the same one again.
+std::string Essence(const Finding& finding) {
+    return finding.rule + finding.what.substr(0, finding.what.rfind(" (thread"));
+}
+
+// Notes for each finding whether an earlier story had it: then its name.
+class Earlier {
+public:
+    // Empty for the first time.
+    std::string Of(const Finding& finding, const std::string& trial) {
+        const auto [found, isNew] = firsts.try_emplace(Essence(finding), trial);
+        return isNew || found->second == trial ? std::string() : found->second;
+    }
+
+private:
+    std::map<std::string, std::string> firsts;
+};
+
 // "VsMsgbus check [RULE] PRODUCT: what ..."; nothing for notes.
 bool ReadFinding(std::string_view line, Finding& finding) {
     constexpr std::string_view begin = "VsMsgbus check [";
@@ -49,7 +78,7 @@ std::vector<Finding> FindingsOf(const Trial& trial, const play::RunResult& run) 
     switch (run.Worst()) {
         case play::Outcome::Crashed: findings.push_back({"CRASH", run.Failure()}); break;
         case play::Outcome::Hung: findings.push_back({"HANG", run.Failure()}); break;
-        case play::Outcome::Failed: findings.push_back({"EXPECTATION", run.Failure()}); break;
+        case play::Outcome::Failed: findings.push_back({RuleOfFailure(run), run.Failure()}); break;
         case play::Outcome::Passed:
         case play::Outcome::NotPlayed: break;
     }
@@ -64,11 +93,14 @@ std::vector<Finding> FindingsOf(const Trial& trial, const play::RunResult& run) 
 
 std::string MakeTable(const Heading& heading, const std::vector<Verdict>& verdicts) {
     std::string table;
+    Earlier earlier;
     for (const Verdict& verdict : verdicts) {
         table += fmt::format("{:<8}{:>7} ms  {}\n", verdict.findings.empty() ? "passed" : "FINDING",
                              verdict.milliseconds, verdict.trial.name);
         for (const Finding& finding : verdict.findings) {
-            table += fmt::format("                    [{}] {}\n", finding.rule, finding.what);
+            const std::string first = earlier.Of(finding, verdict.trial.name);
+            table += fmt::format("                    [{}] {}\n", finding.rule,
+                                 first.empty() ? finding.what : "as in \"" + first + '"');
         }
         if (!verdict.findings.empty()) {
             table += fmt::format("                    again: {}\n", Again(heading, verdict));
@@ -124,10 +156,13 @@ std::string MakeJUnit(const Heading& heading, const std::vector<Verdict>& verdic
 
 std::string MakePage(const Heading& heading, const std::vector<Verdict>& verdicts) {
     std::string rows;
+    Earlier earlier;
     for (const Verdict& verdict : verdicts) {
         std::string findings;
         for (const Finding& finding : verdict.findings) {
-            findings += fmt::format("<p><b>{}</b> {}</p>", Xml(finding.rule), Xml(finding.what));
+            const std::string first = earlier.Of(finding, verdict.trial.name);
+            findings += fmt::format("<p><b>{}</b> {}</p>", Xml(finding.rule),
+                                    Xml(first.empty() ? finding.what : "as in \"" + first + '"'));
         }
         if (!findings.empty()) {
             findings += fmt::format("<p>Again: <code>{}</code></p>", Xml(Again(heading, verdict)));

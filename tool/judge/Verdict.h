@@ -10,7 +10,7 @@ namespace tool::judge {
 
 // Something that a module did in a trial and should not.
 struct Finding {
-    std::string rule;  // of the checking bridge's; CRASH, HANG or EXPECTATION otherwise
+    std::string rule;  // of the checking bridge's; else CRASH, HANG, LEAK, LEFT-BEHIND or EXPECTATION
     std::string what;
 };
 

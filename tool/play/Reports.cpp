@@ -47,7 +47,7 @@ std::string Seed(const RunResult& run) {
     return run.seed ? fmt::format(", seed {}", *run.seed) : "";
 }
 
-size_t Count(const RunResult& run, Outcome outcome) {
+size_t CountSteps(const RunResult& run, Outcome outcome) {
     return static_cast<size_t>(std::count_if(run.steps.begin(), run.steps.end(),
                                              [&](const StepResult& step) { return step.outcome == outcome; }));
 }
@@ -84,7 +84,7 @@ void Printer::OnOver(const RunResult& run) {
         Say("behind the last step: " + run.endFailure, run.end);
     }
     Say(fmt::format(
-            "{}{}: {} of {} steps passed{}", NameOf(run.Worst()), Seed(run), Count(run, Outcome::Passed),
+            "{}{}: {} of {} steps passed{}", NameOf(run.Worst()), Seed(run), CountSteps(run, Outcome::Passed),
             run.steps.size(),
             run.findings.empty() ? "" : fmt::format(", the checking bridge told {} lines", run.findings.size())),
         run.Worst());
@@ -132,10 +132,10 @@ std::string MakeJUnit(const std::string& story, const std::vector<RunResult>& ru
     for (size_t i = 0; i < runs.size(); ++i) {
         const RunResult& run = runs[i];
         const bool hasBadEnd = !run.endFailure.empty();
-        const size_t failed = run.steps.size() - Count(run, Outcome::Passed) - Count(run, Outcome::NotPlayed);
+        const size_t failed = run.steps.size() - CountSteps(run, Outcome::Passed) - CountSteps(run, Outcome::NotPlayed);
         xml += fmt::format("  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" skipped=\"{}\">\n",
                            Xml(fmt::format("{}, playing {}{}", story, i + 1, Seed(run))), run.steps.size() + 1,
-                           failed + (hasBadEnd ? 1 : 0), Count(run, Outcome::NotPlayed));
+                           failed + (hasBadEnd ? 1 : 0), CountSteps(run, Outcome::NotPlayed));
         const auto add = [&](const std::string& name, int64_t milliseconds, const std::string& inside) {
             xml += fmt::format("    <testcase classname=\"{}\" name=\"{}\" time=\"{:.3f}\"{}\n", Xml(story), Xml(name),
                                static_cast<double>(milliseconds) / 1000,

@@ -1,4 +1,5 @@
 // The agent comes and goes, what it holds, and how its calls fare.
+#include "tool/play/player/MemoryFault.h"
 #include "tool/play/player/Steps.h"
 
 namespace tool::play {
@@ -52,8 +53,18 @@ void Fail(Stage& stage, const Json& step) {
                          step.value("always", false) ? NY_SIM_FROM_THEN_ON : NY_SIM_ONCE);
 }
 
+void FailBridgeMemory(Stage& stage, const Json& step) {
+    WatchMemoryOf(stage.Bridge());
+    FailMemory(step.value("nth", 1U), step.value("always", false));
+}
+
 void ClearFaults(Stage& stage, const Json& /*step*/) {
+    EndMemoryFault();
     stage.Machine().ClearFaults();
+    if (CountMemoryFaults() != 0) {
+        stage.Tell("player", "allocations of the bridge's that have failed since the story began: " +
+                                 std::to_string(CountMemoryFaults()));
+    }
 }
 
 void Block(Stage& stage, const Json& step) {
@@ -88,6 +99,7 @@ StepTable MachineSteps() {
             {"set tasks", &SetTasks},
             {"set information", &SetInformation},
             {"fail", &Fail},
+            {"fail memory", &FailBridgeMemory},
             {"clear faults", &ClearFaults},
             {"block", &Block},
             {"unblock", &Unblock},

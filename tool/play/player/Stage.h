@@ -23,6 +23,8 @@ public:
     // `plan` is what Player.h describes.
     Stage(const nlohmann::json& plan, void* bridgeHandle, Channel& channel);
 
+    // The library.
+    void* Bridge() const noexcept { return bridge; }
     vsmsgbus::testing::Machine& Machine() noexcept { return machine; }
     Holds& AllHolds() noexcept { return holds; }
     // The modules that the step means, in the order of the command line.
