@@ -114,9 +114,8 @@ private:
         const auto begin = std::chrono::steady_clock::now();
         play::RunResult run = play::Play(story, with, std::nullopt, nullptr);
         if (milliseconds != nullptr) {
-            *milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() -
-                                                                                  begin)
-                                .count();
+            *milliseconds =
+                std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin).count();
         }
         return run;
     }

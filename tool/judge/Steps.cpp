@@ -45,13 +45,14 @@ Steps Prepare(const Profile& profile) {
     OrderedJson tasks = OrderedJson::array();
     constexpr int tasksOfProduct = 8;
     for (const auto& [product, services] : profile.products) {
-        policies.push_back({{"softwareId", product},
-                            {"feature", "JUDGE_1000"},
-                            {"category", "General"},
-                            {"type", "General"},
-                            {"name", "The judge's"},
-                            {"sections", OrderedJson::array({OrderedJson{
-                                             {"name", "General"}, {"settings", {{"Enabled", "1"}, {"Level", "7"}}}}})}});
+        policies.push_back(
+            {{"softwareId", product},
+             {"feature", "JUDGE_1000"},
+             {"category", "General"},
+             {"type", "General"},
+             {"name", "The judge's"},
+             {"sections", OrderedJson::array(
+                              {OrderedJson{{"name", "General"}, {"settings", {{"Enabled", "1"}, {"Level", "7"}}}}})}});
         for (int i = 0; i < tasksOfProduct; ++i) {
             tasks.push_back({{"id", TaskOf(product, i)},
                              {"product", product},

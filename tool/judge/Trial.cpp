@@ -14,8 +14,8 @@ constexpr int invalid = 3;
 // The bridge refuses the module's entry, because the agent does; the player has the module leave nevertheless.
 const std::set<std::string> ofRefusedEntry{"ENTRY-FAILED", "EXIT-UNKNOWN", "EXIT-OTHER-INSTANCE", "REMOVE-UNKNOWN"};
 
-// A call of the agent's that is under way when something happens: the service, the step that begins it, and the function
-// of the agent's in which it is held up, inside the module's callback or just before it.
+// A call of the agent's that is under way when something happens: the service, the step that begins it, and the
+// function of the agent's in which it is held up, inside the module's callback or just before it.
 struct Held {
     const char* service;
     const char* function;
@@ -172,8 +172,7 @@ private:
         coming.Do("make agent key");
         coming.Do("load");
         coming.Do("install");
-        Add("unloaded while the agent comes", "The module leaves as soon as the agent is installed.",
-            coming + Leave());
+        Add("unloaded while the agent comes", "The module leaves as soon as the agent is installed.", coming + Leave());
         Steps upgrade;
         upgrade.Do("upgrade").With("version", "5.8.0");
         Add("unloaded while the agent is upgraded", "The module leaves as soon as the agent is upgraded.",
@@ -207,8 +206,7 @@ private:
             enter.Do("install");
             enter.Do("load").With("answer", nullptr);
             Trial& trial = Add(std::string("refused: ") + function,
-                               std::string("The agent refuses every call of ") + function + '.',
-                               steps + enter + leave);
+                               std::string("The agent refuses every call of ") + function + '.', steps + enter + leave);
             trial.expectedRules = ofRefusedEntry;
         }
     }
@@ -279,10 +277,10 @@ private:
             leave = {};
         }
         leave.Do("unload").With("answer", nullptr);
-        Trial& trial = Add("fails as it " + when + ": " + function,
-                           "A call of " + function + " fails as the module " + when + '.',
-                           isBeforeLoad ? install + fail + load + leave
-                                        : install + load + WaitForAll() + fail + std::move(use) + leave);
+        Trial& trial =
+            Add("fails as it " + when + ": " + function, "A call of " + function + " fails as the module " + when + '.',
+                isBeforeLoad ? install + fail + load + leave
+                             : install + load + WaitForAll() + fail + std::move(use) + leave);
         trial.expectedRules = ofRefusedEntry;
         // By throwing, a callback tells the agent that it has failed.
         trial.expectedRules.insert("CALLBACK-THREW");
@@ -300,9 +298,10 @@ private:
             enter.Do("clear faults");
             enter.Do("unload").With("answer", nullptr).With("keep", true);
         }
-        Trial& entering = Add("memory runs out as it enters",
+        Trial& entering = Add("bridge out of memory as it enters",
                               "Each of the bridge's first " + std::to_string(most) + " allocations fails.", enter);
-        entering.expectedRules = ofRefusedEntry;
+        // The checking bridge cannot note what it has no memory for, and would take it for a mistake later.
+        entering.isChecking = false;
 
         Steps use = EnterInstalled() + WaitForAll() + Prepare(profile);
         for (const bool isAlways : {false, true}) {
@@ -312,12 +311,11 @@ private:
                 use.Do("clear faults");
             }
         }
-        Trial& asking =
-            Add("memory runs out as it is asked",
-                "While each service is asked, each of the bridge's first " + std::to_string(most) +
-                    " allocations fails, alone and with all later ones; afterwards all is as before.",
-                use + Use() + Leave());
-        asking.expectedRules = {"CALLBACK-THREW"};
+        Trial& asking = Add("bridge out of memory as it is asked",
+                            "While each service is asked, each of the bridge's first " + std::to_string(most) +
+                                " allocations fails, alone and with all later ones; afterwards all is as before.",
+                            use + Use() + Leave());
+        asking.isChecking = false;
     }
 
     static void AddMemoryFault(Steps& steps, uint32_t nth, bool isAlways) {

@@ -22,8 +22,8 @@ struct Profile {
 
 // One story that the judge plays.
 struct Trial {
-    std::string name;      // as in --only
-    std::string purpose;   // a sentence
+    std::string name;     // as in --only
+    std::string purpose;  // a sentence
     nlohmann::ordered_json story;
     bool isChecking = true;
     // Rules of the checking bridge that the story itself gives reason for.

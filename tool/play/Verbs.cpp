@@ -65,14 +65,16 @@ std::vector<Verb> MakeVerbs() {
         {"load",
          "Loads the module's file, and calls its function that enters the bridge.",
          {ModuleName(),
-          Optional("function", Text, "the exported function; when left out the one whose name ends with Load, and when "
-                                     "empty none"),
+          Optional("function", Text,
+                   "the exported function; when left out the one whose name ends with Load, and when "
+                   "empty none"),
           Optional("answer", Truth, "what it is to answer; true when left out, null for anything")}},
         {"unload",
          "Calls the module's function that leaves the bridge, and unloads the module's file.",
          {ModuleName(),
-          Optional("function", Text, "the exported function; when left out the one whose name ends with Unload, and when "
-                                     "empty none"),
+          Optional("function", Text,
+                   "the exported function; when left out the one whose name ends with Unload, and when "
+                   "empty none"),
           Optional("answer", Truth, "what it is to answer; true when left out, null for anything"),
           Optional("keep", Flag, "whether the file stays loaded; false when left out")}},
         {"call",
@@ -80,7 +82,8 @@ std::vector<Verb> MakeVerbs() {
          {Required("function", Text, "the exported function"), ModuleName(),
           Optional("answer", Truth, "what it is to answer; true when left out, null for anything"), Later()}},
         {"cycle",
-         "Has the modules enter and leave many times, with their files loaded, and compares what the process has afterwards "
+         "Has the modules enter and leave many times, with their files loaded, and compares what the process has "
+         "afterwards "
          "with what it had.",
          {Required("times", Count, "how often; a tenth of that comes before what is measured"),
           Optional("bytes", Count, "by how much its heaps may have grown; 16384 when left out"),
@@ -90,7 +93,8 @@ std::vector<Verb> MakeVerbs() {
         {"ask",
          "The agent asks for the product's properties.",
          {Product(), AgentAnswer(), Optional("properties", Properties, "properties that are to be among those given"),
-          Optional("count", Answer, "how many are to be given; one at least when left out, null for any number"), Later()}},
+          Optional("count", Answer, "how many are to be given; one at least when left out, null for any number"),
+          Later()}},
         {"notify", "The agent notifies the product of its policies.", {Product(), AgentAnswer(), Later()}},
         {"run task", "The agent has a task executed, and waits until it has ended.", {Task(), AgentAnswer(), End()}},
         {"start task", "The agent has a task executed; it may go on afterwards.", {Task(), AgentAnswer(), Later()}},

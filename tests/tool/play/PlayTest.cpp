@@ -41,6 +41,7 @@ TEST_F(PlayTest, TellsTheDemosStory) {
 TEST_F(PlayTest, HasEveryStepOfTheTable) {
     const ProgramRun run = RunVsMsgbus({"play", "--seed", "1", ALL_STEPS, Sample()});
     EXPECT_EQ(run.status, 0) << run.output << run.errors;
+    EXPECT_THAT(run.output, ContainsRegex("allocations of the bridge's that have failed since the story began: \\d"));
     std::set<std::string> played{"expect finding"};  // see below
     for (const char* const file : {DEMO_STORY, ALL_STEPS}) {
         CollectVerbs(Json::parse(Read(file)).at("steps"), played);
@@ -253,7 +254,8 @@ TEST_F(PlayTest, RefusesAWrongStoryWithItsLine) {
         {"{\"steps\": [\n{\"do\": \"install\",\n \"versoin\": \"5\"}]}", ":3: \"install\" has no member \"versoin\""},
         {"{\"steps\": [\n{\"do\": \"instal\"}]}", ":2: there is no step \"instal\"; there are install,"},
         {"{\"steps\": [\n\n{\"version\": 1}]}", ":3: a step is an object with the member \"do\""},
-        {"{\"steps\": [\n{\"do\": \"update\",\n\"number\": -1}]}", ":3: \"number\" is a whole number, 0 or more, not -1"},
+        {"{\"steps\": [\n{\"do\": \"update\",\n\"number\": -1}]}",
+         ":3: \"number\" is a whole number, 0 or more, not -1"},
         {"{\"steps\": [\n{\"do\": \"fail\"}]}", ":2: \"fail\" needs the member \"function\""},
         {"{\"steps\": [\n{\"do\": \"ask\", \"as\": 3}]}", ":2: \"as\" is a text, not 3"},
         {"{\"steps\": [{\"do\": \"get value\", \"name\": \"a\",\n\"value\": {\"matches\": \"(\"}}]}",

@@ -76,9 +76,9 @@ void Unload(Stage& stage, const Json& step) {
 void Demand(const char* what, const char* member, const Json& step, int64_t otherwise, int64_t before, int64_t after) {
     const int64_t allowed = step.value(member, otherwise);
     if (after - before > allowed) {
-        throw Failure(std::string("after so many times the process has ") + std::to_string(after - before) + ' ' + what +
-                      " more than before, " + std::to_string(allowed) + " are allowed (" + std::to_string(before) +
-                      ", then " + std::to_string(after) + ")");
+        throw Failure(std::string("after so many times the process has ") + std::to_string(after - before) + ' ' +
+                      what + " more than before, " + std::to_string(allowed) + " are allowed (" +
+                      std::to_string(before) + ", then " + std::to_string(after) + ")");
     }
 }
 
@@ -88,8 +88,7 @@ void HearNothing(const char* /*actor*/, const char* /*line*/, void* /*userData*/
 void CallInCycle(const Stage& stage, const ModuleFile& module, const char* ending, uint32_t time) {
     const std::string function = FunctionOf(stage, module, Json::object(), ending);
     if (!function.empty() && !module.Call(function, &HearNothing, nullptr)) {
-        throw Failure(function + " was to answer true, and has answered false, the " + std::to_string(time) +
-                      ". time");
+        throw Failure(function + " was to answer true, and has answered false, the " + std::to_string(time) + ". time");
     }
 }
 
@@ -121,9 +120,8 @@ void Cycle(Stage& stage, const Json& step) {
     }
     stage.Tell("player", "has had them enter and leave " + std::to_string(times) + " times; bytes in heaps " +
                              std::to_string(before.heapBytes) + ", then " + std::to_string(after.heapBytes) +
-                             "; handles " + std::to_string(before.handles) + ", then " +
-                             std::to_string(after.handles) + "; threads " + std::to_string(before.threads) +
-                             ", then " + std::to_string(after.threads));
+                             "; handles " + std::to_string(before.handles) + ", then " + std::to_string(after.handles) +
+                             "; threads " + std::to_string(before.threads) + ", then " + std::to_string(after.threads));
     Demand("threads", "threads", step, 4, before.threads, after.threads);
     Demand("handles", "handles", step, 16, before.handles, after.handles);
     constexpr int64_t usualBytes = 16384;
