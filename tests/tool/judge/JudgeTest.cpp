@@ -42,10 +42,9 @@ constexpr Mistake mistakes[] = {
     {"crash-in-task", false, isAsked, "CRASH", R"("run task" of line )", "crashed: the process crashed"},
     {"crash-in-unload", false, enters, "CRASH", R"("unload" of line )", "crashed: the process crashed"},
     {"crash-in-sink", false, "agent absent", "CRASH", R"("load" of line )", "crashed: the process crashed"},
-    {"crash-when-refused", false, "fails as it is asked: ny_property_bag_add_property", "CRASH", R"("ask" of line )",
+    {"crash-when-refused", false, "fails as it is asked: ny_property_bag_add_property", "CRASH", "",
      "crashed: the process crashed: access violation"},
-    {"one-task-only", true, "eight threads", "CRASH", R"("start task" of line )",
-     "crashed: the process crashed: access violation"},
+    {"one-task-only", true, "eight threads", "CRASH", "", "crashed: the process crashed: access violation"},
     {"late-remove", false, enters, "CRASH", R"("expect nothing left" of line )", "crashed: "},
     {"abort-in-ask", false, isAsked, "CRASH", "", "the process ended with status 3, as after abort()"},
     {"exit-in-unload", false, enters, "CRASH", R"("unload" of line )", "crashed: the process ended with status 0"},
@@ -103,7 +102,8 @@ TEST_P(PlantedMistake, IsFoundForWhatItIs) {
     const ProgramRun run = RunVsMsgbus({"judge", "--json", "--cycles", "100", "--only", mistake.trial, Planted()});
     EXPECT_EQ(run.status, 1) << run.errors;
     std::vector<std::string> found;
-    for (const auto& trial : Result(run).at("trials")) {
+    const auto result = Result(run);
+    for (const auto& trial : result.at("trials")) {
         for (const auto& finding : trial.at("findings")) {
             found.push_back(trial.at("name").get<std::string>() + ": [" + finding.at("rule").get<std::string>() + "] " +
                             finding.at("what").get<std::string>());
