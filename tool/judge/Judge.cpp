@@ -149,7 +149,7 @@ private:
         for (const auto& fact : run.facts) {
             if (fact.contains("product")) {
                 profile.products[fact.at("product")] = fact.at("services").get<std::set<std::string>>();
-            } else {
+            } else if (fact.contains("load")) {
                 profile.leaveFunctions[fact.at("load")] = fact.at("function");
             }
         }
@@ -167,6 +167,8 @@ private:
         const play::RunResult run = Play(trial, &verdict.milliseconds);
         verdict.findings = FindingsOf(trial, run);
         verdict.steps = run.steps.size();
+        verdict.isMet = std::none_of(run.facts.begin(), run.facts.end(),
+                                     [](const nlohmann::json& fact) { return fact.contains("unmet"); });
         verdicts.push_back(std::move(verdict));
     }
 

@@ -21,6 +21,25 @@ bool HasService(const Profile& profile, const char* service) {
     return false;
 }
 
+// What a service has besides the one of Request.
+Steps OtherRequests(const std::string& service, const std::string& product) {
+    Steps steps;
+    if (service == "tasks") {
+        for (const char* const verb : {"ask task", "stop task", "remove task"}) {
+            steps.Do(verb).With("task", TaskOf(product, 0)).With("answer", nullptr);
+        }
+    } else if (service == "updates") {
+        steps.Do("update").With("product", product).With("answer", nullptr).With("result", nullptr);
+        steps.Do("set value")
+            .With("product", product)
+            .With("name", "Judge")
+            .With("value", "1")
+            .With("answer", nullptr)
+            .With("result", nullptr);
+    }
+    return steps;
+}
+
 }  // namespace
 
 Steps& Steps::Do(const char* verb) {
@@ -98,6 +117,7 @@ Steps RequestAll(const Profile& profile) {
             const std::string name = service + ' ' + product;
             steps += Request(service, product, name, Answers::Any);
             steps.Do("await").With("request", name);
+            steps += OtherRequests(service, product);
         }
     }
     return steps;

@@ -272,11 +272,9 @@ private:
         Steps load;
         load.Do("load").With("answer", nullptr);
         Steps leave;
-        leave.Do("clear faults");
-        if (when == "leaves") {
-            leave = {};
-        }
-        leave.Do("unload").With("answer", nullptr);
+        leave.Do(when == "leaves" ? "unload" : "clear faults");
+        leave.Do(when == "leaves" ? "clear faults" : "unload");
+        leave.all[when == "leaves" ? 0 : 1]["answer"] = nullptr;
         Trial& trial =
             Add("fails as it " + when + ": " + function, "A call of " + function + " fails as the module " + when + '.',
                 isBeforeLoad ? install + fail + load + leave

@@ -22,9 +22,12 @@ size_t CountFindings(const std::vector<Verdict>& verdicts) {
 }
 
 std::string Summary(const std::vector<Verdict>& verdicts) {
-    const auto passed = std::count_if(verdicts.begin(), verdicts.end(),
-                                      [](const Verdict& verdict) { return verdict.findings.empty(); });
-    return fmt::format("{} of {} passed, {} findings", passed, verdicts.size(), CountFindings(verdicts));
+    const auto count = [&](std::string_view word) {
+        return std::count_if(verdicts.begin(), verdicts.end(),
+                             [&](const Verdict& verdict) { return WordFor(verdict) == word; });
+    };
+    return fmt::format("{} of {} passed, {} findings{}", count("passed"), verdicts.size(), CountFindings(verdicts),
+                       count("not met") == 0 ? "" : fmt::format(", {} not met", count("not met")));
 }
 
 std::string Again(const Heading& heading, const Verdict& verdict) {
@@ -73,6 +76,10 @@ bool ReadFinding(std::string_view line, Finding& finding) {
 
 }  // namespace
 
+const char* WordFor(const Verdict& verdict) {
+    return !verdict.findings.empty() ? "FINDING" : verdict.isMet ? "passed" : "not met";
+}
+
 std::vector<Finding> FindingsOf(const Trial& trial, const play::RunResult& run) {
     std::vector<Finding> findings;
     switch (run.Worst()) {
@@ -95,8 +102,7 @@ std::string MakeTable(const Heading& heading, const std::vector<Verdict>& verdic
     std::string table;
     Earlier earlier;
     for (const Verdict& verdict : verdicts) {
-        table += fmt::format("{:<8}{:>7} ms  {}\n", verdict.findings.empty() ? "passed" : "FINDING",
-                             verdict.milliseconds, verdict.trial.name);
+        table += fmt::format("{:<8}{:>7} ms  {}\n", WordFor(verdict), verdict.milliseconds, verdict.trial.name);
         for (const Finding& finding : verdict.findings) {
             const std::string first = earlier.Of(finding, verdict.trial.name);
             table += fmt::format("                    [{}] {}\n", finding.rule,
@@ -121,6 +127,7 @@ std::string MakeJson(const Heading& heading, const std::vector<Verdict>& verdict
         }
         all["trials"].push_back({{"name", verdict.trial.name},
                                  {"purpose", verdict.trial.purpose},
+                                 {"outcome", WordFor(verdict)},
                                  {"milliseconds", verdict.milliseconds},
                                  {"steps", verdict.steps},
                                  {"findings", std::move(findings)},
@@ -140,7 +147,7 @@ std::string MakeJUnit(const Heading& heading, const std::vector<Verdict>& verdic
         xml += fmt::format("    <testcase classname=\"judge\" name=\"{}\" time=\"{:.3f}\"", Xml(verdict.trial.name),
                            static_cast<double>(verdict.milliseconds) / 1000);
         if (verdict.findings.empty()) {
-            xml += "/>\n";
+            xml += verdict.isMet ? "/>\n" : "><skipped/></testcase>\n";
             continue;
         }
         std::string text;
@@ -167,9 +174,9 @@ std::string MakePage(const Heading& heading, const std::vector<Verdict>& verdict
         if (!findings.empty()) {
             findings += fmt::format("<p>Again: <code>{}</code></p>", Xml(Again(heading, verdict)));
         }
-        rows += fmt::format("<tr class=\"{0}\"><td>{0}</td><td><b>{1}</b><br>{2}{3}</td><td>{4} ms</td></tr>\n",
+        rows += fmt::format("<tr class=\"{0}\"><td>{5}</td><td><b>{1}</b><br>{2}{3}</td><td>{4} ms</td></tr>\n",
                             verdict.findings.empty() ? "passed" : "finding", Xml(verdict.trial.name),
-                            Xml(verdict.trial.purpose), findings, verdict.milliseconds);
+                            Xml(verdict.trial.purpose), findings, verdict.milliseconds, WordFor(verdict));
     }
     constexpr char style[] =
         "body{font-family:sans-serif;max-width:70em;margin:2em auto;color:#222}"

@@ -20,7 +20,11 @@ struct Verdict {
     std::vector<Finding> findings;
     int64_t milliseconds = 0;
     size_t steps = 0;
+    bool isMet = true;  // false: the call that was to fail was not made, so that the story says nothing
 };
+
+// "passed", "FINDING" or "not met"
+const char* WordFor(const Verdict& verdict);
 
 // What is found in a playing of the trial.
 std::vector<Finding> FindingsOf(const Trial& trial, const play::RunResult& run);

@@ -119,6 +119,7 @@ private:
             current = event.at("step");
             hasBegun = true;
             isInStep = true;
+            stepBegin = std::chrono::steady_clock::now();
             if (audience != nullptr) {
                 audience->OnBegin(current, *Current());
             }
@@ -166,6 +167,8 @@ private:
     // What the process came to: in the step that was under way, or behind the last one.
     void Conclude(Outcome outcome, const std::string& failure) {
         if (isInStep) {
+            Current()->milliseconds =
+                std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - stepBegin).count();
             End(outcome, failure);
         } else if (result.end == Outcome::NotPlayed || result.end == Outcome::Passed) {
             result.end = outcome;
@@ -218,6 +221,7 @@ private:
     Json plan;
     RunResult result;
     size_t current = 0;
+    std::chrono::steady_clock::time_point stepBegin;
     bool hasBegun = false;
     bool isInStep = false;
     bool isOver = false;

@@ -109,6 +109,13 @@ TEST_F(PlayTest, LetsTheAgentBeUpgradedWhileItAsks) {
     EXPECT_EQ(run.status, 0) << run.output << run.errors;
 }
 
+TEST_F(PlayTest, SaysWhenACallThatWasToFailWasNotMade) {
+    const ProgramRun run = Play(
+        Entered(R"({"do": "fail", "function": "ny_policy_get"}, {"do": "ask"}, {"do": "clear faults"})"), Sample());
+    EXPECT_EQ(run.status, 0) << run.output << run.errors;
+    EXPECT_THAT(run.output, HasSubstr("player: no call of ny_policy_get has failed"));
+}
+
 // --- Crashes, hangs, and what the checking bridge finds
 
 TEST_F(PlayTest, NamesTheStepOfACrash) {

@@ -49,6 +49,8 @@ void SetInformation(Stage& /*stage*/, const Json& step) {
 }
 
 void Fail(Stage& stage, const Json& step) {
+    const std::string function = step.at("function");
+    stage.FaultsBefore().emplace(function, ny_sim_fault_count(function.c_str()));
     stage.Machine().Fail(step.at("function"), step.value("nth", 1U), step.value("code", int32_t{NY_UNEXPECTED}),
                          step.value("always", false) ? NY_SIM_FROM_THEN_ON : NY_SIM_ONCE);
 }
@@ -61,6 +63,13 @@ void FailBridgeMemory(Stage& stage, const Json& step) {
 void ClearFaults(Stage& stage, const Json& /*step*/) {
     EndMemoryFault();
     stage.Machine().ClearFaults();
+    for (const auto& [function, count] : stage.FaultsBefore()) {
+        if (ny_sim_fault_count(function.c_str()) == count) {
+            stage.Tell("player", "no call of " + function + " has failed");
+            stage.Send({{"event", "fact"}, {"unmet", function}});
+        }
+    }
+    stage.FaultsBefore().clear();
     if (CountMemoryFaults() != 0) {
         stage.Tell("player", "allocations of the bridge's that have failed since the story began: " +
                                  std::to_string(CountMemoryFaults()));

@@ -17,6 +17,7 @@ namespace tool::play {
 //                  come back
 //   "calls"        "functions" of the agent's that the bridge has called in the step, each once
 //   "fact"         "load": the "function" by which a module is left, or "tell products": the "product", its "services"
+//                  or "clear faults": a function, "unmet", that was to fail and did not
 //   "no findings"  from here on the checking bridge is to find nothing
 //   "crash"        an exception that nobody catches: "code", "file", "offset", "thread"
 //   "over"         the story is over, and the process ends

@@ -54,6 +54,8 @@ public:
     void Finish(const nlohmann::json& step, std::unique_ptr<Request> request);
     void Await(const std::string& name, std::chrono::milliseconds limit);
 
+    // The functions that are to fail, and how often they had before.
+    std::map<std::string, size_t>& FaultsBefore() noexcept { return faultsBefore; }
     // The number of reports there were when the task was started last.
     std::map<std::string, size_t>& ReportsBefore() noexcept { return reportsBefore; }
 
@@ -76,6 +78,7 @@ private:
     size_t callsTold = 0;
     std::map<std::string, Kept> kept;
     std::map<std::string, size_t> reportsBefore;
+    std::map<std::string, size_t> faultsBefore;
     mutable std::mutex mutex;
     std::vector<std::string> linesSaid;
 };
