@@ -116,13 +116,7 @@ private:
     void Take(const Json& event) {
         const std::string name = event.at("event");
         if (name == "begin") {
-            current = event.at("step");
-            hasBegun = true;
-            isInStep = true;
-            stepBegin = std::chrono::steady_clock::now();
-            if (audience != nullptr) {
-                audience->OnBegin(current, *Current());
-            }
+            Begin(event.at("step"));
         } else if (name == "line") {
             Hear({event.at("who"), event.at("text"), event.value("isCall", false)});
         } else if (name == "end") {
@@ -164,8 +158,22 @@ private:
         }
     }
 
-    // What the process came to: in the step that was under way, or behind the last one.
+    void Begin(size_t index) {
+        current = index;
+        hasBegun = true;
+        isInStep = true;
+        stepBegin = std::chrono::steady_clock::now();
+        if (audience != nullptr) {
+            audience->OnBegin(current, *Current());
+        }
+    }
+
+    // What the process came to: in the step that was under way, in the one that was about to begin when a request
+    // beside the story brought the process down, or behind the last one.
     void Conclude(Outcome outcome, const std::string& failure) {
+        if (hasBegun && !isInStep && !isOver && current + 1 < result.steps.size()) {
+            Begin(current + 1);
+        }
         if (isInStep) {
             Current()->milliseconds =
                 std::chrono::duration_cast<milliseconds>(std::chrono::steady_clock::now() - stepBegin).count();
