@@ -27,6 +27,7 @@ foreach(folder agent simulator/include kit/include)
     install(DIRECTORY ${PROJECT_SOURCE_DIR}/${folder}/ DESTINATION agent/include
         FILES_MATCHING PATTERN *.h PATTERN *.hpp)
 endforeach()
+install(FILES ${PROJECT_SOURCE_DIR}/tool/play/story.schema.json DESTINATION agent)
 install(TARGETS ny_simulator ny_setup RUNTIME DESTINATION agent/lib ARCHIVE DESTINATION agent/lib)
 install(FILES ${ny_simulator_MICROSOFT_LIBRARY} ${ny_setup_MICROSOFT_LIBRARY} DESTINATION agent/lib)
 
@@ -35,7 +36,7 @@ install(FILES ${ny_simulator_MICROSOFT_LIBRARY} ${ny_setup_MICROSOFT_LIBRARY} DE
 install(TARGETS demo SampleModule RUNTIME DESTINATION demo ARCHIVE DESTINATION demo EXCLUDE_FROM_ALL)
 install(FILES
     $<TARGET_FILE:VsMsgbus> $<TARGET_FILE:LogLib> $<TARGET_FILE:ny_simulator> ${PROJECT_SOURCE_DIR}/demo/policies.json
-    ${PROJECT_SOURCE_DIR}/demo/tasks.json
+    ${PROJECT_SOURCE_DIR}/demo/story.json ${PROJECT_SOURCE_DIR}/demo/tasks.json
     DESTINATION demo)
 
 # --- The reference of the public headers -----------------------------------------------------------------------------

@@ -11,7 +11,7 @@ find_package(Python3 REQUIRED COMPONENTS Interpreter)
 configure_file(${PROJECT_SOURCE_DIR}/docs/Doxyfile.in Doxyfile @ONLY)
 
 # The guides for authors of modules, pages of docs/.
-set(AUTHORS_GUIDES GETTING_STARTED CHECKS TIMELINE DOCTOR WHY_NOT_ASKED LOG_LINES STATUS_NUMBERS SECURITY)
+set(AUTHORS_GUIDES GETTING_STARTED PLAY JUDGE CHECKS TIMELINE DOCTOR WHY_NOT_ASKED LOG_LINES STATUS_NUMBERS SECURITY)
 set(guides)
 foreach(name ${AUTHORS_GUIDES})
     set(page ${PROJECT_SOURCE_DIR}/docs/${name}.md)

@@ -23,7 +23,8 @@ core=simulator/core
 [ "${1:-}" = --all ] && joints+=("$core $core/threads $core/frame $core/handles $core/values $core/client $core/services"
     "$core/property $core/policy $core/scheduler $core/updater $core/hostility" "demo/host" "demo/module"
     "simulator/exports simulator/setup" "kit/setup" "tool tool/output tool/timeline"
-    "tool/doctor tool/doctor/checks tool/doctor/trial tool/files tool/pe tool/process")
+    "tool/doctor tool/doctor/checks tool/doctor/trial tool/files tool/pe" "tool/play tool/play/player tool/process tool/text"
+    "tool/judge")
 
 scripts/check-links.py
 scripts/check-log-lines.py
@@ -40,7 +41,7 @@ compiler=x86_64-w64-mingw32-g++-posix
 mapfile -t flags < <("$compiler" -x c++ -E -v - </dev/null 2>&1 | sed -n 's/^ \(.*\/c++.*\)$/-isystem\1/p')
 flags+=(--target=x86_64-w64-mingw32 -std=c++20 -DNOMINMAX -DUNICODE -DWIN32_LEAN_AND_MEAN -D_UNICODE
     -D_WIN32_WINNT=0x0601 -DFMT_HEADER_ONLY -DAGENT_VERSION=0 -I. -Iinclude -Iagent -Isimulator/include -Isimulator/setup
-    -Ikit/include -Idemo/module)
+    -isystem kit/include -Idemo/module)
 for library in build/release/third_party/*/; do
     flags+=(-isystem "$library")
 done

@@ -90,6 +90,8 @@ Both Check soak-wine "$wine" build/release/bin/soak.exe "${soak[@]}" \
     --- Both Check soak-asan build/asan/bin/soak "${soak[@]}" \
     --- Check soak-tsan build/tsan/bin/soak "${soak[@]}" || status=1
 
+Check judge InShards env JUDGE_WHOLE=1 "$wine" build/release/bin/tool_tests.exe --gtest_filter='*Judge*' || status=1
+
 # With the checking bridge in the place of the shipped one, all of these must be without a finding that they do not name.
 silent="build/release/silent"
 export VSMSGBUS_CHECK_SLOW=60000

@@ -9,6 +9,8 @@
 #include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
 #include "tool/doctor/Doctor.h"
+#include "tool/judge/Judge.h"
+#include "tool/play/Play.h"
 #include "tool/timeline/Timeline.h"
 
 namespace {
@@ -21,11 +23,15 @@ ExitStatus Run(std::vector<std::string> words) {
     program.set_version_flag("--version", fmt::format("vsmsgbus {}.{}.{}", VSMSGBUS_VERSION_MAJOR,
                                                       VSMSGBUS_VERSION_MINOR, VSMSGBUS_VERSION_PATCH));
     program.require_subcommand(1);
+    // A word that begins with a slash is a file's name.
+    program.allow_windows_style_options(false);
     program.footer("Exit status: 0 right, 1 a finding, 2 wrong use.");
     ExitStatus status = ExitStatus::Right;
     // Each folder adds its sub-command here.
-    tool::AddTimeline(program, status);
     tool::AddDoctor(program, status);
+    tool::play::AddPlay(program, status);
+    tool::judge::AddJudge(program, status);
+    tool::AddTimeline(program, status);
 
     // The parser takes them from behind.
     std::reverse(words.begin(), words.end());

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+#include "tool/ExitStatus.h"
+
+namespace tool::play {
+
+// Adds the sub-command `play`, and the hidden one by which it plays in a process of its own.
+void AddPlay(CLI::App& program, ExitStatus& status);
+
+}  // namespace tool::play

@@ -1,0 +1,13 @@
+// Texts of this program are UTF-8; file names and the system's texts are UTF-16.
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+std::filesystem::path PathOf(std::string_view utf8);
+std::string Utf8(const std::filesystem::path& path);
+
+}  // namespace tool
