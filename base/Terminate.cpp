@@ -1,6 +1,6 @@
 // What ends the process where an exception leaves a function that lets none out, in the place of the C++ runtime's own
-// handler. That one prints the name of the exception's type to standard error, which a DLL must not take for its own, and
-// what makes the name readable takes a tenth of the DLL.
+// handler. That one prints the name of the exception's type to standard error, which a DLL must not take for its own,
+// and what makes the name readable takes a tenth of the DLL.
 #include <cstdlib>
 #include <exception>
 
