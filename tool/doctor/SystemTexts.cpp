@@ -1,7 +1,7 @@
 #include "tool/doctor/SystemTexts.h"
 
 #include "checking/Texts.h"
-#include "tool/process/OwnProgram.h"
+#include "tool/process/ThisProgram.h"
 
 namespace tool::doctor {
 
@@ -31,7 +31,7 @@ std::filesystem::path PathOf(const std::string& utf8) {
 }
 
 std::filesystem::path OwnFolder() {
-    return OwnProgram().parent_path();
+    return PathOfThisProgram().parent_path();
 }
 
 }  // namespace tool::doctor

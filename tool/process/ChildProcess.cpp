@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include <filesystem>
-#include <stdexcept>
+#include <system_error>
 
 #include "tool/process/ThisProgram.h"
 #include "tool/text/Utf8.h"
@@ -17,6 +17,10 @@ struct Pipe {
     HANDLE writing = nullptr;
 };
 
+std::system_error SystemError(DWORD code, const std::string& what) {
+    return {static_cast<int>(code), std::system_category(), what + ": error " + std::to_string(code)};
+}
+
 HANDLE Inherited(HANDLE handle) {
     ::SetHandleInformation(handle, HANDLE_FLAG_INHERIT, HANDLE_FLAG_INHERIT);
     return handle;
@@ -25,7 +29,7 @@ HANDLE Inherited(HANDLE handle) {
 Pipe MakePipe() {
     Pipe pipe;
     if (::CreatePipe(&pipe.reading, &pipe.writing, nullptr, 0) == FALSE) {
-        throw std::runtime_error("a pipe cannot be made: error " + std::to_string(::GetLastError()));
+        throw SystemError(::GetLastError(), "a pipe cannot be made");
     }
     return pipe;
 }
@@ -99,7 +103,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& words, const std::str
     if (isStarted == FALSE) {
         ::CloseHandle(toChild.writing);
         ::CloseHandle(lineSource);
-        throw std::runtime_error("the player's process cannot be started: error " + std::to_string(error));
+        throw SystemError(error, "a process of this program cannot be started");
     }
     process = started.hProcess;
     job = MakeJob();

@@ -18,7 +18,7 @@ namespace tool {
 class ChildProcess {
 public:
     // `words` are UTF-8, without the program's name; behind them the child gets the number of the handle to which it
-    // writes its lines. Throws std::runtime_error when it cannot be started.
+    // writes its lines. Throws std::system_error when it cannot be started.
     ChildProcess(const std::vector<std::string>& words, const std::string& input, bool isQuiet);
     // Ends it when it has not ended.
     ~ChildProcess();

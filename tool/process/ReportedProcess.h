@@ -30,8 +30,9 @@ struct ReportedOptions {
 };
 
 // Runs this program once more, with those words and "--report" with the number of the handle that it is to write its
-// lines to, and waits for it. It has no standard input and output, and whatever it starts ends with it.
-ReportedEnd RunReported(const std::vector<std::string>& words, const ReportedOptions& options);
+// lines to, and waits for it. It has nothing on its standard input, its standard output leads nowhere, and whatever it
+// starts ends with it.
+ReportedEnd RunReported(std::vector<std::string> words, const ReportedOptions& options);
 
 // In that process: writes the lines.
 class ReportWriter {
