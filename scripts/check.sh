@@ -15,6 +15,7 @@ elif [ $# -ne 0 ]; then
 fi
 
 EnsurePackages
+EnsurePackages scripts/packages-browser.txt
 BuildPreset release all
 BuildPreset msabi all
 BuildPreset asan all
@@ -97,8 +98,8 @@ silent="build/release/silent"
 export VSMSGBUS_CHECK_SLOW=60000
 # Building against data races takes a quarter as long as all that scripts/test.sh does.
 Check tests-tsan ctest --preset tsan --parallel $((2 * $(nproc))) || status=1
-Check new-module ctest --preset release --tests-regex '^Package\.NewModule$' || status=1
-Check timeline ctest --preset release --tests-regex '^Timeline\.(Large|Frames)$' || status=1
+Check made-projects ctest --preset release --tests-regex '^Package\.(NewModule|Commands)$' || status=1
+Check timeline ctest --preset release --tests-regex '^Timeline\.' || status=1
 Step silent-folder ctest --preset release --tests-regex '^Silent\.Folder$' || status=1
 Check silent-modules InShards "$wine" "$silent/module_tests.exe" || status=1
 Check silent-reentrancy InShards env --unset=REENTRANCY_WHOLE "$wine" "$silent/reentrancy_tests.exe" || status=1

@@ -35,12 +35,12 @@ LongestSteps() {
     sort -rn "$LOGS/durations" | head -n 6 | awk '{printf "%s%s %d s", NR == 1 ? "" : ", ", $2, $1} END {print ""}'
 }
 
-# Makes sure that the tools are there, as scripts/packages.txt lists them.
+# EnsurePackages [LIST]: makes sure that the tools are there, as scripts/packages.txt or another list has them.
 EnsurePackages() {
-    local missing=() package
+    local missing=() package list="${1:-scripts/packages.txt}"
     while read -r package; do
         dpkg-query -W -f '${db:Status-Abbrev}' "$package" 2>/dev/null | grep -q '^ii' || missing+=("$package")
-    done < <(sed 's/ *#.*//; /^$/d' scripts/packages.txt)
+    done < <(sed 's/ *#.*//; /^$/d' "$list")
     [ ${#missing[@]} -eq 0 ] && return 0
     local asRoot=()
     [ "$(id -u)" -eq 0 ] || asRoot=(sudo)

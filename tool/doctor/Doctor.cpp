@@ -1,5 +1,6 @@
 #include "tool/doctor/Doctor.h"
 
+#include <CLI/CLI.hpp>
 #include <filesystem>
 #include <memory>
 

@@ -22,14 +22,6 @@ std::string Utf8OfAnsi(const std::string& text) {
     return checking::Narrow(wide);
 }
 
-std::string Utf8(const std::filesystem::path& path) {
-    return checking::Narrow(path.wstring());
-}
-
-std::filesystem::path PathOf(const std::string& utf8) {
-    return {checking::Wide(utf8)};
-}
-
 std::filesystem::path OwnFolder() {
     return PathOfThisProgram().parent_path();
 }

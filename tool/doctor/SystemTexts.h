@@ -6,14 +6,14 @@
 #include <filesystem>
 #include <string>
 
+#include "tool/text/Utf8.h"
+
 namespace tool::doctor {
 
 // What the system calls the error, without a full stop at the end.
 std::string SystemText(DWORD error);
 // A text of the system's code page, in which the bridge reads and hands on paths.
 std::string Utf8OfAnsi(const std::string& text);
-std::string Utf8(const std::filesystem::path& path);
-std::filesystem::path PathOf(const std::string& utf8);
 // The folder of this program.
 std::filesystem::path OwnFolder();
 

@@ -1,6 +1,7 @@
 #include "tool/judge/Judge.h"
 
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,7 @@
 #include "tool/play/Play.h"
 
 #include <fmt/format.h>
+#include <CLI/CLI.hpp>
 
 #include <fstream>
 #include <memory>

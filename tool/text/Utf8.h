@@ -7,6 +7,7 @@
 
 namespace tool {
 
+// Bytes that are no UTF-8 become U+FFFD.
 std::filesystem::path PathOf(std::string_view utf8);
 std::string Utf8(const std::filesystem::path& path);
 

@@ -2,6 +2,7 @@
 
 #include <fmt/format.h>
 #include <windows.h>
+#include <CLI/CLI.hpp>
 
 #include <filesystem>
 #include <fstream>
@@ -24,7 +25,7 @@ namespace fs = std::filesystem;
 constexpr uint16_t red = FOREGROUND_RED | FOREGROUND_INTENSITY;
 constexpr uint16_t usual = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE;
 
-struct Options {
+struct TimelineOptions {
     std::string trace;
     std::string page;
     bool isForMachines = false;
@@ -67,7 +68,7 @@ Trace ReadTraceFile(const std::string& name) {
     }
 }
 
-void Tell(const Options& options, const Record& record, const Summary& summary) {
+void Tell(const TimelineOptions& options, const Record& record, const Summary& summary) {
     const Terminal terminal;
     terminal.Print(fmt::format("{}: {}\n", options.page, SummaryLine(record, summary)), usual);
     if (!record.isComplete) {
@@ -81,7 +82,7 @@ void Tell(const Options& options, const Record& record, const Summary& summary) 
     }
 }
 
-ExitStatus Run(const Options& options) {
+ExitStatus Run(const TimelineOptions& options) {
     if (options.page.empty() && !options.isForMachines) {
         throw std::runtime_error("timeline: -o FILE.html is missing, or --json");
     }
@@ -107,7 +108,7 @@ ExitStatus Run(const Options& options) {
 void AddTimeline(CLI::App& program, ExitStatus& status) {
     CLI::App* const command =
         program.add_subcommand("timeline", "Draws a record of the checking bridge as a page for the browser.");
-    const auto options = std::make_shared<Options>();
+    const auto options = std::make_shared<TimelineOptions>();
     command->add_option("TRACE", options->trace, "the record: what VSMSGBUS_TRACE named")->required();
     command->add_option("-o,--output", options->page, "the page to write, such as trace.html");
     command->add_flag("--json", options->isForMachines, "print a summary for machines; -o may then be left out");

@@ -1,6 +1,7 @@
 #include "tool/doctor/trial/TrialCommands.h"
 
 #include <windows.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdint>
 #include <memory>

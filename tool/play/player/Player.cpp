@@ -1,6 +1,7 @@
 #include "tool/play/player/Player.h"
 
 #include <windows.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdint>
 #include <iostream>

@@ -1,8 +1,10 @@
 #pragma once
 
-#include <CLI/CLI.hpp>
-
 #include "tool/ExitStatus.h"
+
+namespace CLI {
+class App;
+}
 
 namespace tool::play {
 
