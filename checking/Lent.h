@@ -75,9 +75,10 @@ public:
         rested.pop_front();
         return taken;
     }
-    void GiveBack(Object* object) {
+    // Called where nothing may be thrown: without memory to note it, the object is not lent again.
+    void GiveBack(Object* object) noexcept {
         const Guard guard(lock);
-        rested.push_back(object);
+        bridge::Guarded([&] { rested.push_back(object); });
     }
 
 private:

@@ -56,7 +56,8 @@ public:
         ::VirtualProtect(chunk.memory, chunk.size, PAGE_NOACCESS, &before);
         chunk.isSealed = true;
         const Guard guard(lock);
-        sealed.push_back(&chunk);
+        // Without memory to note it, it is not used again.
+        bridge::Guarded([&] { sealed.push_back(&chunk); });
     }
 
     // Takes no lock: it may be asked wherever a thread reads.

@@ -34,7 +34,12 @@ void Watch::LookAtAgentsId(const std::string& id) {
         return;
     }
     const std::wstring folded = Folded(Wide(id));
-    for (const auto& [product, mask] : Products()) {
+    const std::map<std::string, uint32_t> present = Products();
+    if (present.count(id) != 0) {
+        // It has entered meanwhile.
+        return;
+    }
+    for (const auto& [product, mask] : present) {
         if (Folded(Wide(product)) == folded) {
             Report(Rule::IdDiffers, id, {"A call of the agent's", product});
             return;
