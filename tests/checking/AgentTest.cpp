@@ -11,6 +11,7 @@ protected:
     void EnterUntilNoted(const char* rule) {
         const unsigned noted = VsMsgbusCheckFindings(rule);
         const Registration registration(id, collector);
+        CheckSoonAfterTheNextChange();
         const Product product(id, &sink);
         EXPECT_TRUE(WaitUntil([&] { return VsMsgbusCheckFindings(rule) > noted; })) << rule;
     }

@@ -237,21 +237,25 @@ TEST_F(CheckedCalls, WhatACallbackThrowsIsNamedWithItsText) {
 }
 
 TEST_F(CheckedCalls, ACallbackThatTakesLongIsNamed) {
-    SetNumber("VSMSGBUS_CHECK_SLOW", "50");
     const Event never;
-    collector.collect = [&](auto&) { never.Wait(std::chrono::milliseconds(100)); };
+    collector.collect = [&](auto&) { never.Wait(std::chrono::milliseconds(1100)); };
     const Registration registration(id, collector);
     const Product product(id, &sink);
+    SetNumber("VSMSGBUS_CHECK_SLOW", "1000");
     EXPECT_EQ(Ask(id), std::vector<std::string>{"answer 0"});
     EXPECT_EQ(Found("CALLBACK-SLOW"), 1U);
 }
 
 TEST_F(CheckedCalls, ASinkThatTakesLongIsNamed) {
     class SlowSink final : public VsKitMsgbus::ILogSink {
-        void Write(int, const wchar_t*) override { never.Wait(std::chrono::milliseconds(100)); }
+        void Write(int, const wchar_t* line) override {
+            if (std::wstring_view(line).find(L"a line") != std::wstring_view::npos) {
+                never.Wait(std::chrono::milliseconds(1100));
+            }
+        }
         Event never;
     } slow;
-    SetNumber("VSMSGBUS_CHECK_SLOW", "50");
+    SetNumber("VSMSGBUS_CHECK_SLOW", "1000");
     const Registration registration(id, collector);
     const Product product(id, &slow);
     EXPECT_EQ(ny_sim_emit_log(2, "module", "a line"), NY_OK);

@@ -81,6 +81,7 @@ TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
     const Product right(id + "right", &sink);
     const Registration rightOne(id + "right", collector);
     const Product wrong(id, &sink, VsMsgbusServicePolicy);
+    CheckSoonAfterTheNextChange();
     const Registration wrongOne(id, collector);
     EXPECT_TRUE(WaitUntil([&] { return Found("INTERFACE-MISSING") != 0 && Found("MASK-MISSING") != 0; }));
     EXPECT_THAT(file.Text(), testing::HasSubstr(
@@ -97,6 +98,7 @@ TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
 TEST_F(CheckedIds, OfARegistrationThatNobodyEntersWithAreNamedOnceTheAgentIsThere) {
     const Registration registration(id, collector);
     const Product product(id, &sink);
+    CheckSoonAfterTheNextChange();
     const Registration mistyped(id + "_", collector);
     EXPECT_TRUE(WaitUntil([&] { return Found("NEVER-ENTERED") != 0; }));
     EXPECT_THAT(file.Text(),

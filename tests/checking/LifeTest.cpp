@@ -60,12 +60,12 @@ TEST_F(CheckedLife, AnExitWhileTheAgentIsInsideACallbackIsNamed) {
     ny_sim_set_impatient(1);
     const Registration registration(id, collector);
     Product product(id, &sink);
-    ny_sim_property_request_t* request = nullptr;
-    ASSERT_EQ(ny_sim_request_properties(id.c_str(), &request), NY_OK);
-    EXPECT_TRUE(isInside.Wait());
-    product.Exit();
-    mayLeave.Set();
-    ny_sim_property_request_release(request);
+    {
+        const AgentRequest request(id);
+        EXPECT_TRUE(isInside.Wait());
+        product.Exit();
+        mayLeave.Set();
+    }
     ny_sim_reset();
     EXPECT_EQ(Found("EXIT-WHILE-CALLED"), 1U);
     EXPECT_THAT(file.Text(),
@@ -78,11 +78,9 @@ TEST_F(CheckedLife, AnExitThatAwaitsACallbackIsRight) {
     collector.collect = [&](auto&) { isInside.Set(); };
     const Registration registration(id, collector);
     Product product(id, &sink);
-    ny_sim_property_request_t* request = nullptr;
-    ASSERT_EQ(ny_sim_request_properties(id.c_str(), &request), NY_OK);
+    const AgentRequest request(id);
     EXPECT_TRUE(isInside.Wait());
     product.Exit();
-    ny_sim_property_request_release(request);
 }
 
 TEST_F(CheckedLife, AnEntryWithoutASinkBesideOneWithASinkIsRight) {
@@ -127,14 +125,17 @@ TEST_F(CheckedLife, AnExitWithAnotherInstanceIsNamed) {
 TEST_F(CheckedLife, AnExitThatTakesTheSinkFromOthersIsNamed) {
     const Registration registration(id, collector);
     const Product stays(id, &sink);
-    { const Product leaves(id + "other", &sink); }
+    {
+        const Product leaves(id + "other", &sink);
+        CheckSoonAfterTheNextChange();
+    }
     EXPECT_TRUE(WaitUntil([&] { return Found("SINK-TAKEN") != 0; }));
     EXPECT_THAT(file.Text(),
                 testing::HasSubstr("[SINK-TAKEN] " + id + "other: its Exit takes the log sink away, which " + id +
                                    " still needs: "));
 }
 
-// Whoever waits for the count reads the lines next.
+// A test that waits for the count reads the line after it.
 TEST_F(CheckedLife, AFindingCountsOnceItsLineIsWritten) {
     HANDLE reading = nullptr;
     HANDLE writing = nullptr;

@@ -118,7 +118,6 @@ TEST_F(CheckedRegistrations, RemovedInsideTheirOwnCallbackAreNamed) {
 
 // Both wait for the other one's callback.
 TEST_F(CheckedRegistrations, RemovedBySomebodyWhomTheirCallbackWaitsForAreNamedWithinRealFifteenSeconds) {
-    SetNumber("VSMSGBUS_CHECK_GRACE", "60000");
     const Product product(id, &sink);
     const Product otherProduct(id + "other", &sink);
     Event isInside;
@@ -141,7 +140,6 @@ TEST_F(CheckedRegistrations, RemovedBySomebodyWhomTheirCallbackWaitsForAreNamedW
     EXPECT_EQ(second.Answer(), 0);
     EXPECT_GE(Found("WAIT-CYCLE"), 1U);
     EXPECT_GE(Found("REMOVE-GAVE-UP"), 1U);
-    Found("CALLBACK-SLOW");
 }
 
 }  // namespace

@@ -32,7 +32,7 @@ bool CallFunction(HMODULE module, const std::string& name, const TrialSteps& ste
 // Who enters, and registers what, may do so on other threads and in any order. Nobody tells when a module is done.
 bool WaitForEntry(const ModuleTrialOptions& options) {
     constexpr milliseconds pause{50};
-    constexpr milliseconds quiet{400};
+    constexpr milliseconds quiet{1000};
     const auto limit = steady_clock::now() + options.wait;
     size_t known = 0;
     auto changed = steady_clock::now();
@@ -56,7 +56,7 @@ void SetUpChecks(const ModuleTrialOptions& options) {
     ::SetEnvironmentVariableW(L"VSMSGBUS_TRACE_LIMIT", L"1048576");
     ::SetEnvironmentVariableW(L"VSMSGBUS_TRACE", options.record.c_str());
     ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", options.findings.c_str());
-    ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_GRACE", L"100");
+    ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_GRACE", L"500");
     ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK", nullptr);
 }
 
