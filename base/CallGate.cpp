@@ -52,11 +52,6 @@ void CallGate::Close() {
     TurnWaitersAway();
 }
 
-bool CallGate::IsClosed() const {
-    const ScopedLock guard(mutex);
-    return isClosed;
-}
-
 bool CallGate::IsInside(DWORD threadId) const {
     const ScopedLock guard(mutex);
     return HasCallOf(threadId);

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 
@@ -54,7 +55,8 @@ public:
 
     // No call enters any more; those inside go on.
     void Close();
-    bool IsClosed() const;
+    // Takes no lock.
+    bool IsClosed() const noexcept { return isClosed; }
     // Whether a call of that thread is inside.
     bool IsInside(DWORD threadId) const;
 
@@ -88,7 +90,8 @@ private:
     Call* calls GUARDED_BY(mutex) = nullptr;
     // In the order of arrival. While there are any, a call is inside.
     Waiter* waiters GUARDED_BY(mutex) = nullptr;
-    bool isClosed GUARDED_BY(mutex) = false;
+    // Written under the mutex.
+    std::atomic<bool> isClosed = false;
 };
 
 }  // namespace bridge

@@ -1,14 +1,18 @@
 #include "services/AgentInformation.h"
 
 #include <iterator>
+#include <utility>
 
+#include "base/Boundary.h"
 #include "dispatcher/groups/InfoGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/client/AgentUse.h"
+#include "msgbus/lpc_buffer.h"
 #include "values/AgentException.h"
 #include "values/AgentHandle.h"
 #include "values/AgentTexts.h"
+#include "values/WideText.h"
 
 namespace bridge {
 
@@ -20,15 +24,33 @@ constexpr const char* keys[] = {
     "RdxPortList", "Version", "LastASCTime", "LastPolicyUpdateTime", "CryptoMode",
 };
 
-// The agent is used here alone. The caller, which logs a failure, must not hold it: the sink is a module's.
-std::string ReadText(const char* key) {
-    const AgentUse agentUse;
+std::string ReadText(const AgentUse& agentUse, const char* key) {
     if (!agentUse) {
         throw AgentException(NY_FUNCTION_MISSING);
     }
     VariantOwner variant;
     Check(agent::ny_info_get.In(agentUse.Libraries())(agentUse.Client(), key, variant.Out(agentUse.Libraries())));
     return NarrowFromVariant(variant.Get(), agentUse.Libraries());
+}
+
+// Gives the text of the key to `take(text, libraries)`, which throws nothing, and returns its answer. False,
+// with a line in the log, when the agent fails; false as well for an index that names no key.
+template <class Take>
+bool TakeText(unsigned int index, const Take& take) {
+    if (index >= std::size(keys)) {
+        return false;
+    }
+    try {
+        const AgentUse agentUse;
+        std::string text = ReadText(agentUse, keys[index]);
+        return take(text, agentUse.Libraries());
+    } catch (const AgentException& failure) {
+        // The use has ended: no thread is inside the agent while it calls a module's sink.
+        VsKit::CUniStream text;
+        text << L"Failed to get the agent info, excpetion:[" << failure.Code() << L"]";
+        WriteBridgeLog(text);
+        return false;
+    }
 }
 
 }  // namespace
@@ -57,17 +79,18 @@ KeyReading ReadKey(const char* key) {
 }
 
 std::string ReadInformation(unsigned int index) {
-    if (index >= std::size(keys)) {
-        return {};
-    }
-    try {
-        return ReadText(keys[index]);
-    } catch (const AgentException& failure) {
-        VsKit::CUniStream text;
-        text << L"Failed to get the agent info, excpetion:[" << failure.Code() << L"]";
-        WriteBridgeLog(text);
-        return {};
-    }
+    std::string read;
+    TakeText(index, [&](std::string& text, const LibrariesInUse* /*libraries*/) {
+        read = std::move(text);
+        return true;
+    });
+    return read;
+}
+
+bool StoreInformation(unsigned int index, VsKitMsgbus::lpc_buffer& out) {
+    return TakeText(index, [&](const std::string& text, const LibrariesInUse* libraries) {
+        return !text.empty() && Guarded(false, [&] { return StoreText(out, WideText(text, libraries).View()); });
+    });
 }
 
 }  // namespace bridge

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "VsMsgbus/LpcBuffer.h"
+
 namespace bridge {
 
 // What the agent answered when it was asked for one key: a code for each step, NY_OK for those that were not needed.
@@ -16,8 +18,10 @@ struct KeyReading {
 // Asks the agent for a key's value. An agent that is not there fails the look-up with NY_FUNCTION_MISSING.
 KeyReading ReadKey(const char* key);
 
-// The value of a key by its index, empty when there is none; a failure of the agent's is logged, and gives an empty
-// value too.
+// The value of a key by its index, empty when there is none. A failure of the agent's is logged, and gives an empty
+// value too. Raises std::bad_alloc.
 std::string ReadInformation(unsigned int index);
+// The same as wide text in `out`. False when there is no value, or when it cannot be stored.
+bool StoreInformation(unsigned int index, VsKitMsgbus::lpc_buffer& out);
 
 }  // namespace bridge

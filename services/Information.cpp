@@ -5,13 +5,10 @@
 
 #include "base/Boundary.h"
 #include "msgbus/BridgeLog.h"
-#include "msgbus/client/AgentUse.h"
 #include "msgbus/instance/VsMsgbus.h"
 #include "msgbus/lpc_buffer.h"
 #include "services/AgentInformation.h"
 #include "services/ServiceFailure.h"
-#include "values/AgentException.h"
-#include "values/WideText.h"
 
 using namespace bridge;
 using VsKit::CUniStream;
@@ -19,15 +16,6 @@ using VsKitMsgbus::lpc_buffer;
 using VsKitMsgbus::StoreText;
 
 namespace {
-
-// The agent widens the text; it may have gone since it gave it.
-bool StoreWidened(const std::string& text, lpc_buffer& out) {
-    const AgentUse agentUse;
-    if (!agentUse) {
-        throw AgentException(NY_FUNCTION_MISSING);
-    }
-    return StoreText(out, WideText(text, agentUse.Libraries()).View());
-}
 
 void LogReading(const char* key, const KeyReading& reading) {
     if (reading.release != NY_OK) {
@@ -52,10 +40,7 @@ int32_t VsKitMsgbusGetInformation(unsigned int index, lpc_buffer* out) noexcept 
     if (CurrentBridge() == nullptr) {
         return 0;
     }
-    return Guarded<int32_t>(0, [&]() -> int32_t {
-        const std::string text = ReadInformation(index);
-        return !text.empty() && StoreWidened(text, *out) ? 1 : 0;
-    });
+    return Guarded<int32_t>(0, [&] { return StoreInformation(index, *out) ? 1 : 0; });
 }
 
 int32_t VsKitMsgbusGetInfoByKeyName(const char* key, lpc_buffer* out) noexcept {

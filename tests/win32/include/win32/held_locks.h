@@ -1,4 +1,5 @@
-// How many locks of the product's the calling thread holds. The product tells it where COUNT_HELD_LOCKS is defined.
+// How many locks of the product's the calling thread holds, and how often one was taken so far. The product tells it
+// where COUNT_HELD_LOCKS is defined.
 #pragma once
 
 #include <cstddef>
@@ -9,5 +10,6 @@ void NoteLockTaken() noexcept;
 void NoteLockLeft() noexcept;
 
 size_t HeldLocksOfThread() noexcept;
+size_t LocksTakenByProcess() noexcept;
 
 }  // extern "C"
