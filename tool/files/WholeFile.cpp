@@ -1,6 +1,9 @@
 #include "tool/files/WholeFile.h"
 
 #include <fstream>
+#include <stdexcept>
+
+#include "tool/text/Utf8.h"
 
 namespace tool {
 
@@ -19,6 +22,13 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
     // It may have become shorter meanwhile.
     content.resize(static_cast<size_t>(file.gcount()));
     return content;
+}
+
+void WriteWholeFile(const std::filesystem::path& path, std::string_view text) {
+    std::ofstream file(path, std::ios::binary);
+    if (!file.write(text.data(), static_cast<std::streamsize>(text.size())).flush()) {
+        throw std::runtime_error(Utf8(path) + " cannot be written");
+    }
 }
 
 }  // namespace tool

@@ -5,10 +5,10 @@
 
 #include <algorithm>
 #include <chrono>
-#include <fstream>
 #include <memory>
 
 #include "VsMsgbus/Version.h"
+#include "tool/files/WholeFile.h"
 #include "tool/judge/Trial.h"
 #include "tool/judge/Verdict.h"
 #include "tool/process/Environment.h"
@@ -40,14 +40,6 @@ constexpr char footer[] =
     "  vsmsgbus judge --stories stories MyModule.dll\n"
     "Exit status: 0 nothing was found, 1 a finding, 2 wrong use.";
 
-void WriteFile(const std::filesystem::path& file, const std::string& text) {
-    std::ofstream stream(file, std::ios::binary);
-    stream << text;
-    if (!stream.flush()) {
-        throw std::runtime_error(Utf8(file) + " cannot be written");
-    }
-}
-
 class JudgeCommand {
 public:
     explicit JudgeCommand(const Wish& commandLine) : wish(commandLine) {
@@ -78,7 +70,7 @@ public:
         for (size_t i = 0; i < trials.size(); ++i) {
             if (IsWanted(trials[i])) {
                 Tell(fmt::format("{} of {}: {}", i + 1, trials.size(), trials[i].name));
-                Try(trials[i]);
+                verdicts.push_back(JudgeBy(trials[i]).verdict);
             }
         }
         if (verdicts.empty()) {
@@ -101,7 +93,13 @@ private:
         }
     }
 
-    play::RunResult Play(const Trial& trial, int64_t* milliseconds = nullptr) const {
+    // What was seen while the story was played, and what that comes to.
+    struct Judged {
+        play::RunResult run;
+        Verdict verdict;
+    };
+
+    Judged JudgeBy(const Trial& trial) const {
         play::Cast with = cast;
         with.isChecking = trial.isChecking;
         const std::string text = trial.story.dump(4);
@@ -109,16 +107,19 @@ private:
             std::string name = trial.name;
             std::replace(name.begin(), name.end(), ':', '-');
             std::filesystem::create_directories(PathOf(wish.stories));
-            WriteFile(PathOf(wish.stories) / PathOf(name + ".json"), text);
+            WriteWholeFile(PathOf(wish.stories) / PathOf(name + ".json"), text);
         }
         const play::Story story(trial.name, text, {});
         const auto begin = std::chrono::steady_clock::now();
         play::RunResult run = play::Play(story, with, std::nullopt, nullptr);
-        if (milliseconds != nullptr) {
-            *milliseconds =
-                std::chrono::duration_cast<std::chrono::milliseconds>(std::chrono::steady_clock::now() - begin).count();
-        }
-        return run;
+        const auto taken = std::chrono::steady_clock::now() - begin;
+        return {run,
+                {.trial = trial,
+                 .findings = FindingsOf(trial, run),
+                 .milliseconds = std::chrono::duration_cast<std::chrono::milliseconds>(taken).count(),
+                 .steps = run.steps.size(),
+                 .isMet = std::none_of(run.facts.begin(), run.facts.end(),
+                                       [](const nlohmann::json& fact) { return fact.contains("unmet"); })}};
     }
 
     // The first stories tell what there is to try. Where they cannot be played to their end, no other can.
@@ -134,10 +135,7 @@ private:
     }
 
     bool LearnBy(const Trial& trial) {
-        Verdict verdict{trial, {}, 0, 0};
-        const play::RunResult run = Play(trial, &verdict.milliseconds);
-        verdict.findings = FindingsOf(trial, run);
-        verdict.steps = run.steps.size();
+        auto [run, verdict] = JudgeBy(trial);
         LearnFrom(run);
         if (IsWanted(trial) || run.Worst() != play::Outcome::Passed) {
             verdicts.push_back(std::move(verdict));
@@ -163,16 +161,6 @@ private:
         }
     }
 
-    void Try(const Trial& trial) {
-        Verdict verdict{trial, {}, 0, 0};
-        const play::RunResult run = Play(trial, &verdict.milliseconds);
-        verdict.findings = FindingsOf(trial, run);
-        verdict.steps = run.steps.size();
-        verdict.isMet = std::none_of(run.facts.begin(), run.facts.end(),
-                                     [](const nlohmann::json& fact) { return fact.contains("unmet"); });
-        verdicts.push_back(std::move(verdict));
-    }
-
     ExitStatus Report() const {
         if (wish.isJson) {
             fmt::print("{}", MakeJson(heading, verdicts));
@@ -183,10 +171,10 @@ private:
             }
         }
         if (!wish.junit.empty()) {
-            WriteFile(PathOf(wish.junit), MakeJUnit(heading, verdicts));
+            WriteWholeFile(PathOf(wish.junit), MakeJUnit(heading, verdicts));
         }
         if (!wish.html.empty()) {
-            WriteFile(PathOf(wish.html), MakePage(heading, verdicts));
+            WriteWholeFile(PathOf(wish.html), MakePage(heading, verdicts));
         }
         const bool isClean = std::all_of(verdicts.begin(), verdicts.end(),
                                          [](const Verdict& verdict) { return verdict.findings.empty(); });

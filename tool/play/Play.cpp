@@ -3,9 +3,9 @@
 #include <fmt/format.h>
 #include <CLI/CLI.hpp>
 
-#include <fstream>
 #include <memory>
 
+#include "tool/files/WholeFile.h"
 #include "tool/play/FileWatch.h"
 #include "tool/play/Playing.h"
 #include "tool/play/Reports.h"
@@ -115,11 +115,7 @@ private:
             fmt::print("{}\n", MakeJson(story.Name(), runs).dump(2, ' ', false, Replace));
         }
         if (!wish.junit.empty()) {
-            std::ofstream file(PathOf(wish.junit), std::ios::binary);
-            file << MakeJUnit(story.Name(), runs);
-            if (!file.flush()) {
-                throw std::runtime_error(wish.junit + " cannot be written");
-            }
+            WriteWholeFile(PathOf(wish.junit), MakeJUnit(story.Name(), runs));
         }
     }
 

@@ -1,10 +1,10 @@
 #include "tool/play/Story.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
+#include <optional>
 #include <random>
 
+#include "tool/files/WholeFile.h"
 #include "tool/play/StoryCheck.h"
 #include "tool/text/Utf8.h"
 
@@ -58,12 +58,11 @@ Story::Story(const std::string& file, std::string_view text, const std::filesyst
 }
 
 Story Story::Read(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    if (!stream) {
+    const std::optional<std::string> text = ReadWholeFile(file);
+    if (!text) {
         throw WrongStory(Utf8(file) + ": it cannot be read");
     }
-    const std::string text{std::istreambuf_iterator<char>(stream), {}};
-    return {Utf8(file), text, file.parent_path()};
+    return {Utf8(file), *text, file.parent_path()};
 }
 
 Json Story::InOrder(std::optional<uint32_t> seed) const {

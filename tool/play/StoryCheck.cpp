@@ -2,13 +2,13 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <limits>
+#include <optional>
 #include <regex>
 #include <string>
 #include <vector>
 
+#include "tool/files/WholeFile.h"
 #include "tool/play/Verbs.h"
 #include "tool/text/Utf8.h"
 
@@ -158,10 +158,10 @@ private:
     void List(Json& value, const std::string& pointer, const std::string& name) {
         if (value.is_string()) {
             const std::filesystem::path file = folder / PathOf(value.get<std::string>());
-            std::ifstream stream(file, std::ios::binary);
-            value = stream ? Json::parse(std::istreambuf_iterator<char>(stream), {}, nullptr, false) : Json();
+            const std::optional<std::string> text = ReadWholeFile(file);
+            value = text ? Json::parse(*text, nullptr, false) : Json();
             if (!value.is_array()) {
-                source.Refuse(pointer, Utf8(file) + (stream ? " is no list in JSON" : " cannot be read"));
+                source.Refuse(pointer, Utf8(file) + (text ? " is no list in JSON" : " cannot be read"));
             }
         } else if (!value.is_array()) {
             source.Refuse(pointer, '"' + name + "\" is a list, or the name of a file with one, not " + Shown(value));

@@ -5,12 +5,14 @@
 #include <CLI/CLI.hpp>
 
 #include <filesystem>
-#include <fstream>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 
+#include "tool/files/WholeFile.h"
 #include "tool/output/Progress.h"
 #include "tool/output/Terminal.h"
+#include "tool/text/Utf8.h"
 #include "tool/timeline/Page.h"
 #include "tool/timeline/Record.h"
 #include "tool/timeline/Summary.h"
@@ -19,8 +21,6 @@
 namespace tool {
 
 namespace {
-
-namespace fs = std::filesystem;
 
 constexpr uint16_t red = FOREGROUND_RED | FOREGROUND_INTENSITY;
 constexpr uint16_t usual = FOREGROUND_RED | FOREGROUND_GREEN | FOREGROUND_BLUE;
@@ -31,38 +31,14 @@ struct TimelineOptions {
     bool isForMachines = false;
 };
 
-fs::path PathOf(const std::string& text) {
-    return std::u8string(text.begin(), text.end());
-}
-
-std::string TextOf(const fs::path& path) {
-    const std::u8string text = path.u8string();
-    return {text.begin(), text.end()};
-}
-
-std::string ReadWholeFile(const std::string& name) {
-    std::error_code none;
-    const uintmax_t size = fs::file_size(PathOf(name), none);
-    std::ifstream file(PathOf(name), std::ios::binary);
-    std::string text(none ? 0 : size, '\0');
-    if (none || !file.read(text.data(), static_cast<std::streamsize>(size))) {
+Trace ReadTraceFile(const std::string& name) {
+    const std::optional<std::string> text = ReadWholeFile(PathOf(name));
+    if (!text) {
         throw std::runtime_error(name + " cannot be read");
     }
-    return text;
-}
-
-void WriteWholeFile(const std::string& name, const std::string& text) {
-    std::ofstream file(PathOf(name), std::ios::binary);
-    if (!file.write(text.data(), static_cast<std::streamsize>(text.size())).flush()) {
-        throw std::runtime_error(name + " cannot be written");
-    }
-}
-
-Trace ReadTraceFile(const std::string& name) {
-    const std::string text = ReadWholeFile(name);
     Progress progress("reading " + name);
     try {
-        return ReadTrace(text, [&](double share) { progress.Tell(share); });
+        return ReadTrace(*text, [&](double share) { progress.Tell(share); });
     } catch (const std::runtime_error& refused) {
         throw std::runtime_error(fmt::format("{} is no trace: {}", name, refused.what()));
     }
@@ -87,13 +63,13 @@ ExitStatus Run(const TimelineOptions& options) {
         throw std::runtime_error("timeline: -o FILE.html is missing, or --json");
     }
     std::error_code none;
-    if (!options.page.empty() && fs::equivalent(PathOf(options.trace), PathOf(options.page), none)) {
+    if (!options.page.empty() && std::filesystem::equivalent(PathOf(options.trace), PathOf(options.page), none)) {
         throw std::runtime_error("timeline: the page would take the place of the trace");
     }
     const Record record = MakeRecord(ReadTraceFile(options.trace));
     const Summary summary = Summarise(record);
     if (!options.page.empty()) {
-        WriteWholeFile(options.page, MakePage(TextOf(PathOf(options.trace).filename()), record, summary));
+        WriteWholeFile(PathOf(options.page), MakePage(Utf8(PathOf(options.trace).filename()), record, summary));
     }
     if (options.isForMachines) {
         fmt::print("{}\n", SummaryForMachines(record, summary));
