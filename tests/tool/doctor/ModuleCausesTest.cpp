@@ -84,10 +84,20 @@ TEST_F(ModuleCauses, SetNeverCalled) {
     EXPECT_THAT(report.Remedy(), HasSubstr("Call VsKitMsgbusSetCollectProperties"));
 }
 
+TEST_F(ModuleCauses, IdOfARegistrationMistyped) {
+    const DoctorReport report = ExamineModule("id mistyped");
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), "NEVER-ENTERED");
+    EXPECT_THAT(report.Text(), HasSubstr("The module \"PLANTED_10000\": its collector is registered, but no product of "
+                                         "that id has entered"));
+}
+
 TEST_F(ModuleCauses, MistakesAreFoundWithoutAnAgentAsWell) {
     environment.RemoveAgent();
-    const DoctorReport report = ExamineModule("mask bit missing");
+    DoctorReport report = ExamineModule("mask bit missing");
     EXPECT_EQ(report.State("checking bridge: MASK-MISSING"), "bad") << report.Everything();
+    report = ExamineModule("id mistyped");
+    EXPECT_EQ(report.State("checking bridge: NEVER-ENTERED"), "bad") << report.Everything();
 }
 
 TEST_F(ModuleCauses, AgentThatRefusesTheModule) {

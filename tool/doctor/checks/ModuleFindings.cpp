@@ -16,9 +16,9 @@ using checking::Rule;
 using checking::ServiceText;
 
 // What keeps a module from being asked, in the order in which to look at it.
-constexpr Rule reasons[] = {Rule::EntryFailed,   Rule::IdUnusable,    Rule::IdDiffers,   Rule::MaskEmpty,
-                            Rule::MaskMissing,   Rule::SetNull,       Rule::SetTwice,    Rule::InterfaceMissing,
-                            Rule::HeadersDiffer, Rule::InterfaceGone, Rule::OnEndedStack};
+constexpr Rule reasons[] = {Rule::EntryFailed,      Rule::IdUnusable,    Rule::IdDiffers,     Rule::NeverEntered,
+                            Rule::MaskEmpty,        Rule::MaskMissing,   Rule::SetNull,       Rule::SetTwice,
+                            Rule::InterfaceMissing, Rule::HeadersDiffer, Rule::InterfaceGone, Rule::OnEndedStack};
 
 bool IsReason(const RuleFinding& finding) {
     return std::find(std::begin(reasons), std::end(reasons), finding.rule->rule) != std::end(reasons);
@@ -76,7 +76,28 @@ Check CheckId(const Record& record, const Options& options) {
                {fmt::format("{}", fmt::join(ids, " and ")), options.product});
 }
 
-// Those that the checking bridge makes only while the agent runs, or after a while.
+// What the checking bridge compares only while the agent runs, and after a while.
+constexpr Rule compared[] = {Rule::MaskMissing, Rule::InterfaceMissing, Rule::NeverEntered};
+
+bool IsCompared(Rule rule) {
+    return std::find(std::begin(compared), std::end(compared), rule) != std::end(compared);
+}
+
+void AddNeverEntered(const Record& record, std::vector<RuleFinding>& findings) {
+    for (const ServiceText& service : checking::services) {
+        const auto registered = record.Registered().find(service.set);
+        if (registered == record.Registered().end()) {
+            continue;
+        }
+        for (const std::string& id : registered->second) {
+            if (record.Products().count(id) == 0) {
+                findings.push_back(MakeFinding(Rule::NeverEntered, id, {service.noun}));
+            }
+        }
+    }
+}
+
+// The comparisons, from the record: with and without an agent.
 void AddComparisons(const Record& record, std::vector<RuleFinding>& findings) {
     for (const auto& product : record.Products()) {
         const std::string& id = product.first;
@@ -86,6 +107,7 @@ void AddComparisons(const Record& record, std::vector<RuleFinding>& findings) {
                 findings.push_back(MakeFinding(rule, id, details));
             });
     }
+    AddNeverEntered(record, findings);
 }
 
 // What is not the module's doing: the trial ends it.
@@ -120,8 +142,7 @@ Checks CheckModuleProducts(const Record& record, const std::vector<RuleFinding>&
     }
     std::vector<RuleFinding> all;
     std::copy_if(findings.begin(), findings.end(), std::back_inserter(all), [&](const RuleFinding& finding) {
-        const Rule rule = finding.rule->rule;
-        return !IsOfTrial(finding, isLeaving) && rule != Rule::MaskMissing && rule != Rule::InterfaceMissing;
+        return !IsOfTrial(finding, isLeaving) && !IsCompared(finding.rule->rule);
     });
     AddComparisons(record, all);
     std::stable_sort(all.begin(), all.end(),

@@ -42,6 +42,9 @@ uint32_t Mask() {
 }
 
 const wchar_t* IdOfSet() {
+    if (Makes("id mistyped")) {
+        return L"PLANTED_10000";
+    }
     return Makes("id in other case") ? L"Planted_1000" : L"PLANTED_1000";
 }
 
