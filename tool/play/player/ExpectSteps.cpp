@@ -84,16 +84,6 @@ void ExpectNotLoaded(Stage& /*stage*/, const Json& step) {
     }
 }
 
-void MakeRegistryKey(Stage& /*stage*/, const Json& step) {
-    HKEY key = nullptr;
-    const LSTATUS code = ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(step.at("key").get<std::string>()).c_str(), 0,
-                                           nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
-    if (code != ERROR_SUCCESS) {
-        throw Failure("the key cannot be made: error " + std::to_string(code));
-    }
-    ::RegCloseKey(key);
-}
-
 void ExpectRegistry(Stage& /*stage*/, const Json& step) {
     const std::string key = step.at("key");
     const std::string name = step.at("name");
@@ -135,11 +125,11 @@ void ExpectFinding(Stage& stage, const Json& step) {
 }  // namespace
 
 StepTable ExpectSteps() {
-    return {{"expect registered", &ExpectRegistered},  {"expect calls", &ExpectCalls},
-            {"expect reports", &ExpectReports},        {"expect said", &ExpectSaid},
-            {"expect not loaded", &ExpectNotLoaded},   {"make registry key", &MakeRegistryKey},
-            {"expect registry", &ExpectRegistry},      {"expect nothing left", &ExpectNothingLeft},
-            {"expect no findings", &ExpectNoFindings}, {"expect finding", &ExpectFinding}};
+    return {{"expect registered", &ExpectRegistered},    {"expect calls", &ExpectCalls},
+            {"expect reports", &ExpectReports},          {"expect said", &ExpectSaid},
+            {"expect not loaded", &ExpectNotLoaded},     {"expect registry", &ExpectRegistry},
+            {"expect nothing left", &ExpectNothingLeft}, {"expect no findings", &ExpectNoFindings},
+            {"expect finding", &ExpectFinding}};
 }
 
 }  // namespace tool::play

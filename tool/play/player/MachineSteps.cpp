@@ -1,6 +1,9 @@
 // The agent comes and goes, what it holds, and how its calls fare.
+#include <windows.h>
+
 #include "tool/play/player/MemoryFault.h"
 #include "tool/play/player/Steps.h"
+#include "tool/text/Utf8.h"
 
 namespace tool::play {
 
@@ -32,6 +35,16 @@ void MakeAgentKey(Stage& stage, const Json& /*step*/) {
     if (ny_setup_create_agent_key(stage.Machine().Setup()) != NY_OK) {
         throw Failure(ny_setup_last_error());
     }
+}
+
+void MakeRegistryKey(Stage& /*stage*/, const Json& step) {
+    HKEY key = nullptr;
+    const LSTATUS code = ::RegCreateKeyExW(HKEY_LOCAL_MACHINE, PathOf(step.at("key").get<std::string>()).c_str(), 0,
+                                           nullptr, 0, KEY_ALL_ACCESS, nullptr, &key, nullptr);
+    if (code != ERROR_SUCCESS) {
+        throw Failure("the key cannot be made: error " + std::to_string(code));
+    }
+    ::RegCloseKey(key);
 }
 
 void SetPolicies(Stage& stage, const Json& step) {
@@ -104,6 +117,7 @@ StepTable MachineSteps() {
             {"upgrade", &Upgrade},
             {"remove", &Remove},
             {"make agent key", &MakeAgentKey},
+            {"make registry key", &MakeRegistryKey},
             {"set policies", &SetPolicies},
             {"set tasks", &SetTasks},
             {"set information", &SetInformation},

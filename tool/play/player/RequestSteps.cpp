@@ -17,11 +17,6 @@ void DemandRegistered(Stage& stage, const std::string& product, int32_t code) {
     }
 }
 
-void DemandAgentAnswer(Stage& stage, const Json& step, uint32_t thread, int32_t answer) {
-    stage.Tell("bridge", "answers the agent " + std::to_string(answer) + " on thread " + std::to_string(thread));
-    DemandNumber("the answer", step, "answer", NY_OK, answer);
-}
-
 // --- Properties
 
 using vsmsgbus::testing::Property;

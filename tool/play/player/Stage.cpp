@@ -217,4 +217,9 @@ void DemandNumber(const std::string& what, const Json& step, const char* member,
     }
 }
 
+void DemandAgentAnswer(Stage& stage, const Json& step, uint32_t thread, int32_t answer) {
+    stage.Tell("bridge", "answers the agent " + std::to_string(answer) + " on thread " + std::to_string(thread));
+    DemandNumber("the answer", step, "answer", NY_OK, answer);
+}
+
 }  // namespace tool::play

@@ -95,4 +95,7 @@ std::string Shown(const nlohmann::json& pattern);
 void DemandNumber(const std::string& what, const nlohmann::json& step, const char* member, int64_t otherwise,
                   int64_t number);
 
+// Tells what the bridge answered the agent, on which thread, and demands the step's "answer": NY_OK without one.
+void DemandAgentAnswer(Stage& stage, const nlohmann::json& step, uint32_t thread, int32_t answer);
+
 }  // namespace tool::play

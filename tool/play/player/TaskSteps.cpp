@@ -26,9 +26,7 @@ void MakeRequest(Stage& stage, const Json& step, ny_sim_task_operation operation
     }
     stage.Finish(step, std::make_unique<TaskRequest>(
                            request, [](Stage& on, const Json& of, ny_sim_task_request_t* made, int32_t answer) {
-                               on.Tell("bridge", "answers the agent " + std::to_string(answer) + " on thread " +
-                                                     std::to_string(ny_sim_task_request_thread(made)));
-                               DemandNumber("the answer", of, "answer", NY_OK, answer);
+                               DemandAgentAnswer(on, of, ny_sim_task_request_thread(made), answer);
                            }));
 }
 
