@@ -2,12 +2,11 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
-#include <condition_variable>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <mutex>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -44,12 +43,15 @@ void ReadInto(ScanResult& result, const fs::path& file, const std::string& signa
     }
 }
 
-// Returns early when the scan is to stop.
+// Returns early when the scan is to stop. It asks the token again and again: see vsmsgbus::TaskRun::StopToken.
 void WaitForNextFile(int32_t filesPerSecond, const std::stop_token& stop) {
-    const std::chrono::milliseconds pause(filesPerSecond > 0 ? 1000 / filesPerSecond : 0);
-    std::mutex mutex;
-    std::unique_lock guard(mutex);
-    std::condition_variable_any().wait_for(guard, stop, pause, [] { return false; });
+    using std::chrono::milliseconds;
+    using std::chrono::steady_clock;
+    const auto end = steady_clock::now() + milliseconds(filesPerSecond > 0 ? 1000 / filesPerSecond : 0);
+    for (auto now = steady_clock::now(); now < end && !stop.stop_requested(); now = steady_clock::now()) {
+        constexpr DWORD longest = 20;
+        ::Sleep(std::min(longest, static_cast<DWORD>(std::chrono::ceil<milliseconds>(end - now).count())));
+    }
 }
 
 }  // namespace

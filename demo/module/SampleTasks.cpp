@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <stop_token>
 #include <string>
 
 #include "FolderScan.h"
@@ -33,8 +32,6 @@ ScanOrder ReadOrder(vsmsgbus::Task& task) {
 vsmsgbus::TaskResult RunScan(vsmsgbus::Task& task, const Speaker& speaker) {
     speaker.Say("runs \"{}\" on thread {}; it has {} sections of settings; Scan: {}", Utf8(task.TaskName()),
                 ::GetCurrentThreadId(), task.CountSections(), LineOf(task, "Scan"));
-    const std::stop_callback whenStopped(task.StopToken(),
-                                         [&] { speaker.Say("stops the scan, on thread {}", ::GetCurrentThreadId()); });
     const bool isProgressWanted = task.Get<bool>("Report", "Progress").ValueOr(false);
     const ScanResult result = ScanFolder(ReadOrder(task), task.StopToken(), [&] {
         if (isProgressWanted) {

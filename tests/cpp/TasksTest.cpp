@@ -171,11 +171,8 @@ TEST_F(LayerTasks, AreStoppedByTheirToken) {
     Event isAtWork;
     const auto product = With([&](vsmsgbus::Task& /*task*/) {
         return vsmsgbus::OnOwnThread([&](const TaskRun& run) {
-            Event isStopped;
-            const std::stop_callback whenStopped(run.StopToken(), [&] { isStopped.Set(); });
             isAtWork.Set();
-            EXPECT_TRUE(isStopped.Wait());
-            EXPECT_TRUE(run.IsToStop());
+            EXPECT_TRUE(WaitUntil([&] { return run.IsToStop(); }));
             return TaskResult::Failed;
         });
     });
@@ -187,14 +184,16 @@ TEST_F(LayerTasks, AreStoppedByTheirToken) {
     EXPECT_EQ(Report(), "task 3");
 }
 
-TEST_F(LayerTasks, AreStoppedAndWaitedForWhenTheProductLeaves) {
-    const OnPurpose mistakes{"TASK-WITHOUT-END"};
+// Also where the agent is told late that the task goes on.
+TEST_F(LayerTasks, AreStoppedAndReportTheirEndBeforeTheProductLeaves) {
     Event isAtWork;
     std::atomic<bool> hasEnded = false;
     auto product = With([&](vsmsgbus::Task& /*task*/) {
         return vsmsgbus::OnOwnThread([&](const TaskRun& run) {
             isAtWork.Set();
             EXPECT_TRUE(WaitUntil([&] { return run.IsToStop(); }));
+            // Longer than an Exit takes.
+            Event().Wait(std::chrono::milliseconds(100));
             hasEnded = true;
             return TaskResult::Failed;
         });
@@ -203,6 +202,34 @@ TEST_F(LayerTasks, AreStoppedAndWaitedForWhenTheProductLeaves) {
     ASSERT_TRUE(isAtWork.Wait());
     EXPECT_TRUE(product.Leave());
     EXPECT_TRUE(hasEnded);
+    EXPECT_THAT(TakeReports(), ElementsAre("task 2", "task 3"));
+}
+
+// As when the work does not look at its token.
+TEST_F(LayerTasks, ThatDoNotEndAreLeftBehindAfterRealFifteenSecondsAndReportNothingMore) {
+    const OnPurpose mistakes{"TASK-WITHOUT-END"};
+    Event isAtWork;
+    auto mayEnd = std::make_shared<Event>();
+    // The bridge goes on with this one.
+    const vsmsgbus::Product other("PRODUCT2000", {.tasks = [](vsmsgbus::Task&) { return TaskResult::Done; }});
+    auto product = With([&isAtWork, mayEnd](vsmsgbus::Task& /*task*/) {
+        return vsmsgbus::OnOwnThread([&isAtWork, mayEnd](const TaskRun&) {
+            isAtWork.Set();
+            EXPECT_TRUE(mayEnd->Wait(std::chrono::seconds(60)));
+            return TaskResult::Done;
+        });
+    });
+    EXPECT_EQ(AnswerOf("task"), NY_OK);
+    ASSERT_TRUE(isAtWork.Wait());
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_FALSE(product.Leave());
+    const auto taken = std::chrono::steady_clock::now() - begin;
+    EXPECT_GE(taken, std::chrono::milliseconds(14900));
+    EXPECT_LT(taken, std::chrono::seconds(25)) << "not once before and once after the Exit";
+    TakeReports();
+    mayEnd->Set();
+    EXPECT_TRUE(WaitUntil([&] { return mayEnd.use_count() == 1; })) << "the task's thread has not ended";
+    EXPECT_THAT(TakeReports(), IsEmpty());
 }
 
 TEST_F(LayerTasks, MayEndTheProductFromTheirOwnThread) {

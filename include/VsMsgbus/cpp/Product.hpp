@@ -76,8 +76,9 @@ public:
     /// Asks the agent to tell the product of its policies again; false when it does not.
     bool EnforcePolicies() const { return parts != nullptr && VsKitEnforceLocalPolicy(parts->id.c_str()) == 1; }
 
-    /// Leaves the bridge: stops the tasks, waits for the handlers that run on other threads, at most 15 seconds for
-    /// each service and as long for the tasks' own threads, and takes everything back.
+    /// Leaves the bridge: stops the tasks and waits until they have ended and the agent knows, at most 15 seconds;
+    /// waits for the handlers that run on other threads, at most 15 seconds for each service; and takes everything
+    /// back. A task on a thread of its own ends a second after its begin at the earliest.
     ///
     /// @returns whether everything is out, so that the module may be unloaded. False when a handler or a task still
     /// runs, the handler that calls this among them: what it uses stays until it ends. True when the product has left
@@ -88,7 +89,8 @@ public:
         }
         const auto leaving = std::exchange(parts, nullptr);
         const wchar_t* const wideId = leaving->id.c_str();
-        StopTasks(*leaving);
+        const auto latest = std::chrono::steady_clock::now() + std::chrono::seconds(15);
+        EndTasks(*leaving, latest);
         if (bridge != nullptr) {
             VsMsgbusExit(id.c_str(), std::exchange(bridge, nullptr));
         }
@@ -105,7 +107,7 @@ public:
             VsKitMsgbusRemoveUpdateNotify(wideId);
         }
         leaving->takenId.GiveBack();
-        const bool areTasksOut = WaitForTasks(*leaving);
+        const bool areTasksOut = WaitForTasks(*leaving, latest);
         return leaving->inside == 0 && areTasksOut;
     }
 
@@ -137,15 +139,20 @@ private:
         return bridge != nullptr;
     }
 
-    static void StopTasks([[maybe_unused]] detail::ProductParts& leaving) noexcept {
+    using Time = std::chrono::steady_clock::time_point;
+
+    // While the product is still in the bridge: their last reports go through it.
+    static void EndTasks([[maybe_unused]] detail::ProductParts& leaving, [[maybe_unused]] Time latest) noexcept {
 #if defined(__cpp_lib_jthread)
         leaving.tasks->StopAll();
+        leaving.tasks->WaitForWork(latest);
 #endif
     }
 
-    static bool WaitForTasks([[maybe_unused]] detail::ProductParts& leaving) noexcept {
+    // Also for those that the agent began meanwhile.
+    static bool WaitForTasks([[maybe_unused]] detail::ProductParts& leaving, [[maybe_unused]] Time latest) noexcept {
 #if defined(__cpp_lib_jthread)
-        return leaving.tasks->WaitForAll(std::chrono::seconds(15));
+        return leaving.tasks->WaitForAll(latest);
 #else
         return true;
 #endif

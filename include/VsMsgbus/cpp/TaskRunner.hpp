@@ -75,25 +75,33 @@ public:
         lastResults.erase(taskId);
     }
 
-    /// For a product that leaves.
+    /// For a product that leaves. Tasks that begin from now on are stopped at once.
     void StopAll() {
         {
             const std::lock_guard guard(mutex);
             isLeaving = true;
-            changed.notify_all();
         }
         StopThose([](const Run& /*run*/) { return true; });
     }
 
-    /// Waits until all work has ended, at most so long, and for its threads. False when some goes on, or when the
-    /// calling thread is one of them: then nobody waits for those any more.
-    bool WaitForAll(std::chrono::milliseconds limit) {
-        {
-            std::unique_lock guard(mutex);
-            if (!IsOnThreadOfARun()) {
-                changed.wait_for(guard, limit, [this] { return HaveAllEnded(); });
-            }
+    /// Waits until all work has ended and is reported, until then at the latest. Not on the thread of such work.
+    void WaitForWork(std::chrono::steady_clock::time_point latest) {
+        std::unique_lock guard(mutex);
+        if (!IsOnThreadOfARun()) {
+            changed.wait_until(guard, latest, [this] { return HaveAllEnded(); });
         }
+    }
+
+    /// For a product that has left: nothing is reported any more. The same, and then for the threads of the work that
+    /// has ended. False when some goes on, or when the calling thread is one of them: no thread waits for those any
+    /// more.
+    bool WaitForAll(std::chrono::steady_clock::time_point latest) {
+        {
+            const std::lock_guard guard(mutex);
+            hasLeft = true;
+            changed.notify_all();
+        }
+        WaitForWork(latest);
         JoinEnded();
         const std::lock_guard guard(mutex);
         const bool isAllOut = runs.empty();
@@ -140,17 +148,18 @@ private:
     void Work(const RunPointer& run, const TaskWork& work) {
         TaskResult result = TaskResult::Failed;
         RunHandler(*log, "tasks", [&] { result = work(TaskRun(run->id, run->stop.get_token())); });
-        WaitForAnswer(*run);
-        UpdateMsgbusTaskStatus(run->id.c_str(), static_cast<int>(result));
+        if (WaitForAnswer(*run)) {
+            UpdateMsgbusTaskStatus(run->id.c_str(), static_cast<int>(result));
+        }
         End(run, result);
     }
 
     // The bridge tells the agent that the task goes on once ExecuteTask has returned, and the agent must not hear that
-    // last. Nobody says when it has been told.
-    void WaitForAnswer(const Run& run) {
+    // last. No call says when it has been told. False when the product has left.
+    bool WaitForAnswer(const Run& run) {
         constexpr std::chrono::seconds timeToAnswer{1};
         std::unique_lock guard(mutex);
-        changed.wait_until(guard, run.begun + timeToAnswer, [this] { return isLeaving; });
+        return !changed.wait_until(guard, run.begun + timeToAnswer, [this] { return hasLeft; });
     }
 
     void End(const RunPointer& run, TaskResult result) {
@@ -215,6 +224,7 @@ private:
     std::mutex mutex;
     std::condition_variable changed;
     bool isLeaving = false;
+    bool hasLeft = false;
     std::list<RunPointer> runs;
     std::map<std::wstring, TaskResult, std::less<>> lastResults;
 };

@@ -31,7 +31,9 @@ public:
 
     /// The task's id.
     const std::wstring& Id() const noexcept { return id; }
-    /// Triggered when the agent stops the task, and when the product leaves: end soon then.
+    /// Triggered when the agent stops the task, and when the product leaves: end soon then. Ask it now and then, rather
+    /// than wait with a std::stop_callback or a std::condition_variable_any: with g++ 12 for Windows the destructor of
+    /// a std::stop_callback that runs on another thread at that moment may never return.
     const std::stop_token& StopToken() const noexcept { return stopToken; }
     /// Whether the token was triggered.
     bool IsToStop() const noexcept { return stopToken.stop_requested(); }
