@@ -48,9 +48,9 @@ public:
     ForeignFrame(const ForeignFrame&) = delete;
     ForeignFrame& operator=(const ForeignFrame&) = delete;
 
-    // Runs `body()`. True when it ended with an exception that the frame has taken; what was thrown is destroyed then.
-    // What such an exception passes on its way is left as it is: `body` may hold nothing that needs a destructor, or
-    // Leave must give it back.
+    // Runs `body()`. True when it ended with an exception that the frame has taken; the object thrown is destroyed
+    // then. Such an exception runs no destructors on its way: `body` may hold nothing that needs a destructor, or Leave
+    // must give it back.
     template <class Body>
     bool Run(const Body& body);
 

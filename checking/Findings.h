@@ -1,4 +1,4 @@
-// What was found. Each rule is told once for a product and a place, and counted each time.
+// The findings. Each rule is told once for a product and a place, and counted each time.
 #pragma once
 
 #include <initializer_list>

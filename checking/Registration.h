@@ -39,14 +39,14 @@ public:
     // Raises bridge::ForeignException when the object can be called no more, which is reported.
     void ExpectThere() const;
 
-    // The bridge knows it no more, and what it lent to the module is gone.
+    // Called when the bridge has removed the registration: objects that were lent to the module end.
     virtual void BeRemoved() noexcept { isRemoved = true; }
     bool IsRemoved() const noexcept { return isRemoved; }
 
     void Enter(const char* function);
     void Leave() noexcept;
     bool IsThisThreadInside() const;
-    // One that is not the calling thread.
+    // A thread inside the module's interface other than the calling one.
     std::optional<Insider> InsiderOnOtherThread() const;
     std::vector<Insider> Insiders() const;
 

@@ -1,4 +1,4 @@
-// What the checking bridge finds. Its messages and docs/CHECKS.md are made of this table.
+// The rules of the checking bridge. Its messages and docs/CHECKS.md are made of this table.
 #pragma once
 
 #include <cstddef>

@@ -1,4 +1,4 @@
-// What a callback throws: told of, and then thrown on as the bridge expects it.
+// Exceptions of callbacks: a check reports one, and throws it on as the bridge expects it.
 #pragma once
 
 #include <optional>

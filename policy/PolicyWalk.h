@@ -15,8 +15,8 @@ namespace bridge {
 //
 // A walk keeps no copy of what it tells: its memory grows with the longest text, not with the number of items.
 //
-// What a callback throws passes the walk, and no destructor of its functions runs then when another compiler made the
-// module: all that is held during a callback is held by the object.
+// An exception of a callback passes the walk. When another compiler built the module, no destructor in the walk's
+// functions runs then: everything held during a callback is held by this object.
 class PolicyWalk {
 public:
     using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;

@@ -14,13 +14,14 @@ namespace bridge {
 
 namespace {
 
-// By VsKitMsgbusGetInformation's index.
+// The agent's keys, in the order of VsKitMsgbusGetInformation's index.
 constexpr const char* keys[] = {
     "AgentMode",   "GUID",    "LogLocation", "RdxServerLastUsed",    "RdxPortLastUsed", "RdxServerList",
     "RdxPortList", "Version", "LastASCTime", "LastPolicyUpdateTime", "CryptoMode",
 };
 
-// The agent is used here alone. The caller, which logs a failure, must not hold it: the sink is a module's.
+// The use of the agent ends with this function, before the caller logs a failure: the log sink is a module's, and no
+// module may be called during a use of the agent.
 std::string ReadText(const char* key) {
     const AgentUse agentUse;
     if (!agentUse) {

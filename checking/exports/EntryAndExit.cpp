@@ -74,7 +74,7 @@ bool IsIn(const char* productId) {
 }
 
 void LookAtAnswer(const char* productId, bool isAnswered) {
-    // It may have left inside, in a callback.
+    // The product may have left again inside its Entry, from a callback.
     const bool isEntered = IsIn(productId);
     if (isEntered) {
         CheckLater();
@@ -151,7 +151,7 @@ void LookAtWhatStays(const char* productId) {
         watch.SetSinkTaker("");
         ReportNotReleased();
     } else if (!sinks.empty()) {
-        // Those that stay may soon leave, too, or one may give another sink.
+        // The products that stay may soon leave, too, or one of them may give another sink.
         watch.SetSinkTaker(productId != nullptr ? productId : "");
         CheckLater();
     }

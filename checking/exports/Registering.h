@@ -1,5 +1,4 @@
-// What the exports that register interfaces have in common.
-// front.
+// The common parts of the exports that register interfaces.
 #pragma once
 
 #include <memory>

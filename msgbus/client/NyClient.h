@@ -100,8 +100,8 @@ int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) no
 LIKE_PRINTF(4, 5)
 int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, const char* format, ...) noexcept;
 
-// What the agent is given as its client's log callback, with the context as user data. NY_UNEXPECTED for a line that
-// comes when the context is gone.
+// The log callback that the agent is given for its client, with the context as user data. Answers NY_UNEXPECTED to a
+// line that comes when the context is gone.
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept;
 
 // The module name of every line of the client and its watcher.

@@ -11,9 +11,9 @@
 
 namespace bridge {
 
-// What every service object is: a service whose products are registered with the agent one by one. A service says how
-// it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent. It
-// shares the session of its client; it has none when the client is not open.
+// The base of every service object: a service whose products are registered with the agent one by one. A service says
+// how it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the
+// agent. It shares the session of its client; it has none when the client is not open.
 //
 // The agent may call for a product from before it is registered, because it may do so from inside its own registering,
 // until its registration has ended, or until the agent's client is let go of, which forgets all calls of that client.
@@ -35,7 +35,7 @@ protected:
     // Both make the one agent call and return its answer.
     virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
     virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
-    // What the agent is given to call back with.
+    // The user data that the agent is given for its calls.
     virtual AgentCallData CallbackData() const noexcept = 0;
 
 private:
