@@ -12,7 +12,7 @@
 
 extern "C" {
 
-/// What the agent calls a product for.
+/// The purposes for which the agent calls a product.
 enum ny_sim_callback : int32_t {
     NY_SIM_CALL_PROPERTIES = 0,
     NY_SIM_CALL_POLICY,

@@ -1,4 +1,4 @@
-// Which object stands behind which of the agent's handle types.
+// The agent's handle types, each with the type of the object behind it.
 #pragma once
 
 #include "ny_simulator.h"
