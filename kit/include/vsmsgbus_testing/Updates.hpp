@@ -1,5 +1,4 @@
-/// @file
-/// What the agent's updater tells and asks a product.
+/// @file The questions and notices of the agent's updater to a product.
 #pragma once
 
 #include <cstdint>
