@@ -66,7 +66,8 @@ public:
     }
 
     ExitStatus Run() {
-        // What is compared a while after the last change is to be compared soon.
+        // In milliseconds: the checking bridge compares masks and interfaces this soon after the last change, and takes
+        // a callback for slow after the other time.
         const Environment environment({{L"VSMSGBUS_CHECK_GRACE", L"300"}, {L"VSMSGBUS_CHECK_SLOW", L"2000"}});
         Learn();
         if (wish.wantsList) {

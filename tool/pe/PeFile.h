@@ -11,7 +11,7 @@
 
 namespace tool {
 
-// What an image imports from one library.
+// The functions that an image imports from one library.
 struct PeImport {
     std::string library;
     std::vector<std::string> functions;  // those imported by name

@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    // What the trace says of its threads has no time.
+    // Takes the names of threads out of the trace: their events have no time.
     void TakeNames() {
         for (const TraceEvent& event : trace.events) {
             if (event.phase == 'M' && event.name == "thread_name" && event.arguments.contains("name") &&

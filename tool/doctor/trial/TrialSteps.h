@@ -1,4 +1,4 @@
-// What a process that tries something tells of its steps, and how that is read.
+// The steps of a trial, as the process that tries reports them and as the doctor reads them.
 #pragma once
 
 #include <cstdint>
@@ -51,7 +51,7 @@ struct TrialResult {
     std::string HowItEnded() const;
 };
 
-// Runs this program once more with those words, and reads what it tells.
-TrialResult RunTrial(const std::vector<std::string>& words, std::chrono::milliseconds patience);
+// Runs this program once more with those arguments, and reads the steps that it reports.
+TrialResult RunTrial(const std::vector<std::string>& arguments, std::chrono::milliseconds patience);
 
 }  // namespace tool::doctor
