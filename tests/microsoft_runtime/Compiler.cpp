@@ -1,4 +1,4 @@
-// What the compiler refers to, besides functions of Microsoft's own DLLs.
+// Symbols that the compiler refers to and that are not in Microsoft's own DLLs.
 #include <windows.h>
 
 #include <climits>

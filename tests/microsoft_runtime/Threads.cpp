@@ -119,7 +119,7 @@ int __libcpp_tls_set(__libcpp_tls_key key, void* value) {
     return FlsSetValue(static_cast<DWORD>(key), value) != 0 ? 0 : static_cast<int>(GetLastError());
 }
 
-// What a thread does at its end for futures, which are not in this runtime.
+// The work for futures at a thread's end. Futures are not in this runtime.
 __thread_struct::__thread_struct() : __p_(nullptr) {}
 __thread_struct::~__thread_struct() = default;
 

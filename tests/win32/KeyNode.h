@@ -50,7 +50,7 @@ public:
 
     // Signals the event at the next change, once.
     void Watch(const OpenKey& asker, bool subtree, DWORD filter, std::shared_ptr<Event> event);
-    // What was asked through a key that is closed now is signalled.
+    // Signals the requests that were made through this key, which is closed now.
     void EndWatches(const OpenKey& asker);
 
 private:
