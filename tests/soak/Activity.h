@@ -10,7 +10,7 @@
 
 #include "support/Event.h"
 
-// What one thread of the soak is at. A thread that begins nothing new for too long hangs.
+// The present activity of one thread of the soak. A thread that begins nothing new for too long hangs.
 class Activity {
 public:
     explicit Activity(std::string threadName) : name(std::move(threadName)) {}

@@ -27,7 +27,7 @@ public:
     AgentOfTheSoak();
 
     void Install(bool isOlderBuild);
-    // Those who use the agent are told first; its files go with DeleteFiles.
+    // Its users are told first. The files go with DeleteFiles.
     void Remove();
     // Once nobody uses it any more: a library that is needed and is gone keeps the agent's handles from being released.
     void DeleteFiles();
