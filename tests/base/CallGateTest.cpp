@@ -1,4 +1,4 @@
-// Who is inside somebody else's code.
+// The gate that counts the threads inside another party's code.
 #include "base/CallGate.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the bridge locks and waits with.
+// The bridge's lock and its condition variable.
 #include "base/Mutex.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
-// What the checking bridge says of interfaces that modules register.
+// The checking bridge's findings about the interfaces that modules register. In a test that says Named the mistake is
+// found; in one that says Right there must be no finding, which TearDown checks.
 #include <memory>
 #include <new>
 #include <thread>

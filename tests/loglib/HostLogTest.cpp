@@ -67,7 +67,7 @@ TEST(HostLog, WritesWhereTheEnvironmentSays) {
     EXPECT_THAT(file.Lines(), SizeIs(1));
 }
 
-// Whoever started it may have fewer rights than it has.
+// The user who started an elevated process may have fewer rights than the process.
 TEST(HostLog, DoesNotWriteWhereTheEnvironmentOfAnElevatedProcessSays) {
     TokenOfProcess elevated("LogLib.dll");
     elevated.isElevated = true;

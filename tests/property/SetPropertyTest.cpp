@@ -1,4 +1,4 @@
-// What a module sets is what the agent gets.
+// The agent gets the properties that a module sets.
 #include <set>
 #include <thread>
 

@@ -15,7 +15,7 @@
 #include "support/BridgeTest.h"
 
 using AllServices = testing::Types<PropertyService, PolicyService, TaskService, UpdateService>;
-// Those whose modules are called by one thread at a time.
+// The services whose modules are called by one thread at a time.
 using ServicesWithTurns = testing::Types<PropertyService, PolicyService, UpdateService>;
 
 // The names of the types in the names of the tests.

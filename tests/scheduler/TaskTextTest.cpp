@@ -143,7 +143,7 @@ TEST_F(TaskText, OfNamesAndIterations) {
                             "Failed to get the value for setting name Name, exception 2"));
 }
 
-// What the visitor throws is not the agent's, unless it is.
+// A visitor's exception gives no code of the agent's, unless it is the agent exception.
 TEST_F(TaskText, OfVisitorsThatThrow) {
     SettingVisitor visitor;
     visitor.onSetting = [] { throw 42; };

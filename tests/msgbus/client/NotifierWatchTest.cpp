@@ -1,4 +1,4 @@
-// What the install watcher's thread makes of changes in the registry.
+// The install watcher's thread and changes in the registry.
 #include "msgbus/client/NotifierFixture.h"
 
 namespace {

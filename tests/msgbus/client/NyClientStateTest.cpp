@@ -1,4 +1,4 @@
-// What the point product is told when the agent comes and goes.
+// The states that the point product is told when the agent comes and goes.
 #include <windows.h>
 
 #include "msgbus/client/NyClientFixture.h"

@@ -191,7 +191,8 @@ TEST_F(RegistrationTableTest, RemovalFromInsideTheCallReturnsAtOnceAndTheRecordL
     EXPECT_EQ(NameOf(L"P"), "second");
 }
 
-// Whoever waits for its turn when the record is removed does not call the module any more, and is not waited for.
+// A thread that waits for its turn when the record is removed does not call the module any more, and Remove does not
+// wait for it.
 TEST_F(RegistrationTableTest, RemovalKeepsOutACallThatWaitsForItsTurn) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
