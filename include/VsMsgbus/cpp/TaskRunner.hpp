@@ -33,7 +33,7 @@ public:
     TaskRunner(const TaskRunner&) = delete;
     TaskRunner& operator=(const TaskRunner&) = delete;
 
-    /// What ExecuteTask answers.
+    /// The body of ExecuteTask.
     int32_t Execute(const wchar_t* taskId, VsKitMsgbus::INYTaskEnforcer::ITaskBag& bag) {
         JoinEnded();
         const RunPointer run = Begin(taskId);
@@ -54,7 +54,7 @@ public:
         return static_cast<int32_t>(outcome.Result());
     }
 
-    /// What UpdateTaskStatus answers.
+    /// The body of UpdateTaskStatus.
     int32_t Status(const wchar_t* taskId) {
         const std::lock_guard guard(mutex);
         for (const RunPointer& run : runs) {
@@ -86,7 +86,7 @@ public:
     }
 
     /// Waits until all work has ended, at most so long, and for its threads. False when some goes on, or when the
-    /// calling thread is one of them: then nobody waits for those any more.
+    /// calling thread is one of them: its threads are then left to end by themselves.
     bool WaitForAll(std::chrono::milliseconds limit) {
         {
             std::unique_lock guard(mutex);
@@ -146,7 +146,7 @@ private:
     }
 
     // The bridge tells the agent that the task goes on once ExecuteTask has returned, and the agent must not hear that
-    // last. Nobody says when it has been told.
+    // last. No call says when it has been told.
     void WaitForAnswer(const Run& run) {
         constexpr std::chrono::seconds timeToAnswer{1};
         std::unique_lock guard(mutex);

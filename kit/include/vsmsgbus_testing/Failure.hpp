@@ -1,4 +1,5 @@
-/// @file The exception that vsmsgbus_testing.hpp throws, and the time that it waits.
+/// @file
+/// The exception that vsmsgbus_testing.hpp throws, and the time that it waits.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,5 @@
-/// @file Handles and registrations of the agent's that a module has left behind.
+/// @file
+/// Handles and registrations of the agent's that a module has left behind.
 #pragma once
 
 #include <string>

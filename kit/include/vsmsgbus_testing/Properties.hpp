@@ -1,4 +1,5 @@
-/// @file A product's answer to a request for its properties.
+/// @file
+/// A product's answer to a request for its properties.
 #pragma once
 
 #include <string>

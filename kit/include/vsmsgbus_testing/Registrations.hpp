@@ -1,4 +1,5 @@
-/// @file The products that are registered with the agent, and their services.
+/// @file
+/// The products that are registered with the agent, and their services.
 #pragma once
 
 #include <string>

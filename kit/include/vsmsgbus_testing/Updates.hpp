@@ -1,4 +1,5 @@
-/// @file The questions and notices of the agent's updater to a product.
+/// @file
+/// The questions and notices of the agent's updater to a product.
 #pragma once
 
 #include <cstdint>
