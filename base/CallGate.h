@@ -27,8 +27,8 @@ public:
     // The time between two such questions.
     static constexpr std::chrono::milliseconds patienceInterval{50};
 
-    // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in, and a call that
-    // waits for its turn is let in no more once the gate is closed or its patience is over.
+    // One call, from construction to destruction. Test it before calling: a closed gate lets no call in, and a call
+    // that waits for its turn is turned away when the gate is closed or its patience is over.
     class Call {
     public:
         // Without `patience` the call waits for its turn as long as that takes.

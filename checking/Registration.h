@@ -12,14 +12,14 @@
 
 namespace checking {
 
-// Whom a callback is running on, and which it is.
+// A thread that is inside a module's interface, and the operation that it is in.
 struct Insider {
     DWORD thread;
     const char* function;
 };
 
-// An interface that a module has registered for a product: where it comes from, and who is inside it. The lock of the
-// checks' state guards who is inside.
+// An interface that a module has registered for a product: the module's library, and the threads inside the interface.
+// The lock of Watch guards those threads.
 class Registration {
 public:
     // The calling thread registers the object.
@@ -33,7 +33,7 @@ public:
     const std::string& NarrowId() const noexcept { return narrowId; }
     const std::string& Library() const noexcept { return library; }
 
-    // The thread, whose stack goes, ends.
+    // Notes that the thread ends, and with it the objects on its stack.
     static void NoteThreadEnd(DWORD thread) noexcept;
 
     // Raises bridge::ForeignException when the object can be called no more, which is reported.

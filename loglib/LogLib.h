@@ -51,7 +51,7 @@ public:
     ///
     /// The variable counts only in a process with the rights of an ordinary program of its user. One that is elevated
     /// or has an integrity above medium, a service (any process of session 0), and one of which that cannot be found
-    /// out leave it alone: whoever gave them their environment may have fewer rights than they. Such a process chooses
+    /// out leave it alone: the user who set their environment may have fewer rights than they. Such a process chooses
     /// its file with SetFile.
     virtual void Write(const LogRecord& event) noexcept = 0;
 

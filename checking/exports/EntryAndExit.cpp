@@ -193,7 +193,7 @@ bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
         }
     });
     if (!answer.has_value()) {
-        // No product leaves, or there was no memory to look at who does.
+        // No product leaves, or there was no memory for the look.
         exit();
     }
     Noted([&] { LookAtWhatStays(productId); });

@@ -38,7 +38,7 @@ bool SetInterface(const ServiceText& service, const wchar_t* productId, Interfac
             Report(Rule::SetTwice, made->NarrowId(), {service.noun});
             KeepForNow(made);
         }
-        // Only now somebody else keeps it alive, too.
+        // Set only now, when Watch or KeepForNow keeps the object alive, too.
         wrapper = made;
     });
     const bool answer =

@@ -93,7 +93,7 @@ private:
         return wish.only.empty() || std::find(wish.only.begin(), wish.only.end(), trial.name) != wish.only.end();
     }
 
-    // Long work is told of, where somebody reads it.
+    // Tells of long work, at most once a second, on standard error.
     void Tell(const std::string& text) const {
         const auto now = std::chrono::steady_clock::now();
         if (now - lastTold > std::chrono::seconds(1)) {
