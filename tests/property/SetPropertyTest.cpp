@@ -110,7 +110,7 @@ TEST_F(SetProperty, TakesANullPathOrNameAsAnEmptyOne) {
     EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
 }
 
-TEST_F(SetProperty, RefusesANullValueWithoutAWord) {
+TEST_F(SetProperty, RefusesANullValueAndLogsNothing) {
     const OnPurpose mistakes{"PROPERTY-NULL"};
     collector.getLogLevel = [] { return 9; };
     for (int i = 0; i < 2; ++i) {
