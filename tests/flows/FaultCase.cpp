@@ -10,7 +10,7 @@
 
 namespace {
 
-// Codes that nobody else answers.
+// Codes that only the faults answer.
 constexpr int32_t CodeOf(FaultCase::Mode mode) {
     return mode == FaultCase::Mode::FromThenOn ? -4242 : 4242;
 }

@@ -46,7 +46,7 @@ public:
     VsKitMsgbus::ILogSink& BridgeSink() { return bridgeSink; }
     VsKitMsgbus::ILogSink& ModuleSink() { return moduleSink; }
 
-    // The registry then names the first agent, the second one, or none; who watches it sees that.
+    // The registry then names the first agent, the second one, or none; a watcher of the registry sees that.
     void PutFirstAgent();
     void PutSecondAgent();
     void TakeAgentAway();

@@ -71,7 +71,7 @@ void condition_variable::wait(unique_lock<mutex>& lock) noexcept {
 void condition_variable::__do_timed_wait(unique_lock<mutex>& lock,
                                          chrono::time_point<chrono::system_clock, chrono::nanoseconds> end) noexcept {
     const auto left = chrono::ceil<chrono::milliseconds>(end - chrono::system_clock::now()).count();
-    // A wait may end early: who waits looks again.
+    // A wait may end early: its caller looks again.
     constexpr long long longest = 24 * 60 * 60 * 1000;
     Sleep(&__cv_, lock.mutex()->native_handle(), static_cast<DWORD>(left < 0 ? 0 : left < longest ? left : longest));
 }

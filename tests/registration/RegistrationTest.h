@@ -78,7 +78,7 @@ protected:
         EXPECT_THAT(otherModule.object.log.Take(), testing::IsEmpty()) << ofProduct;
     }
 
-    // The agent has nobody to ask.
+    // The agent has no registration to call.
     static void ExpectUnknownToAgent(const std::string& ofProduct = productId) {
         EXPECT_EQ(Request(ofProduct).Answer(), NY_SIM_NOT_REGISTERED) << ofProduct;
     }

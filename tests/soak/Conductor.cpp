@@ -306,7 +306,7 @@ void Conductor::EndTrouble() {
     const std::bitset<productCount> before = entered;
     LeaveAll();
     {
-        // With nobody at the door nobody is in, and the agent has nobody to call.
+        // While no thread is in Entry or Exit, no product is in, and the agent has no product to call.
         const std::lock_guard guard(Door());
         EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
         WaitUntilAgentIsLetGo();

@@ -29,10 +29,10 @@ public:
     // Installs the agent, enters a product for everything, has each service answered, and ends all again.
     void CheckThatEverythingAnswers();
 
-    // The agent's version and its files go, whoever uses them.
+    // The agent's version and its files go, also while they are used.
     void LoseAgent();
     // After trouble that the agent causes no more: everybody leaves, nothing may be left but what the agent refused to
-    // take back, and those who were in enter again.
+    // take back, and the products that were in enter again.
     void EndTrouble();
     // The handles whose release the agent has refused.
     const LeftHandles& Left() const { return left; }
@@ -58,7 +58,7 @@ private:
     void Remove(size_t product, Service service);
     void Ask(size_t product, Service service, uint32_t variant);
 
-    // Returns when the bridge has done what the agent's state asks for. Nothing to wait for when nobody is in.
+    // Returns when the bridge has done what the agent's state asks for. Returns at once when no product is in.
     void Settle();
     // The things that the agent's state asks for and the bridge has not done yet.
     std::vector<std::string> Missing() const;
@@ -92,7 +92,7 @@ private:
     std::array<Entered, productCount> products{};
     std::bitset<productCount> entered;
     std::array<std::array<std::unique_ptr<Registered>, serviceCount>, productCount> registered;
-    // Changes of the agent that the bridge may not have followed yet; none while nobody is in.
+    // Changes of the agent that the bridge may not have followed yet; none while no product is in.
     unsigned pendingChanges = 0;
     uint32_t asked = 0;
     LeftHandles left;

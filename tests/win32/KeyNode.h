@@ -29,7 +29,7 @@ struct RegistryValue {
     std::vector<BYTE> data;
 };
 
-// A key of the registry, with its values, the keys below it, and who waits for a change of it.
+// A key of the registry, with its values, the keys below it, and the requests to be told of a change.
 class KeyNode {
 public:
     explicit KeyNode(KeyNode* parentKey = nullptr) : parent(parentKey) {}

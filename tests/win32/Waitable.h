@@ -51,7 +51,7 @@ class Event final : public Waitable {
     using Waitable::Waitable;
 };
 
-// Signalled while nobody owns it.
+// Signalled while no thread owns it.
 class Mutex final : public Waitable {
 public:
     explicit Mutex(bool isOwned) : Waitable(false, !isOwned) {}

@@ -1,4 +1,4 @@
-// The table of what modules registered: who wins, and what a removal waits for.
+// The table of modules' registrations: the first one of an id wins, and a removal waits for calls on other threads.
 #include "msgbus/registrations/RegistrationTable.h"
 
 #include <gmock/gmock.h>

@@ -92,7 +92,7 @@ public:
         watcherStart.Wait();
         win32::ClearFaults();
         failures = win32::FailedUses() - failuresBefore;
-        // An Exit may have left the rest to the watcher's thread; nobody else calls these functions in a flow.
+        // An Exit may have left the rest to the watcher's thread; no other code calls these functions in a flow.
         if (LeavesTheRestToTheWatcher(function) && failures != 0) {
             WaitUntil([this] { return OpenThings() == before; });
         }

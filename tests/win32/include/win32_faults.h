@@ -29,8 +29,8 @@ size_t FailedUses();
 // The functions that can fail, by index; null behind the last one.
 const char* FunctionAt(size_t index);
 
-// Watches the calls that the code of a loaded library makes itself; beside those watched already. To be called while
-// nobody calls. False when there is no such library, or no room for it.
+// Watches the calls that the code of a loaded library makes itself; beside those watched already. To be called while no
+// other thread calls the layer. False when there is no such library, or no room for it.
 bool WatchLibrary(const char* fileName);
 void UnwatchLibraries();
 // Has no wait or pause of a watched library be longer than that; INFINITE, as at first, takes the limit away. A wait
