@@ -55,7 +55,7 @@ public:
     // No call enters any more; those inside go on.
     void Close();
     bool IsClosed() const;
-    // Whether a call of that thread is inside.
+    // Whether that thread is inside.
     bool IsInside(DWORD threadId) const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is

@@ -11,7 +11,7 @@ namespace bridge {
 
 struct ForeignType;
 
-// One such exception on its way, as long as it is looked at.
+// One such exception on its way, while a frame looks at it.
 class ForeignThrow {
 public:
     // `description` is what its compiler wrote about its type, null when it says nothing; addresses in it are relative

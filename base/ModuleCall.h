@@ -110,9 +110,9 @@ public:
     ModulePointer(Interface* moduleInterface) noexcept : pointer(moduleInterface) {}  // NOLINT: as a plain pointer
 
     explicit operator bool() const noexcept { return pointer != nullptr; }
-    // To be compared: no operation can be called through it.
+    // The address, for comparing alone: no operation can be called through it.
     const Interface* Address() const noexcept { return pointer; }
-    // For the module that it belongs to, and nothing else.
+    // The pointer, to be given back to the module that it belongs to, and for nothing else.
     Interface* HandBack() const noexcept { return pointer; }
 
     // Calls an operation, which is named as &Interface::Operation. Lets out what CallModule does.

@@ -97,7 +97,7 @@ constexpr bool RestsOnNotes(Rule rule) noexcept {
     }
 }
 
-// Of every rule, in the order of the enumeration.
+// The texts of every rule, in the order of the enumeration.
 std::span<const RuleText> AllRules() noexcept;
 const RuleText& TextOf(Rule rule) noexcept;
 // Null when no rule is called that.

@@ -133,7 +133,7 @@ public:
         return address != nullptr ? address : &Missing;
     }
 
-    // The same, null where there is none.
+    // The same, or null when the library does not export the function, or when the table is null.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
     Function FindIn(void* const* table) const noexcept {
         static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");

@@ -94,7 +94,7 @@ public:
     /// logged as "<null>". Throws nothing.
     void operator()(const wchar_t* component, const wchar_t* text) const;
 
-    /// The same with a text that printf makes of the format and what follows.
+    /// The same with a text that printf makes of the format and the arguments.
     void operator()(const wchar_t* component, const char* format, ...) const
 #if defined(__GNUC__) || defined(__clang__)
         __attribute__((format(printf, 3, 4)))

@@ -37,7 +37,7 @@ public:
     PolicyWalk& operator=(const PolicyWalk&) = delete;
 
     // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
-    // Until it has returned the object holds handles of the agent's, then none.
+    // While it runs the object holds handles of the agent's; when it has returned, none.
     void Run(ny_policy_bag_t* bag);
 
 private:

@@ -58,7 +58,7 @@ inline bool RemoveInterface(const ServiceText& service, const wchar_t* productId
     const Scope scope(service.remove, productId);
     LookAtLoaderLock(service.remove, scope.ProductId());
     bool answer = true;
-    // Also where memory runs out: alive until the bridge has let go of it.
+    // The wrapper stays alive until the bridge has let go of it, also when memory runs out.
     RegistrationPointer registration;
     const bool isChecked = Noted([&] {
         registration = productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;

@@ -32,7 +32,7 @@ protected:
     explicit AgentService(ny_client_t* agentClient) noexcept
         : client(agentClient), session(ShareSession(agentClient)) {}
 
-    // Both make the one agent call and return its answer.
+    // Each makes its one call of the agent and returns the agent's answer.
     virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
     virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
     // The user data that the agent is given for its calls.
