@@ -37,7 +37,7 @@ enum class HandleKind : int32_t {
     UpdaterEvent = 1001,
 };
 
-// For a person to read.
+// The kind's name, for a person to read.
 const char* NameOf(HandleKind kind);
 
 template <class ObjectType, HandleKind handleKind>

@@ -17,7 +17,7 @@ struct TrialStep {
     std::vector<std::string> texts;  // what was said meanwhile
 };
 
-// In the process that tries: tells of each step before it is made, so that a crash is seen in it.
+// Used in the process that tries: reports each step before it is made, so that the doctor knows the step of a crash.
 class TrialSteps {
 public:
     explicit TrialSteps(const ReportWriter& reportWriter) : writer(reportWriter) {}
@@ -43,7 +43,7 @@ struct TrialResult {
     std::vector<TrialStep> steps;
     ReportedEnd end;
 
-    // Null when it was never begun.
+    // Null when the step was never begun.
     const TrialStep* Find(const std::string& name) const;
     // The step in which the process ended or was ended too early; null when all steps have ended.
     const TrialStep* Unfinished() const;
