@@ -67,7 +67,7 @@ TEST(CallGate, KnowsWhetherTheCallingThreadIsInside) {
     EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
 }
 
-TEST(CallGate, WithNobodyInsideIsNotWaitedFor) {
+TEST(CallGate, WithNoThreadInsideIsNotWaitedFor) {
     CallGate gate;
     EXPECT_TRUE(gate.WaitForOthers(0ms));
     { const CallGate::Call call(gate); }

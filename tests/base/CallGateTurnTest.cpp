@@ -100,7 +100,7 @@ TEST(CallGateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-TEST(CallGateTurn, IsGivenUpByAllWhoWaitAtOnce) {
+TEST(CallGateTurn, IsGivenUpByAllWaitersAtOnce) {
     CallGate gate;
     const CallGate::Call own(gate);
     patience = CallGate::withoutLimit;
@@ -134,7 +134,7 @@ TEST(CallGateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
     EXPECT_FALSE(second.IsInside());
 }
 
-TEST(CallGateTurn, ComesToWhoIsPatientEnough) {
+TEST(CallGateTurn, ComesToAWaiterThatIsPatientEnough) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
     patience = callWaitLimit;

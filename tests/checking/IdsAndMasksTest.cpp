@@ -96,7 +96,7 @@ TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
                                                 "VsMsgbusEntry. ("));
 }
 
-TEST_F(CheckedIds, OfARegistrationThatNobodyEntersWithAreNamedOnceTheAgentIsThere) {
+TEST_F(CheckedIds, OfARegistrationThatNoProductEntersWithAreNamedOnceTheAgentIsThere) {
     const Registration registration(id, collector);
     const Product product(id, &sink);
     CheckSoonAfterTheNextChange();

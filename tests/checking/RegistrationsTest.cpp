@@ -118,7 +118,7 @@ TEST_F(CheckedRegistrations, RemovedInsideTheirOwnCallbackAreNamed) {
 }
 
 // Both wait for the other one's callback.
-TEST_F(CheckedRegistrations, RemovedBySomebodyWhomTheirCallbackWaitsForAreNamedWithinRealFifteenSeconds) {
+TEST_F(CheckedRegistrations, RemovedByAThreadThatTheirCallbackWaitsForAreNamedWithinRealFifteenSeconds) {
     const Product product(id, &sink);
     const Product otherProduct(id + "other", &sink);
     Event isInside;

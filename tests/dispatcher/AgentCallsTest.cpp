@@ -25,7 +25,7 @@ protected:
     const AgentCallData data = CallData<Called>(this);
 };
 
-TEST_F(AgentCallsTest, WithWhatWasNeverGivenComeToNobody) {
+TEST_F(AgentCallsTest, WithDataThatWasNeverGivenReachNoService) {
     EXPECT_FALSE(IsServed("PRODUCT1000"));
     EXPECT_FALSE(IsServed(""));
     EXPECT_FALSE(AgentCall(CallData<Called>(nullptr), "PRODUCT1000"));

@@ -45,7 +45,7 @@ TEST(HostLog, WritesOneLineForEachEvent) {
     EXPECT_TRUE(std::regex_match(lines[1], second)) << lines[1];
 }
 
-TEST(HostLog, TellsItsListenerAndNobodyAfterwards) {
+TEST(HostLog, TellsItsListenerUntilThatIsTakenAway) {
     {
         const HostLog host;
         MakeEvent()(L"NySpb", L"text");

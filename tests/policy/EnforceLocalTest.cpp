@@ -109,7 +109,7 @@ TEST_F(EnforceLocal, IsZeroForEveryErrorOfTheAgent) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U) << "the client";
 }
 
-TEST_F(EnforceLocal, IsZeroWhereNobodyHasEntered) {
+TEST_F(EnforceLocal, IsZeroWhenNoProductHasEntered) {
     const OnPurpose mistakes{"NOT-ENTERED"};
     product.Exit();
     ny_sim_clear_calls();

@@ -130,7 +130,7 @@ void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sin
     EXPECT_EQ(record->clientRecord, client);
 }
 
-TEST_F(HealthCheck, AreKeptBesideWhoStartedTheBridge) {
+TEST_F(HealthCheck, AreKeptBesideTheProductThatStartedTheBridge) {
     environment.InstallAgent();
     CapturingSink sink;
     CapturingSink othersSink;

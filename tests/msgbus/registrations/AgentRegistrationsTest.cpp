@@ -117,7 +117,7 @@ TEST_F(AgentRegistrationsTest, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsT
 }
 
 // A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
-TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
+TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNoThreadWaits) {
     whileInside["add a"] = [this] {
         std::thread([this] { EXPECT_EQ(Add("a"), NY_OK); }).join();
         EXPECT_EQ(Add("a"), NY_OK);

@@ -205,7 +205,7 @@ TEST_F(RegistrationTableTest, RemovalKeepsOutACallThatWaitsForItsTurn) {
     EXPECT_THAT(log.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(RegistrationTableTest, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
+TEST_F(RegistrationTableTest, TurnsAwayACallThatWaitsForAThreadInALongCallOfTheAgent) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
         StartWaiting();
@@ -218,7 +218,7 @@ TEST_F(RegistrationTableTest, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheA
     EXPECT_EQ(NameOf(L"P"), "first");
 }
 
-TEST_F(RegistrationTableTest, TurnsNobodyAwayForAThreadOutside) {
+TEST_F(RegistrationTableTest, TurnsNoCallAwayForAThreadOutside) {
     Set(L"P", "first");
     Enter();
     StartWaiting();
