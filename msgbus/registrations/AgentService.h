@@ -47,8 +47,9 @@ private:
     AgentRegistrations registrations{*this};
 };
 
-// A service that answers the agent as a Handler, which is what the agent is given to call back with. Its classes define
-// their destructors in a source: mingw-w64's linker finds inline ones twice in what is optimised as a whole.
+// A service that answers the agent as a Handler: the agent is given a pointer to the Handler as user data. Derived
+// classes define their destructors in a source, because mingw-w64's linker finds inline ones twice in a program that is
+// optimised as a whole.
 template <class Handler>
 class AgentServiceFor : public AgentService, public Handler {
 public:
@@ -63,7 +64,7 @@ private:
 
 // The body of every plain function that the agent calls: `call(service)` of the service that was registered with
 // `userData`, which is its Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
-// with that service, or not any more, and when anything escapes.
+// with that service, or not any more, and when `call` throws.
 template <class Handler, class Call>
 int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
     if (productId == nullptr) {
