@@ -85,9 +85,9 @@ public:
         /// error of the agent's, those before it; empty for null and when there is no agent client.
         ///
         /// A std::string cannot cross from one C++ library to another: only a module that has the C++ library of the
-        /// bridge may call this, which is mingw-w64's g++ with its own. For every other the call does not compile. A
-        /// bridge that was built with another library is named by VSMSGBUS_SAME_CPP_LIBRARY, which the module's build
-        /// then defines.
+        /// bridge may call this, which is mingw-w64's g++ with its own. For every other the call does not compile.
+        /// Where the bridge was built with another library, and the module with the same one, the module's build
+        /// defines VSMSGBUS_SAME_CPP_LIBRARY.
 #if defined(VSMSGBUS_SAME_CPP_LIBRARY) || (defined(__GLIBCXX__) && _GLIBCXX_USE_CXX11_ABI)
         virtual std::string GetDigest(const char* productId) = 0;
 #else

@@ -32,7 +32,7 @@ public:
     int32_t Code() const noexcept { return failureCode; }
     /// The operation, as in "entering the bridge".
     const std::string& Doing() const noexcept { return whatWasDone; }
-    /// A sentence that says how to help it; empty when nothing is known.
+    /// A sentence that says what helps; empty when nothing is known.
     const std::string& Remedy() const noexcept { return whatHelps; }
 
 private:

@@ -16,7 +16,7 @@ class KeptSettings;
 
 }  // namespace detail
 
-/// A text of a policy: zero-terminated wide text that the text's owner keeps elsewhere, or none. Its length is counted
+/// A text of a policy: zero-terminated wide text that is kept elsewhere, or none. Its length is counted
 /// when it is asked for.
 class PolicyText {
 public:
