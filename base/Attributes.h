@@ -8,7 +8,7 @@
 // Compiled on its own, in no caller.
 #define NEVER_INLINED [[gnu::noinline]]
 
-// Its callers are laid out for going on without it.
+// The compiler lays out the callers for the case that they do not call it.
 #define RARELY_CALLED [[gnu::cold]]
 
 // Takes the format and the arguments of printf: the numbers of these parameters, from 1, the object that a member

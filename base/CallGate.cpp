@@ -9,7 +9,8 @@ constexpr std::chrono::milliseconds intervalBehindTheFirst{1000};
 
 }  // namespace
 
-// A call that waits for its turn, on its own thread's stack. Each sleeps by itself, so that no other wakes with it.
+// A call that waits for its turn, on its own thread's stack. Each has a condition variable of its own, so that one can
+// be woken without the others.
 struct CallGate::Waiter {
     Call& call;
     Waiter* next = nullptr;

@@ -28,8 +28,8 @@ public:
     // The time between two such questions.
     static constexpr std::chrono::milliseconds patienceInterval{50};
 
-    // One call, from construction to destruction. Test it before calling: a closed gate lets nobody in, and a call that
-    // waits for its turn is let in no more once the gate is closed or its patience is over.
+    // One call, from construction to destruction. Test it before calling: a closed gate lets no call in, and a call
+    // that waits for its turn is turned away when the gate is closed or its patience is over.
     class Call {
     public:
         // Without `patience` the call waits for its turn as long as that takes.
@@ -57,7 +57,7 @@ public:
     void Close();
     // Takes no lock.
     bool IsClosed() const noexcept { return isClosed; }
-    // Whether a call of that thread is inside.
+    // Whether that thread is inside.
     bool IsInside(DWORD threadId) const;
 
     // Waits until no call is inside on any other thread, at most `limit`. Returns at once when the calling thread is

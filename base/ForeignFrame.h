@@ -11,7 +11,7 @@ namespace bridge {
 
 struct ForeignType;
 
-// One such exception on its way, as long as it is looked at.
+// One such exception on its way, while a frame looks at it.
 class ForeignThrow {
 public:
     // `description` is what its compiler wrote about its type, null when it says nothing; addresses in it are relative
@@ -48,9 +48,9 @@ public:
     ForeignFrame(const ForeignFrame&) = delete;
     ForeignFrame& operator=(const ForeignFrame&) = delete;
 
-    // Runs `body()`. True when it ended with an exception that the frame has taken; what was thrown is destroyed then.
-    // What such an exception passes on its way is left as it is: `body` may hold nothing that needs a destructor, or
-    // Leave must give it back.
+    // Runs `body()`. True when it ended with an exception that the frame has taken; the object thrown is destroyed
+    // then. Such an exception runs no destructors on its way: `body` may hold nothing that needs a destructor, or Leave
+    // must give it back.
     template <class Body>
     bool Run(const Body& body);
 

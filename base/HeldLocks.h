@@ -1,5 +1,5 @@
-// Which locks of the bridge's a thread holds is counted in the checking builds: none may be held while the agent or a
-// module is called. What is shipped counts nothing.
+// Notes for the count of the bridge's locks that a thread holds. The native builds of the tests count them: none may be
+// held while the agent or a module is called. The shipped DLL counts nothing.
 #pragma once
 
 #ifdef COUNT_HELD_LOCKS

@@ -35,7 +35,7 @@ protected:
     CodeFrame() noexcept = default;
     ~CodeFrame() = default;
 
-    // Whether the exception carries one.
+    // Whether the exception carries a code of the agent's.
     bool KeepCode(const ForeignThrow& thrown) noexcept {
         code = thrown.AgentCode();
         return code.has_value();
@@ -45,7 +45,7 @@ private:
     std::optional<int32_t> code;
 };
 
-// Around one call.
+// The frame around one call of a module: takes every exception.
 class CallFrame final : public CodeFrame {
     bool Takes(const ForeignThrow& thrown) noexcept override {
         KeepCode(thrown);
@@ -53,8 +53,8 @@ class CallFrame final : public CodeFrame {
     }
 };
 
-// What `call()` answers, which calls a module and does nothing else: it may hold nothing that needs a destructor. What
-// the module throws is thrown on, or as ThrowInstead says.
+// Runs `call()` in a frame and returns its answer. `call` calls a module and does nothing else: it may hold nothing
+// that needs a destructor. An exception of the module's is thrown on, or replaced as ThrowInstead says.
 template <class Coded = void, class Call>
 auto CallModule(const Call& call) {
     using Answer = std::invoke_result_t<const Call&>;
@@ -110,9 +110,9 @@ public:
     ModulePointer(Interface* moduleInterface) noexcept : pointer(moduleInterface) {}  // NOLINT: as a plain pointer
 
     explicit operator bool() const noexcept { return pointer != nullptr; }
-    // To be compared: no operation can be called through it.
+    // The address, for comparing alone: no operation can be called through it.
     const Interface* Address() const noexcept { return pointer; }
-    // For the module that it belongs to, and nothing else.
+    // The pointer, to be given back to the module that it belongs to, and for nothing else.
     Interface* HandBack() const noexcept { return pointer; }
 
     // Calls an operation, which is named as &Interface::Operation. Lets out what CallModule does.

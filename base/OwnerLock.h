@@ -10,7 +10,7 @@
 
 namespace bridge {
 
-// A critical section. Its owner may lock it again.
+// A critical section. The thread that has it locked may lock it again.
 class CAPABILITY("mutex") CriticalSection {
 public:
     CriticalSection() noexcept { ::InitializeCriticalSectionAndSpinCount(&section, turnsBeforeSleep); }
@@ -28,7 +28,8 @@ public:
     }
 
 private:
-    // Its owner holds it for less time than a thread takes to fall asleep and to wake.
+    // How often a thread that waits tries again before it sleeps. The bridge's locks are held for less time than a
+    // thread takes to fall asleep and to wake.
     static constexpr DWORD turnsBeforeSleep = 1000;
 
     CRITICAL_SECTION section;

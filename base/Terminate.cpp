@@ -1,6 +1,6 @@
-// What ends the process where an exception leaves a function that lets none out, in the place of the C++ runtime's own
-// handler. That one prints the name of the exception's type to standard error, which a DLL must not take for its own,
-// and what makes the name readable takes a tenth of the DLL.
+// The handler that ends the process when an exception leaves a noexcept function, in the place of the C++ runtime's
+// own. The runtime's handler prints the name of the exception's type to standard error, which belongs to the program
+// and not to a DLL, and its code for making that name readable would be a tenth of the DLL.
 #include <cstdlib>
 #include <exception>
 

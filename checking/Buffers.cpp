@@ -19,7 +19,7 @@ namespace {
 struct Filled {
     std::string function;
     std::string productId;
-    bool isTold = false;  // that it was not released
+    bool isTold = false;  // its lack of a release was reported
 };
 
 class Buffers {
@@ -41,13 +41,13 @@ public:
     }
 
     bool Remove(const void* text) {
-        constexpr size_t remembered = 256;
+        constexpr size_t mostRemembered = 256;  // texts
         const Guard guard(lock);
         if (texts.erase(text) == 0) {
             return false;
         }
         bridge::Guarded([&] { released.push_back(text); });
-        if (released.size() > remembered) {
+        if (released.size() > mostRemembered) {
             released.pop_front();
         }
         return true;
@@ -58,7 +58,7 @@ public:
         return std::find(released.begin(), released.end(), text) != released.end();
     }
 
-    // How many of each product and function were not told of yet. From now on they are.
+    // The number of texts of each product and function that were not reported yet. From now on they count as reported.
     std::map<std::pair<std::string, std::string>, size_t> TellAll() {
         std::map<std::pair<std::string, std::string>, size_t> counts;
         const Guard guard(lock);
@@ -73,7 +73,7 @@ public:
 private:
     StateLock lock;
     std::map<const void*, Filled> texts GUARDED_BY(lock);
-    std::deque<const void*> released GUARDED_BY(lock);  // the last ones
+    std::deque<const void*> released GUARDED_BY(lock);  // the last texts
 };
 
 std::string ProductOfScope() {

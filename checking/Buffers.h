@@ -8,19 +8,20 @@
 
 namespace checking {
 
-// To be called before the bridge is given a module's buffer: what the bridge did not fill is reported and emptied,
-// because the bridge would free it. Null does no harm.
+// To be called before the bridge is given a module's buffer. A text in it that the bridge did not put there is
+// reported, and the buffer emptied, because the bridge would free that text. Null does no harm.
 void LookAtBuffer(const char* function, VsKitMsgbus::lpc_buffer* buffer) noexcept;
-// To be called after it: notes what the bridge has filled.
+// To be called after the bridge's function: notes the text that it has put into the buffer.
 void NoteFilled(const char* function, const VsKitMsgbus::lpc_buffer* buffer) noexcept;
 
-// Whether the bridge may free the text: it is one of its own. Else that is reported.
+// Whether the bridge may free the text, because it has made it. Reports a text that it has not made or has freed
+// already.
 bool MayRelease(const VsKitMsgbus::lpc_buffer& buffer) noexcept;
 
-// Reports what was not released, for each function that filled it, once. It may still be released.
+// Reports the texts that are not released, once, as a number for each product and function. They may still be released.
 void ReportNotReleased() noexcept;
 
-// The exports with such a buffer: `call()` with the looks before and after it.
+// Runs `call()`, which fills the buffer, with the looks before and after it.
 template <class Call>
 auto CallWithBuffer(const char* function, VsKitMsgbus::lpc_buffer* buffer, const Call& call) {
     LookAtBuffer(function, buffer);

@@ -51,10 +51,10 @@ void CheckedCollector::CollectProperties(bool full, ISet* set) {
 }
 
 int32_t CheckedCollector::GetLogLevel() {
-    const struct AtEnd {
+    const struct LoanEnd {
         CheckedPropertySet& set;
-        ~AtEnd() { set.End(); }
-    } atEnd = {*lent};
+        ~LoanEnd() { set.End(); }
+    } loanEnd = {*lent};
     return CallRegistered(*this, "GetLogLevel", [&] { return collector->GetLogLevel(); });
 }
 

@@ -20,7 +20,7 @@ public:
 // A module's collector. It is given the same set each time, from CollectProperties until GetLogLevel has returned.
 class CheckedCollector final : public VsKitMsgbus::INYCollectProperties, public Registration {
 public:
-    // `moduleSink` may be null; the bridge knows it as long as the collector.
+    // `moduleSink` may be null; the bridge may use it as long as the collector.
     CheckedCollector(const wchar_t* productId, VsKitMsgbus::INYCollectProperties* moduleCollector,
                      std::shared_ptr<CheckedSink> moduleSink);
     ~CheckedCollector() override;

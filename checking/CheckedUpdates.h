@@ -6,7 +6,7 @@
 
 namespace checking {
 
-// The set that the bridge lends a module's callback, to answer the agent's question with.
+// The set that the bridge lends a module's callback, through which it answers the agent's question.
 class CheckedUpdateSet final : public VsKitMsgbus::INYUpdateNotifyCallback::ISet,
                                public Lent<VsKitMsgbus::INYUpdateNotifyCallback::ISet, LentFor::AnyThread> {
 public:

@@ -8,8 +8,8 @@ namespace checking {
 
 namespace {
 
-// The answer of a callback, which is noted.
-bool Noted(std::optional<bool>& hasGoneOn, bool goesOn) noexcept {
+// Adds a callback's answer to those before, and returns it.
+bool Remembered(std::optional<bool>& hasGoneOn, bool goesOn) noexcept {
     hasGoneOn = hasGoneOn.value_or(false) || goesOn;
     return goesOn;
 }
@@ -38,15 +38,15 @@ void CheckedWalk::EndItem() noexcept {
 
 bool CheckedWalk::OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                               const wchar_t* name) {
-    return Noted(containers, Call("OnContainer", &ICallbacks::OnContainer, featureId, categoryId, typeId, name));
+    return Remembered(containers, Call("OnContainer", &ICallbacks::OnContainer, featureId, categoryId, typeId, name));
 }
 
 bool CheckedWalk::OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) {
-    return Noted(settings, Call("OnSettings", &ICallbacks::OnSettings, name, intParam, strParam));
+    return Remembered(settings, Call("OnSettings", &ICallbacks::OnSettings, name, intParam, strParam));
 }
 
 bool CheckedWalk::OnSection(const wchar_t* name, const wchar_t* reserved) {
-    return Noted(sections, Call("OnSection", &ICallbacks::OnSection, name, reserved));
+    return Remembered(sections, Call("OnSection", &ICallbacks::OnSection, name, reserved));
 }
 
 bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const wchar_t* value) {
@@ -54,7 +54,7 @@ bool CheckedWalk::OnSetting(const wchar_t* section, const wchar_t* name, const w
 }
 
 void CheckedWalk::NoteAnswers() const {
-    // A setting is the last there is: nothing is missed by answering false.
+    // OnSetting is left out: below a setting there is nothing, so that answering false misses nothing.
     const std::pair<const HasGoneOn*, const char*> callbacksWithMore[] = {
         {&containers, "OnContainer"}, {&settings, "OnSettings"}, {&sections, "OnSection"}};
     for (const auto& [answers, name] : callbacksWithMore) {

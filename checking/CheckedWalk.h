@@ -10,7 +10,7 @@
 
 namespace checking {
 
-// A module's callbacks during one walk. What they throw passes through to the module.
+// A module's callbacks during one walk. Their exceptions pass through to the module.
 class CheckedWalk final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
 public:
     using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;

@@ -1,4 +1,4 @@
-// What the environment of the process says to the checks.
+// The settings of the checks, read from the process's environment variables.
 #pragma once
 
 #include <string>

@@ -1,4 +1,4 @@
-// What was found. Each rule is told once for a product and a place, and counted each time.
+// The findings. Each rule is told once for a product and a place, and counted each time.
 #pragma once
 
 #include <initializer_list>
@@ -15,15 +15,15 @@ namespace checking {
 // memory is too short for is not told.
 void Report(Rule rule, std::string_view productId, std::initializer_list<std::string_view> details = {}) noexcept;
 
-// False.
+// Remembers that a note is missing, see HasForgotten. Answers false.
 bool ForgetSome() noexcept;
-// Runs `body()`, which notes what a module does. Where it fails, for want of memory, what rests on such notes is not
-// reported from now on.
+// Runs `body()`, which notes what a module does. Where that fails, for want of memory, findings that rest on such notes
+// are not reported from now on.
 template <class Body>
 bool Noted(Body&& body) noexcept {
     return bridge::Guarded(std::forward<Body>(body)) || ForgetSome();
 }
-// Whether that has happened.
+// Whether Noted has failed before, so that some notes are missing.
 bool HasForgotten() noexcept;
 
 // How many findings of that rule there were, those not told again included; of all rules but notes for null. One counts

@@ -18,7 +18,7 @@ namespace checking {
 namespace {
 
 unsigned long Grace() noexcept {
-    constexpr unsigned long usual = 5000;
+    constexpr unsigned long usual = 5000;  // milliseconds
     return NumberFromEnvironment("VSMSGBUS_CHECK_GRACE", usual);
 }
 
@@ -67,7 +67,7 @@ void CALLBACK OnTimer(PTP_CALLBACK_INSTANCE, void*, PTP_TIMER) {
 
 void CheckLater() noexcept {
     constexpr LONGLONG ticksPerMillisecond = 10000;
-    // Without one, this library may be unloaded before the time has come.
+    // Without a product in the bridge this library may be unloaded before the timer fires.
     if (!Watch::OfProcess().IsAnyProductIn()) {
         return;
     }

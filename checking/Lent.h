@@ -1,5 +1,5 @@
-// Objects that the bridge lends to a module for one callback. The module is given one of the checks' instead, whose
-// memory stays: a call that comes too late finds it, and is told of.
+// Objects that the bridge lends to a module for one callback. The module is given an object of the checks instead,
+// whose memory stays: a call that comes too late finds it, and is reported.
 #pragma once
 
 #include <windows.h>
@@ -17,11 +17,11 @@ namespace checking {
 
 enum class LentFor { AnyThread, OwnThread };
 
-// A base of such objects: knows `Interface`, the bridge's own object, for as long as it is lent.
+// The base of such objects. It knows the bridge's own object, an `Interface`, for as long as that is lent.
 template <class Interface, LentFor lentFor>
 class Lent {
 public:
-    // May be lent again, the same object, while it is: as often it has to end.
+    // The same object may be lent again while it is lent: then End has to be called as often.
     void Begin(Interface* bridgeObject, const std::string& id, const char* callback) {
         ownerId = id;
         function = callback;
@@ -35,7 +35,7 @@ public:
 protected:
     ~Lent() = default;
 
-    // Null, which is reported, when it is not lent any more.
+    // The bridge's object. Null, which is reported, when it is not lent any more.
     Interface* Use(const char* operation) {
         Interface* const usable = loans.load() > 0 ? object.load() : nullptr;
         if (usable == nullptr) {
@@ -55,7 +55,8 @@ private:
     DWORD thread = 0;
 };
 
-// Where the memory of such objects comes from, and stays. One that was given back rests while many others are lent.
+// Makes such objects and keeps their memory for good. An object that was given back rests before it is lent again, so
+// that a late call finds it not lent.
 template <class Object>
 class LentPool {
 public:
@@ -65,9 +66,9 @@ public:
     }
 
     Object* Take() {
-        constexpr size_t resting = 256;
+        constexpr size_t mostRested = 256;  // objects
         const Guard guard(lock);
-        if (rested.size() < resting) {
+        if (rested.size() < mostRested) {
             all.push_back(std::make_unique<Object>());
             return all.back().get();
         }
@@ -75,7 +76,7 @@ public:
         rested.pop_front();
         return taken;
     }
-    // Called where nothing may be thrown: without memory to note it, the object is not lent again.
+    // Callers cannot take an exception: without memory for this entry the object is not lent again.
     void GiveBack(Object* object) noexcept {
         const Guard guard(lock);
         bridge::Guarded([&] { rested.push_back(object); });

@@ -30,8 +30,8 @@ struct TextChunk {
 
 namespace {
 
-constexpr size_t usualSize = 65536;
-constexpr size_t resting = 32;  // chunks that are inaccessible; the oldest is used again
+constexpr size_t usualSize = 65536;  // bytes of a chunk
+constexpr size_t mostSealed = 32;    // chunks that stay inaccessible; with more, the oldest is used again
 
 class Chunks {
 public:
@@ -43,7 +43,7 @@ public:
     // Raises std::bad_alloc.
     TextChunk* Take(size_t size) {
         const Guard guard(lock);
-        TextChunk* const chunk = sealed.size() >= resting ? TakeOldest() : Make();
+        TextChunk* const chunk = sealed.size() >= mostSealed ? TakeOldest() : Make();
         if (!Provide(*chunk, std::max(size, usualSize))) {
             sealed.push_back(chunk);
             throw std::bad_alloc();
@@ -56,11 +56,11 @@ public:
         ::VirtualProtect(chunk.memory, chunk.size, PAGE_NOACCESS, &before);
         chunk.isSealed = true;
         const Guard guard(lock);
-        // Without memory to note it, it is not used again.
+        // Without memory for this entry the chunk stays inaccessible for good.
         bridge::Guarded([&] { sealed.push_back(&chunk); });
     }
 
-    // Takes no lock: it may be asked wherever a thread reads.
+    // Takes no lock: the exception handler calls it on a thread that may hold any lock.
     const TextChunk* FindSealed(const void* address) const noexcept {
         for (const TextChunk& chunk : all) {
             if (chunk.isSealed && address >= chunk.memory && address < chunk.memory + chunk.size) {
@@ -77,7 +77,8 @@ private:
         return oldest;
     }
 
-    // Beyond what many threads at once can need, texts are not to be had.
+    // A chunk that was never used. Raises std::bad_alloc when all are in use, which are more than many threads at once
+    // need.
     TextChunk* Make() {
         if (made == all.size()) {
             throw std::bad_alloc();
@@ -106,7 +107,8 @@ private:
     std::deque<TextChunk*> sealed;
 };
 
-// Tells whose text is read too late, and leaves the access violation to whom it belongs.
+// Reports an access violation that is a late read of a lent text. The violation itself goes on to the process's own
+// handlers.
 LONG NTAPI LookAtViolation(EXCEPTION_POINTERS* raised) {
     const EXCEPTION_RECORD& record = *raised->ExceptionRecord;
     if (record.ExceptionCode == EXCEPTION_ACCESS_VIOLATION && record.NumberParameters >= 2) {
@@ -141,7 +143,7 @@ const wchar_t* LentTexts::Copy(const wchar_t* text) noexcept {
     return lent;
 }
 
-// In one pass, because a walk copies three short texts for each setting.
+// Copies and measures in one pass, because a walk copies three short texts for each setting.
 const wchar_t* LentTexts::CopyIntoChunk(const wchar_t* text) noexcept {
     if (chunk == nullptr) {
         return nullptr;
@@ -174,13 +176,13 @@ std::byte* LentTexts::Allocate(size_t size) {
 }
 
 void LentTexts::Forget() noexcept {
-    constexpr int nobodysByte = 0xDD;
+    constexpr int endedByte = 0xDD;  // seen by a module that reads a text too late
     for (TextChunk* const one : full) {
         Chunks::OfProcess().Seal(*one);
     }
     full.clear();
     if (chunk != nullptr) {
-        std::memset(chunk->memory + forgotten, nobodysByte, chunk->used - forgotten);
+        std::memset(chunk->memory + forgotten, endedByte, chunk->used - forgotten);
         forgotten = chunk->used;
     }
 }

@@ -12,14 +12,14 @@
 
 namespace checking {
 
-// Whom a callback is running on, and which it is.
+// A thread that is inside a module's interface, and the operation that it is in.
 struct Insider {
     DWORD thread;
     const char* function;
 };
 
-// An interface that a module has registered for a product: where it comes from, and who is inside it. The lock of the
-// checks' state guards who is inside.
+// An interface that a module has registered for a product: the module's library, and the threads inside the interface.
+// The lock of Watch guards those threads.
 class Registration {
 public:
     // The calling thread registers the object.
@@ -33,20 +33,20 @@ public:
     const std::string& NarrowId() const noexcept { return narrowId; }
     const std::string& Library() const noexcept { return library; }
 
-    // The thread, whose stack goes, ends.
+    // Notes that the thread ends, and with it the objects on its stack.
     static void NoteThreadEnd(DWORD thread) noexcept;
 
     // Raises bridge::ForeignException when the object can be called no more, which is reported.
     void ExpectThere() const;
 
-    // The bridge knows it no more, and what it lent to the module is gone.
+    // Called when the bridge has removed the registration: objects that were lent to the module end.
     virtual void BeRemoved() noexcept { isRemoved = true; }
     bool IsRemoved() const noexcept { return isRemoved; }
 
     void Enter(const char* function);
     void Leave() noexcept;
     bool IsThisThreadInside() const;
-    // One that is not the calling thread.
+    // A thread inside the module's interface other than the calling one.
     std::optional<Insider> InsiderOnOtherThread() const;
     std::vector<Insider> Insiders() const;
 

@@ -1,4 +1,4 @@
-// What the checking bridge finds. Its messages and docs/CHECKS.md are made of this table.
+// The rules of the checking bridge. Its messages and docs/CHECKS.md are made of this table.
 #pragma once
 
 #include <cstddef>
@@ -97,7 +97,7 @@ constexpr bool RestsOnNotes(Rule rule) noexcept {
     }
 }
 
-// Of every rule, in the order of the enumeration.
+// The texts of every rule, in the order of the enumeration.
 std::span<const RuleText> AllRules() noexcept;
 const RuleText& TextOf(Rule rule) noexcept;
 // Null when no rule is called that.

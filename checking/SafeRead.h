@@ -2,8 +2,9 @@
 
 namespace checking {
 
-// What stands at the address, in memory that may not be there. Null when it cannot be read. Costs no more than the read
-// when it can; where it cannot, a debugger shows an access violation, which is dealt with.
+// Reads the pointer at the address, which may be one without memory: null when it cannot be read. A read that succeeds
+// costs no more than a plain one. One that fails shows in a debugger as an access violation, which this function
+// handles.
 const void* ReadPointer(const void* address) noexcept;
 
 }  // namespace checking

@@ -1,4 +1,4 @@
-// What the checks have to know of each service.
+// The names and sizes that the checks need of each service.
 #pragma once
 
 #include <array>

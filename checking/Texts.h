@@ -9,7 +9,7 @@ namespace checking {
 // As UTF-8. A null text is empty.
 std::string Narrow(const wchar_t* text);
 std::string Narrow(std::wstring_view text);
-// As UTF-16; bytes that are no UTF-8 become U+FFFD.
+// Converts to UTF-16; bytes that are no UTF-8 become U+FFFD.
 std::wstring Wide(std::string_view text);
 bool IsUtf8(std::string_view text) noexcept;
 

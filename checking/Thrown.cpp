@@ -28,7 +28,8 @@ std::string Demangled(const char* name) {
     return status == 0 ? text.get() : name;
 }
 
-// What Microsoft's compiler calls the types that are no classes, as far as somebody throws them.
+// The type that Microsoft's compiler gives this name, for types that are no classes and that programs throw; null for
+// others.
 const char* PlainType(std::string_view decorated) noexcept {
     constexpr std::pair<std::string_view, const char*> types[] = {
         {".H", "int"},           {".I", "unsigned int"},   {".J", "long"},

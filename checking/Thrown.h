@@ -1,4 +1,4 @@
-// What a callback throws: told of, and then thrown on as the bridge expects it.
+// Exceptions of callbacks: a check reports one, and throws it on as the bridge expects it.
 #pragma once
 
 #include <optional>
@@ -16,14 +16,14 @@ struct ThrownText {
     std::string what;  // empty when it has none
 };
 
-// Of the exception that is being handled.
+// Describes the exception that is being handled.
 ThrownText DescribeCurrentException();
-// Of one of a module that Microsoft's compiler built.
+// Describes an exception of a module that Microsoft's compiler built.
 ThrownText DescribeForeign(const bridge::ForeignThrow& thrown);
 
 void ReportThrown(std::string_view productId, const char* function, const ThrownText& thrown);
 
-// Takes every exception of such a module, and tells of it.
+// Takes every exception of such a module, and reports it.
 class TellingFrame final : public bridge::CodeFrame {
 public:
     TellingFrame(std::string_view id, const char* name) noexcept : productId(id), function(name) {}

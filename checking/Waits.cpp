@@ -41,7 +41,7 @@ bool WaitsFor(const Waiting& waiting, DWORD thread, DWORD other, size_t depth) {
     return false;
 }
 
-// Which of the threads inside waits for this one.
+// Reports the first thread inside the interfaces of `whatFor` that waits for the calling thread.
 void ReportCycle(const Waiting& waiting, const char* function, const std::vector<RegistrationPointer>& whatFor) {
     constexpr size_t deepest = 16;
     const DWORD self = ::GetCurrentThreadId();

@@ -6,8 +6,8 @@
 
 namespace checking {
 
-// A thread that waits until nobody is inside some registrations, from construction to destruction. Reports when that
-// thread is itself inside one that a thread inside these waits for.
+// From construction to destruction the calling thread waits until no thread is inside some registrations. Reports a
+// cycle: a thread inside one of them that waits for a registration in which the calling thread is.
 class Wait {
 public:
     Wait(const char* function, std::vector<RegistrationPointer> whatFor);

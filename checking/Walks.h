@@ -1,4 +1,4 @@
-// What the callbacks of walks have answered, until their product leaves.
+// The answers of the callbacks of walks, kept until their product leaves.
 #pragma once
 
 #include <string>
@@ -7,8 +7,8 @@ namespace checking {
 
 // `callback` was called in a walk of the product's, and answered true for an item of it or for none.
 void NoteWalk(const std::string& productId, const char* callback, bool hasGoneOn);
-// Reports each callback of the product's that has never answered true, and forgets all. One that looks for what only
-// some policies have may refuse all of others.
+// Reports each callback of the product's that has never answered true, and forgets all. A callback that looks for
+// something that only some policies have may refuse every item of the others.
 void ReportRefusedWalks(const std::string& productId);
 
 }  // namespace checking

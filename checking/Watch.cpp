@@ -36,7 +36,7 @@ void Watch::LookAtAgentsId(const std::string& id) {
     const std::wstring folded = Folded(Wide(id));
     const std::map<std::string, uint32_t> present = Products();
     if (present.count(id) != 0) {
-        // It has entered meanwhile.
+        // The product has entered since the first look.
         return;
     }
     for (const auto& [product, mask] : present) {

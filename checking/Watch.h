@@ -12,7 +12,7 @@ namespace checking {
 
 using RegistrationPointer = std::shared_ptr<Registration>;
 
-// What the process's modules have done so far: who has entered, and what is registered.
+// The state of the process's modules: the products that have entered, and the interfaces that are registered.
 class Watch {
 public:
     Watch() = default;
@@ -33,12 +33,12 @@ public:
     void RemoveProduct(const std::string& id);
     bool HasProduct(const std::string& id);
     bool IsAnyProductIn() noexcept;
-    // One that is in; empty when none is.
+    // The id of any product that is in; empty when none is.
     std::string AnyProduct();
-    // With the mask of each.
+    // The products that are in, each with its mask.
     std::map<std::string, uint32_t> Products();
 
-    // False, and nothing changes, when the service has one of that id.
+    // False, and nothing changes, when the service has a registration of that id.
     bool Add(const RegistrationPointer& registration);
     RegistrationPointer Remove(const ServiceText& service, const std::wstring& id);
     RegistrationPointer Find(const ServiceText& service, const std::wstring& id);
@@ -48,7 +48,7 @@ public:
     bool HasSink();
     void AddSink(std::shared_ptr<void> sink);
     std::vector<std::shared_ptr<void>> TakeSinks();
-    // Whose Exit took the sinks, while no other was offered since. `id` is the one that takes them.
+    // The product whose Exit took the sinks away; empty once another sink was offered.
     std::string SinkTaker();
     void SetSinkTaker(const std::string& id);
 

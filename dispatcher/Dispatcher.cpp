@@ -72,7 +72,7 @@ LibraryEntry* EntryOf(Dispatcher& dispatcher, const VersionQuestion& question) n
     return nullptr;
 }
 
-// With no lock held: the function is the agent's.
+// Calls the library's function and notes the version. The caller holds no lock: the function is the agent's.
 void Ask(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
     if (question.ask == nullptr) {
         return;
@@ -86,8 +86,8 @@ void Ask(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
     }
 }
 
-// Runs `operate(operations, dispatcher)` under the lock of the process's dispatcher, then delivers the lines of it.
-// NY_INVALID_ARGUMENT without a dispatcher; `whenFailed` for every failure.
+// Runs `operate(operations, dispatcher)` under the lock of the process's dispatcher, then delivers the log lines of
+// that operation. NY_INVALID_ARGUMENT without a dispatcher; `whenFailed` for every failure.
 template <class Operate>
 int32_t RunLocked(int32_t whenFailed, Operate&& operate) noexcept {
     const std::shared_ptr<Dispatcher> dispatcher = Current();

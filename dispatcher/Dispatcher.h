@@ -25,7 +25,7 @@ struct LoadRequest {
     size_t count;
 };
 
-// What a dispatcher can do; a test may put other operations in place.
+// The operations of a dispatcher; a test may put others in place.
 struct DispatcherOperations {
     int32_t (*init)(Dispatcher& dispatcher, const char* defaultPath);
     int32_t (*load)(Dispatcher* dispatcher, const LoadRequest& request);
@@ -35,7 +35,8 @@ struct DispatcherOperations {
 
 extern const DispatcherOperations dispatcherOperations;
 
-// A library's function that tells its version, found by a load and called once the dispatcher's lock was left.
+// A library's function that tells its version. A load finds it; it is called once the thread has left the dispatcher's
+// lock.
 struct VersionQuestion {
     GetVersionFunction ask = nullptr;  // null: nothing to ask
     std::shared_ptr<LoadedLibrary> library;
@@ -62,12 +63,12 @@ int32_t DispatcherCreate(const char* defaultPath, Dispatcher** slot,
                          const DispatcherOperations* operations = &dispatcherOperations) noexcept;
 
 // Drops one reference. The last one closes every library and clears every caller's table pointer; a load under way on
-// another thread comes first. Libraries that somebody is inside of are unloaded later, see LibrariesInUse.
+// another thread comes first. A library that a thread is inside of is unloaded later, see LibrariesInUse.
 // NY_INVALID_ARGUMENT for null, else NY_OK.
 int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept;
 
-// Sends the dispatcher's log lines to `target`: those of an operation in their order, on its thread, when its lock was
-// left. NY_INVALID_ARGUMENT for a null dispatcher, else NY_OK.
+// Sends the dispatcher's log lines to `target`: the lines of one operation in their order, on the thread of the
+// operation, after it has left the dispatcher's lock. NY_INVALID_ARGUMENT for a null dispatcher, else NY_OK.
 int32_t DispatcherSetLogSink(Dispatcher* dispatcher, LogTarget target) noexcept;
 
 // Loads a group through the process's dispatcher, one thread at a time. NY_OK; NY_INVALID_ARGUMENT when product or

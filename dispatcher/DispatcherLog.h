@@ -31,7 +31,7 @@ private:
     char text[logLineCapacity] = {};
 };
 
-// What takes a finished line. The texts are valid during the call.
+// Takes a finished line. The texts are valid during the call.
 using LogLineSink = int32_t (*)(uint32_t severity, const char* module, const char* message, void* userData);
 
 // A sink with what it needs.

@@ -30,11 +30,12 @@ struct Group {
 template <size_t count>
 using NameTable = std::array<const char*, count>;
 
-// The dispatcher's part of a call. What it answers does not matter to an entry point: the table pointer decides.
+// The dispatcher's part of a call. Its result code is not needed here, because the table pointer tells whether it has
+// worked.
 void LoadGroup(Group& group) noexcept;
 void UnloadLibrary(const Group& group) noexcept;
 
-// Loads the group. Its table then, null when it could not be loaded.
+// Loads the group and returns its table; null when it could not be loaded.
 RARELY_CALLED void** LoadedTable(Group& group) noexcept;
 
 // The group's table, after loading it if it was not; null when it cannot be.
@@ -43,18 +44,19 @@ ALWAYS_INLINE inline void** TableOf(Group& group) noexcept {
     return table != nullptr ? table : LoadedTable(group);
 }
 
-// The same of the libraries that the caller is inside of; null when they were closed. Addresses from it may be called
-// until the caller lets go of the libraries, whatever is loaded meanwhile. Without libraries, of those that are open.
+// The table of the libraries that the caller is inside of; null when they were closed. Addresses from it may be called
+// until the caller lets go of the libraries, whatever is loaded meanwhile. With null for `inUse`, the table of the
+// library that is open.
 inline void* const* TableOf(Group& group, const LibrariesInUse* inUse) noexcept {
-    // In this order: while none was closed, what was loaded is theirs.
+    // The table is read first: as long as no library was closed after that, it is one of the caller's libraries.
     void* const* const table = TableOf(group);
     return inUse == nullptr || inUse->AreCurrent() ? table : nullptr;
 }
 
 namespace entrypoint {
 
-// The name of a function in what a compiler says of it: alone, behind its namespace or "&", or as Microsoft's does,
-// which gives the whole declaration.
+// The name of a function in a compiler's text about it: the name alone, the name behind its namespace or "&", or the
+// whole declaration, which Microsoft's compiler gives.
 constexpr std::string_view NameIn(std::string_view declaration) {
     size_t end = declaration.find_last_not_of(' ') + 1;
     if (end != 0 && declaration[end - 1] == ')') {
@@ -131,7 +133,7 @@ public:
         return address != nullptr ? address : &Missing;
     }
 
-    // The same, null where there is none.
+    // The same, or null when the library does not export the function, or when the table is null.
     // NOLINTNEXTLINE(readability-convert-member-functions-to-static)
     Function FindIn(void* const* table) const noexcept {
         static_assert(!entrypoint::Contains(name, "init"), "calling it loads or closes a library");

@@ -12,7 +12,7 @@ namespace bridge {
 
 struct Grouper;
 
-// What a grouper can do. An empty slot answers NY_UNEXPECTED.
+// The operations of a grouper. An empty slot answers NY_UNEXPECTED.
 struct GrouperOperations {
     // Adds the product with its runtime directory from the registry, or the default path where there is none; a product
     // that is a member already is left as it is, but its directory is looked up anew while none of its libraries is

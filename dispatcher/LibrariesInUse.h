@@ -1,4 +1,4 @@
-// What keeps the agent's libraries in memory.
+// The agent's libraries in memory, and the owners that keep them there.
 #pragma once
 
 #include <atomic>
@@ -42,21 +42,21 @@ struct LoadedLibrary {
     std::vector<HandedOut> tables;
 };
 
-// The libraries that are open, and those opened while this object is there. Whoever is inside the agent (an export that
-// calls it, a call of the agent's, a client) shares it for that long: no library is unloaded under it, its handles go
-// back to the library that made them, and functions that it has looked up may be called.
+// The libraries that are open, and those opened while this object lives. An export that calls the agent, a call of the
+// agent's and a client each share one for as long as they last: meanwhile no library is unloaded, their handles go back
+// to the library that made them, and functions that they have looked up may be called.
 //
-// A thread of the agent's that is the last to let go leaves the unloading to a thread of ours: it returns into the
-// library.
+// When a thread of the agent's is the last to let go, a thread of the bridge's does the unloading, because the agent's
+// thread still returns into the library.
 class LibrariesInUse {
 public:
-    // Those of the process's dispatcher; null when there is none. Raises std::bad_alloc.
+    // The libraries of the process's dispatcher; null when there is no dispatcher. Raises std::bad_alloc.
     static std::shared_ptr<LibrariesInUse> Share();
 
-    // A library that was opened. Under the dispatcher's lock. Raises std::bad_alloc.
+    // Adds a library that was opened. The caller holds the dispatcher's lock. Raises std::bad_alloc.
     void Add(const std::shared_ptr<LoadedLibrary>& library);
 
-    // Whether none of them was closed since this object was made.
+    // Whether no library was closed since this object was made.
     bool AreCurrent() const noexcept { return closings == libraryClosings.load(std::memory_order_acquire); }
 
 private:

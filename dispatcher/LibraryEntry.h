@@ -23,7 +23,7 @@ struct LibraryEntry {
     int32_t Open(const char* path, const DispatcherLog& log) noexcept;
 
     // Closes the library when it is open: sets every caller's table pointer to null and the version variable to 0, so
-    // that the next call through an entry point loads again. The system unloads it once nobody is inside any more.
+    // that the next call through an entry point loads again. The system unloads it once no thread is inside any more.
     void Close(const DispatcherLog& log) noexcept;
 
     // Resolves `count` names into a new table, remembers that `table` holds it and stores it into `table`. Does nothing

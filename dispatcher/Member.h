@@ -14,7 +14,7 @@ namespace bridge {
 class DispatcherLog;
 struct Member;
 
-// What a member can do. A level of the dispatcher can be given other operations; an empty slot answers NY_UNEXPECTED.
+// The operations of a member. A test may put others in place; an empty slot answers NY_UNEXPECTED.
 struct MemberOperations {
     // Opens the library, or counts one more use of it when it is open. NY_OK, NY_OUT_OF_MEMORY or the operating
     // system's error code.

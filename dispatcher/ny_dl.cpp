@@ -35,7 +35,8 @@ uint32_t ny_dl_error(char* buffer, int size) noexcept {
     }
     const DWORD error = ::GetLastError();
     buffer[0] = '\0';
-    // Some system texts have places to fill in ("%1 is not a valid Win32 application") and nobody here to fill them.
+    // Some system texts have places to fill in ("%1 is not a valid Win32 application"), for which there are no values
+    // here.
     ::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr, error, 0, buffer,
                      static_cast<DWORD>(size), nullptr);
     return 0;

@@ -21,10 +21,10 @@
 ///  6. Callbacks come on the threads that the comments name: the agent's, the bridge's watcher's, or the module's own
 ///     inside an export. The bridge holds no lock of its own meanwhile that other modules could wait for, and a
 ///     callback may call exports. A Remove waits for the callbacks that run on other threads, at most 15 seconds, and
-///     answers true also when somebody is still inside then. Its time tells: a Remove that was not called inside a
-///     callback of the same interface and returned in less than 15 seconds has seen everybody out. After one that took
-///     that long a thread may be inside: keep the object, and do not unload the module. A second Remove does not wait
-///     again. Hold no lock that a callback needs.
+///     answers true also when a thread is still inside then. Its time tells: a Remove that was not called inside a
+///     callback of the same interface and returned in less than 15 seconds has seen all threads out. After one that
+///     took that long a thread may be inside: keep the object, and do not unload the module. A second Remove does not
+///     wait again. Hold no lock that a callback needs.
 ///  7. Interfaces: the order of the slots is the contract. No interface has two operations of one name, and where there
 ///     is a destructor it is the last slot, so that the order is the same for mingw-w64's and Microsoft's compilers. A
 ///     module derives from an interface directly, and overrides what is there.
@@ -32,7 +32,8 @@
 ///     mingw-w64's or Microsoft's compiler built the module; what a walk's callback throws may also be caught by the
 ///     module around the walk, which then holds nothing any more. With Microsoft's runtime, what was thrown on by a
 ///     bare `throw;` to the bridge may not be destroyed. Only C++ exceptions are caught: an access violation or the
-///     like goes on to whom it belongs, and what the bridge holds for the call stays held.
+///     like goes on to the handlers of the module, the process or the system, and what the bridge holds for the call
+///     stays held.
 ///  9. What crosses between bridge and module are numbers, pointers to text, pointers to interfaces and plain
 ///     structures. Classes of a C++ library do not cross: a std::string that is returned by value is another thing in
 ///     another library. One operation does so by contract, IPolicyBag::GetDigest: where the module does not have the

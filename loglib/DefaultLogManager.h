@@ -6,10 +6,11 @@
 
 namespace bridge {
 
-// What LogUtils::LogManager says, and no more.
+// The host's log that LogLib.dll brings: a file or the debugger, and one listener.
 class DefaultLogManager final : public LogUtils::LogManager {
 public:
-    // The one of the process. It is never destroyed: other objects may log while they are destroyed at the end.
+    // The process's log manager. It is never destroyed: other objects may log while they are destroyed at the process's
+    // end.
     static DefaultLogManager& Instance() noexcept;
 
     void Write(const LogUtils::LogRecord& event) noexcept override;

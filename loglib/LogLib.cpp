@@ -18,7 +18,7 @@ std::wstring WideOrNull(const char* text) {
     return text != nullptr ? WideFromUtf8(text) : L"<null>";
 }
 
-// What cannot be formatted is given as it stands.
+// The formatted text, or the format itself when the arguments cannot be formatted.
 LIKE_PRINTF(1, 0) std::string Formatted(const char* format, va_list arguments) {
     va_list again{};
     va_copy(again, arguments);

@@ -51,7 +51,7 @@ public:
     ///
     /// The variable counts only in a process with the rights of an ordinary program of its user. One that is elevated
     /// or has an integrity above medium, a service (any process of session 0), and one of which that cannot be found
-    /// out leave it alone: whoever gave them their environment may have fewer rights than they. Such a process chooses
+    /// out leave it alone: the user who set their environment may have fewer rights than they. Such a process chooses
     /// its file with SetFile.
     virtual void Write(const LogRecord& event) noexcept = 0;
 
@@ -94,7 +94,7 @@ public:
     /// logged as "<null>". Throws nothing.
     void operator()(const wchar_t* component, const wchar_t* text) const;
 
-    /// The same with a text that printf makes of the format and what follows.
+    /// The same with a text that printf makes of the format and the arguments.
     void operator()(const wchar_t* component, const char* format, ...) const
 #if defined(__GNUC__) || defined(__clang__)
         __attribute__((format(printf, 3, 4)))

@@ -13,7 +13,8 @@ namespace bridge {
 
 class AgentSession;
 
-// What a module reads its policies through while it enforces them: lives for one EnforcePolicy, on that thread.
+// The bag through which a module reads its policies while it enforces them. It lives for one EnforcePolicy, on that
+// thread.
 class CPolicyBag final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag {
 public:
     // Borrows all it is given. A bag without a client, or with one that is no longer the bridge's, gives nothing and

@@ -18,7 +18,7 @@ namespace bridge {
 // old text and the new one each time, and the whole one is copied once more for the module.
 class CPolicyDump final : public VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks {
 public:
-    // Each appends its line and returns true; null is written as "<null>".
+    // Each callback appends its line and returns true. A null text is written as "<null>".
     bool OnContainer(const wchar_t* featureId, const wchar_t* categoryId, const wchar_t* typeId,
                      const wchar_t* name) noexcept override;
     bool OnSettings(const wchar_t* name, const wchar_t* intParam, const wchar_t* strParam) noexcept override;

@@ -11,7 +11,7 @@ public:
     // Loads their library when it is not open: of the libraries given, when there are any.
     explicit PolicyFunctions(const LibrariesInUse* inUse) noexcept;
 
-    // One of them; it answers NY_FUNCTION_MISSING when it cannot be reached.
+    // One of the functions. It answers NY_FUNCTION_MISSING when it cannot be reached.
     template <class Entry>
     auto operator()(const Entry& entry) const noexcept {
         return entry.In(table);

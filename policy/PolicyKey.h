@@ -14,8 +14,8 @@ struct PolicyTransaction {
     bool allowsPlainOpen;  // when there is none
 };
 
-// The registry key of the endpoint product's policy names, HKEY_LOCAL_MACHINE\SOFTWARE\Corvane\Endpoint\AV. It is never
-// made here: without the product nobody would read it. For one thread at a time.
+// The registry key of the endpoint product's policy names, HKEY_LOCAL_MACHINE\SOFTWARE\Corvane\Endpoint\AV. The bridge
+// never makes it, because only the product reads it. For one thread at a time.
 class PolicyKey {
 public:
     // Without a descriptor the key is opened outside of any transaction. The descriptor, not owned, outlives this

@@ -5,7 +5,7 @@
 
 namespace bridge {
 
-// What the agent is asked for: the policies of a product, of the machine or of one user. Every operation raises the
+// A question to the agent for the policies of a product, of the machine or of one user. Every operation raises the
 // agent exception with the code of a call that did not succeed.
 class PolicyQuery {
 public:

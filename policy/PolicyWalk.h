@@ -15,8 +15,8 @@ namespace bridge {
 //
 // A walk keeps no copy of what it tells: its memory grows with the longest text, not with the number of items.
 //
-// What a callback throws passes the walk, and no destructor of its functions runs then when another compiler made the
-// module: all that is held during a callback is held by the object.
+// An exception of a callback passes the walk. When another compiler built the module, no destructor in the walk's
+// functions runs then: everything held during a callback is held by this object.
 class PolicyWalk {
 public:
     using ICallbacks = VsKitMsgbus::INYEnforcePolicy::IPolicyBag::ICallbacks;
@@ -37,7 +37,7 @@ public:
     PolicyWalk& operator=(const PolicyWalk&) = delete;
 
     // Raises the agent exception with the code of an agent call that did not succeed; lets out what the module throws.
-    // Until it has returned the object holds handles of the agent's, then none.
+    // While it runs the object holds handles of the agent's; when it has returned, none.
     void Run(ny_policy_bag_t* bag);
 
 private:

@@ -21,8 +21,8 @@ struct LogStatement {
     const wchar_t* text;
 };
 
-// Which policies have their name in the registry, and what is logged of it. Products search for these texts: the blank
-// at the end of a success and "EPSPolicyName" stay.
+// A category whose policies' name goes to the registry, and the events logged of it, with their line's number. Products
+// search for these texts: the blank at the end of a success and "EPSPolicyName" stay.
 struct PolicyName {
     std::wstring_view category;
     const wchar_t* value;

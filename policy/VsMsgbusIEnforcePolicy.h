@@ -1,4 +1,5 @@
-// What the policy code leaves on the machine itself: names of policies in the registry, and events in the host's log.
+// Writes that the policy code does on the machine itself: names of policies in the registry, and events in the host's
+// log.
 #pragma once
 
 #include <cstdint>

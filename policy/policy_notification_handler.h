@@ -7,7 +7,7 @@
 
 namespace corvane::ny::policies {
 
-// What answers the agent's policy notifications, behind the plain function that the agent is given.
+// Answers the agent's policy notifications, behind the plain function that the agent is given.
 class policy_notification_handler {
 public:
     virtual ~policy_notification_handler() = default;

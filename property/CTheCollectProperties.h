@@ -24,8 +24,8 @@ public:
     bool SetProperty(const wchar_t* path, const wchar_t* name, const wchar_t* value) override;
 
     // Has the module set its properties into `bag`, through the libraries that the bag comes from. For one thread at a
-    // time. `wasRemoved()` tells whether the module took the collector back meanwhile: it is then not asked for its
-    // level.
+    // time. `wasRemoved()` tells whether the module took the collector back meanwhile: the collector is then not asked
+    // for its level.
     template <class WasRemoved>
     void Collect(ny_property_bag_t* agentBag, const LibrariesInUse* inUse, WasRemoved&& wasRemoved) {
         LookUpFunctions(inUse);
@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    // The bag is set for one collection, however that ends.
+    // Sets the bag for one collection, and takes it away however the collection ends.
     class BagInUse {
     public:
         BagInUse(CTheCollectProperties& owner, ny_property_bag_t* agentBag) noexcept
@@ -53,7 +53,7 @@ private:
         ny_property_bag_t* const outer;  // of the collection around this one, on the same thread; else null
     };
 
-    // Those of the last collection may still do.
+    // Looks the agent's functions up, unless those of the last collection are still current.
     void LookUpFunctions(const LibrariesInUse* inUse) noexcept;
     bool IsTracing() const noexcept;
     RARELY_CALLED void LogFailure(const wchar_t* name, const wchar_t* value, int32_t code) const noexcept;

@@ -7,7 +7,7 @@
 
 namespace corvane::ny {
 
-// What answers the agent's property requests, behind the plain function that the agent is given.
+// Answers the agent's property requests, behind the plain function that the agent is given.
 class property_provider {
 public:
     virtual ~property_provider() = default;

@@ -1,6 +1,6 @@
-// What a task object of the agent's tells about itself. Each function raises corvane::ny::utils::exception with the
-// accessor's code, with taskAccessorMissing when the object lacks the accessor, and with NY_INVALID_ARGUMENT when there
-// is no object. The object is borrowed from the agent and valid during the callback that it came with.
+// The accessors of a task object of the agent's. Each function raises corvane::ny::utils::exception with the accessor's
+// code, with taskAccessorMissing when the object lacks the accessor, and with NY_INVALID_ARGUMENT when there is no
+// object. The object is borrowed from the agent and valid during the callback that it came with.
 #pragma once
 
 #include <cstdint>
@@ -11,13 +11,14 @@
 
 namespace bridge {
 
-inline constexpr int32_t taskAccessorMissing = 2;
+inline constexpr int32_t taskAccessorMissing = 2;  // the code of the exception for an accessor that is null
 
 // UTF-8; empty when the task has none.
 std::string TaskId(ny_task_t* task);
 std::string TaskName(ny_task_t* task);
 
-// What they give goes back to the libraries given, which the task comes from, or to those that are open.
+// The values of the functions below are released by the libraries in `inUse`, which the task comes from; with null, by
+// the libraries that are open now.
 
 // One setting's value; both names in UTF-8.
 VariantOwner TaskSetting(ny_task_t* task, const std::string& section, const std::string& name,

@@ -7,8 +7,8 @@
 
 namespace bridge {
 
-// What a module is handed to read one task, for one call; lives on the stack of that call. Failures of the agent's end
-// in values/UnloggedText.h.
+// The bag that a module is handed to read one task. It lives on the stack of one call. Failures of the agent's become
+// texts that go to no log, see values/UnloggedText.h.
 class CTaskBag final : public VsKitMsgbus::INYTaskEnforcer::ITaskBag {
 public:
     // `agentTask` is borrowed from the agent; `registeredContext` is what the module registered beside its enforcer;

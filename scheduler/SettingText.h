@@ -1,4 +1,4 @@
-// What the texts of settings mean.
+// Reads numbers and truth values from the texts of settings.
 #pragma once
 
 #include <cstdint>

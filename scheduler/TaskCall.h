@@ -17,9 +17,9 @@ public:
     using Operation = int32_t (VsKitMsgbus::INYTaskEnforcer::*)(const wchar_t* taskId,
                                                                 VsKitMsgbus::INYTaskEnforcer::ITaskBag* bag);
 
-    // What the module made of it.
+    // How the module answered the call.
     struct Outcome {
-        bool hasFailed = false;         // something escaped the module
+        bool hasFailed = false;         // the module threw
         std::optional<int32_t> answer;  // none when it has failed, and when no enforcer is registered
     };
 

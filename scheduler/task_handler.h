@@ -7,8 +7,8 @@
 
 namespace corvane::ny::scheduler {
 
-// What answers the agent's scheduler, behind the plain functions that the agent is given. Each operation returns the
-// agent's result code; the task is the agent's and borrowed during the call.
+// Answers the agent's scheduler, behind the plain functions that the agent is given. Each operation returns the agent's
+// result code; the task is the agent's and borrowed during the call.
 class task_handler {
 public:
     virtual ~task_handler() = default;

@@ -18,7 +18,7 @@ namespace bridge {
 
 namespace {
 
-// By VsKitMsgbusGetInformation's index.
+// The agent's keys, in the order of VsKitMsgbusGetInformation's index.
 constexpr const char* keys[] = {
     "AgentMode",   "GUID",    "LogLocation", "RdxServerLastUsed",    "RdxPortLastUsed", "RdxServerList",
     "RdxPortList", "Version", "LastASCTime", "LastPolicyUpdateTime", "CryptoMode",

@@ -7,7 +7,7 @@
 
 namespace bridge {
 
-// What the agent answered when it was asked for one key: a code for each step, NY_OK for those that were not needed.
+// The agent's answers to a question for one key: a code for each step, NY_OK for a step that was not needed.
 struct KeyReading {
     int32_t lookUp = 0;
     int32_t read = 0;

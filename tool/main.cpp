@@ -17,7 +17,7 @@ namespace {
 
 using tool::ExitStatus;
 
-ExitStatus Run(std::vector<std::string> words) {
+ExitStatus Run(std::vector<std::string> arguments) {
     CLI::App program("Examines a machine, plays a story with a module, judges it, and draws what happened.",
                      "vsmsgbus");
     program.set_version_flag("--version", fmt::format("vsmsgbus {}.{}.{}", VSMSGBUS_VERSION_MAJOR,
@@ -34,10 +34,10 @@ ExitStatus Run(std::vector<std::string> words) {
     tool::AddTimeline(program, status);
 
     // The parser takes them from behind.
-    std::reverse(words.begin(), words.end());
-    words.pop_back();
+    std::reverse(arguments.begin(), arguments.end());
+    arguments.pop_back();
     try {
-        program.parse(std::move(words));
+        program.parse(std::move(arguments));
     } catch (const CLI::ParseError& wrong) {
         return program.exit(wrong) == 0 ? ExitStatus::Right : ExitStatus::WrongUse;
     }

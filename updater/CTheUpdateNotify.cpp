@@ -20,7 +20,8 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
     public:
         explicit SetCb(std::wstring& target) noexcept : text(&target) {}
 
-        // The module is told true whatever happens, and nothing of ours is thrown through its code.
+        // Answers the module true also when there is no memory, because no exception of the bridge's may pass the
+        // module's code.
         bool Set(const wchar_t* newText) override {
             isLost = !Guarded([&] { *text = newText != nullptr ? newText : L""; });
             return true;

@@ -15,7 +15,7 @@ using VsKit::CUniStream;
 
 namespace {
 
-// What the agent reads when no module answered.
+// The results that the agent reads when no module answered.
 constexpr int32_t notNotified = 2;
 constexpr int32_t notAvailable = VsKitMsgbus::ProductReturnNotAvailable;
 
@@ -24,7 +24,7 @@ std::string TextOf(const char* text) {
     return text != nullptr ? text : "";
 }
 
-// The body of the functions with a result: `result` is written whatever becomes of the call, unless it is null.
+// The body of the functions with a result: `result` is written also when the call fails, unless it is null.
 template <class Call>
 int32_t CallForResult(const char* productId, void* userData, int32_t* result, int32_t atFirst, Call&& call) noexcept {
     int32_t unread = 0;

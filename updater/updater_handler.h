@@ -7,9 +7,10 @@
 
 namespace corvane::ny::updater {
 
-// What answers the agent's updater, behind the plain functions that the agent is given. Each operation returns the
-// agent's result code. `result` comes with what the agent is to read for a product without a callback, and goes with
-// the module's own result if there was one.
+// Answers the agent's updater, behind the plain functions that the agent is given. Texts whose meaning the agent's
+// contract does not tell are named by their place: second, third, fourth. Each operation returns the agent's result
+// code. The caller puts into `result` what the agent reads for a product without a callback; the operation replaces it
+// with the module's own result, if there is one.
 class updater_handler {
 public:
     virtual ~updater_handler() = default;

@@ -8,8 +8,8 @@
 
 namespace bridge {
 
-// The agent's function that takes handles of this kind back, of the libraries given or, without any, of those that are
-// open; null when it cannot be reached. The first argument only says which kind.
+// The agent's function that takes handles of this kind back: that of the libraries in `inUse` or, with null, of those
+// that are open now. Null when it cannot be reached. The first argument only chooses the overload by its type.
 template <class Handle>
 using ReleaseFunction = int32_t (*)(Handle* handle);
 ReleaseFunction<ny_buffer_t> FindRelease(const ny_buffer_t* kind, const LibrariesInUse* inUse) noexcept;
@@ -18,7 +18,7 @@ ReleaseFunction<ny_table_t> FindRelease(const ny_table_t* kind, const LibrariesI
 ReleaseFunction<ny_array_t> FindRelease(const ny_array_t* kind, const LibrariesInUse* inUse) noexcept;
 
 // Owns one agent handle, null when empty, and releases it exactly once, to the library that made it. Releasing never
-// throws. Held by a thread that is inside the agent's libraries, see LibrariesInUse.
+// throws. Its owner is a thread that is inside the agent's libraries, see LibrariesInUse.
 template <class Handle>
 class AgentHandle {
 public:
@@ -40,7 +40,7 @@ public:
     Handle* Get() const noexcept { return handle; }
     explicit operator bool() const noexcept { return handle != nullptr; }
 
-    // Releases the handle. The agent's answer, which most callers ignore; NY_OK for an empty owner.
+    // Releases the handle and returns the agent's answer, which most callers ignore; NY_OK for an empty owner.
     int32_t Reset() noexcept {
         Handle* const released = std::exchange(handle, nullptr);
         return released != nullptr ? release(released) : NY_OK;

@@ -1,6 +1,6 @@
-// Texts of the agent's that are read where the agent keeps them. All raise AgentException with the first
-// code that the agent answers other than NY_OK, or with NY_FUNCTION_MISSING when the functions given are not current,
-// after releasing what they hold.
+// Texts of the agent's that are read where the agent keeps them. All functions raise AgentException with the first code
+// that the agent answers other than NY_OK, or with NY_FUNCTION_MISSING when the functions given are not current, after
+// releasing what they hold.
 #pragma once
 
 #include <algorithm>
@@ -18,7 +18,7 @@
 
 namespace bridge {
 
-// What a text is read through: a variant or a buffer, given back at its end.
+// The agent's handle through which a text is read: a variant or a buffer, released at the object's end.
 template <class Handle>
 class TextHandle {
 public:
@@ -33,8 +33,8 @@ public:
 
     Handle* Get() const noexcept { return handle; }
 
-    // Holds what `call(place)` puts into the place, which is beside this object rather than in it: that lets it be kept
-    // in registers. To be called once.
+    // Calls `call(place)`, which puts a handle into the place, and holds that handle. The place is a local variable and
+    // not the member, so that the compiler can keep this object in registers. To be called once.
     template <class Call>
     ALWAYS_INLINE void Take(Call&& call) {
         functions.RequireCurrent();
@@ -70,13 +70,14 @@ private:
     TextHandle<ny_variant_t> variant;
 };
 
-// One text, valid as long as the object lives. It ends where the agent says, also where that is before its terminator.
+// One text, valid as long as the object lives. It ends where the agent's length says, also when that is before its
+// terminator.
 template <class Character>
 class BorrowedText {
 public:
-    // No text: null.
+    // Without a text: Get answers null.
     explicit BorrowedText(const TextFunctions& functions) noexcept : buffer(functions) {}
-    // A variant's text, with zeros in it; never null.
+    // A variant's text, which may have zeros in it; never null.
     ALWAYS_INLINE BorrowedText(const TextFunctions& functions, ny_variant_t* variant) : buffer(functions) {
         Read(functions.Of<Character>(), variant);
     }
@@ -100,8 +101,8 @@ public:
         }
         return text;
     }
-    // No longer than either of the agent's two answers; behind it there need be nothing. Raises std::bad_alloc when
-    // they name a length that no memory holds.
+    // The text, no longer than either of the two lengths that the agent answered; it need not be zero-terminated.
+    // Raises std::bad_alloc when they name a length that no memory holds.
     std::basic_string_view<Character> View() const {
         RequireMemory();
         return {text, length};
@@ -132,7 +133,8 @@ private:
         }
     }
 
-    // For a text that may go on behind its length. One that ends before it stays as it is.
+    // Copies a text that goes on behind its length, and ends the copy there. A text with a zero before its length stays
+    // as it is.
     RARELY_CALLED NEVER_INLINED void EndAtLength() {
         RequireMemory();
         const bool endsBefore = std::char_traits<Character>::find(text, length, Character()) != nullptr;
@@ -146,8 +148,9 @@ private:
     }
 
     static constexpr Character noText[] = {0};
-    // Up to here the terminator is looked for where the length says, which costs next to nothing. Beyond it the text
-    // is searched: a length that far from the text's own may lead to where there is no memory.
+    // In characters. Up to this length Get looks for the terminator where the length says, which costs next to nothing.
+    // A greater length is not trusted, because there may be no memory at that distance: Get then searches the text from
+    // its beginning.
     static constexpr size_t nearLength = 4096;
 
     TextHandle<Buffer> buffer;

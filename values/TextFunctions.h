@@ -24,15 +24,15 @@ struct FunctionsForText {
 
 // The agent's functions for text, looked up once for many texts: a property makes fourteen calls of them and a setting
 // ten, and there may be a million settings. Used by a thread that is inside the agent's libraries, see LibrariesInUse:
-// what they made goes back through them at any time.
+// it may release through them at any time what they made.
 struct TextFunctions {
-    // Whether they are those of the agent that runs now: false once a library of the agent's was closed, and when
-    // theirs was not loaded.
+    // Whether the functions are those of the agent that runs now: false once a library of the agent's was closed, and
+    // when the library with the functions was not loaded.
     ALWAYS_INLINE bool AreCurrent() const noexcept {
         return closings == libraryClosings.load(std::memory_order_acquire);
     }
 
-    // Raises the agent exception with NY_FUNCTION_MISSING when they are not.
+    // Raises the agent exception with NY_FUNCTION_MISSING when the functions are not current.
     ALWAYS_INLINE void RequireCurrent() const {
         if (!AreCurrent()) [[unlikely]] {
             throw AgentException(NY_FUNCTION_MISSING);
@@ -58,8 +58,9 @@ struct TextFunctions {
     int32_t (*releaseVariant)(ny_variant_t* variant);
 };
 
-// Loads their library when it is not open. Functions that cannot be reached answer NY_FUNCTION_MISSING. Those of the
-// libraries given, when there are any; not current when these were closed.
+// Looks the functions up in the libraries in `inUse`; the functions are not current when those were closed. With null
+// it looks in the library that is open, and loads it when none is. A function that cannot be reached is replaced by one
+// that answers NY_FUNCTION_MISSING.
 TextFunctions LookUpTextFunctions(const LibrariesInUse* inUse = nullptr) noexcept;
 
 }  // namespace bridge

@@ -20,7 +20,7 @@ using VsKitMsgbus::lpc_buffer;
 
 namespace {
 
-// What is called before anybody has entered does nothing.
+// Reports a call that does nothing because no product has entered.
 void LookWhetherEntered(const char* function) noexcept {
     if (!Watch::OfProcess().IsAnyProductIn()) {
         Report(Rule::NotEntered, "", {function});

@@ -74,7 +74,7 @@ bool IsIn(const char* productId) {
 }
 
 void LookAtAnswer(const char* productId, bool isAnswered) {
-    // It may have left inside, in a callback.
+    // The product may have left again inside its Entry, from a callback.
     const bool isEntered = IsIn(productId);
     if (isEntered) {
         CheckLater();
@@ -151,7 +151,7 @@ void LookAtWhatStays(const char* productId) {
         watch.SetSinkTaker("");
         ReportNotReleased();
     } else if (!sinks.empty()) {
-        // Those that stay may soon leave, too, or one may give another sink.
+        // The products that stay may soon leave, too, or one of them may give another sink.
         watch.SetSinkTaker(productId != nullptr ? productId : "");
         CheckLater();
     }
@@ -193,7 +193,7 @@ bool CheckedVsMsgbusExit(const char* productId, VsMsgbus* instance) noexcept {
         }
     });
     if (!answer.has_value()) {
-        // No product leaves, or there was no memory to look at who does.
+        // No product leaves, or there was no memory for the look.
         exit();
     }
     Noted([&] { LookAtWhatStays(productId); });

@@ -1,5 +1,4 @@
-// What the exports that register interfaces have in common.
-// front.
+// The common parts of the exports that register interfaces.
 #pragma once
 
 #include <memory>
@@ -39,7 +38,7 @@ bool SetInterface(const ServiceText& service, const wchar_t* productId, Interfac
             Report(Rule::SetTwice, made->NarrowId(), {service.noun});
             KeepForNow(made);
         }
-        // Only now somebody else keeps it alive, too.
+        // Set only now, when Watch or KeepForNow keeps the object alive, too.
         wrapper = made;
     });
     const bool answer =
@@ -59,7 +58,7 @@ inline bool RemoveInterface(const ServiceText& service, const wchar_t* productId
     const Scope scope(service.remove, productId);
     LookAtLoaderLock(service.remove, scope.ProductId());
     bool answer = true;
-    // Also where memory runs out: alive until the bridge has let go of it.
+    // The wrapper stays alive until the bridge has let go of it, also when memory runs out.
     RegistrationPointer registration;
     const bool isChecked = Noted([&] {
         registration = productId != nullptr ? Watch::OfProcess().Remove(service, productId) : nullptr;

@@ -1,5 +1,5 @@
-// What the record, and a few checks, have of the bridge's own doing. The linker leads the bridge's calls of these
-// functions here, and the calls from here to them.
+// Records the bridge's own doings, for the trace and for a few checks. The linker leads the bridge's calls of these
+// functions here, and the calls from here to the functions themselves.
 #include <cstdint>
 #include <cstring>
 #include <string>

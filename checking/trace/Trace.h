@@ -22,7 +22,7 @@ void Trace(TracePhase phase, std::string_view name, const Describe& describe) no
             describe(arguments);
             Trace(phase, name, arguments);
         } catch (...) {
-            // Without memory an event is not recorded.
+            // An event for which there is no memory is not recorded.
             return;
         }
     }

@@ -63,7 +63,7 @@ void TraceFile::Add(std::string_view line) noexcept {
     }
 }
 
-// What is left of the line that the last one has overwritten.
+// Blanks the rest of the old line that the newest one has overwritten in part.
 void TraceFile::BlankUntilNextLine() noexcept {
     const auto* const rest = static_cast<const char*>(std::memchr(memory + next, '\n', written - next));
     const size_t blankEnd = rest != nullptr ? static_cast<size_t>(rest - memory) : written;

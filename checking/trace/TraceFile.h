@@ -10,10 +10,11 @@
 
 namespace checking {
 
-// A file of lines with a greatest size, in the system's memory of the file: what was added stands in it even when the
-// process crashes with the next instruction. When it is full, the newest line takes the place of the oldest ones.
+// A file of lines with a greatest size, in the system's memory of the file: a line that was added is in the file even
+// when the process crashes with the next instruction. When it is full, the newest line takes the place of the oldest
+// ones.
 //
-// It is a JSON array without its end until Finish: viewers of the Trace Event format read it so.
+// Until Finish the file is a JSON array without its end, which viewers of the Trace Event format read.
 class TraceFile {
 public:
     // Makes the file, in the place of one that is there. `limit` is its greatest size in bytes. Without the file

@@ -1,6 +1,5 @@
-// What the agent and the module do with each other while both are there: one function for each of the bridge's
-// services, each in a file of its own. A chapter waits for what it tells and throws a std::exception when that does not
-// happen.
+// The chapters in which the agent and the module work with each other: one function for each of the bridge's services,
+// each in a file of its own. A chapter waits for what it tells and throws a std::exception when that does not happen.
 #pragma once
 
 #include "Stage.h"

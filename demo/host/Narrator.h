@@ -5,7 +5,7 @@
 
 #include "tool/output/Terminal.h"
 
-// Prints the story, each of its lines with who acts, in lines of at most 100 columns.
+// Prints the story, each of its lines with the name of the actor, in lines of at most 100 columns.
 class Narrator {
 public:
     explicit Narrator(bool isVerbose) : verbose(isVerbose) {}

@@ -6,7 +6,7 @@
 #include "RegistryRedirect.h"
 #include "Summary.h"
 
-// What the story and its chapters share: who tells it, and the machine on which it happens.
+// The narrator and the machine, which the story and its chapters share.
 class Stage {
 public:
     explicit Stage(Narrator& storyNarrator);

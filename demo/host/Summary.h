@@ -6,7 +6,7 @@
 
 #include "Narrator.h"
 
-// What the story has shown, told once more at its end.
+// The list of what the story has shown, told at its end.
 class Summary {
 public:
     // Once it has happened.

@@ -34,7 +34,7 @@ private:
     ny_sim_task_request_t* request = nullptr;
 };
 
-// What was reported since the last time; the last one must be `last`.
+// Tells the reports since the last call. The last one must be `last`.
 void SayReports(Narrator& narrator, int32_t last) {
     std::string statuses;
     ny_sim_task_report_t report{};

@@ -5,7 +5,7 @@
 #include <stop_token>
 #include <string>
 
-// What an on-demand scan is told to do.
+// The order for an on-demand scan.
 struct ScanOrder {
     std::wstring folder;    // one that is not absolute is looked for where the program stands
     std::wstring patterns;  // of file names, as "*.dll;*.exe"

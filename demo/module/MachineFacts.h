@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// Something that is true of this machine, as a property: sections of properties are called paths. All texts are UTF-8.
+// A fact about this machine, as a property. Sections of properties are called paths. All texts are UTF-8.
 struct MachineFact {
     const char* path;
     const char* name;

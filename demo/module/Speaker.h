@@ -13,13 +13,13 @@ class Speaker {
 public:
     Speaker(SampleModuleSay functionOfHost, void* userDataOfHost) : say(functionOfHost), userData(userDataOfHost) {}
 
-    // What the module does.
+    // Tells an action of the module.
     template <class... Arguments>
     void Say(fmt::format_string<Arguments...> text, Arguments&&... arguments) const {
         say("module", fmt::format(text, std::forward<Arguments>(arguments)...).c_str(), userData);
     }
 
-    // What the bridge logs for the module.
+    // Tells a line that the bridge logs for the module.
     void SayLogLine(int level, std::wstring_view line) const {
         say("bridge", fmt::format("log line, level {}: {}", level, vsmsgbus::Utf8(line)).c_str(), userData);
     }

@@ -65,7 +65,7 @@ bool VsKitMsgbusSetCollectProperties(const wchar_t* productId, VsKitMsgbus::INYC
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the collector's
 /// own callback this returns at once, and the collector is not called again after that callback.
 ///
-/// Always returns true, also for null, for an id that has no collector, and after 15 seconds with somebody still
+/// Always returns true, also for null, for an id that has no collector, and after 15 seconds with a thread still
 /// inside: convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveCollectProperties(const wchar_t* productId) noexcept;
 

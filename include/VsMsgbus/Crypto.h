@@ -11,7 +11,7 @@ extern "C" {
 ///
 /// The result may be longer than the data, and only the agent knows by how much: no call tells it beforehand, and a
 /// place that is too small is written beyond its end. Exactly `*outSize` bytes are written. The simulated agent, as an
-/// example, makes 17 to 32 bytes more: 32 bytes of no data, 48 of 16 bytes. Whoever makes your agent can say what it
+/// example, makes 17 to 32 bytes more: 32 bytes of no data, 48 of 16 bytes. The maker of your agent can say what it
 /// needs.
 ///
 /// @param data     what is to be encrypted; may be null when size is 0.

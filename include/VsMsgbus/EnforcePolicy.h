@@ -85,9 +85,9 @@ public:
         /// error of the agent's, those before it; empty for null and when there is no agent client.
         ///
         /// A std::string cannot cross from one C++ library to another: only a module that has the C++ library of the
-        /// bridge may call this, which is mingw-w64's g++ with its own. For every other the call does not compile. A
-        /// bridge that was built with another library is told of by VSMSGBUS_SAME_CPP_LIBRARY, which whoever compiles
-        /// the module defines.
+        /// bridge may call this, which is mingw-w64's g++ with its own. For every other the call does not compile.
+        /// Where the bridge was built with another library, and the module with the same one, the module's build
+        /// defines VSMSGBUS_SAME_CPP_LIBRARY.
 #if defined(VSMSGBUS_SAME_CPP_LIBRARY) || (defined(__GLIBCXX__) && _GLIBCXX_USE_CXX11_ABI)
         virtual std::string GetDigest(const char* productId) = 0;
 #else
@@ -154,15 +154,15 @@ bool VsKitMsgbusSetEnforcePolicy(const wchar_t* productId, VsKitMsgbus::INYEnfor
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the enforcer's
 /// own callback this returns at once, and the enforcer is not called again after that callback.
 ///
-/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with somebody still inside:
+/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with a thread still inside:
 /// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveEnforcerPolicy(const wchar_t* productId) noexcept;
 
 /// Asks the agent to notify the product of its policies again; the notification comes on a thread of the agent's, maybe
 /// before this has returned. Any thread, between VsMsgbusEntry and VsMsgbusExit. A null id is taken as the empty one.
 ///
-/// @returns 1 when the agent will; 0 when it refuses, when it is not there, when nobody has entered the bridge, and for
-/// an id of 65,536 characters or more.
+/// @returns 1 when the agent will; 0 when it refuses, when it is not there, when no product has entered the bridge, and
+/// for an id of 65,536 characters or more.
 int VsKitEnforceLocalPolicy(const wchar_t* productId) noexcept;
 
 }  // extern "C"

@@ -150,7 +150,7 @@ bool VsKitMsgbusSetTaskEnforcer(const wchar_t* productId, VsKitMsgbus::INYTaskEn
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload: stop your tasks first. From
 /// inside the enforcer's own callback this returns at once. VsMsgbusExit does not take the enforcer away.
 ///
-/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with somebody still inside:
+/// Always returns true, also for null, for an id that has no enforcer, and after 15 seconds with a thread still inside:
 /// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveTaskEnforcer(const wchar_t* productId) noexcept;
 

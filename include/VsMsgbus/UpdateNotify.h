@@ -84,7 +84,7 @@ bool VsKitMsgbusSetUpdateNotify(const wchar_t* productId, VsKitMsgbus::INYUpdate
 /// threads are waited for, at most 15 seconds, so that the module may free it and unload. From inside the callback's
 /// own operations this returns at once.
 ///
-/// Always returns true, also for null, for an id that has no callback, and after 15 seconds with somebody still inside:
+/// Always returns true, also for null, for an id that has no callback, and after 15 seconds with a thread still inside:
 /// convention 6 of VsMsgbus.h says how to know.
 bool VsKitMsgbusRemoveUpdateNotify(const wchar_t* productId) noexcept;
 

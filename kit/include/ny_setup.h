@@ -10,8 +10,8 @@
 ///  1. Plain C, so that every compiler may be used. No function lets an exception out.
 ///  2. Functions that return int32_t answer NY_OK (0) or a code: NY_INVALID_ARGUMENT for a null or empty argument,
 ///     NY_OUT_OF_MEMORY, or one of ny_setup_code. ny_setup_last_error() then says why.
-///  3. Texts that go in are zero-terminated UTF-8 and may be freed afterwards. Who owns a text that comes out is said
-///     with the function.
+///  3. Texts that go in are zero-terminated UTF-8 and may be freed afterwards. The comment
+///     of a function that gives a text says who owns it.
 ///  4. Any thread may call. Calls for one machine come one after the other.
 #pragma once
 

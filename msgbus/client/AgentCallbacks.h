@@ -1,4 +1,4 @@
-// What the agent's client calls back through, as classes.
+// The interfaces through which the agent's client calls back.
 #pragma once
 
 #include <cstddef>

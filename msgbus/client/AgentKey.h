@@ -13,7 +13,7 @@ using AgentVersion = char[agentVersionSize + 1];
 // The agent's registry key, HKEY_LOCAL_MACHINE\Software\Corvane\Agent\, as the install watcher uses it.
 class AgentKey {
 public:
-    // How messages name it.
+    // The key's name in messages.
     static constexpr char displayName[] = R"(Corvane\Agent\)";
 
     // Each answers the system's error code, ERROR_SUCCESS when it went well.

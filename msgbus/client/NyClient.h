@@ -64,8 +64,8 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
 // NY_INVALID_ARGUMENT for null; NY_OUT_OF_MEMORY; the dispatcher's code.
 int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noexcept;
 
-// From now on the threads inside the context share `owner`, in place of the context alone. To be called before
-// anybody else knows the context, whose owner then releases it. Raises std::bad_alloc.
+// From now on the threads inside the context share `owner`, in place of the context alone. To be called before other
+// code knows the context. The owner then releases it. Raises std::bad_alloc.
 void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner);
 
 // Stops the watcher and lets go of client handler, dispatcher and context: at once, or when the change of a client that
@@ -96,12 +96,12 @@ int32_t NyClientStop(NyClient* client) noexcept;
 int32_t NyClientNotifyState(NyClient* client, uint32_t state, void* userData) noexcept;
 
 // Formats one line, cut at 2,047 characters, and hands it to the log callback if there is one, else to the agent's
-// logger if there is one. Returns what that returned, NY_OK for a line that nobody takes.
+// logger if there is one. Returns what that returned; NY_OK when there is neither.
 LIKE_PRINTF(4, 5)
 int32_t NyClientLog(NyClient* client, uint32_t severity, const char* module, const char* format, ...) noexcept;
 
-// What the agent is given as its client's log callback, with the context as user data. NY_UNEXPECTED for a line that
-// comes when the context is gone.
+// The log callback that the agent is given for its client, with the context as user data. Answers NY_UNEXPECTED to a
+// line that comes when the context is gone.
 int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* message, void* userData) noexcept;
 
 // The module name of every line of the client and its watcher.

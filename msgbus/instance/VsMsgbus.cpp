@@ -24,7 +24,7 @@ NoDestroyAtExit<SharedSlot<VsMsgbus>> bridgeOfProcess;
 constexpr int32_t creationOrder[] = {IoKindPolicy, IoKindProperty, IoKindTask, IoKindUpdate};
 constexpr int32_t attachOrder[] = {IoKindProperty, IoKindPolicy, IoKindTask, IoKindUpdate};
 
-// What the agent's client is given as its log callback.
+// The log callback of the agent's client.
 int32_t LogToRecord(uint32_t severity, const char* module, const char* message, void* userData) noexcept {
     return Guarded<int32_t>(NY_UNEXPECTED, [&]() -> int32_t {
         const auto* record = static_cast<VsMsgbusClientRecord*>(userData);
@@ -35,7 +35,7 @@ int32_t LogToRecord(uint32_t severity, const char* module, const char* message, 
     });
 }
 
-// What the agent's client is given as its notification callback.
+// The notification callback of the agent's client.
 void NotifyHandler(NyClient* client, uint32_t state, void* userData) noexcept {
     Guarded([&] {
         VsMsgbusClientRecord record;
@@ -96,7 +96,7 @@ VsMsgbus::VsMsgbus(const char* productId) {
 }
 
 VsMsgbus::~VsMsgbus() {
-    // First, with the watcher, which uses everything else.
+    // The record goes first: with it the client is released, whose watcher uses all other members.
     clientRecord.reset();
 }
 

@@ -40,16 +40,17 @@ public:
     bool AddProduct(const std::string& productId, uint32_t serviceMask);
     void RemoveProduct(const std::string& productId);
     bool HasProduct(std::string_view productId);
-    // Takes no product any more, if there is none now. Whether that is so, the first time.
+    // Ends the instance when no product is in: AddProduct then takes none any more. True for the call that ends it.
     bool EndWithoutProducts();
 
-    // Attaches the product to every service of the mask that exists, as long as it is entered: what leaves meanwhile,
-    // from inside a callback or on another thread, is not left behind. Raises the agent exception when the agent
-    // refuses.
+    // Attaches the product to every service of the mask that exists, as long as it is entered. When it leaves
+    // meanwhile, from inside a callback or on another thread, its registrations are ended again. Raises the agent
+    // exception when the agent refuses.
     void AttachEntered(const std::string& productId, uint32_t serviceMask);
-    // The same for any product.
+    // The same without a look whether the product is entered.
     void AttachProduct(const std::string& productId, uint32_t serviceMask);
-    // Ends the product's registration with every service; a refusal does not keep the others.
+    // Ends the product's registration with every service; a refusal of the agent's does not keep the other
+    // registrations.
     void StopIosForProduct(const std::string& productId);
     // Returns when no Start on another thread is attaching a product and no Stop is letting go of one: of a product
     // that has left meanwhile, too. Waits at most 15 seconds, and not at all inside a callback of the agent's, for
@@ -59,7 +60,7 @@ public:
     void RegisterForNotifications() noexcept;
     void UnregisterForNotifications() noexcept;
     // Ends the watcher, the services and the client: now, or after the change of a client that is under way. The
-    // instance is destroyed when nobody is inside any more.
+    // instance is destroyed when no thread is inside any more.
     void End() noexcept;
 
     // corvane::ny::notification_handler: type 1 starts, type 0 stops, others do nothing.
@@ -89,19 +90,19 @@ private:
     bridge::Mutex productsLock;  // held for the insertion, removal or copy alone
     ProductTable products GUARDED_BY(productsLock);
     bool hasEnded GUARDED_BY(productsLock) = false;
-    bridge::CallGate startsAndStops;  // as far as they are at the products
+    bridge::CallGate startsAndStops;  // the threads that attach products in a Start or let go of them in a Stop
     std::atomic<uint8_t> started = 0;
 };
 
 namespace bridge {
 
-// The process-wide instance, null until the first successful Entry and again after the last Exit. The first is for a
-// look whether there is one, or which; the second for using it.
+// The process-wide instance, null until the first successful Entry and again after the last Exit. CurrentBridge is for
+// comparing addresses alone; ShareBridge is for using the instance.
 const VsMsgbus* CurrentBridge() noexcept;
 std::shared_ptr<VsMsgbus> ShareBridge() noexcept;
 // Makes `created` the process-wide instance unless there is one; returns the one there is.
 std::shared_ptr<VsMsgbus> PublishBridge(const std::shared_ptr<VsMsgbus>& created) noexcept;
-// Takes it back, if it is this one.
+// Takes the process-wide instance away when it is this one.
 void WithdrawBridge(const VsMsgbus* instance) noexcept;
 
 // The process-wide instance's service object of that kind, or null. It may have ended its registrations.

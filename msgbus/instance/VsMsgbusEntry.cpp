@@ -57,7 +57,7 @@ void Enter(VsMsgbus& bridge, const char* productId, uint32_t serviceMask, VsKitM
         bridge.RegisterForNotifications();
         RecordForHealthCheck(productId, logSink, bridge.ClientRecord());
         if (CurrentBridge() != &bridge) {
-            // It has ended meanwhile.
+            // The instance has ended meanwhile.
             ForgetClientForHealthCheck(bridge.ClientRecord());
         }
     }
@@ -82,11 +82,11 @@ bool RunForProductId(const wchar_t* verb, const char* productId, Body&& body) no
 }
 
 void Leave(VsMsgbus& bridge, const char* productId) {
-    // First out of the table: a Start under way on the watcher's thread then does not attach it behind our back.
+    // The product leaves the table first: a Start under way on the watcher's thread then does not attach it again.
     const std::string product(productId);
     bridge.RemoveProduct(product);
     RunForProductId(L"exit", productId, [&] { bridge.StopIosForProduct(product); });
-    // What the watcher's thread has in hand at this moment may be this product.
+    // The watcher's thread may be attaching or releasing this product at this moment.
     bridge.WaitForStartOrStop();
     EndIfEmpty(bridge);
 }

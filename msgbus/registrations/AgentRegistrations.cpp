@@ -72,7 +72,7 @@ std::optional<AgentRegistrations::Products::iterator> AgentRegistrations::TakeNe
 }
 
 int32_t AgentRegistrations::Settle(Products::iterator product, bool isAsked) {
-    // Nobody but this thread removes a product that is busy.
+    // No other thread removes a product that is busy.
     int32_t answer = NY_OK;
     for (;;) {
         bool isWanted = false;

@@ -11,9 +11,9 @@
 
 namespace bridge {
 
-// What every service object is: a service whose products are registered with the agent one by one. A service says how
-// it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the agent. It
-// shares the session of its client; it has none when the client is not open.
+// The base of every service object: a service whose products are registered with the agent one by one. A service says
+// how it registers and unregisters one product, in `RegisterWithAgent` and `UnregisterFromAgent`, and answers the
+// agent. It shares the session of its client; it has none when the client is not open.
 //
 // The agent may call for a product from before it is registered, because it may do so from inside its own registering,
 // until its registration has ended, or until the agent's client is let go of, which forgets all calls of that client.
@@ -32,10 +32,10 @@ protected:
     explicit AgentService(ny_client_t* agentClient) noexcept
         : client(agentClient), session(ShareSession(agentClient)) {}
 
-    // Both make the one agent call and return its answer.
+    // Each makes its one call of the agent and returns the agent's answer.
     virtual int32_t RegisterWithAgent(const std::string& productId) = 0;
     virtual int32_t UnregisterFromAgent(const std::string& productId) = 0;
-    // What the agent is given to call back with.
+    // The user data that the agent is given for its calls.
     virtual AgentCallData CallbackData() const noexcept = 0;
 
 private:
@@ -47,8 +47,9 @@ private:
     AgentRegistrations registrations{*this};
 };
 
-// A service that answers the agent as a Handler, which is what the agent is given to call back with. Its classes define
-// their destructors in a source: mingw-w64's linker finds inline ones twice in what is optimised as a whole.
+// A service that answers the agent as a Handler: the agent is given a pointer to the Handler as user data. Derived
+// classes define their destructors in a source, because mingw-w64's linker finds inline ones twice in a program that is
+// optimised as a whole.
 template <class Handler>
 class AgentServiceFor : public AgentService, public Handler {
 public:
@@ -63,7 +64,7 @@ private:
 
 // The body of every plain function that the agent calls: `call(service)` of the service that was registered with
 // `userData`, which is its Handler. NY_UNEXPECTED when the agent gives no product, when the product is not registered
-// with that service, or not any more, and when anything escapes.
+// with that service, or not any more, and when `call` throws.
 template <class Handler, class Call>
 int32_t CallHandler(const char* productId, void* userData, Call&& call) noexcept {
     if (productId == nullptr) {

@@ -27,7 +27,7 @@ NEVER_INLINED void LeakDuplicateRecord(std::shared_ptr<Entry> entry) noexcept {
     static_cast<void>(new (std::nothrow) std::shared_ptr<Entry>(std::move(entry)));
 }
 
-// What modules registered, by product id: the table that the exports write and the service objects look into.
+// The interfaces that modules registered, by product id. The exports write the table; the service objects look into it.
 //
 // The first registration of an id wins. The table's lock is held for the look-up, insertion or removal alone, never
 // while a module runs. A record in use is shared by its users: Remove takes it out of the table at once, then waits

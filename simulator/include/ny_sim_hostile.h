@@ -12,7 +12,7 @@
 
 extern "C" {
 
-/// What the agent calls a product for.
+/// The purposes for which the agent calls a product.
 enum ny_sim_callback : int32_t {
     NY_SIM_CALL_PROPERTIES = 0,
     NY_SIM_CALL_POLICY,
@@ -45,7 +45,7 @@ enum ny_sim_register_call : int32_t {
 /// While a product is registered for the service of that callback, before register returns, the agent makes the
 /// callback; for the log, inside ny_client_handler_set_logger_callback.
 int32_t ny_sim_call_in_register(ny_sim_callback callback, ny_sim_register_call mode);
-/// How often that was done since the last reset, and the answers in the order in which they came.
+/// The number of such callbacks since the last reset, and their answers in the order in which they came.
 size_t ny_sim_register_call_count(void);
 int32_t ny_sim_register_call_answer(size_t index, int32_t* answer);  ///< NY_INVALID_ARGUMENT beyond the last one
 
@@ -57,10 +57,11 @@ void ny_sim_set_remember(int32_t on);
 /// The remembered registrations of the product for the service of that callback, the oldest first. For the log the
 /// product is the client's.
 size_t ny_sim_remembered_count(ny_sim_callback callback, const char* productId);
-/// How many of them unregister has ended, rather than the end of the client, or nothing yet.
+/// How many of those registrations were ended by unregister. The others were ended by the client's end, or are not
+/// ended.
 size_t ny_sim_unregistered_count(ny_sim_callback callback, const char* productId);
 
-/// Such a call. Opaque.
+/// A late call. Opaque.
 typedef struct ny_sim_late_call ny_sim_late_call_t;
 
 /// The agent makes the callback with a remembered registration, on a thread of its own, whether or not it is registered

@@ -50,7 +50,7 @@ size_t ny_sim_lent_tasks(void);
 
 // --- Requests -----------------------------------------------------------------------------------------------------
 
-/// What the agent wants of a task.
+/// The operations that the agent asks for with a task.
 enum ny_sim_task_operation : int32_t {
     NY_SIM_TASK_EXECUTE = 0,
     NY_SIM_TASK_STOP,

@@ -9,7 +9,7 @@ extern "C" {
 /// A call of the updater's. Opaque.
 typedef struct ny_sim_updater_request ny_sim_updater_request_t;
 
-/// What results begin with.
+/// The value of a result that was not written.
 enum ny_sim_updater_constant : int32_t {
     NY_SIM_UNWRITTEN = -1003,  ///< a result that the product did not write
 };

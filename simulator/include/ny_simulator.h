@@ -73,7 +73,7 @@ int32_t ny_sim_wait_idle(uint32_t milliseconds);
 
 // --- Handles ------------------------------------------------------------------------------------------------------
 
-/// What a handle is of.
+/// The kinds of handles.
 enum ny_sim_handle_kind : int32_t {
     NY_SIM_ANY = 0,
     NY_SIM_BUFFER,
@@ -94,7 +94,7 @@ size_t ny_sim_live_handles(ny_sim_handle_kind kind);
 /// Calls that named a handle that was not alive or of another kind, and calls by a thread that held locks of the
 /// caller's. Null handles are answered with NY_INVALID_ARGUMENT and do not count.
 size_t ny_sim_misuse_count(void);
-/// What the last misuse was, for a person to read; empty when there was none.
+/// A text about the last misuse, for a person to read; empty when there was none.
 const char* ny_sim_last_misuse(void);
 
 /// How many locks of its own the calling thread holds; a function of the program that calls the agent.
@@ -127,7 +127,7 @@ int32_t ny_sim_request_properties(const char* productId, ny_sim_property_request
 /// Waits at most `milliseconds` for the product's answer: NY_OK with the callback's result in `answer` (may be null),
 /// or NY_SIM_TIMEOUT.
 int32_t ny_sim_property_request_wait(ny_sim_property_request_t* request, uint32_t milliseconds, int32_t* answer);
-/// What was added to the bag, in order, once the request was answered; 0 and NY_INVALID_ARGUMENT before.
+/// The properties added to the bag, in order, once the request was answered; 0 and NY_INVALID_ARGUMENT before.
 size_t ny_sim_property_request_size(ny_sim_property_request_t* request);
 /// One of those; NY_INVALID_ARGUMENT beyond the last one.
 int32_t ny_sim_property_request_get(ny_sim_property_request_t* request, size_t index, const char** path,

@@ -8,13 +8,13 @@
 namespace simulator {
 
 // Writes to HKEY_LOCAL_MACHINE, so a RegistryRedirect is usually in force. Every failure throws a std::runtime_error,
-// std::system_error among them; what is deleted and was not there counts as done. Not for several threads at once.
+// std::system_error among them; deleting what is not there succeeds. Not for several threads at once.
 class AgentInstaller {
 public:
     // `builds` holds the builds of the agent, one folder each; below `target`, which is made when needed, each
     // installation gets a folder of its own.
     AgentInstaller(std::filesystem::path builds, std::filesystem::path target);
-    // Deletes what Remove had to leave; what is installed stays.
+    // Deletes files that Remove had to leave. An agent that is installed stays.
     ~AgentInstaller();
     AgentInstaller(const AgentInstaller&) = delete;
     AgentInstaller& operator=(const AgentInstaller&) = delete;
@@ -22,8 +22,8 @@ public:
     // The folder agent/ beside the program's own folder, where the builds stand in this project's build folder.
     static std::filesystem::path BuildsBesideProgram();
 
-    // Copies the build's libraries into a new folder, then writes the runtime path, then the version, which is what
-    // those who wait for the agent watch.
+    // Copies the build's libraries into a new folder, then writes the runtime path, then the version, which programs
+    // that wait for the agent watch.
     void Install(const std::string& version, const std::string& build = "full");
     // The same; the files of the earlier version stay until Remove, because they may be in use.
     void Upgrade(const std::string& version, const std::string& build = "full");
@@ -31,7 +31,7 @@ public:
     // are left for the destructor.
     void Remove();
 
-    // The single steps, for those who need an agent that is half there.
+    // The single steps, for tests that need an agent that is half installed.
     static void WriteVersion(const std::string& text);
     static void DeleteVersion();
     static void CreateAgentKey();  // without a version

@@ -1,4 +1,4 @@
-// What the setup needs of the registry; every failure throws std::system_error.
+// The registry functions of the setup. Every failure throws std::system_error.
 #pragma once
 
 #include <windows.h>
@@ -7,10 +7,10 @@
 
 namespace simulator {
 
-// An open key, closed at the end.
+// An open key, closed by the destructor.
 class RegistryKey {
 public:
-    // Opens the key, with the keys above it, and makes what is not there. `access` may name a view.
+    // Opens the key. Makes it, and the keys above it, where they are not there. `access` may name a view.
     RegistryKey(HKEY parent, const std::string& path, REGSAM access);
     ~RegistryKey();
     RegistryKey(const RegistryKey&) = delete;
@@ -23,8 +23,9 @@ private:
     HKEY key = nullptr;
 };
 
-// Both count as done when the key or the value is not there. `view` is 0, KEY_WOW64_32KEY or KEY_WOW64_64KEY.
-// Writes a value that means nothing, which wakes those who wait for a change of the key. Nothing when there is no key.
+// `view` is 0, KEY_WOW64_32KEY or KEY_WOW64_64KEY. All three do nothing when the key, or the value to be deleted, is
+// not there. TouchRegistryKey writes a value without a meaning, which wakes the threads that wait for a change of the
+// key.
 void TouchRegistryKey(HKEY parent, const std::string& path, REGSAM view);
 void DeleteRegistryValue(HKEY parent, const std::string& path, const std::string& name, REGSAM view);
 void DeleteRegistryTree(HKEY parent, const std::string& path, REGSAM view);

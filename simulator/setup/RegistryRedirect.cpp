@@ -27,7 +27,7 @@ RegistryRedirect::~RegistryRedirect() {
     try {
         DeleteRegistryTree(HKEY_CURRENT_USER, path, 0);
     } catch (const std::system_error&) {
-        // Someone still holds a key of it open; the next process with this id deletes it.
+        // A thread still holds a key of it open; the next process with this id deletes it.
     }
 }
 

@@ -59,7 +59,7 @@ public:
         return path;
     }
 
-    // What it told.
+    // The lines that the module has told.
     LineLog log;
 
 private:

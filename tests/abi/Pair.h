@@ -4,8 +4,8 @@
 #include <stdexcept>
 #include <string>
 
-// Which C++ ABI the module and the bridge of this process have, each "gnu" or "microsoft", as the test was started for:
-// see docs/TESTING.md for what which pair promises.
+// The C++ ABIs of the module and of the bridge in this process, each "gnu" or "microsoft", as ABI_PAIR names them.
+// docs/TESTING.md says what each pair promises.
 struct Pair {
     std::string module;
     std::string bridge;

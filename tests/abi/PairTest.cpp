@@ -19,7 +19,7 @@ std::filesystem::path FolderOf(const char* library) {
 TEST(Pair, HasTheModuleAndTheBridgeThatItIsNamedFor) {
     const AbiModule module;
     EXPECT_EQ(module.Call<decltype(ModuleAbi)>("ModuleAbi"), ThisPair().module);
-    // What mingw-w64's start of a DLL needs, and no other.
+    // An import that only mingw-w64's start-up code of a DLL needs.
     const auto imports = ImportsOf("VsMsgbus.dll");
     const bool isGnu = std::any_of(imports.begin(), imports.end(),
                                    [](const ModuleImport& import) { return import.function == "_amsg_exit"; });

@@ -1,4 +1,4 @@
-// Who is inside somebody else's code.
+// The gate that counts the threads inside another party's code.
 #include "base/CallGate.h"
 
 #include <gtest/gtest.h>
@@ -67,7 +67,7 @@ TEST(CallGate, KnowsWhetherTheCallingThreadIsInside) {
     EXPECT_FALSE(gate.IsInside(::GetCurrentThreadId()));
 }
 
-TEST(CallGate, WithNobodyInsideIsNotWaitedFor) {
+TEST(CallGate, WithNoThreadInsideIsNotWaitedFor) {
     CallGate gate;
     EXPECT_TRUE(gate.WaitForOthers(0ms));
     { const CallGate::Call call(gate); }

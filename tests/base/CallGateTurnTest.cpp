@@ -79,7 +79,7 @@ TEST(CallGateTurn, DoesNotComeOnceTheGateIsClosed) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-// What the gate's patience answers: the same for every thread inside.
+// The answer of the gate's patience, the same for every thread inside.
 std::atomic<std::chrono::milliseconds> patience = CallGate::withoutLimit;
 std::atomic<DWORD> threadAskedFor = 0;
 
@@ -100,7 +100,7 @@ TEST(CallGateTurn, IsWaitedForAsLongAsThePatienceForTheThreadInsideLasts) {
     EXPECT_FALSE(waiting.IsInside());
 }
 
-TEST(CallGateTurn, IsGivenUpByAllWhoWaitAtOnce) {
+TEST(CallGateTurn, IsGivenUpByAllWaitersAtOnce) {
     CallGate gate;
     const CallGate::Call own(gate);
     patience = CallGate::withoutLimit;
@@ -134,7 +134,7 @@ TEST(CallGateTurn, IsGivenUpByOneThatHasBecomeTheFirst) {
     EXPECT_FALSE(second.IsInside());
 }
 
-TEST(CallGateTurn, ComesToWhoIsPatientEnough) {
+TEST(CallGateTurn, ComesToAWaiterThatIsPatientEnough) {
     CallGate gate;
     std::optional<CallGate::Call> own(std::in_place, gate);
     patience = callWaitLimit;
@@ -191,14 +191,14 @@ TEST(CallGateTurn, ComesInTheOrderOfArrival) {
     EXPECT_THAT(queue.turns.Lines(), testing::ElementsAreArray(inOrder));
 }
 
-// One that is woken for the turn of another falls asleep once more.
+// A thread that is woken when it is another's turn falls asleep once more, which this test counts.
 TEST(CallGateTurn, WakesOneThread) {
     constexpr size_t size = 50;
     QueueAtTheGate queue(size);
     queue.GiveFirstTurn();
     EXPECT_TRUE(queue.turns.WaitForSize(1));
     EXPECT_FALSE(queue.sleeps.WaitFor(2 * size - 1, 5 * moment));
-    // Now and then one finds the gate's lock taken and sleeps for that, hence not exactly once for each.
+    // Now and then a thread finds the gate's lock taken and sleeps for that: hence not exactly one sleep for each.
     queue.Dissolve();
     EXPECT_LT(queue.sleeps.Count(), 5 * size);
 }

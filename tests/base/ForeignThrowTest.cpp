@@ -1,4 +1,4 @@
-// What is read of an exception that Microsoft's compiler threw: laid out here as that compiler does it.
+// Reading an exception of Microsoft's compiler. The tests lay its description out as that compiler does.
 #include "base/ForeignFrame.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the bridge locks and waits with.
+// The bridge's lock and its condition variable.
 #include "base/Mutex.h"
 
 #include <gtest/gtest.h>
@@ -114,7 +114,7 @@ TEST_F(ConditionTest, SaysThatTheTimeIsOver) {
     EXPECT_GE(Condition::Clock::now(), end);
 }
 
-// A wait that held the mutex would keep out whoever meets the condition, for ever.
+// A wait that held the mutex would for ever keep out the thread that is to meet the condition.
 TEST_F(ConditionTest, LetsOthersInWhenTheSystemDoesNotWait) {
     const SystemFunction<decltype(::SleepConditionVariableSRW)> sleeping(&::SleepConditionVariableSRW, &RefuseToSleep);
     Event hasLocked;

@@ -1,4 +1,4 @@
-// What becomes of static objects when the library goes, and when the process ends.
+// Static objects when the library is unloaded, and when the process ends.
 #include "base/NoDestroyAtExit.h"
 
 #include <gtest/gtest.h>

@@ -10,7 +10,7 @@
 
 namespace {
 
-TEST(OwnerLock, NamesTheThreadInsideAndNobodyOnceItIsFree) {
+TEST(OwnerLock, NamesTheThreadInsideAndNoneOnceItIsFree) {
     OwnerLock lock;
     EXPECT_EQ(lock.OwnerThreadId(), 0U);
     {

@@ -1,4 +1,4 @@
-// What the checking bridge says when there is no agent, or not all of one: notes, which are no findings.
+// The checking bridge's notes when there is no agent, or not all of one. Notes are no findings.
 #include <filesystem>
 
 #include "checking/CheckedTest.h"

@@ -1,4 +1,5 @@
-// What the checking bridge says of buffers, statuses, answers, times and exceptions.
+// The checking bridge's findings about buffers, statuses, answers, times and exceptions. In a test that says Named the
+// mistake is found; in one that says Right there must be no finding, which TearDown checks.
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -17,7 +18,7 @@ protected:
     CheckedCalls() { EXPECT_EQ(ny_sim_set_all_information(R"({"GUID": "{0}", "Version": "5.7.0"})"), NY_OK); }
     ~CheckedCalls() override { ny_sim_reset(); }
 
-    // What the agent is answered by a task of this product, executed by this enforcer.
+    // The answer that the agent gets when it has this enforcer execute a task of the product.
     int32_t Execute(const TaskEnforcer::Operation& operation) {
         TaskEnforcer enforcer(operation);
         const TaskEnforcerRegistration registration(id, enforcer);

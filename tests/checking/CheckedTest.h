@@ -13,8 +13,9 @@
 #include "support/LogFile.h"
 #include "support/OnPurpose.h"
 
-// A test with the checking bridge, an agent, and a product id of its own: a finding is told once for each product. What
-// the test does not ask for must not be found.
+// A test with the checking bridge, an agent, and a product id of its own, because a finding is told once for each
+// product. TearDown fails the test for every finding that it has not asked for with Found: a test without Found checks
+// that nothing is found.
 class CheckedTest : public InstalledAgentTest {
 protected:
     CheckedTest() {
@@ -22,7 +23,8 @@ protected:
             OnPurpose{rule.name};
         }
         ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", file.path.c_str());
-        // What depends on the machine's speed is found by the tests that ask for it alone.
+        // Ten minutes, in milliseconds: findings that depend on the machine's speed are made in the tests alone that
+        // set a shorter time.
         SetNumber("VSMSGBUS_CHECK_GRACE", "600000");
         SetNumber("VSMSGBUS_CHECK_SLOW", "600000");
     }
@@ -31,7 +33,7 @@ protected:
         InstalledAgentTest::TearDown();
         SetNumber("VSMSGBUS_CHECK_GRACE", nullptr);
         SetNumber("VSMSGBUS_CHECK_SLOW", nullptr);
-        // The checks of a timer may have found once more what was asked for.
+        // The checks of a timer may have found more of the rules that were asked for.
         for (const auto& [rule, count] : std::map(asked)) {
             Found(rule.c_str());
         }
@@ -41,10 +43,11 @@ protected:
 
     static void SetNumber(const char* name, const char* number) { ::SetEnvironmentVariableA(name, number); }
 
-    // Has masks, interfaces and the agent looked at soon after the next change. A test calls it before its last one.
+    // Has the checking bridge compare masks, interfaces and the agent 100 ms after the next change. A test calls it
+    // before its last change.
     static void CheckSoonAfterTheNextChange() { SetNumber("VSMSGBUS_CHECK_GRACE", "100"); }
 
-    // How many of the rule there are since the test began; they are expected. Notes are no findings.
+    // How many findings of the rule there are since the test began. TearDown expects them. Notes are no findings.
     unsigned Found(const char* rule) {
         const unsigned count = VsMsgbusCheckFindings(rule) - beforeOfRules.at(rule);
         if (count > asked[rule]) {

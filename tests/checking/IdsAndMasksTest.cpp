@@ -1,4 +1,5 @@
-// What the checking bridge says of ids and masks.
+// The checking bridge's findings about ids and masks. In a test that says Named the mistake is found; in one that says
+// Right there must be no finding, which TearDown checks.
 #include "checking/CheckedTest.h"
 #include "support/Enforcer.h"
 #include "support/PolicyNotice.h"
@@ -95,7 +96,7 @@ TEST_F(CheckedMasks, WithABitTooFewOrTooManyAreNamedOnceTheAgentIsThere) {
                                                 "VsMsgbusEntry. ("));
 }
 
-TEST_F(CheckedIds, OfARegistrationThatNobodyEntersWithAreNamedOnceTheAgentIsThere) {
+TEST_F(CheckedIds, OfARegistrationThatNoProductEntersWithAreNamedOnceTheAgentIsThere) {
     const Registration registration(id, collector);
     const Product product(id, &sink);
     CheckSoonAfterTheNextChange();

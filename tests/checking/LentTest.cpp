@@ -1,4 +1,5 @@
-// What the checking bridge says of objects and texts that are used after the callback that they were lent for.
+// The checking bridge's findings about objects and texts that a module uses after the callback for which they were
+// lent.
 #include <thread>
 
 #include "checking/CheckedTest.h"

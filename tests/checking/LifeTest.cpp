@@ -1,4 +1,5 @@
-// What the checking bridge says of Entry, Exit and what is called outside them.
+// The checking bridge's findings about Entry, Exit and calls outside them. In a test that says Named the mistake is
+// found; in one that says Right there must be no finding, which TearDown checks.
 #include <thread>
 
 #include "VsMsgbus.h"
@@ -188,7 +189,7 @@ TEST_F(CheckedLife, AnEntryUnderTheLoaderLockIsNamed) {
     EXPECT_EQ(Found("LOADER-LOCK"), 1U);
 }
 
-// What a process leaves behind, for the next two: not a test of its own.
+// A process that leaves something behind, started by the next two tests: not a test of its own.
 TEST(PlantedEnd, DISABLED_LeavesAProductAndACollector) {
     // Never destroyed: the watcher may write until the process is gone.
     auto& sink = *new CapturingSink;

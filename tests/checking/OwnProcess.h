@@ -10,7 +10,7 @@ inline int RunInOwnProcess(const std::string& test) {
     char program[MAX_PATH] = {};
     ::GetModuleFileNameA(nullptr, program, MAX_PATH);
     std::string command = "\"" + std::string(program) + "\" --gtest_also_run_disabled_tests --gtest_filter=" + test;
-    // Of one shard it might run none.
+    // Without these variables: in one shard of several the process might run no test.
     ::SetEnvironmentVariableA("GTEST_TOTAL_SHARDS", nullptr);
     ::SetEnvironmentVariableA("GTEST_SHARD_INDEX", nullptr);
     STARTUPINFOA startup{};

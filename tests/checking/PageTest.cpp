@@ -60,7 +60,7 @@ std::string Shown(std::string text) {
             ++at;
         }
     }
-    // Which the page's language would take for the beginning of something.
+    // Doubles each backslash, which Markdown takes for the beginning of an escape.
     for (size_t at = text.find('\\'); at != std::string::npos; at = text.find('\\', at + 2)) {
         text.insert(at, 1, '\\');
     }

@@ -1,4 +1,5 @@
-// What the checking bridge says of interfaces that modules register.
+// The checking bridge's findings about the interfaces that modules register. In a test that says Named the mistake is
+// found; in one that says Right there must be no finding, which TearDown checks.
 #include <memory>
 #include <new>
 #include <thread>
@@ -117,7 +118,7 @@ TEST_F(CheckedRegistrations, RemovedInsideTheirOwnCallbackAreNamed) {
 }
 
 // Both wait for the other one's callback.
-TEST_F(CheckedRegistrations, RemovedBySomebodyWhomTheirCallbackWaitsForAreNamedWithinRealFifteenSeconds) {
+TEST_F(CheckedRegistrations, RemovedByAThreadThatTheirCallbackWaitsForAreNamedWithinRealFifteenSeconds) {
     const Product product(id, &sink);
     const Product otherProduct(id + "other", &sink);
     Event isInside;

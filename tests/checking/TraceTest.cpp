@@ -101,7 +101,7 @@ TEST(RecordLine, HasTextsAsJsonAndCutsLongOnes) {
                      {{"quoted", "a \"b\" \\ \n"}, {"long", cut}, {"none", nullptr}, {"number", -5}, {"yes", true}}}}));
 }
 
-// What the next test records: not a test of its own.
+// The process whose record the next test reads: not a test of its own.
 class PlantedRecord : public InstalledAgentTest {
     const OnPurpose mistakes{"TASK-STATUS"};
 };

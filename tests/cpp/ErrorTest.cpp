@@ -1,4 +1,4 @@
-// What the C++ layer throws.
+// The exception of the C++ layer.
 #include <gtest/gtest.h>
 
 #include "vsmsgbus.hpp"

@@ -17,7 +17,7 @@ protected:
         EXPECT_EQ(ny_sim_policies_from_json((json + "]}]}]").c_str()), NY_OK);
     }
 
-    // What reading so many settings takes.
+    // The allocations that reading so many settings takes.
     template <class Read>
     size_t Of(size_t count, const Read& read) {
         HoldSettings(count);

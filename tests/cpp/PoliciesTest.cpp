@@ -35,7 +35,7 @@ class LayerPolicies : public LayerTest {
 protected:
     LayerPolicies() { EXPECT_EQ(ny_sim_policies_from_json(policiesOfTwo), NY_OK); }
 
-    // What the agent is answered by a product with this handler.
+    // The answer that the agent gets from a product with this handler.
     int32_t Enforce(vsmsgbus::PoliciesHandler handler) {
         const vsmsgbus::Product product(id, Logged({.policies = std::move(handler)}));
         return PolicyNotice(id).Answer();

@@ -20,7 +20,7 @@ protected:
         return [](vsmsgbus::Properties& properties) { properties.Set("general", "version", "1.0"); };
     }
 
-    // What the error of making it says.
+    // The text of the error with which a product cannot be made.
     static std::string RefusalOf(std::string_view productId, vsmsgbus::Handlers handlers) {
         try {
             const vsmsgbus::Product product(productId, std::move(handlers));

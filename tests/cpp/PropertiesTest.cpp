@@ -11,7 +11,7 @@ namespace {
 
 class LayerProperties : public LayerTest {
 protected:
-    // What the agent gets from a product with this handler.
+    // The properties that the agent gets from a product with this handler.
     std::vector<std::string> AskFor(vsmsgbus::PropertiesHandler handler) {
         const vsmsgbus::Product product(id, Logged({.properties = std::move(handler)}));
         return Ask(id);

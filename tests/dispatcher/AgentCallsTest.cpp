@@ -1,4 +1,5 @@
-// What the agent may call: found before it is believed, and shared by the calls that are under way.
+// The objects that the agent may call: looked up in a record before their address is used, and shared by the calls
+// under way.
 #include "dispatcher/AgentCalls.h"
 
 #include <gtest/gtest.h>
@@ -24,7 +25,7 @@ protected:
     const AgentCallData data = CallData<Called>(this);
 };
 
-TEST_F(AgentCallsTest, WithWhatWasNeverGivenComeToNobody) {
+TEST_F(AgentCallsTest, WithDataThatWasNeverGivenReachNoService) {
     EXPECT_FALSE(IsServed("PRODUCT1000"));
     EXPECT_FALSE(IsServed(""));
     EXPECT_FALSE(AgentCall(CallData<Called>(nullptr), "PRODUCT1000"));

@@ -111,7 +111,7 @@ TEST_F(DispatcherLife, GivesEachOfManyThreadsADispatcherThatIsWhole) {
             }
             start.Meet();
             DispatcherRelease(dispatcher);
-            // What the others hold may close only after this thread's group went out of use.
+            // All threads have released the dispatcher here: only then does the next round begin, with a new one.
             start.Meet();
         }
     };

@@ -1,4 +1,4 @@
-// What a warm call of a lazy entry point costs beside the agent's own work.
+// The cost of a warm call of a lazy entry point beside the agent's own work.
 #include "dispatcher/DispatcherTest.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "dispatcher/groups/VariantGroup.h"

@@ -1,4 +1,4 @@
-// Libraries of the agent's stay in memory while anybody is inside them.
+// Libraries of the agent's stay in memory while a thread is inside them.
 #include "dispatcher/LibrariesInUse.h"
 
 #include "dispatcher/AgentCalls.h"

@@ -76,7 +76,7 @@ TEST_F(MissingRelease, OfALibraryThatIsNotOpenDoesNothing) {
     EXPECT_THAT(log.Lines(), IsEmpty());
 }
 
-TEST_F(MissingRelease, OfALibraryThatNobodyUsesLeavesIt) {
+TEST_F(MissingRelease, OfALibraryWithoutUsersLeavesIt) {
     ASSERT_EQ(DispatcherLoad(crypto.Request()), NY_OK);
     Member& member = *dispatcher->grouper.members.at(0);
     member.libraries.at(0)->references = 0;

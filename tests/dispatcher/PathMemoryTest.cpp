@@ -15,7 +15,7 @@ AllocateFunction* SystemAllocation() {
         reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA("msvcrt.dll"), "calloc")));
 }
 
-// None for the path alone, which is given twice its directory's size.
+// Fails for the path alone, whose allocation has twice the directory's size.
 void* AllocateNoPath(size_t count, size_t size) {
     return count * size == 2 * longDirectory ? nullptr : SystemAllocation()(count, size);
 }
@@ -25,7 +25,7 @@ protected:
     TestGroup<1> crypto{"crypto", "ny_client.dll", {"ny_crypto_name"}};
 };
 
-TEST_F(PathMemory, ThatIsNotThereEndsTheLoadAndLeavesNoLibrary) {
+TEST_F(PathMemory, ThatRunsOutEndsTheLoadAndLeavesNoLibrary) {
     dispatcher->grouper.defaultPath = std::string(longDirectory, 'p');
     {
         const SystemFunction<AllocateFunction> none(SystemAllocation(), &AllocateNoPath);

@@ -13,13 +13,13 @@ constexpr const char* patterns[] = {
     "agent: [01] client started, registered:.*",
     "NOT SEEN: the (start of a client|end of the agent's libraries)",
     "agent: ny_[a-z_]+",
-    // What the agent is answered: that memory ran out, that a function is out of reach, or that something else failed;
-    // the updater also that nobody was asked.
+    // The agent's answers: memory ran out, a function is out of reach, or another failure; for the updater also that no
+    // module was asked.
     "agent: answer (3|4|705|1001)",
     "agent: answer 0, result [12]",
     "agent: no answer.*",
     "agent: status of task [23]",
-    // What modules are answered.
+    // The modules' answers.
     "module: (SetProperty|EnumeratePolicies|EnumerateUserPolicies): false",
     "module: Dump: (<.*>|kind 0)",
     "module: GetDigest: <.*>",

@@ -1,4 +1,4 @@
-// What the C++ runtime of the DLL needs to throw is there when there is no other memory.
+// The memory that the DLL's C++ runtime needs to throw is reserved: it is there when all other memory is used up.
 #include <thread>
 
 #include "VsMsgbus.h"

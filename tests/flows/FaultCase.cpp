@@ -10,7 +10,7 @@
 
 namespace {
 
-// Codes that nobody else answers.
+// Codes that only the faults answer.
 constexpr int32_t CodeOf(FaultCase::Mode mode) {
     return mode == FaultCase::Mode::FromThenOn ? -4242 : 4242;
 }
@@ -167,7 +167,8 @@ std::vector<std::string> FaultCases::RunShared(const FaultCase& fault) {
     return transcript;
 }
 
-// What Prepare needs is missing from the second agent only, for the flow that upgrades to that one.
+// Runs the flow with a function or an accessor that the agent lacks. A function that Prepare needs is missing from the
+// second agent only, to which one flow upgrades.
 std::vector<std::string> FaultCases::RunMissing(const FaultCase& fault) {
     FlowOutcome outcome;
     if (fault.function.starts_with(accessorPrefix)) {

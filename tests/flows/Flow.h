@@ -17,7 +17,7 @@ public:
     Flow(const Flow&) = delete;
     Flow& operator=(const Flow&) = delete;
 
-    // What must stand before; meets no fault.
+    // Sets up what the flow needs. No fault is in place yet.
     virtual void Prepare() = 0;
     // Before each Run; meets no fault.
     virtual void Begin() {}
@@ -41,7 +41,7 @@ struct FlowKind {
 // All of them.
 const std::vector<FlowKind>& AllFlows();
 
-// What puts a fault in and takes it out again; either may be empty.
+// Two functions: one puts a fault in place, the other takes it away. Either may be empty.
 struct FlowHook {
     std::function<void()> install = {};
     std::function<void()> remove = {};

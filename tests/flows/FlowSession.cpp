@@ -6,7 +6,7 @@
 
 namespace {
 
-// What must never be left of a run, noted as such.
+// Notes in the transcript all that a run has left behind and must not.
 void CheckNothingIsLeft(FlowWorld& world, KeptHandles& kept) {
     if (const size_t misused = ny_sim_misuse_count(); misused != 0) {
         world.Note("LEFT: dead handles used: " + std::string(ny_sim_last_misuse()));

@@ -17,7 +17,7 @@ constexpr const char* agentLibraries[] = {"ny_client.dll", "ny_variant.dll", "ny
 constexpr char firstVersion[] = "5.7.0";
 constexpr char secondVersion[] = "5.7.1";
 
-// What is logged where a client cannot be started.
+// The log lines when a client cannot be started.
 constexpr const char* noStart[] = {"sink 3: NY log message, [ny_client] falied to start ny client.",
                                    "sink 3: NY log message, [ny_client] failed to initialize dispatcher."};
 

@@ -46,7 +46,7 @@ public:
     VsKitMsgbus::ILogSink& BridgeSink() { return bridgeSink; }
     VsKitMsgbus::ILogSink& ModuleSink() { return moduleSink; }
 
-    // The registry then names the first agent, the second one, or none; who watches it sees that.
+    // The registry then names the first agent, the second one, or none; a watcher of the registry sees that.
     void PutFirstAgent();
     void PutSecondAgent();
     void TakeAgentAway();
@@ -63,7 +63,7 @@ public:
     void NoteRegistrations();
     // Notes the agent's functions that were called since Prepare, in order.
     void NoteCalls();
-    // What is registered, started, lent or loaded, as a text; empty when nothing is.
+    // A text about everything that is registered, started, lent or loaded; empty when nothing is.
     static std::string LeftWithTheAgent();
 
     // How long is waited for the watcher. Shorter where a fault may keep it from what is waited for.

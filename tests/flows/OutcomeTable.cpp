@@ -49,7 +49,7 @@ Lines NamesIn(const std::string& line) {
     return names;
 }
 
-// What is left to be written in a line of its own: the cases of one function, as the numbers of each mode.
+// The cases of one function that are still to be written in a line, as the numbers of each mode.
 struct CasesOfFunction {
     std::string function;
     std::map<std::string, Lines, std::greater<>> numbers;  // "once" before "missing" before "from-then-on"

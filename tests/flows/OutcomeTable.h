@@ -7,7 +7,7 @@
 
 #include "flows/TranscriptChange.h"
 
-// What is expected of a flow: the transcript of its good run, and for each fault, by the name of its case, how the
+// The expected outcomes of a flow: the transcript of its good run, and for each fault, by the name of its case, how the
 // transcript then changes. As a file:
 //
 //     good

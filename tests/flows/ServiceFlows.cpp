@@ -1,4 +1,4 @@
-// What modules ask of the agent.
+// Flows in which modules ask the agent for crypto and information.
 #include <array>
 
 #include "flows/EnteredFlow.h"
@@ -14,7 +14,7 @@ public:
         constexpr std::array<unsigned char, 5> data = {'d', 'a', 't', 'a', '!'};
         const unsigned int encrypted = Note(VsKitMsgbusEncryptData, "Encrypt", data.data(), data.size());
         const std::array<unsigned char, 64> secret = output;
-        // What could not be encrypted cannot be decrypted either: the agent refuses it.
+        // Data that could not be encrypted cannot be decrypted either: the agent refuses it.
         Note(VsKitMsgbusDecryptData, "Decrypt", secret.data(), encrypted);
         world.Note("decrypted: <" + std::string(output.begin(), output.begin() + 5) + ">");
         Note(VsKitMsgbusHashBuffer, "Hash", data.data(), data.size());

@@ -1,4 +1,4 @@
-// What the tables of outcomes are written and read with.
+// Changes of transcripts, as the tables of outcomes have them.
 #include <gmock/gmock.h>
 #include <windows.h>
 

@@ -36,7 +36,7 @@ constexpr uint8_t longText = 0xFF;
 constexpr size_t longTextSize = 5000;
 constexpr uint8_t longestShortText = 48;
 
-// What reads a text for nothing else must not be optimised away.
+// Keeps the compiler from removing a read of a text whose result is not used.
 volatile size_t touched = 0;
 
 }  // namespace

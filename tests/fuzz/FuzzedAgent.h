@@ -94,7 +94,7 @@ void Give(FuzzedAgent& agent, std::unique_ptr<Object> object, Handle** out) {
 }
 
 // Hands out a text and a length: the whole text, less of it, or no text for such a length. `canBeTooLong`: a length
-// that no memory holds, which is for who makes a string of it.
+// that no memory holds, for code that makes a string of the text and must notice that.
 template <class Character>
 void GiveText(FuzzInput& input, const Character* text, size_t size, const Character** out, size_t* length,
               bool canBeTooLong = true) {

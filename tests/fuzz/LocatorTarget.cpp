@@ -20,7 +20,7 @@ int32_t ReadLine(uint32_t /*severity*/, const char* module, const char* message,
     return NY_OK;
 }
 
-// What the registry's value means as a path: its bytes up to the first zero; no path when it is longer than any.
+// The path in the registry's value: its bytes up to the first zero. None when it is longer than any path.
 std::optional<std::string> ExpectedPath(const FuzzedRegistryValue& value) {
     if (!value.IsThere() || value.Bytes().size() > longestPath) {
         return std::nullopt;

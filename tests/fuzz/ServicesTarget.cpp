@@ -1,4 +1,4 @@
-// What modules ask of the agent: crypto and information; and the agent's requests for properties and its log lines.
+// Modules' calls for crypto and information, and the agent's requests for properties and its log lines.
 #include <vector>
 
 #include "VsMsgbus/CollectProperties.h"

@@ -61,14 +61,15 @@ private:
         if (state > 1) {
             Found("a state that there is not");
         }
-        // What happens while the point product is told must not be lost.
+        // The watcher must not lose a change that comes while it tells the point product.
         if (current->input.Rarely()) {
             current->value.Change(current->input);
         }
         return NY_OK;
     }
 
-    // Something is changed, the time is over, the wait fails, or it is to stop: as it is when the input is used up.
+    // The input chooses how the wait ends: by a change, by its time, by a failure, or by the order to stop. It is the
+    // order to stop when the input is used up.
     static DWORD WINAPI WaitForMultiple(DWORD /*count*/, const HANDLE* /*handles*/, BOOL /*all*/, DWORD milliseconds) {
         FuzzInput& input = current->input;
         ExpectVersion(*current->watched);

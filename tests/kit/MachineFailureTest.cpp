@@ -1,4 +1,4 @@
-// What vsmsgbus_testing.hpp says when something does not happen.
+// The failures of vsmsgbus_testing.hpp, letter for letter, when an expectation is not met.
 #include <stdexcept>
 
 #include "kit/MachineFixture.h"

@@ -31,7 +31,7 @@ inline void TellOne(vsmsgbus::Properties& properties) {
     properties.Set("General", "Version", "1.0");
 }
 
-// What the body throws as a Failure.
+// The text of the Failure that the body throws.
 template <class Body>
 std::string FailureOf(const Body& body) {
     try {

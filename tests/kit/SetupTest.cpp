@@ -87,7 +87,7 @@ TEST_F(Setup, HasTheSingleSteps) {
     }
 }
 
-TEST_F(Setup, WakesThoseWhoWaitForAChangeOfTheAgentsKey) {
+TEST_F(Setup, WakesThreadsThatWaitForAChangeOfTheAgentsKey) {
     ASSERT_EQ(ny_setup_write_version(machine, "5.5.0"), NY_OK);
     HKEY key = nullptr;
     ASSERT_EQ(::RegOpenKeyExA(HKEY_LOCAL_MACHINE, agentKey, 0, KEY_NOTIFY, &key), ERROR_SUCCESS);

@@ -1,4 +1,4 @@
-// What the DLLs export, import and say of themselves.
+// The exports, the imports and the version information of the DLLs.
 #include <gmock/gmock.h>
 
 #include <algorithm>

@@ -32,7 +32,7 @@ public:
     static bool IsLogInMemory() { return ::GetModuleHandleA(logFileName) != nullptr; }
 
     static constexpr const char* fileName = "VsMsgbus.dll";
-    // What it brings with it.
+    // The library that the bridge's own library loads.
     static constexpr const char* logFileName = "LogLib.dll";
 
 private:

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-// What a loaded library exports and imports, read from its image in memory.
+// The exports and imports of a loaded library, read from its image in memory.
 class PeImage {
 public:
     explicit PeImage(HMODULE module);

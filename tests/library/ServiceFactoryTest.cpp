@@ -24,7 +24,7 @@ TEST(ServiceFactory, MakesNothingOfAnUnknownKind) {
     EXPECT_EQ(MakeService(0, nullptr), nullptr);
 }
 
-// What a kind of service does not have to say, the base does not do.
+// The base class has empty bodies for the functions that a kind of service may leave out.
 TEST(ServiceFactory, IsNotNeededForAServiceThatRegistersNothing) {
     class Plain final : public VsMsgbusIo {};
     Plain io;

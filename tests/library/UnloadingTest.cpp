@@ -41,8 +41,8 @@ protected:
         EXPECT_TRUE(Leave(second, again));
     }
 
-    // Loads, enters, calls what fails without an agent, leaves and unloads. The library, which may be nobody's any
-    // more.
+    // Loads, enters, makes a call that fails without an agent, leaves and unloads. Returns the library's handle, to be
+    // compared alone.
     static HMODULE Live() {
         const LoadedBridge bridge;
         VsMsgbus* instance = nullptr;
@@ -55,7 +55,7 @@ protected:
         return bridge.Module();
     }
 
-    // Grows when one is lost.
+    // The next free thread-local index, which grows when one is lost.
     static DWORD NextTlsIndex() {
         const DWORD index = ::TlsAlloc();
         EXPECT_TRUE(::TlsFree(index));
@@ -116,7 +116,7 @@ TEST_F(Unloading, TenThousandTimesLosesNothing) {
 }
 
 TEST_F(Unloading, FiftyTimesLeavesNoModuleBehind) {
-    { const LoadedBridge once; }
+    { const LoadedBridge once; }  // brings the libraries that stay loaded
     const size_t before = Modules();
     for (int i = 0; i < 50; ++i) {
         const LoadedBridge bridge;
@@ -159,7 +159,7 @@ TEST_F(Unloading, WithoutLeavingIsSurvivedWhenTheAgentIsInstalledAndThenUpgraded
     });
 }
 
-// What a module does that ends its process without a word.
+// Has a module enter, and ends the process without leaving.
 [[noreturn]] void EndWithoutLeaving(bool unloads) {
     LoadedBridge bridge;
     VsMsgbus* instance = nullptr;

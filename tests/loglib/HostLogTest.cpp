@@ -45,7 +45,7 @@ TEST(HostLog, WritesOneLineForEachEvent) {
     EXPECT_TRUE(std::regex_match(lines[1], second)) << lines[1];
 }
 
-TEST(HostLog, TellsItsListenerAndNobodyAfterwards) {
+TEST(HostLog, TellsItsListenerUntilThatIsTakenAway) {
     {
         const HostLog host;
         MakeEvent()(L"NySpb", L"text");
@@ -67,7 +67,7 @@ TEST(HostLog, WritesWhereTheEnvironmentSays) {
     EXPECT_THAT(file.Lines(), SizeIs(1));
 }
 
-// Whoever started it may have fewer rights than it has.
+// The user who started an elevated process may have fewer rights than the process.
 TEST(HostLog, DoesNotWriteWhereTheEnvironmentOfAnElevatedProcessSays) {
     TokenOfProcess elevated("LogLib.dll");
     elevated.isElevated = true;

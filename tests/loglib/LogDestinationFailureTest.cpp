@@ -1,4 +1,4 @@
-// What becomes of a line that the file does not take.
+// Lines that cannot be written to the file, and paths that cannot be chosen.
 #include <gmock/gmock.h>
 
 #include "loglib/LogDestination.h"
@@ -56,11 +56,12 @@ TEST_F(LogDestinationFailure, OfAFullDiskGivesTheLineToTheDebugger) {
     EXPECT_THAT(debugger.log.Lines(), IsEmpty());
 }
 
-TEST_F(LogDestinationFailure, OfAPathThatIsTooLongChangesNothing) {
+TEST_F(LogDestinationFailure, ToChooseAPathThatIsTooLongChangesNothing) {
     const std::wstring longest(LogDestination::pathCapacity - 1, L'x');
     EXPECT_FALSE(destination.Choose((longest + L'x').c_str()));
     destination.Write(L"still here\r\n");
     EXPECT_THAT(file.Lines(), ElementsAre("still here"));
+    // The longest path is taken. The system opens no such file, so that the line goes to the debugger.
     EXPECT_TRUE(destination.Choose(longest.c_str()));
     destination.Write(L"line\r\n");
     EXPECT_THAT(debugger.log.Lines(), ElementsAre("line\r\n"));

@@ -1,4 +1,4 @@
-// Whatever goes wrong in the log, who logs does not notice.
+// Failures inside the log do not reach the caller who logs.
 #include <gmock/gmock.h>
 #include <windows.h>
 

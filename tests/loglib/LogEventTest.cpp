@@ -1,4 +1,4 @@
-// What an event tells the log.
+// The record that an event hands to the log.
 #include <gmock/gmock.h>
 
 #include <string>

@@ -15,7 +15,7 @@ std::string Line(const LogUtils::LogRecord& event, std::chrono::system_clock::ti
     return Narrow(LogLine(event, time, 4711));
 }
 
-TEST(LogLine, SaysWhenWhoAndWhere) {
+TEST(LogLine, SaysTimeProcessAndPlace) {
     EXPECT_EQ(Line({"policy/X.cpp", 21, 8, L"NySpb", L"Successfully set X "}, noon + 250ms),
               "2026-03-01T12:00:00.250Z 4711 severity=8 NySpb policy/X.cpp(21): Successfully set X \r\n");
 }

@@ -1,4 +1,4 @@
-// Who listens to the host's log, and how it is taken away.
+// The listener of the host's log, and how it is taken away.
 #include <gmock/gmock.h>
 
 #include <functional>

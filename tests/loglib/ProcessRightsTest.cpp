@@ -1,4 +1,4 @@
-// Which processes have more rights than an ordinary program of their user.
+// Recognising processes that have more rights than an ordinary program of their user.
 #include "loglib/ProcessRights.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-// What the compiler refers to, besides functions of Microsoft's own DLLs.
+// Symbols that the compiler refers to and that are not in Microsoft's own DLLs.
 #include <windows.h>
 
 #include <climits>
@@ -11,7 +11,7 @@ extern "C" {
 extern const int _fltused;
 const int _fltused = 0;
 
-// Every type that is thrown, or looked up, points to this table; nobody calls through it.
+// Every type that is thrown, or looked up, points to this table; no code calls through it.
 extern void* typeInfoTable[2] __asm__("??_7type_info@@6B@");
 void* typeInfoTable[2];
 

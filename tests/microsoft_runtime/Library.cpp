@@ -1,5 +1,5 @@
-// What else libc++ has in its library and not in its headers: comparing types, counting what shared pointers share,
-// sizes of hash tables, clocks.
+// Further functions that libc++ has in its library and not in its headers: comparing types, the counts of shared
+// pointers, sizes of hash tables, clocks.
 #include <string.h>
 #include <windows.h>
 

@@ -71,7 +71,7 @@ void condition_variable::wait(unique_lock<mutex>& lock) noexcept {
 void condition_variable::__do_timed_wait(unique_lock<mutex>& lock,
                                          chrono::time_point<chrono::system_clock, chrono::nanoseconds> end) noexcept {
     const auto left = chrono::ceil<chrono::milliseconds>(end - chrono::system_clock::now()).count();
-    // A wait may end early: who waits looks again.
+    // A wait may end early: its caller looks again.
     constexpr long long longest = 24 * 60 * 60 * 1000;
     Sleep(&__cv_, lock.mutex()->native_handle(), static_cast<DWORD>(left < 0 ? 0 : left < longest ? left : longest));
 }
@@ -119,7 +119,7 @@ int __libcpp_tls_set(__libcpp_tls_key key, void* value) {
     return FlsSetValue(static_cast<DWORD>(key), value) != 0 ? 0 : static_cast<int>(GetLastError());
 }
 
-// What a thread does at its end for futures, which are not in this runtime.
+// The work for futures at a thread's end. Futures are not in this runtime.
 __thread_struct::__thread_struct() : __p_(nullptr) {}
 __thread_struct::~__thread_struct() = default;
 

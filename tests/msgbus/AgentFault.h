@@ -10,7 +10,7 @@
 #include "support/KeptHandles.h"
 #include "support/Services.h"
 
-// What happens when one agent function answers a code in one step of a product's life.
+// A fault and its outcome: one agent function answers a code in one step of a product's life.
 struct FaultRow {
     const char* function;
     std::vector<std::string> lines;               // in the sink when the step is over; "<code>" stands for the code

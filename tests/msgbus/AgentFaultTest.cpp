@@ -101,7 +101,7 @@ TEST_P(FaultAtEntry, OfOneProductIsNoneOfALaterOne) {
     const Product second("PRODUCT2000");
     EXPECT_TRUE(second.IsEntered());
     EXPECT_EQ(first.Instance(), second.Instance());
-    // A client that could not start serves nobody until the agent is upgraded.
+    // A client that could not start serves no product until the agent is upgraded.
     const bool isStarted = Row().lines.empty();
     EXPECT_EQ(Ask("PRODUCT2000"), isStarted ? answered : notAsked);
     EXPECT_EQ(ny_sim_started_clients(), isStarted ? 1U : 0U);

@@ -88,7 +88,7 @@ TEST_F(AgentLife, EndsWithTheLastOfTwoQuickUpgrades) {
     ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isBusy.Wait(limit); }));
     environment.UpgradeAgent("5.7.2", "full");
     mayGoOn.Set();
-    // What went by unseen would be found after 15 seconds.
+    // Less than 15 seconds: after those the watcher would find even a change whose signal it has missed.
     ASSERT_EQ(ny_sim_wait_calls(registerProvider, 2, 10000), NY_OK);
     EXPECT_EQ(LoadedAgentFolder(), InstalledFolder());
     EXPECT_EQ(Ask("PRODUCT1000"), answered);

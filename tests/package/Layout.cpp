@@ -1,4 +1,5 @@
-// What crosses between bridge and module, as every compiler must lay it out. The order of the slots is in slots.txt.
+// The structures and interfaces that cross between bridge and module, as every compiler must lay them out. The order of
+// the slots is in slots.txt.
 #include <VsMsgbus.h>
 #include <loglib/LogLib.h>
 

@@ -83,7 +83,7 @@ TEST_F(CPolicyBagTest, OfAnotherClientGivesNothing) {
     ExpectNothingFrom(bag);
 }
 
-// What is composed after a notification and goes to no log.
+// The bridge composes a text after a notification, which goes to no log.
 TEST_F(CPolicyBagTest, IsFollowedByATextThatIsDropped) {
     const UnloggedTexts dropped;
     VsMsgbusPolicyEnforcer service(Handler());

@@ -15,7 +15,7 @@ protected:
         uint32_t kind;
     };
 
-    // What one question gives, with the fault that `fail` puts in before it.
+    // The result of one question, before which `fail` puts a fault in place.
     template <class Fail>
     Digests Ask(const char* id, const Fail& fail) {
         Digests digests{};

@@ -64,7 +64,7 @@ TEST_F(EnforceLocal, TakesIdsOfUpTo65535Characters) {
     EXPECT_TRUE(isEnforced.Wait());
     ny_sim_clear_calls();
     EXPECT_EQ(VsKitEnforceLocalPolicy((longest + L'x').c_str()), 0);
-    // The notification may still be on its way back.
+    // Only this function is looked at: the first notification may still be calling others.
     EXPECT_EQ(ny_sim_call_count("ny_policy_enforce"), 0U);
 }
 
@@ -77,12 +77,13 @@ TEST_F(EnforceLocal, TakesIdsOfEveryAlphabet) {
     EXPECT_TRUE(isEnforced.Wait());
 }
 
-// Each call that it makes answers an error once; one that releases is none of the module's business.
+// Each of the agent's functions that the export calls answers an error once, but for the functions that release: their
+// errors do not reach the module.
 TEST_F(EnforceLocal, IsZeroForEveryErrorOfTheAgent) {
     const EnforcerRegistration registration(productId, enforcer);
     ny_sim_clear_calls();
     ASSERT_EQ(VsKitEnforceLocalPolicy(wideId), 1);
-    // Those of the notification itself come behind the last one.
+    // The calls of the export alone: those of the notification come behind ny_policy_enforce.
     Lines calls;
     for (const std::string& function : AgentCalls()) {
         calls.push_back(function);
@@ -108,7 +109,7 @@ TEST_F(EnforceLocal, IsZeroForEveryErrorOfTheAgent) {
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 1U) << "the client";
 }
 
-TEST_F(EnforceLocal, IsZeroWhereNobodyHasEntered) {
+TEST_F(EnforceLocal, IsZeroWhenNoProductHasEntered) {
     const OnPurpose mistakes{"NOT-ENTERED"};
     product.Exit();
     ny_sim_clear_calls();

@@ -65,7 +65,7 @@ TEST_F(Enumerate, PassesNullOnForWhatThePolicyLacks) {
                             "setting (null): (null)=(null)", "setting (null): x=(null)", "setting (null): (null)=1"));
 }
 
-// What was there for one item is not taken for what the next one lacks.
+// A text of one item must not appear in the next item, which lacks it.
 TEST_F(Enumerate, PassesNullOnAlsoAfterATextOfTheSameKind) {
     HoldPolicies(R"([
         {"softwareId": "PRODUCT1000", "feature": "F", "category": "C", "type": "T", "name": "N",

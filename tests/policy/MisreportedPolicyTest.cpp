@@ -14,7 +14,7 @@ protected:
         BridgeTest::TearDown();
     }
 
-    // What a walk tells the module, and then what it answers.
+    // The lines that a walk tells the module, and its answer as the last line.
     Lines Walk(const std::string& policies) {
         HoldPolicies(policies);
         NotingCallbacks callbacks;

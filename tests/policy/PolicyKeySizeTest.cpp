@@ -19,7 +19,7 @@ size_t ClaimSize(const wchar_t* /*text*/) {
 
 class PolicyKeySize : public AgentTest {
 protected:
-    // What the registry is asked to store when the name and its end have that many bytes.
+    // Writes a text of which wcslen claims that it has that many bytes with its terminator; the answer of WriteText.
     static LSTATUS Write(const PolicyKey& key, size_t size) {
         claimedSize = size;
         auto* const length = reinterpret_cast<LengthFunction*>(

@@ -65,7 +65,7 @@ class ThrowingListener final : public LogUtils::LogListener {
     void OnLogEvent(const LogUtils::LogRecord& /*event*/) override { throw std::runtime_error("not today"); }
 };
 
-TEST_F(PolicyNameFailure, OfWhoListensToTheLogIsDropped) {
+TEST_F(PolicyNameFailure, OfTheLogsListenerIsDropped) {
     ThrowingListener listener;
     getLogManager()->SetListener(&listener);
     StorePolicyName(L"QTP_General_Policies", L"P1");

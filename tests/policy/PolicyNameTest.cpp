@@ -35,7 +35,7 @@ constexpr Row rows[] = {
 
 class PolicyName : public AgentTest {
 protected:
-    // What all five values hold.
+    // The contents of all five values.
     static std::vector<std::wstring> Values() {
         std::vector<std::wstring> values;
         for (const Row& row : rows) {

@@ -1,4 +1,4 @@
-// What a walk leaves on the machine: the names of policies in the registry, and lines in the host's log.
+// The traces of a walk on the machine: names of policies in the registry, and lines in the host's log.
 #include "policy/PolicyTest.h"
 #include "support/HostLog.h"
 #include "support/OnPurpose.h"

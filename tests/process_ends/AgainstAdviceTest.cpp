@@ -1,5 +1,5 @@
-// What modules should not do, and what comes at the worst moment: nothing breaks, and nothing takes longer than it
-// says.
+// Modules that act against the headers' advice, and calls at the worst moment: nothing breaks, and nothing takes longer
+// than the headers say.
 #include <thread>
 
 #include "VsMsgbus.h"

@@ -15,7 +15,7 @@ using testing::IsEmpty;
 
 namespace {
 
-// What one request calls to look the product up.
+// The agent's functions that one request calls to look the product up.
 constexpr const char* lookUpCalls[] = {
     "ny_variant_create_from_string",
     "ny_variant_get_wstring_buffer",
@@ -25,7 +25,8 @@ constexpr const char* lookUpCalls[] = {
     "ny_variant_release",
 };
 
-// What one SetProperty calls: the path, the name and the value as the agent wants them, then the property.
+// The agent's functions that one SetProperty calls: those that convert the path, the name and the value, then the one
+// that adds the property.
 constexpr const char* setCalls[] = {
     "ny_variant_create_from_wstring",
     "ny_variant_get_string_buffer",

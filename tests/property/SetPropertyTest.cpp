@@ -1,4 +1,4 @@
-// What a module sets is what the agent gets.
+// The agent gets the properties that a module sets.
 #include <set>
 #include <thread>
 
@@ -110,7 +110,7 @@ TEST_F(SetProperty, TakesANullPathOrNameAsAnEmptyOne) {
     EXPECT_THAT(modulesSink.log.Lines(), IsEmpty());
 }
 
-TEST_F(SetProperty, RefusesANullValueWithoutAWord) {
+TEST_F(SetProperty, RefusesANullValueAndLogsNothing) {
     const OnPurpose mistakes{"PROPERTY-NULL"};
     collector.getLogLevel = [] { return 9; };
     for (int i = 0; i < 2; ++i) {

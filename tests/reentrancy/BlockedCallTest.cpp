@@ -1,5 +1,6 @@
-// A call of the agent that takes 20 seconds while the agent goes or the last product leaves: nobody waits longer than
-// promised, and the library stays under the thread that is in it. In the whole form only, because that takes its time.
+// A call of the agent that takes 20 seconds while the agent goes or the last product leaves: no thread waits longer
+// than promised, and the library stays under the thread that is in it. In the whole form only, because that takes its
+// time.
 #include <windows.h>
 
 #include <gtest/gtest.h>
@@ -20,7 +21,7 @@ constexpr std::chrono::seconds heldFor{20};  // longer than the bridge waits
 constexpr std::chrono::seconds exitLimit{35};
 constexpr std::chrono::seconds blockedLimit{120};
 
-// A call of the agent, and who makes it.
+// A call of the agent, and the code that makes it.
 struct BlockedCall {
     const char* name;
     const char* function;

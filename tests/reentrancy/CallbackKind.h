@@ -7,7 +7,7 @@
 
 #include "reentrancy/World.h"
 
-// What goes on around a callback: what an export that is called meanwhile on another thread may have to wait for.
+// The calls around a callback, for which an export that is called meanwhile on another thread may have to wait.
 enum Around : uint32_t {
     InCollector = 1,
     InEnforcer = 2,
@@ -29,7 +29,7 @@ struct CallbackKind {
     void (*trigger)(ReentrancyWorld& world);
     // The kind enters and leaves by itself, or changes the agent: the world is entered anew afterwards.
     bool entersItself = false;
-    // What the agent calls, when it can be called inside register.
+    // The agent's call, for a callback that can come inside register.
     std::optional<ny_sim_callback> call = {};
     // Comes with the first product that enters or the last one that leaves: a second one would keep it from coming.
     bool needsToBeAlone = false;

@@ -29,7 +29,7 @@ struct Cell {
     Variant variant;
 };
 
-// Those of the plain variant, or, where the whole form is wanted, all that make sense.
+// The cells of the plain variant; of all variants that make sense where the whole form is wanted.
 std::vector<Cell> AllCells();
 // Letters, digits and underscores.
 std::string NameOf(const Cell& cell);
@@ -40,5 +40,5 @@ inline void PrintTo(const Cell& cell, std::ostream* stream) {
 // Whether REENTRANCY_WHOLE is set.
 bool IsWholeFormWanted();
 
-// What the export may have to wait for inside that callback, when it is called on another thread.
+// Whether the export may have to wait for the callback when another thread calls it.
 bool MayWait(const Cell& cell);

@@ -6,7 +6,7 @@ namespace {
 
 using World = ReentrancyWorld;
 
-// What the Exit of a product may wait for, and that of another one.
+// The calls that the Exit of a product may wait for, and those for the Exit of another one.
 constexpr uint32_t exitOfOwn = InAgentCallback | InAgentLine | InSink | InEntryOrExit | InWatcher;
 constexpr uint32_t exitOfOther = InSink | InEntryOrExit | InWatcher;
 // With its one lock the agent neither registers nor unregisters while it is in a callback.

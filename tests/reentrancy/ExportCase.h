@@ -5,7 +5,7 @@
 
 #include "reentrancy/CallbackKind.h"
 
-// What is left of the world after the call.
+// The state of the world after the call.
 enum class Leaves {
     Everything,
     NoRegistration,  // the module is registered anew afterwards

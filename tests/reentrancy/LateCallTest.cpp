@@ -66,7 +66,7 @@ protected:
         world.ExpectNothingLeft();
     }
 
-    // The line of a log that nobody hears any more is taken.
+    // A log line is taken also when no sink gets it any more.
     void ExpectRefusal(size_t index = 0) {
         const uint64_t callsBefore = world.trap.Calls();
         const int32_t answer = CallLate(callback, index);
@@ -116,7 +116,7 @@ TEST_P(LateCall, IsRefusedWhenTheAgentIsGone) {
     ExpectRefusal();
 }
 
-// Calls that nobody waits for, all the while the product leaves and enters.
+// The agent calls without waiting for answers, all the while the product leaves and enters.
 TEST_P(LateCall, MayMeetExitAndEntry) {
     const OnPurpose mistakes{"EXIT-WHILE-CALLED"};
     constexpr int rounds = 20;

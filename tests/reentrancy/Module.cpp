@@ -109,7 +109,7 @@ bool TrappedModule::Tell(const char* callback) {
     return true;
 }
 
-// What comes after the trap goes on with the bag, whatever was done to the bridge meanwhile.
+// The module goes on using the bag after the trap, whatever the trap has done to the bridge.
 int32_t TrappedModule::Do(const char* callback, ITaskBag& bag) {
     trap.Enter(callback);
     bag.CountEntries();

@@ -1,4 +1,5 @@
-// Who waits for its turn with a module's record must not be what the thread inside waits for.
+// A callback that waits for its turn with a module's record, while the thread inside that record waits for the
+// callback: neither may hang.
 #include <gmock/gmock.h>
 
 #include <optional>

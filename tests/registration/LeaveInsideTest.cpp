@@ -10,8 +10,8 @@ namespace {
 template <typename Service>
 class LeaveInside : public RegistrationTest<Service> {
 protected:
-    // In its first call the module leaves with the last product, does so, and finds that what it was lent gives
-    // nothing.
+    // In its first call the module leaves with the last product and calls `act`. From then on the object that it was
+    // lent must give nothing.
     void LeaveAndThen(std::function<void()> act) {
         this->module.act = [this, act = std::move(act)] {
             this->product.Exit();

@@ -124,7 +124,7 @@ TYPED_TEST(RefusedProduct, AtTheLastExitIsTakenBackWithTheClient) {
     EXPECT_THAT(this->sink.log.Lines(), IsEmpty());
 }
 
-TYPED_TEST(RefusedProduct, AtAnUpgradeIsToldToTheSinkAndKeepsNobodyFromTheNewAgent) {
+TYPED_TEST(RefusedProduct, AtAnUpgradeIsToldToTheSinkAndKeepsNoOtherProductFromTheNewAgent) {
     for (const int32_t code : TestFixture::codes) {
         ASSERT_EQ(ny_sim_fail_call(TypeParam::unregistering, 1, code, NY_SIM_ONCE), NY_OK);
         this->Upgrade("5.7." + std::to_string(code));

@@ -38,7 +38,7 @@ struct PropertyService {
 
     // The agent asks a product on a thread of its own.
     using Request = AgentRequest;
-    // How many texts' variants the bridge has released before a second request waits for its turn.
+    // The number of variants that the bridge has released before a second request waits for its turn.
     static constexpr size_t releasesBeforeSecondTurn = 2;
 
     // The answer with what the agent was given: when the module was called, when there is none, when it threw, when its

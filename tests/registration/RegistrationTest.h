@@ -15,7 +15,7 @@
 #include "support/BridgeTest.h"
 
 using AllServices = testing::Types<PropertyService, PolicyService, TaskService, UpdateService>;
-// Those whose modules are called by one thread at a time.
+// The services whose modules are called by one thread at a time.
 using ServicesWithTurns = testing::Types<PropertyService, PolicyService, UpdateService>;
 
 // The names of the types in the names of the tests.
@@ -78,7 +78,7 @@ protected:
         EXPECT_THAT(otherModule.object.log.Take(), testing::IsEmpty()) << ofProduct;
     }
 
-    // The agent has nobody to ask.
+    // The agent has no registration to call.
     static void ExpectUnknownToAgent(const std::string& ofProduct = productId) {
         EXPECT_EQ(Request(ofProduct).Answer(), NY_SIM_NOT_REGISTERED) << ofProduct;
     }

@@ -10,13 +10,13 @@ namespace {
 template <typename Service>
 class RemoveInside : public RegistrationTest<Service> {
 protected:
-    // Returns when the module is out of the table: the agent is then answered at once.
+    // Asks until a request is answered at once, which it is when the module is out of the table.
     void WaitUntilRemovedFromTable() {
         std::vector<std::unique_ptr<typename Service::Request>> requests;
         do {
             requests.push_back(std::make_unique<typename Service::Request>(productId));
         } while (!requests.back()->IsAnsweredWithin(std::chrono::milliseconds(100)));
-        // Those that came too early wait for the module that is being removed.
+        // Requests that came before the removal wait for the module, and may end now.
         this->mayLeave.Set();
     }
 

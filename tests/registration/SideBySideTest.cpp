@@ -93,7 +93,7 @@ protected:
         for (int i = 0; i < rounds; ++i) {
             one.isRegistered = true;
             RegisteredModule<Service> registration(one.product.Id(), one.module);
-            // Every other round somebody finds it registered.
+            // In every other round a request finds it registered.
             if (i % 2 == 0) {
                 Request(one.product.Id()).Answer();
             }

@@ -38,7 +38,7 @@ struct TaskService {
     static constexpr char called[] = "answer 0, status 4";
     static constexpr char notCalled[] = "answer 0, status 2";
     static constexpr char failed[] = "answer 3, status 3";
-    // Nobody is left to report a status.
+    // The product has left: no status is reported.
     static constexpr char left[] = "answer 0";
     static constexpr char leftAndFailed[] = "answer 3";
     static std::string OutcomeOf(const Request& request) { return Outcome(request.Answer()); }

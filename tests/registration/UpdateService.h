@@ -50,7 +50,7 @@ struct UpdateService {
     static constexpr char called[] = "answer 0, result 30, value <value>";
     static constexpr char notCalled[] = "answer 0, result 1";
     static constexpr char failed[] = "answer 0, result 1";
-    // Nobody is left to make the value.
+    // The product has left: no value is made.
     static constexpr char left[] = "answer 0, result 1";
     static constexpr char leftAndFailed[] = "answer 0, result 1";
     static std::string OutcomeOf(const Request& request) { return request.Outcome(); }

@@ -11,7 +11,7 @@
 namespace {
 
 int shared = 0;
-// What the optimiser must not see through.
+// A value that the optimiser cannot know.
 volatile int one = 1;
 
 int UseAfterFree() {

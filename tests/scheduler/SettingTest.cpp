@@ -1,4 +1,4 @@
-// What a module reads of a task through the bag.
+// A module reads a task through the bag.
 #include <climits>
 #include <thread>
 

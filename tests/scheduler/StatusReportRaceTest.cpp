@@ -10,19 +10,20 @@ namespace {
 
 class StatusReportRace : public TaskTest {};
 
-// The agent's client is not released while the agent is told with it.
+// Exit must not stop the agent's client while a report uses it. The order of the two lines at the end is left open: the
+// reporter adds its line after the report has ended.
 TEST_F(StatusReportRace, ExitWaitsForAReportThatIsUnderWay) {
     Event isInside;
     Event mayLeave;
-    LineLog order;
+    LineLog done;
     const AgentHook telling("ny_scheduler_update_task_status", [&] {
         isInside.Set();
         EXPECT_TRUE(mayLeave.Wait());
     });
-    const AgentHook releasing("ny_client_handler_release", [&] { order.Add("client is released"); });
+    const AgentHook releasing("ny_client_handler_release", [&] { done.Add("client is released"); });
     std::thread reporter([&] {
         UpdateMsgbusTaskStatus(L"task", 4);
-        order.Add("reported");
+        done.Add("reported");
     });
     ASSERT_TRUE(isInside.Wait());
     ny_sim_clear_calls();
@@ -33,7 +34,7 @@ TEST_F(StatusReportRace, ExitWaitsForAReportThatIsUnderWay) {
     reporter.join();
     leaver.join();
     EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
-    EXPECT_EQ(order.Lines().size(), 2U);
+    EXPECT_THAT(done.Lines(), testing::UnorderedElementsAre("client is released", "reported"));
 }
 
 }  // namespace

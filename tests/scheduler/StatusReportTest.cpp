@@ -73,7 +73,7 @@ TEST_F(StatusReport, ThatTheAgentRefusesIsLostWithoutAWord) {
     EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
 }
 
-TEST_F(StatusReport, WhileNobodyIsInTheBridgeIsNone) {
+TEST_F(StatusReport, WhileNoProductIsInTheBridgeIsNone) {
     const OnPurpose mistakes{"NOT-ENTERED"};
     product.Exit();
     ny_sim_clear_calls();

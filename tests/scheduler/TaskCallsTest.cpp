@@ -5,7 +5,7 @@ namespace {
 
 class TaskCalls : public TaskTest {};
 
-// What one execution calls. The module is called after the first `callsBeforeModule` of them.
+// The agent's functions that one execution calls. The module is called after the first `callsBeforeModule` of them.
 constexpr const char* executionCalls[] = {
     // the product and the task as wide texts
     "ny_variant_create_from_string", "ny_variant_get_wstring_buffer", "ny_wbuffer_get_string", "ny_wbuffer_get_string",

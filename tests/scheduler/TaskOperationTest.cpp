@@ -1,4 +1,5 @@
-// What a module answers to the agent's calls, and what the agent makes of it.
+// A module's answers to the agent's calls, and the answers and reports that the agent gets. The tasks are those of
+// TaskTest.h: "task" and "second" are for PRODUCT1000, "other" is for PRODUCT2000.
 #include <atomic>
 #include <climits>
 #include <new>
@@ -135,7 +136,7 @@ TEST_F(TaskOperation, GivesIdsOfEveryAlphabet) {
     }
 }
 
-TEST_F(TaskOperation, IsOneOfTheProductThatTheTaskIsFor) {
+TEST_F(TaskOperation, IsGivenToTheProductThatTheTaskIsFor) {
     TaskEnforcer others;
     const Product other("PRODUCT2000", nullptr, VsMsgbusServiceTask);
     const TaskEnforcerRegistration ofOthers("PRODUCT2000", others);

@@ -50,7 +50,7 @@ protected:
         AgentWithTasksTest::TearDown();
     }
 
-    // What the module does with the bag of the one task, when it executes it.
+    // Has the module execute "task" with this body. The body's answer is a status, such as 4, Succeeded.
     void WithBag(TaskEnforcer::Operation body) {
         enforcer.execute = std::move(body);
         const TaskEnforcerRegistration registration(productId, enforcer);

@@ -1,4 +1,4 @@
-// The texts of tasks, which are composed and dropped. "excpetion" is spelled like this.
+// The texts about tasks, which the bridge composes and then drops. They spell "excpetion" like this.
 #include <functional>
 #include <stdexcept>
 
@@ -127,7 +127,8 @@ TEST_F(TaskText, OfSettings) {
                 IsEmpty());
 }
 
-TEST_F(TaskText, OfNamesAndIterations) {
+// Code 2 says that the task lacks the accessor. CountEntries fails with 77 and composes no text.
+TEST_F(TaskText, OfTasksThatLackAccessors) {
     VsKitMsgbus::lpc_buffer name;
     SettingVisitor visitor;
     SetTasks(R"([{"id": "task", "product": "PRODUCT1000", "settings": {"Scan": {}},
@@ -143,7 +144,7 @@ TEST_F(TaskText, OfNamesAndIterations) {
                             "Failed to get the value for setting name Name, exception 2"));
 }
 
-// What the visitor throws is not the agent's, unless it is.
+// A visitor's exception gives no code of the agent's, unless it is the agent exception.
 TEST_F(TaskText, OfVisitorsThatThrow) {
     SettingVisitor visitor;
     visitor.onSetting = [] { throw 42; };

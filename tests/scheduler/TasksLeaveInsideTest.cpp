@@ -1,4 +1,4 @@
-// What is reported about a task when the last product leaves inside one of its operations.
+// The reports about a task when the last product leaves inside one of its operations.
 #include "scheduler/TaskTest.h"
 #include "support/OnPurpose.h"
 

@@ -16,7 +16,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Pair;
 
-// Nobody calls them: they are told apart by their addresses, so their bodies differ.
+// These are never called. The tests tell them apart by their addresses, and their bodies differ so that the linker does
+// not merge them.
 void FirstCheck() {
     ADD_FAILURE() << "the first one was called";
 }
@@ -120,7 +121,7 @@ TEST_F(HealthCheck, StayAfterTheLastExitAndAreTakenThen) {
     EXPECT_EQ(Find("late"), &SecondCheck);
 }
 
-// What the record says of the bridge: the product's id, its sink, and the client.
+// Compares the record's members about the bridge: the product's id, its sink, and the client.
 void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sink, const VsMsgbusClientRecord* client) {
     const auto record = CopyHealthCheckRecord();
     ASSERT_NE(record, nullptr);
@@ -129,7 +130,7 @@ void ExpectRecord(const std::string& productId, const VsKitMsgbus::ILogSink* sin
     EXPECT_EQ(record->clientRecord, client);
 }
 
-TEST_F(HealthCheck, AreKeptBesideWhoStartedTheBridge) {
+TEST_F(HealthCheck, AreKeptBesideTheProductThatStartedTheBridge) {
     environment.InstallAgent();
     CapturingSink sink;
     CapturingSink othersSink;

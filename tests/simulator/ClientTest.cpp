@@ -7,7 +7,7 @@ namespace {
 
 using testing::ElementsAre;
 
-// What a product does to be asked, told what to do by the test.
+// A product's provider callback: notes how it is called, and answers as the test says.
 class Provider {
 public:
     static int32_t Provide(ny_client_t* client, const char* productId, ny_property_bag_t* bag, void* data) {
@@ -160,7 +160,7 @@ TEST_F(ClientTest, IsRegisteredOncePerProduct) {
     EXPECT_EQ(request, nullptr);
 }
 
-TEST_F(ClientTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(ClientTest, UnregisteringWaitsForACallbackOnAnotherThread) {
     Event inside;
     Event leave;
     provider.answer = [&](ny_property_bag_t*) {

@@ -1,4 +1,4 @@
-// What a hostile agent does: one lock, callbacks inside register, late calls, impatience.
+// The ways of a hostile agent: one lock, callbacks inside register, late calls, impatience.
 #include <functional>
 #include <thread>
 

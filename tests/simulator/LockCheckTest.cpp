@@ -9,7 +9,7 @@ protected:
     ~LockCheck() override { ny_sim_set_held_locks(&HeldLocks); }
 };
 
-TEST_F(LockCheck, CountsCallsOfThoseWhoHoldLocksAsMisuse) {
+TEST_F(LockCheck, CountsCallsOfThreadsThatHoldLocksAsMisuse) {
     ny_sim_set_held_locks([] { return size_t{2}; });
     EXPECT_EQ(Call<&ny_variant_init>(), NY_OK);
     EXPECT_EQ(ny_sim_misuse_count(), 1U);
@@ -22,13 +22,13 @@ TEST_F(LockCheck, CountsCallsOfThoseWhoHoldLocksAsMisuse) {
     ny_sim_reset();
 }
 
-TEST_F(LockCheck, AsksNobodyWhenNobodyIsNamed) {
+TEST_F(LockCheck, AsksNothingWithoutAFunctionToAsk) {
     ny_sim_set_held_locks(nullptr);
     EXPECT_EQ(Call<&ny_variant_init>(), NY_OK);
     EXPECT_EQ(ny_sim_misuse_count(), 0U);
 }
 
-TEST_F(LockCheck, FindsNothingAgainstThoseWhoHoldNone) {
+TEST_F(LockCheck, FindsNothingAgainstThreadsThatHoldNone) {
     ny_sim_set_held_locks([] { return size_t{0}; });
     EXPECT_EQ(Call<&ny_variant_init>(), NY_OK);
     EXPECT_EQ(ny_sim_misuse_count(), 0U);

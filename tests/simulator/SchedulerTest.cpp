@@ -17,7 +17,7 @@ constexpr char tasks[] = R"([
     {"id": "other", "product": "PRODUCT2000", "type": "Scan"}
 ])";
 
-// What a product registers; notes how it is called and does what the test wants.
+// A product's task callbacks: note how they are called, and do what the test wants.
 class Handler {
 public:
     explicit Handler(std::string nameInLog) : name(std::move(nameInLog)) {}
@@ -128,7 +128,7 @@ TEST_F(SchedulerTest, RegistersOncePerProductAndType) {
     EXPECT_EQ(ny_sim_has_task_callbacks("PRODUCT1000", "Scan"), 0);
 }
 
-TEST_F(SchedulerTest, UnregistersOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(SchedulerTest, UnregisteringWaitsForACallbackOnAnotherThread) {
     Event inside;
     Event leave;
     handler.answer = [&] {

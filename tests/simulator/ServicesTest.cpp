@@ -89,8 +89,9 @@ TEST_F(Services, HashAsTheStandardSays) {
     }
 }
 
-TEST_F(Services, ReplaceABufferThatIsTooSmallOnly) {
+TEST_F(Services, ReplaceABufferOnlyWhenItIsTooSmall) {
     const unsigned char byte = 1;
+    // A hash has 32 bytes.
     for (const auto& [room, isReplaced] : {std::pair{size_t{31}, true}, std::pair{size_t{32}, false}}) {
         ny_buffer_t* buffer = nullptr;
         ASSERT_EQ(Call<&ny_buffer_create>(&buffer, room), NY_OK);

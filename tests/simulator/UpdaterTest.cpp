@@ -200,7 +200,7 @@ TEST_F(UpdaterTest, IsRegisteredOncePerProduct) {
     EXPECT_EQ(Update(NotifyCall()), notCalled);
 }
 
-TEST_F(UpdaterTest, IsUnregisteredOnlyWhenNoCallbackRunsOnAnotherThread) {
+TEST_F(UpdaterTest, UnregisteringWaitsForACallbackOnAnotherThread) {
     Event inside;
     Event leave;
     updater.answer = [&] {

@@ -1,4 +1,4 @@
-// What threads of the soak do with the bridge's exports, beside the plan.
+// The calls of the bridge's exports that the soak's threads make beside the plan.
 #pragma once
 
 #include <array>
@@ -53,8 +53,8 @@ private:
     size_t firsts = 0;
 };
 
-// What a callback of a module calls: exports, and Entry and Exit of a product of its own when nobody else is at the
-// door.
+// The calls that a module's callback makes: exports, and Entry and Exit of a product of its own when no other thread is
+// in Entry or Exit.
 void CallFromInside();
 
 // Takes back what is registered under sharedId.

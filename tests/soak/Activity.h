@@ -10,7 +10,7 @@
 
 #include "support/Event.h"
 
-// What one thread of the soak is at. A thread that begins nothing new for too long hangs.
+// The present activity of one thread of the soak. A thread that begins nothing new for too long hangs.
 class Activity {
 public:
     explicit Activity(std::string threadName) : name(std::move(threadName)) {}
@@ -38,8 +38,8 @@ private:
     uint64_t begun = 0;
 };
 
-// The threads of the soak and who watches them. When one of them is at the same thing for longer than the limit,
-// `onHang` is called with a text that says which, and what all others are at; it is not meant to return.
+// The threads of the soak, and the thread that watches them. When one of them is at the same thing for longer than the
+// limit, `onHang` is called with a text that says which, and what all others are at; it is not meant to return.
 class Watchdog {
 public:
     using OnHang = std::function<void(const std::string& report)>;

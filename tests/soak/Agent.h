@@ -18,7 +18,7 @@ void FillAgent();
 bool IsAttached(const std::string& productId, Service service);
 
 // The agent calls the product once, and its answer is waited for. `variant` chooses among the calls of the service.
-// Whether there was somebody to call. An answer that does not come is a failure of the test.
+// Whether there was a product to call. An answer that does not come is a failure of the test.
 bool AgentCalls(const std::string& productId, Service service, uint32_t variant);
 
 // The agent that comes and goes; each installation has a version of its own.
@@ -27,9 +27,10 @@ public:
     AgentOfTheSoak();
 
     void Install(bool isOlderBuild);
-    // Those who use the agent are told first; its files go with DeleteFiles.
+    // Its users are told first. The files go with DeleteFiles.
     void Remove();
-    // Once nobody uses it any more: a library that is needed and is gone keeps the agent's handles from being released.
+    // Call it once no thread uses the agent any more: a library that is needed and is gone keeps the agent's handles
+    // from being released.
     void DeleteFiles();
     bool IsInstalled() const { return isInstalled; }
     // Of the last installation.

@@ -134,7 +134,7 @@ void Conductor::LeaveOne(const std::string& id) {
     EXPECT_TRUE(Call<&VsMsgbusExit>(id.c_str(), instance));
 }
 
-// Whoever is at the door may have a bridge of his own at this moment.
+// Takes the lock of Entry and Exit first: a thread that holds it may have entered a bridge of its own.
 void Conductor::ExpectNoClient() {
     const std::lock_guard guard(Door());
     WaitUntilAgentIsLetGo();
@@ -164,7 +164,7 @@ void Conductor::Ask(size_t product, Service service, uint32_t variant) {
     const uint64_t before = object != nullptr ? object->Calls() : 0;
     const bool isAttached = IsAttached(ProductId(product), service);
     if (Trouble::IsOn()) {
-        // Who is attached changes at any time; that the call ends does not.
+        // The products attached change at any time, so that the answer is not compared: but the call must end.
         AgentCalls(ProductId(product), service, variant);
         return;
     }
@@ -306,7 +306,7 @@ void Conductor::EndTrouble() {
     const std::bitset<productCount> before = entered;
     LeaveAll();
     {
-        // With nobody at the door nobody is in, and the agent has nobody to call.
+        // While no thread is in Entry or Exit, no product is in, and the agent has no product to call.
         const std::lock_guard guard(Door());
         EXPECT_EQ(ny_sim_wait_idle(static_cast<uint32_t>(soon.count())), NY_OK);
         WaitUntilAgentIsLetGo();

@@ -29,12 +29,12 @@ public:
     // Installs the agent, enters a product for everything, has each service answered, and ends all again.
     void CheckThatEverythingAnswers();
 
-    // The agent's version and its files go, whoever uses them.
+    // The agent's version and its files go, also while they are used.
     void LoseAgent();
     // After trouble that the agent causes no more: everybody leaves, nothing may be left but what the agent refused to
-    // take back, and those who were in enter again.
+    // take back, and the products that were in enter again.
     void EndTrouble();
-    // Those handles.
+    // The handles whose release the agent has refused.
     const LeftHandles& Left() const { return left; }
     // Whether it is a product of the plan's that has left the agent's client that there is now: nobody else enters with
     // that id.
@@ -58,15 +58,15 @@ private:
     void Remove(size_t product, Service service);
     void Ask(size_t product, Service service, uint32_t variant);
 
-    // Returns when the bridge has done what the agent's state asks for. Nothing to wait for when nobody is in.
+    // Returns when the bridge has done what the agent's state asks for. Returns at once when no product is in.
     void Settle();
-    // What the agent's state asks for and the bridge has not done.
+    // The things that the agent's state asks for and the bridge has not done yet.
     std::vector<std::string> Missing() const;
     std::vector<std::string> MissingAttachments() const;
-    // What there is only while somebody is inside the agent.
+    // The things that exist only while a thread is inside the agent.
     static std::vector<std::string> LeftOfTheAgent();
-    // The last one inside lets go of it: a caller of exports that is on its way out, or a thread of the bridge's after
-    // a late call. Either may do so when the last Exit has returned.
+    // The last thread inside lets go of the agent: a caller of exports that is on its way out, or a thread of the
+    // bridge's after a late call. Either may do so after the last Exit has returned.
     static void WaitUntilAgentIsLetGo();
     std::string ReportOn(const std::vector<std::string>& missing) const;
     void LeaveAll();
@@ -74,8 +74,8 @@ private:
     void ExpectAttached(size_t product) const;
     static void ExpectNoClient();
 
-    // What is known about a product that is in: what it is attached for whenever the agent starts, what it is attached
-    // for now, and what it may be attached for because it entered again while the agent changed.
+    // The services of a product that is in, as masks: `first` is attached whenever the agent starts, `certain` is
+    // attached now, and `possible` may be attached, because the product entered again while the agent changed.
     struct Entered {
         uint32_t first = 0;
         uint32_t certain = 0;
@@ -92,7 +92,7 @@ private:
     std::array<Entered, productCount> products{};
     std::bitset<productCount> entered;
     std::array<std::array<std::unique_ptr<Registered>, serviceCount>, productCount> registered;
-    // Changes of the agent that the bridge may not have followed yet; none while nobody is in.
+    // Changes of the agent that the bridge may not have followed yet; none while no product is in.
     unsigned pendingChanges = 0;
     uint32_t asked = 0;
     LeftHandles left;

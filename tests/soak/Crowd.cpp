@@ -8,7 +8,7 @@ namespace {
 
 std::atomic<uint64_t> callbacksOfTheAgent = 0;
 
-// Where there was nobody to call, a thread waits so long before it tries again.
+// How long a thread waits before it tries again, when it found no product to call.
 constexpr std::chrono::milliseconds retryPause{1};
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What a failure tells when the bridge has not followed a change of the agent.
+// The report of a failure in which the bridge has not followed a change of the agent.
 #pragma once
 
 #include <cstdint>
@@ -9,8 +9,8 @@
 // the bridge's own client, whose fields no export shows; a product must be in.
 std::string StateOfTheBridge();
 
-// What the agent was asked when it was started last, on that thread, and what it answered: from the call record, oldest
-// first; answers that are the same one after the other are counted. Empty when there was no start.
+// The agent's functions that the thread of the agent's last start has called, with their answers, oldest first, from
+// the call record. Equal answers in a row are counted. Empty when there was no start.
 std::vector<std::string> AnswersInTheLastStart();
 
 // Calls with which products come and go that the agent refused on other threads.

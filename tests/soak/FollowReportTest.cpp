@@ -1,4 +1,4 @@
-// What the soak says when a change of the agent is not followed: here by conditions that cannot be met.
+// The soak's report when the bridge does not follow a change of the agent. The tests use conditions that cannot be met.
 #include <gtest/gtest.h>
 
 #include "ny_simulator.h"

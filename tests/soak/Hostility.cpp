@@ -99,7 +99,7 @@ void Hostility::End() {
     }
     ny_sim_set_one_lock(0);
     ny_sim_set_impatient(0);
-    // What is registered from here on may be called in the next trouble.
+    // The agent forgets the registrations so far: only later ones may be called late in the next trouble.
     ny_sim_set_remember(0);
     ny_sim_set_remember(kinds.lateCalls ? 1 : 0);
     conductor.EndTrouble();

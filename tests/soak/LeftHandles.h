@@ -8,10 +8,10 @@
 // The handles that the agent did not take back, and so keeps for good, by kind.
 class LeftHandles {
 public:
-    // What is alive now counts as kept: an earlier test of the process may have had releases refused.
+    // Handles that are alive now count as kept: an earlier test of the process may have had releases refused.
     LeftHandles();
 
-    // To be called while nobody uses the agent. A test failure when there are more handles than at the last call and
+    // To be called while no thread uses the agent. A test failure when there are more handles than at the last call and
     // releases that were refused since. There may be fewer: several references to one handle are one.
     void Check();
 

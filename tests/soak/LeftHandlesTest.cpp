@@ -1,4 +1,4 @@
-// What counts as a handle that the agent did not take back.
+// Handles that count as not taken back by the agent.
 #include "soak/LeftHandles.h"
 
 #include <gtest/gtest.h>

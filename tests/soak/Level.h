@@ -4,7 +4,8 @@
 #include <cstdint>
 #include <ostream>
 
-// What the process holds at one moment: to be compared with another when nothing is under way.
+// The resources that the process holds at one moment, to be compared with those of another moment when nothing is under
+// way.
 struct Level {
     size_t handles = 0;        // of the operating system's, or of the layer that stands for it
     size_t modules = 0;        // libraries that are loaded

@@ -1,5 +1,5 @@
-// What the soak's modules register: objects that read whatever they are given, call the bridge from inside, throw now
-// and then, and notice when they are called after their end.
+// The interfaces that the soak's modules register. They read whatever they are given, call the bridge from inside,
+// throw now and then, and notice a call after their end.
 #pragma once
 
 #include <atomic>
@@ -14,7 +14,7 @@
 class Registered {
 public:
     Registered() = default;
-    // Nobody may be inside.
+    // No thread may be inside.
     virtual ~Registered();
     Registered(const Registered&) = delete;
     Registered& operator=(const Registered&) = delete;
@@ -23,7 +23,7 @@ public:
     virtual void Remove(const std::wstring& productId) = 0;
 
     uint64_t Calls() const { return calls; }
-    // What a call does beside its work; set before Set.
+    // Called in each callback beside its work. To be set before Set.
     std::function<void()> whileInside;
 
 protected:

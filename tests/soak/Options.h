@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-// What the agent does that it should not.
+// The ways in which the agent breaks its contract.
 struct HostileKinds {
     bool errors = false;           // any of its functions answers an error
     bool lateCalls = false;        // it calls after unregister, which does not always wait for its calls
@@ -12,7 +12,7 @@ struct HostileKinds {
     bool Any() const { return errors || lateCalls || callsInRegister || lostFiles; }
 };
 
-// What the program was asked for.
+// The options of the command line.
 struct SoakOptions {
     uint64_t seed = 0;
     uint64_t operations = 300;

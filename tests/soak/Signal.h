@@ -4,7 +4,7 @@
 #include <condition_variable>
 #include <mutex>
 
-// Something that threads give and another one waits for, again and again.
+// A signal that threads give and another one waits for, again and again.
 class Signal {
 public:
     void Give() {

@@ -24,9 +24,9 @@ using std::chrono::steady_clock;
 // long.
 constexpr std::chrono::seconds hangLimit{60};
 constexpr std::chrono::seconds progressInterval{5};
-// Of a handle that the agent refused to take back and so keeps, with what hangs on it.
+// Bytes for each handle that the agent refused to take back and so keeps, with all that it refers to.
 constexpr size_t mostOfAHandle = 1024;
-// What the checking bridge remembers of the last objects that it lent and was given.
+// Bytes in which the checking bridge remembers the last objects that it lent and was given.
 constexpr size_t mostOfTheChecks = 512 * 1024;
 
 class Soak : public testing::Test {
@@ -87,7 +87,7 @@ void Soak::Do(const Operation& operation) {
         longest = taken;
         longestText = text;
     }
-    // What the agent keeps for tests to look at would grow without end. The calls since a change are for the report.
+    // The simulated agent's records for tests would grow without end. Calls since a change are kept for the report.
     if (conductor.IsCertain()) {
         ny_sim_clear_calls();
     }

@@ -11,7 +11,7 @@ public:
     static void End() { ++changes; }
     static bool IsOn() { return changes % 2 != 0; }
 
-    // For who checks something that takes time: whether there was no trouble since this object was made.
+    // For a check that takes time: whether there was no trouble since this object was made.
     class Absence {
     public:
         bool Lasts() const { return begun % 2 == 0 && begun == changes; }

@@ -44,8 +44,8 @@ protected:
     AgentEnvironment environment;
 };
 
-// Waits for what nobody tells: neither the system that a library was unloaded, nor the agent that a handle was given
-// back or that a registration has ended. Whether it came.
+// Waits for a condition that is not announced: neither does the system tell that a library was unloaded, nor the agent
+// that a handle was given back or that a registration has ended. Whether it came.
 bool WaitUntil(const std::function<bool()>& isMet);
 
 // Waits until the bridge has let go of the agent: no client and no handle is left, and its libraries are unloaded.

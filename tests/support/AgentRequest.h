@@ -23,7 +23,7 @@ public:
         return ny_sim_property_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
     }
 
-    // What the product answered, or why it was not asked.
+    // The product's answer, or the code for why it was not asked.
     int32_t Answer() const {
         int32_t answer = code;
         if (WasMade()) {

@@ -27,7 +27,7 @@ public:
         return ny_sim_task_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
     }
 
-    // What the product answered, or why it was not asked.
+    // The product's answer, or the code for why it was not asked.
     int32_t Answer() const {
         int32_t answer = code;
         if (code == NY_OK) {
@@ -47,7 +47,7 @@ inline int32_t AnswerOf(const std::string& taskId, ny_sim_task_operation operati
     return TaskRequest(taskId, operation).Answer();
 }
 
-// What was reported about tasks since the last time, in order, each as "<task id> <status>".
+// The reports about tasks since the last call, in order, each as "<task id> <status>".
 inline std::vector<std::string> TakeReports() {
     std::vector<std::string> reports;
     ny_sim_task_report_t report{};

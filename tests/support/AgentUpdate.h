@@ -21,10 +21,10 @@ public:
         return ny_sim_updater_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr, nullptr) == NY_OK;
     }
 
-    // What the product answered, or why it was not called.
+    // The product's answer, or the code for why it was not called.
     int32_t Answer() const { return Wait().answer; }
     int32_t Result() const { return Wait().result; }
-    // What was given for the product's information.
+    // The value that the product gave for its information; none when it gave none.
     std::optional<std::string> Value() const {
         Wait();
         const char* text = nullptr;

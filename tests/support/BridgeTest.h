@@ -24,7 +24,7 @@ protected:
         }
     }
 
-    // What Ask gives for a product that this collector is registered for.
+    // Ask's result for a product with this collector.
     const std::vector<std::string> answered = {"answer 0", "general:version=1.0"};
     const std::vector<std::string> notAsked = {"answer " + std::to_string(NY_SIM_NOT_REGISTERED)};
 

@@ -1,4 +1,4 @@
 #pragma once
 
-// False in the native builds: a call costs twenty times as much there, and fewer show what there is to see.
+// False in the native builds. A call costs twenty times as much there, so that tests make fewer.
 constexpr bool isWindows = sizeof(wchar_t) == 2;

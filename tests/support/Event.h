@@ -6,7 +6,7 @@
 
 #include "support/LineLog.h"
 
-// Something that one thread signals and another waits for; stays signalled.
+// An event that one thread signals and another waits for. It stays signalled.
 class Event {
 public:
     Event() : handle(::CreateEventW(nullptr, TRUE, FALSE, nullptr)) {}

@@ -7,7 +7,7 @@
 // How many locks of the bridge's the calling thread holds; always 0 in the Windows builds, which do not count them.
 size_t HeldLocks();
 
-// To be called first thing in what a module has the bridge call: the bridge holds no lock then.
+// To be called first in each callback of a test's module: the bridge must hold no lock then.
 inline void ExpectNoLockHeld(const char* callback) {
     EXPECT_EQ(HeldLocks(), 0U) << callback << " is called by a thread that holds locks of the bridge";
 }

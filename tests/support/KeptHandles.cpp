@@ -29,7 +29,7 @@ size_t ReleaseAll(void* handle, int32_t (*release)(Handle*)) {
     return released;
 }
 
-// Those that are dead are found without a call that the agent would have to refuse: there may be very many.
+// Asks for the handle's kind first, which finds a dead handle without a call that the agent would count as a misuse.
 size_t ReleaseIfAlive(void* handle) {
     switch (ny_core_handle_kind(handle)) {
         case NY_SIM_CLIENT: return ReleaseAll(handle, ny_core_client_handler_release);

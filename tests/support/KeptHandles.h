@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 
-// When a test makes the agent refuse to release a handle, the agent keeps it, and nobody is left who could give it
+// When a test makes the agent refuse to release a handle, the agent keeps it, and no code is left that could give it
 // back. This knows the handles that were made while it lives, and gives back those that are still alive.
 class KeptHandles {
 public:

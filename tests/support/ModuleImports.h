@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-// What a library that is loaded imports from others, by the names of the functions.
+// The functions that a loaded library imports from others, by name.
 struct ModuleImport {
     std::string function;
     void** slot;  // where the library's code looks for the function; to be written by SetImport

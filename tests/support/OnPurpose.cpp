@@ -18,7 +18,7 @@ struct Named {
     std::set<std::string> rules;
 };
 
-// What the running test has named.
+// The rules that the running test has named.
 Named& OfThisTest() {
     static Named named;
     return named;

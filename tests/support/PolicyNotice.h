@@ -22,7 +22,7 @@ public:
         return ny_sim_policy_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
     }
 
-    // What the product answered, or why it was not notified.
+    // The product's answer, or the code for why it was not notified.
     int32_t Answer() const {
         int32_t answer = code;
         if (code == NY_OK) {

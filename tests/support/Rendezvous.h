@@ -3,7 +3,7 @@
 #include <condition_variable>
 #include <mutex>
 
-// Where a fixed number of threads meet, again and again: nobody goes on before all have come.
+// A meeting point for a fixed number of threads, again and again: no thread goes on before all have come.
 class Rendezvous {
 public:
     explicit Rendezvous(int threadCount) : count(threadCount), missing(threadCount) {}

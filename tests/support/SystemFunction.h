@@ -1,6 +1,6 @@
 #pragma once
 
-// Where this program's own code looks for `function`, a function that it imports from the operating system. Throws
+// The place of the import through which this program's own code calls `function` of the operating system. Throws
 // std::logic_error when it imports no such function.
 void** FindImport(const void* function);
 void SetImport(void** import, void* function);

@@ -35,7 +35,7 @@ public:
         }
     }
 
-    // What is not given answers Succeeded.
+    // An operation that is not given answers Succeeded.
     Operation execute;
     Operation updateStatus;
     Operation stop;

@@ -10,13 +10,13 @@
 #include "support/ModuleImports.h"
 #include "support/SystemFunction.h"
 
-// While it lives, code is told of this process's token what stands here: an ordinary program's, unless the test says
-// otherwise. The real one differs from machine to machine, and is elevated under Wine. One at a time.
+// While it lives, code that asks for this process's token gets the values below: an ordinary program's, unless the test
+// changes them. The real one differs from machine to machine, and is elevated under Wine. One at a time.
 class TokenOfProcess {
 public:
-    // For this program's own code.
+    // Answers this program's own code.
     TokenOfProcess() : TokenOfProcess(FindImport(reinterpret_cast<void*>(&::GetTokenInformation))) {}
-    // For the code of the library with that file name.
+    // Answers the code of the library with that file name.
     explicit TokenOfProcess(const char* library) : TokenOfProcess(FindImportOf(library)) {}
     ~TokenOfProcess() { SetImport(import, original); }
     TokenOfProcess(const TokenOfProcess&) = delete;

@@ -1,5 +1,5 @@
-// What a module throws from whatever place the bridge calls it in: the answer, the texts, the locks and the handles are
-// the same for modules of either C++ ABI, and what was thrown is destroyed once.
+// A module throws from each place where the bridge calls it. Answers, texts, locks and handles are the same for modules
+// of either C++ ABI, and the object thrown is destroyed once.
 #include <gmock/gmock.h>
 
 #include <future>
@@ -11,7 +11,7 @@ namespace {
 
 using Lines = std::vector<std::string>;
 
-// What is seen when a place is asked.
+// One place in a module where it can throw, and the lines that are seen when the agent asks there.
 struct Seen {
     friend void PrintTo(const Seen& seen, std::ostream* stream) { *stream << seen.name; }
 
@@ -98,7 +98,8 @@ const Seen allSeen[] = {
 
 class AnsweredThrows : public ThrowsTest, public testing::WithParamInterface<Seen> {
 protected:
-    // Throws there, then asks again from another thread.
+    // Has the module throw in the place of the parameter and expects the lines, no handle left, and the thrown objects
+    // destroyed. Then asks again from another thread, with nothing thrown.
     void Expect(Thrown thrown, Lines expected) {
         const Place place = GetParam().place;
         module.ThrowFrom(place, thrown);
@@ -128,25 +129,25 @@ private:
     const OnPurpose usualMistakes{"CALLBACK-THREW"};
 };
 
-TEST_P(AnsweredThrows, Number) {
+TEST_P(AnsweredThrows, ANumberIsAFailure) {
     Expect(Thrown::Number, GetParam().failed);
 }
 
-TEST_P(AnsweredThrows, RuntimeError) {
+TEST_P(AnsweredThrows, ARuntimeErrorIsAFailure) {
     Expect(Thrown::RuntimeError, GetParam().failed);
 }
 
-TEST_P(AnsweredThrows, Object) {
+TEST_P(AnsweredThrows, AnObjectIsAFailure) {
     const int32_t made = module.Objects().made;
     Expect(Thrown::Self, GetParam().failed);
     EXPECT_GT(module.Objects().made, made);
 }
 
-TEST_P(AnsweredThrows, ObjectThatWasCaughtBefore) {
+TEST_P(AnsweredThrows, AnObjectThatWasCaughtAndThrownOnIsAFailure) {
     Expect(Thrown::SelfAgain, GetParam().failed);
 }
 
-TEST_P(AnsweredThrows, AgentException) {
+TEST_P(AnsweredThrows, AnAgentExceptionGivesItsCode) {
     Expect(Thrown::AgentException, GetParam().withCode);
 }
 

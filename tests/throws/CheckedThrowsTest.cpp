@@ -1,4 +1,4 @@
-// What the checking bridge tells of what a module throws, whatever compiler built it. Left out beside other bridges.
+// The checking bridge's findings about exceptions of modules of either compiler. Left out beside other bridges.
 #include <gmock/gmock.h>
 
 #include "support/AgentEnvironment.h"

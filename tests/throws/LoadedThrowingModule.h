@@ -46,7 +46,8 @@ public:
     int32_t Throws() const { return countThrows(); }
     ThrownObjects Objects() const { return countObjects(); }
 
-    // What it told. Behind "walks" and "caught" stands how many handles of the agent's were in use.
+    // The lines that the module has told. Behind "walks" and "caught" stands how many handles of the agent's were in
+    // use.
     LineLog log;
 
 private:

@@ -1,5 +1,5 @@
-// What is no C++ exception goes on to whom it belongs: to a handler of the module's own, to that of the process, or to
-// the system, which ends the process.
+// An exception of the system's, which is no C++ exception, passes the bridge: to a handler of the module's own, to the
+// process's, or to the system, which ends the process.
 #include <gmock/gmock.h>
 
 #include <tuple>

@@ -1,4 +1,4 @@
-// What an update callback may do inside each of its three operations.
+// Calls of exports from inside each of an update callback's three operations.
 #include <algorithm>
 #include <atomic>
 #include <memory>
@@ -15,7 +15,7 @@ constexpr wchar_t wideId[] = L"PRODUCT1000";
 
 class InsideCallback : public UpdateTest {
 protected:
-    // Each operation does so.
+    // Has each operation call `act`.
     void DoInside(std::function<void()> act) {
         callback.onNotify = [act](uint32_t&) {
             act();

@@ -12,7 +12,7 @@ namespace {
 
 using Calls = std::vector<std::string>;
 
-// What a narrow text that comes from the agent costs.
+// The agent's functions that the conversion of a narrow text of the agent's calls.
 const Calls widening = {"ny_variant_create_from_string",
                         "ny_variant_get_wstring_buffer",
                         "ny_wbuffer_get_string",

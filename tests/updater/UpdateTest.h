@@ -12,10 +12,10 @@ using ISet = VsKitMsgbus::INYUpdateNotifyCallback::ISet;
 
 inline constexpr char productId[] = "PRODUCT1000";
 
-// What the agent reads from a product that has no callback.
+// The agent's result from a product that has no callback.
 inline constexpr char notNotified[] = "answer 0, result 2";
 inline constexpr char notAvailable[] = "answer 0, result 1";
-// What it reads from one whose callback is as it comes.
+// The agent's result from an UpdateCallback that the test has not changed.
 inline constexpr char notified[] = "answer 0, result 20";
 inline constexpr char got[] = "answer 0, result 30, value <>";
 inline constexpr char wasSet[] = "answer 0, result 40";

@@ -67,7 +67,7 @@ TEST_F(UpdateText, NameTheCodeOfTheAgentsException) {
     }
 }
 
-// What has no code goes as a failure that is not the agent's.
+// An exception without a code counts as code 3, a failure that is not the agent's.
 TEST_F(UpdateText, NameTheCodeOfAFailureThatIsNoneOfTheAgents) {
     Throw([]() -> int32_t { throw 42; });
     ExpectTexts("3");

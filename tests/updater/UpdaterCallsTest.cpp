@@ -1,4 +1,4 @@
-// How the module is called by the agent's updater, and what becomes of its answers.
+// The calls of the agent's updater to a module, and the module's answers on their way back.
 #include <atomic>
 #include <climits>
 #include <new>
@@ -166,7 +166,7 @@ TEST_F(UpdaterCalls, PassAValueWithAZeroInItUpToThere) {
 
 class ProductInfo : public UpdateTest {
 protected:
-    // What the agent gets from a module that does so with the setter.
+    // The value that the agent gets from a module whose GetProductInfo does `give`; "(none)" without one.
     std::string ValueOf(std::function<void(ISet&)> give) {
         callback.onGet = [give = std::move(give)](ISet& set) {
             give(set);

@@ -11,7 +11,7 @@ namespace {
 
 using testing::IsEmpty;
 
-// What a converter is called with.
+// The arguments of a converter.
 struct Inputs {
     VariantOwner text;
     VariantOwner tableVariant;
@@ -84,7 +84,7 @@ protected:
         return inputs;
     }
 
-    // Which call of its function the call at `index` is, counted from 1.
+    // The call at `index` is this one among the calls of the same function, counted from 1.
     static uint32_t OccurrenceOf(const Calls& calls, size_t index) {
         const auto end = calls.begin() + static_cast<ptrdiff_t>(index) + 1;
         return static_cast<uint32_t>(std::count(calls.begin(), end, calls[index]));

@@ -122,12 +122,16 @@ TEST_F(Owner, GiveTheirHandleToTheLibraryThatMadeItWhenThatWasClosedMeanwhile) {
     EXPECT_FALSE(owner);
 }
 
-TEST_F(Owner, TakeNothingFromALibraryThatCannotTakeItBack) {
-    environment.UpgradeAgent("5.7.1", "lacking");
+// The library that is open by then has the release function, but it is not the one that the caller is inside of.
+TEST_F(Owner, TakeNothingFromALibraryThatWasClosed) {
+    { const VariantOwner opensTheLibrary = FromJson("1"); }
     const auto inUse = LibrariesInUse::Share();
     VariantOwner owner;
+    owner.Out(inUse.get());
     DispatcherRelease(std::exchange(dispatcher, nullptr));
-    EXPECT_EQ(CodeOf([&] { owner.Out(inUse.get()); }), NY_FUNCTION_MISSING) << "closed";
+    ASSERT_EQ(DispatcherCreate(nullptr, &dispatcher), NY_OK);
+    EXPECT_EQ(CodeOf([&] { owner.Out(inUse.get()); }), NY_FUNCTION_MISSING);
+    EXPECT_NO_THROW(owner.Out());
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-// What every function of the layer that can fail goes through: its uses are counted and its faults are injected.
+// The frame of every function of the layer that can fail: counts its uses and injects its faults.
 #pragma once
 
 #include <algorithm>

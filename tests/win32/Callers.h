@@ -1,4 +1,4 @@
-// Who calls the layer.
+// Finds the library that calls the layer.
 #pragma once
 
 #include "win32/types.h"

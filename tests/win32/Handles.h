@@ -9,7 +9,7 @@
 
 namespace win32 {
 
-// Lives as long as a handle is open or somebody uses it.
+// Lives as long as a handle is open or a thread uses it.
 class Object {
 public:
     Object() = default;

@@ -101,7 +101,8 @@ void KeyNode::SignalWatches(DWORD kind, bool isOwn) {
     TakeAndSignal([=](const WatchEntry& watch) { return (watch.filter & kind) != 0 && (isOwn || watch.subtree); });
 }
 
-// Who was told of a change and resets the event must not be told of the same change by an older request.
+// A caller that was told of a change, and has reset the event, must not be told of the same change again by an older
+// request.
 template <class Condition>
 void KeyNode::TakeAndSignal(const Condition& isMeant) {
     std::set<std::shared_ptr<Event>> events;

@@ -29,7 +29,7 @@ struct RegistryValue {
     std::vector<BYTE> data;
 };
 
-// A key of the registry, with its values, the keys below it, and who waits for a change of it.
+// A key of the registry, with its values, the keys below it, and the requests to be told of a change.
 class KeyNode {
 public:
     explicit KeyNode(KeyNode* parentKey = nullptr) : parent(parentKey) {}
@@ -50,7 +50,7 @@ public:
 
     // Signals the event at the next change, once.
     void Watch(const OpenKey& asker, bool subtree, DWORD filter, std::shared_ptr<Event> event);
-    // What was asked through a key that is closed now is signalled.
+    // Signals the requests that were made through this key, which is closed now.
     void EndWatches(const OpenKey& asker);
 
 private:

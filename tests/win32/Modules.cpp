@@ -87,7 +87,7 @@ void CheckFile(const std::string& path) {
     }
 }
 
-// What the loader says in words only.
+// The error code for a message of the loader, which gives no code.
 LONG ErrorOfLoader() {
     const std::string_view text = ::dlerror();
     if (text.find("undefined symbol") != std::string_view::npos) {

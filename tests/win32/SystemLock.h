@@ -6,9 +6,9 @@
 
 namespace win32 {
 
-// A lock for the tables of the layer that all threads share. Whoever uses it is compiled without the thread sanitizer,
-// see CMakeLists.txt, which then does not take it for something that orders the program's threads: on Windows nothing
-// does there. Only for a few instructions at a time.
+// A lock for the tables of the layer that all threads share. Code that uses it is compiled without the thread
+// sanitizer, see CMakeLists.txt, which then does not take it for something that orders the program's threads: on
+// Windows nothing does there. Only for a few instructions at a time.
 class SystemLock {
 public:
     void lock() {

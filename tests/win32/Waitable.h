@@ -1,4 +1,4 @@
-// What can be waited for: an event, or a thread's end.
+// An object that threads can wait for: an event, or a thread's end.
 #pragma once
 
 #include <chrono>
@@ -29,7 +29,7 @@ private:
 
 class Waitable : public Object {
 public:
-    // One that does not stay signalled ends one wait for each signal.
+    // With `staysSignalled` false each signal ends one wait.
     Waitable(bool staysSignalled, bool isSignalledNow) : stays(staysSignalled), isSignalled(isSignalledNow) {}
 
     void Signal();
@@ -51,7 +51,7 @@ class Event final : public Waitable {
     using Waitable::Waitable;
 };
 
-// Signalled while nobody owns it.
+// Signalled while no thread owns it.
 class Mutex final : public Waitable {
 public:
     explicit Mutex(bool isOwned) : Waitable(false, !isOwned) {}

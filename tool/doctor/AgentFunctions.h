@@ -18,7 +18,8 @@ std::span<const AgentLibrary> AgentLibraries();
 // The names that the bridge looks for in the library of that file name.
 std::vector<std::string_view> FunctionsOf(std::string_view library);
 
-// What the bridge cannot do without the function; empty for one that it looks for and does not call, or does not miss.
+// The part of the bridge that does not work without the function. Empty for a function that the bridge looks for and
+// never calls, or does without.
 std::string_view UseOf(std::string_view function);
 
 }  // namespace tool::doctor

@@ -16,18 +16,18 @@ enum class State {
     NotReached,  // something else has to be right before it can be looked at
 };
 
-// One thing that was looked at.
+// One check, as it came out.
 struct Check {
     std::string group;
     std::string name;
     State state = State::NotReached;
     std::vector<std::string> details{};
-    // Of a bad one: what it is, and what takes the places in the texts of that.
+    // Of a bad check: its problem, and the texts for the places in the problem's texts.
     std::optional<Problem> problem{};
     std::vector<std::string> places{};
 };
 
-// In the order in which one thing needs the other: the first bad one is the first cause.
+// Checks in the order in which one depends on those before: the first bad one is the first cause.
 using Checks = std::vector<Check>;
 
 inline Check Good(std::string group, std::string name, std::vector<std::string> details = {}) {

@@ -7,14 +7,14 @@
 
 namespace tool::doctor {
 
-// What is wrong, in words.
+// A cause of trouble, and its remedy.
 struct Cause {
     std::string name;  // for machines
     std::string text;
     std::string remedy;
 };
 
-// What a bad check says.
+// The cause that a bad check has found.
 Cause CauseOf(const Check& check);
 
 // The first bad check, on which those after it may depend; null when there is none.

@@ -1,4 +1,4 @@
-// What the checks are gathered under.
+// The headings of the checks.
 #pragma once
 
 namespace tool::doctor {

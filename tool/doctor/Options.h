@@ -5,13 +5,14 @@
 
 namespace tool::doctor {
 
-// What the command line says, as UTF-8.
+// The options of the command line, as UTF-8.
 struct Options {
-    // Of the trial when no product is named: one that no agent knows, so that nothing of a real product is touched.
+    // The product of the trial when the command line names none. No agent knows it, so that nothing of a real product
+    // is touched.
     static constexpr char trialProduct[] = "VSMSGDOC1000";
 
     std::string product;  // empty when none is named
-    std::string module;   // the same
+    std::string module;   // empty when none is named
     std::string enter;
     std::string leave;
     std::string localMachine;

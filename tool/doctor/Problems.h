@@ -51,7 +51,8 @@ enum class Problem {
     ModuleDoesNotEnter,
     ModuleOfOtherSpelling,
     ModuleOfOtherId,
-    // Of the checking bridge: what keeps the module from being asked, and other mistakes of its.
+    // Findings of the checking bridge: those that keep the agent from asking the module, and other mistakes of the
+    // module.
     ModuleFinding,
     ModuleMistake,
 };
@@ -59,7 +60,7 @@ enum class Problem {
 struct ProblemText {
     Problem problem;
     const char* name;  // for machines
-    // Both with "{0}", "{1}", ... where the places of a check go.
+    // Both have "{0}", "{1}", ... where the texts of Check::places go.
     const char* cause;
     const char* remedy;
 };

@@ -1,4 +1,4 @@
-// What the system says, as UTF-8.
+// Texts of the system, as UTF-8.
 #pragma once
 
 #include <windows.h>
@@ -10,7 +10,7 @@
 
 namespace tool::doctor {
 
-// What the system calls the error, without a full stop at the end.
+// The system's message for the error, without a full stop at the end.
 std::string SystemText(DWORD error);
 // A text of the system's code page, in which the bridge reads and hands on paths.
 std::string Utf8OfAnsi(const std::string& text);

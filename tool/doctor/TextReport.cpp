@@ -36,7 +36,7 @@ void PrintWrapped(const Terminal& terminal, const std::string& text, size_t inde
     }
 }
 
-// One that has little to say has it on its line.
+// Details short enough for it stand beside the name.
 void PrintNameAndDetails(const Terminal& terminal, const Check& check) {
     constexpr size_t roomBesideName = columns - 6;
     if (check.details.size() == 1 && check.name.size() + check.details.front().size() <= roomBesideName) {
@@ -57,7 +57,7 @@ void PrintCheck(const Terminal& terminal, const Check& check, const Check* first
         return;
     }
     PrintNameAndDetails(terminal, check);
-    // What stands at the top is not said again.
+    // The first cause stands at the top already.
     if (&check == first) {
         PrintWrapped(terminal, "the first cause, above", indentOfDetails, plain);
     } else if (check.state == State::Bad) {

@@ -45,7 +45,8 @@ std::string NameOf(PSID sid) {
     return domain[0] != L'\0' ? checking::Narrow(domain) + "\\" + account : account;
 }
 
-// The administrators, the system, who creates what is below (a placeholder), and the service that installs the system.
+// The administrators, the system, the placeholder for the creator of a key or file below, and the service that installs
+// the system.
 bool IsAdministrator(PSID sid) {
     constexpr const char* installer = "S-1-5-80-956008885-3418522649-1831038044-1853292631-2271478464";
     return ::IsWellKnownSid(sid, WinBuiltinAdministratorsSid) != FALSE ||

@@ -8,9 +8,9 @@
 
 namespace tool::doctor {
 
-// Who may change a key or a folder. Refusals in the access list are not looked at.
+// The users who may change a key or a folder. Entries of the access list that deny access are not looked at.
 struct Writers {
-    std::vector<std::string> names;  // the owner, who can give himself the right, and those whom the list names
+    std::vector<std::string> names;  // the owner, who can take the right, and the users that the list allows it
     bool areAdministrators = true;   // only administrators, the system and its installer
     DWORD error = ERROR_SUCCESS;     // why nothing is known
 

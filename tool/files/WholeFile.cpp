@@ -19,7 +19,7 @@ std::optional<std::string> ReadWholeFile(const std::filesystem::path& path) {
     std::string content(static_cast<size_t>(size), '\0');
     file.seekg(0);
     file.read(content.data(), size);
-    // It may have become shorter meanwhile.
+    // The file may have become shorter since its size was read.
     content.resize(static_cast<size_t>(file.gcount()));
     return content;
 }

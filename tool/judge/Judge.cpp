@@ -58,7 +58,8 @@ public:
     }
 
     ExitStatus Run() {
-        // What is compared a while after the last change is to be compared soon.
+        // In milliseconds: the checking bridge compares masks and interfaces this soon after the last change, and takes
+        // a callback for slow after the other time.
         const Environment environment({{L"VSMSGBUS_CHECK_GRACE", L"300"}, {L"VSMSGBUS_CHECK_SLOW", L"2000"}});
         Learn();
         if (wish.wantsList) {
@@ -84,7 +85,7 @@ private:
         return wish.only.empty() || std::find(wish.only.begin(), wish.only.end(), trial.name) != wish.only.end();
     }
 
-    // Long work is told of, where somebody reads it.
+    // Tells of long work, at most once a second, on standard error.
     void Tell(const std::string& text) const {
         const auto now = std::chrono::steady_clock::now();
         if (now - lastTold > std::chrono::seconds(1)) {

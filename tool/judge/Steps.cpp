@@ -21,7 +21,7 @@ bool HasService(const Profile& profile, const char* service) {
     return false;
 }
 
-// What a service has besides the one of Request.
+// The requests of a service other than the one that Request makes.
 Steps OtherRequests(const std::string& service, const std::string& product) {
     Steps steps;
     if (service == "tasks") {

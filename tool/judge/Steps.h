@@ -10,7 +10,7 @@ struct Profile;
 // The steps of a story, one after the other.
 class Steps {
 public:
-    // Adds a step, for more members by With.
+    // Adds a step with that verb. With gives the last step added another member.
     Steps& Do(const char* verb);
     template <class Value>
     Steps& With(const char* member, Value value) {
@@ -23,18 +23,18 @@ public:
     nlohmann::ordered_json all = nlohmann::ordered_json::array();
 };
 
-// A story file's content.
+// The content of a story's file.
 nlohmann::ordered_json MakeStory(const std::string& name, Steps steps);
 
 // Gives the agent what the requests need: a policy and some tasks for each product that takes them.
 Steps Prepare(const Profile& profile);
 enum class Answers { Successes, Any };
-// A request of the service, which goes on beside the story under that name.
+// One step: a request of the service to the product, which stays under way under that name until a step "await".
 Steps Request(const std::string& service, const std::string& product, const std::string& name, Answers answers,
               int task = 0);
-// One for each service of each product, one after the other; nothing is expected of the answers.
+// A request for each service of each product, one after the other, whatever the answers are.
 Steps RequestAll(const Profile& profile);
-// The same, with Prepare, where the answers are to be successes and tasks are to end.
+// Prepare, then the requests of every service; each must be answered by a success, and a task must come to its end.
 Steps UseAll(const Profile& profile);
 
 }  // namespace tool::judge

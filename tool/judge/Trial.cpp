@@ -251,7 +251,7 @@ private:
             }
         }
         for (const std::string& function : profile.useCalls) {
-            // What is released is not released then, which is nobody's mistake but the agent's.
+            // A release that fails leaves a handle behind, which is the agent's mistake and not the module's.
             if (function.find("release") == std::string::npos && isTaken()) {
                 AddFailing(function, "is asked", Prepare(profile) + RequestAll(profile), false);
             }

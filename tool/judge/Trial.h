@@ -8,7 +8,7 @@
 
 namespace tool::judge {
 
-// What the judge knows of modules before it tries them: what a first playing has told.
+// The judge's knowledge of the modules, from the first playings.
 struct Profile {
     // The products that they register, and for what.
     std::map<std::string, std::set<std::string>> products;

@@ -34,7 +34,7 @@ std::string Again(const Heading& heading, const Verdict& verdict) {
     return fmt::format("vsmsgbus judge --only \"{}\" {}", verdict.trial.name, heading.modules);
 }
 
-// What failed, by the step in which it did.
+// The rule that the first failed step stands for.
 const char* RuleOfFailure(const play::RunResult& run) {
     for (const play::StepResult& step : run.steps) {
         if (step.outcome == play::Outcome::Failed) {
@@ -142,10 +142,10 @@ std::string MakeJUnit(const Heading& heading, const std::vector<Verdict>& verdic
     std::string xml = fmt::format(
         "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites>\n"
         "  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\">\n",
-        Xml("vsmsgbus judge " + heading.modules), verdicts.size(), failed);
+        EscapeXml("vsmsgbus judge " + heading.modules), verdicts.size(), failed);
     for (const Verdict& verdict : verdicts) {
-        xml += fmt::format("    <testcase classname=\"judge\" name=\"{}\" time=\"{:.3f}\"", Xml(verdict.trial.name),
-                           static_cast<double>(verdict.milliseconds) / 1000);
+        xml += fmt::format("    <testcase classname=\"judge\" name=\"{}\" time=\"{:.3f}\"",
+                           EscapeXml(verdict.trial.name), static_cast<double>(verdict.milliseconds) / 1000);
         if (verdict.findings.empty()) {
             xml += verdict.isMet ? "/>\n" : "><skipped/></testcase>\n";
             continue;
@@ -155,8 +155,8 @@ std::string MakeJUnit(const Heading& heading, const std::vector<Verdict>& verdic
             text += fmt::format("[{}] {}\n", finding.rule, finding.what);
         }
         xml += fmt::format(">\n      <failure type=\"{}\" message=\"{}\">{}</failure>\n    </testcase>\n",
-                           Xml(verdict.findings.front().rule), Xml(verdict.findings.front().what),
-                           Xml(text + Again(heading, verdict)));
+                           EscapeXml(verdict.findings.front().rule), EscapeXml(verdict.findings.front().what),
+                           EscapeXml(text + Again(heading, verdict)));
     }
     return xml + "  </testsuite>\n</testsuites>\n";
 }
@@ -168,15 +168,15 @@ std::string MakePage(const Heading& heading, const std::vector<Verdict>& verdict
         std::string findings;
         for (const Finding& finding : verdict.findings) {
             const std::string first = earlier.Of(finding, verdict.trial.name);
-            findings += fmt::format("<p><b>{}</b> {}</p>", Xml(finding.rule),
-                                    Xml(first.empty() ? finding.what : "as in \"" + first + '"'));
+            findings += fmt::format("<p><b>{}</b> {}</p>", EscapeXml(finding.rule),
+                                    EscapeXml(first.empty() ? finding.what : "as in \"" + first + '"'));
         }
         if (!findings.empty()) {
-            findings += fmt::format("<p>Again: <code>{}</code></p>", Xml(Again(heading, verdict)));
+            findings += fmt::format("<p>Again: <code>{}</code></p>", EscapeXml(Again(heading, verdict)));
         }
         rows += fmt::format("<tr class=\"{0}\"><td>{5}</td><td><b>{1}</b><br>{2}{3}</td><td>{4} ms</td></tr>\n",
-                            verdict.findings.empty() ? "passed" : "finding", Xml(verdict.trial.name),
-                            Xml(verdict.trial.purpose), findings, verdict.milliseconds, WordFor(verdict));
+                            verdict.findings.empty() ? "passed" : "finding", EscapeXml(verdict.trial.name),
+                            EscapeXml(verdict.trial.purpose), findings, verdict.milliseconds, WordFor(verdict));
     }
     constexpr char style[] =
         "body{font-family:sans-serif;max-width:70em;margin:2em auto;color:#222}"
@@ -186,7 +186,7 @@ std::string MakePage(const Heading& heading, const std::vector<Verdict>& verdict
     return fmt::format(
         "<!DOCTYPE html>\n<html lang=\"en\"><head><meta charset=\"utf-8\"><title>{0}</title><style>{1}</style></head>\n"
         "<body><h1>{0}</h1><p>{2}. vsmsgbus {3}.</p>\n<table>\n{4}</table></body></html>\n",
-        Xml("Would this module be let onto a million machines? " + heading.modules), style, Summary(verdicts),
+        EscapeXml("Would this module be let onto a million machines? " + heading.modules), style, Summary(verdicts),
         heading.version, rows);
 }
 

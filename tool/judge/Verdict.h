@@ -8,13 +8,13 @@
 
 namespace tool::judge {
 
-// Something that a module did in a trial and should not.
+// A mistake of a module in a trial.
 struct Finding {
     std::string rule;  // of the checking bridge's; else CRASH, HANG, LEAK, LEFT-BEHIND or EXPECTATION
     std::string what;
 };
 
-// What came of a trial.
+// The outcome of a trial.
 struct Verdict {
     Trial trial;
     std::vector<Finding> findings;
@@ -26,7 +26,7 @@ struct Verdict {
 // "passed", "FINDING" or "not met"
 const char* WordFor(const Verdict& verdict);
 
-// What is found in a playing of the trial.
+// The findings in a playing of the trial.
 std::vector<Finding> FindingsOf(const Trial& trial, const play::RunResult& run);
 
 // How the table, the page and the files for machines name the modules and the package.

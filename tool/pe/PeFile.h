@@ -11,7 +11,7 @@
 
 namespace tool {
 
-// What an image imports from one library.
+// The functions that an image imports from one library.
 struct PeImport {
     std::string library;
     std::vector<std::string> functions;  // those imported by name
@@ -24,17 +24,18 @@ public:
 
     // Whether the file can be read.
     bool IsThere() const { return isThere; }
-    // Whether it begins as a library or program does. What follows is empty or 0 otherwise.
+    // Whether the file begins as a library or program does. Otherwise the functions below answer empty or 0.
     bool IsImage() const { return machine != 0; }
-    // One of the system's IMAGE_FILE_MACHINE_ numbers, and how people call it.
+    // One of the system's IMAGE_FILE_MACHINE_ numbers, and its name for people.
     uint16_t Machine() const { return machine; }
     std::string MachineName() const;
     bool IsLibrary() const { return isLibrary; }
-    // How many bytes its headers speak of, and how many it has: one with fewer was cut off.
+    // The size that the headers give, and the file's size, in bytes. A file that is smaller than its headers say was
+    // cut off.
     uint64_t ExpectedSize() const { return expectedSize; }
     uint64_t Size() const { return content.size(); }
 
-    // Of images of 64 bits; what lies outside the file is left out. The names are sorted.
+    // For images of 64 bits. Entries that lie outside the file are left out. The names are sorted.
     std::vector<std::string> Exports() const;
     std::vector<PeImport> Imports() const;
 

@@ -10,7 +10,7 @@ class FileWatch {
 public:
     explicit FileWatch(std::vector<std::filesystem::path> watchedFiles);
 
-    // Returns when one of the files is another one than at the beginning, or at the last return, and nobody writes to
+    // Returns when one of the files has changed since the beginning, or since the last return, and no program writes to
     // it any more.
     void WaitForChange();
 

@@ -168,8 +168,8 @@ private:
         }
     }
 
-    // What the process came to: in the step that was under way, in the one that was about to begin when a request
-    // beside the story brought the process down, or behind the last one.
+    // Notes how the process ended: in the step that was under way; or in the one that was about to begin, when a
+    // request beside the story brought the process down; or behind the last step.
     void Conclude(Outcome outcome, const std::string& failure) {
         if (hasBegun && !isInStep && !isOver && current + 1 < result.steps.size()) {
             Begin(current + 1);
@@ -213,7 +213,7 @@ private:
         }
     }
 
-    // Those that came behind the last step: before it, the step has failed.
+    // Looks at findings that came behind the last step: earlier ones have failed their step.
     void LookAtFindings() {
         const auto isFinding = [](const std::string& line) { return line.find("VsMsgbus check [") == 0; };
         if (isSilenceExpected && result.Worst() == Outcome::Passed &&

@@ -11,7 +11,7 @@
 
 namespace tool::play {
 
-// With what a story is played.
+// The modules and the options with which a story is played.
 struct Cast {
     std::vector<std::filesystem::path> modules;
     bool isChecking = false;      // with the checking bridge
@@ -52,11 +52,11 @@ struct RunResult {
 
     // The first thing that went wrong, or Passed.
     Outcome Worst() const;
-    // What it was, with its step; empty when all passed.
+    // The failure's text, with its step; empty when all passed.
     std::string Failure() const;
 };
 
-// What is told of a playing while it goes on.
+// Hears of a playing while it goes on.
 class Audience {
 public:
     virtual ~Audience() = default;

@@ -32,7 +32,7 @@ uint16_t ColourOf(Outcome outcome) {
     return outcome == Outcome::Passed ? FOREGROUND_GREEN | FOREGROUND_INTENSITY : FOREGROUND_RED | FOREGROUND_INTENSITY;
 }
 
-// What the step names, so that it can be told from others: "install 5.7.0".
+// The verb with what the step names, so that steps can be told apart: "install 5.7.0".
 std::string Title(const nlohmann::json& step) {
     std::string title = step.at("do");
     for (const char* const member : {"version", "function", "task", "name", "service", "request", "rule", "library"}) {
@@ -45,6 +45,12 @@ std::string Title(const nlohmann::json& step) {
 
 std::string Seed(const RunResult& run) {
     return run.seed ? fmt::format(", seed {}", *run.seed) : "";
+}
+
+// Empty when nothing has failed.
+std::string FailureElement(Outcome outcome, const std::string& failure) {
+    return failure.empty() ? ""
+                           : fmt::format("<failure type=\"{}\" message=\"{}\"/>", NameOf(outcome), EscapeXml(failure));
 }
 
 size_t CountSteps(const RunResult& run, Outcome outcome) {
@@ -134,25 +140,20 @@ std::string MakeJUnit(const std::string& story, const std::vector<RunResult>& ru
         const bool hasBadEnd = !run.endFailure.empty();
         const size_t failed = run.steps.size() - CountSteps(run, Outcome::Passed) - CountSteps(run, Outcome::NotPlayed);
         xml += fmt::format("  <testsuite name=\"{}\" tests=\"{}\" failures=\"{}\" skipped=\"{}\">\n",
-                           Xml(fmt::format("{}, playing {}{}", story, i + 1, Seed(run))), run.steps.size() + 1,
+                           EscapeXml(fmt::format("{}, playing {}{}", story, i + 1, Seed(run))), run.steps.size() + 1,
                            failed + (hasBadEnd ? 1 : 0), CountSteps(run, Outcome::NotPlayed));
         const auto add = [&](const std::string& name, int64_t milliseconds, const std::string& inside) {
-            xml += fmt::format("    <testcase classname=\"{}\" name=\"{}\" time=\"{:.3f}\"{}\n", Xml(story), Xml(name),
-                               static_cast<double>(milliseconds) / 1000,
+            xml += fmt::format("    <testcase classname=\"{}\" name=\"{}\" time=\"{:.3f}\"{}\n", EscapeXml(story),
+                               EscapeXml(name), static_cast<double>(milliseconds) / 1000,
                                inside.empty() ? "/>" : ">" + inside + "</testcase>");
         };
         for (size_t index = 0; index < run.steps.size(); ++index) {
             const StepResult& step = run.steps[index];
             add(fmt::format("{} {} (line {})", index + 1, Title(step.step), step.step.at("line").get<int>()),
                 step.milliseconds,
-                step.outcome == Outcome::NotPlayed ? "<skipped/>"
-                : step.failure.empty()
-                    ? ""
-                    : fmt::format("<failure type=\"{}\" message=\"{}\"/>", NameOf(step.outcome), Xml(step.failure)));
+                step.outcome == Outcome::NotPlayed ? "<skipped/>" : FailureElement(step.outcome, step.failure));
         }
-        add("the end of the process", 0,
-            !hasBadEnd ? ""
-                       : fmt::format("<failure type=\"{}\" message=\"{}\"/>", NameOf(run.end), Xml(run.endFailure)));
+        add("the end of the process", 0, FailureElement(run.end, run.endFailure));
         xml += "  </testsuite>\n";
     }
     return xml + "</testsuites>\n";

@@ -18,9 +18,9 @@ public:
     void OnBegin(size_t index, const StepResult& step) override;
     void OnLine(const Line& line) override;
     void OnEnd(const StepResult& step) override;
-    // What a playing came to.
+    // Prints the outcome of a playing.
     void OnOver(const RunResult& run);
-    // A line without anybody in front.
+    // Prints a line without a name in front.
     void Say(const std::string& text, Outcome outcome);
 
 private:

@@ -123,7 +123,7 @@ private:
     std::string error;
 };
 
-// What the reader says, without its own name and number in front.
+// The JSON reader's reason, without its own name and number in front.
 std::string PlainReason(const std::string& reason) {
     const size_t begin = reason.find(": ");
     return "this is no JSON: " + (begin != std::string::npos ? reason.substr(begin + 2) : reason);

@@ -6,7 +6,7 @@
 
 namespace tool::play {
 
-// What a member of a step may be.
+// The types of members of a step.
 enum class MemberType {
     Text,
     Pattern,      // a text, or {"matches": a regular expression}

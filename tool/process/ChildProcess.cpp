@@ -34,15 +34,16 @@ Pipe MakePipe() {
     return pipe;
 }
 
-HANDLE OpenNowhere() {
+HANDLE OpenNullDevice() {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     return ::CreateFileW(L"NUL", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE, &inherited, OPEN_EXISTING, 0,
                          nullptr);
 }
 
-// A word as the C runtime splits command lines: backslashes are doubled where a quote follows.
-std::wstring Quoted(const std::string& word) {
-    const std::wstring wide = PathOf(word).wstring();
+// An argument quoted so that the C runtime's splitting of command lines gives it back: backslashes are doubled where a
+// quote follows.
+std::wstring Quoted(const std::string& argument) {
+    const std::wstring wide = PathOf(argument).wstring();
     std::wstring quoted = L"\"";
     size_t backslashes = 0;
     for (const wchar_t character : wide) {
@@ -55,7 +56,8 @@ std::wstring Quoted(const std::string& word) {
     return quoted.append(backslashes, L'\\') + L"\"";
 }
 
-// Ends what is in it when its last handle is closed: this process's, however it ends.
+// A job whose processes the system ends when its last handle is closed. This process has the only one, so that they end
+// with it, however it ends.
 HANDLE MakeJob() {
     HANDLE const job = ::CreateJobObjectW(nullptr, nullptr);
     JOBOBJECT_EXTENDED_LIMIT_INFORMATION limits{};
@@ -75,20 +77,20 @@ void WriteAll(HANDLE file, const std::string& text) {
 
 }  // namespace
 
-ChildProcess::ChildProcess(const std::vector<std::string>& words, const std::string& input, bool isQuiet) {
+ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const std::string& input, bool isQuiet) {
     const Pipe toChild = MakePipe();
     const Pipe fromChild = MakePipe();
     std::wstring command = Quoted(Utf8(PathOfThisProgram()));
-    for (const std::string& word : words) {
-        command += L' ' + Quoted(word);
+    for (const std::string& argument : arguments) {
+        command += L' ' + Quoted(argument);
     }
     command += L' ' + std::to_wstring(reinterpret_cast<uintptr_t>(Inherited(fromChild.writing)));
-    HANDLE const nowhere = isQuiet ? OpenNowhere() : nullptr;
+    HANDLE const nullDevice = isQuiet ? OpenNullDevice() : nullptr;
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     startup.dwFlags = STARTF_USESTDHANDLES;
     startup.hStdInput = Inherited(toChild.reading);
-    startup.hStdOutput = isQuiet ? nowhere : ::GetStdHandle(STD_ERROR_HANDLE);
+    startup.hStdOutput = isQuiet ? nullDevice : ::GetStdHandle(STD_ERROR_HANDLE);
     startup.hStdError = startup.hStdOutput;
     PROCESS_INFORMATION started{};
     const BOOL isStarted = ::CreateProcessW(nullptr, command.data(), nullptr, nullptr, TRUE, CREATE_SUSPENDED, nullptr,
@@ -96,8 +98,8 @@ ChildProcess::ChildProcess(const std::vector<std::string>& words, const std::str
     const DWORD error = ::GetLastError();
     ::CloseHandle(toChild.reading);
     ::CloseHandle(fromChild.writing);
-    if (nowhere != nullptr) {
-        ::CloseHandle(nowhere);
+    if (nullDevice != nullptr) {
+        ::CloseHandle(nullDevice);
     }
     lineSource = fromChild.reading;
     if (isStarted == FALSE) {

@@ -12,15 +12,15 @@
 
 namespace tool {
 
-// This program once more, with other words: a process that is given a text on its standard input and tells lines
-// through a pipe of its own. What it writes to its standard output goes to this process's standard error, or nowhere.
-// It ends with this process.
+// This program once more, with other arguments. The child is given a text on its standard input and writes lines into a
+// pipe of its own. Its standard output goes to this process's standard error, or nowhere. The child ends when this
+// process does.
 class ChildProcess {
 public:
-    // `words` are UTF-8, without the program's name; behind them the child gets the number of the handle to which it
-    // writes its lines. Throws std::system_error when it cannot be started.
-    ChildProcess(const std::vector<std::string>& words, const std::string& input, bool isQuiet);
-    // Ends it when it has not ended.
+    // `arguments` are UTF-8, without the program's name; behind them the child gets the number of the handle to which
+    // it writes its lines. Throws std::system_error when the child cannot be started.
+    ChildProcess(const std::vector<std::string>& arguments, const std::string& input, bool isQuiet);
+    // Terminates the child unless it has ended.
     ~ChildProcess();
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -28,9 +28,9 @@ public:
     enum class Read { Line, End, Timeout };
     // The next line, without its end. End: no more will come, because the child has ended or closed its pipe.
     Read NextLine(std::chrono::milliseconds limit, std::string& line);
-    // Its exit status, or nothing when it has not ended within the limit.
+    // The child's exit status, or nothing when it has not ended within the limit.
     std::optional<uint32_t> WaitForExit(std::chrono::milliseconds limit) const;
-    // Ends it now.
+    // Ends the child now, and waits for its end.
     void Terminate() const;
 
 private:

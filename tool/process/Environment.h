@@ -12,7 +12,7 @@ public:
     using Variables = std::vector<std::pair<std::wstring, std::wstring>>;
 
     explicit Environment(const Variables& variables);
-    // What was before is there again.
+    // Sets the variables back to what they were before.
     ~Environment();
     Environment(const Environment&) = delete;
     Environment& operator=(const Environment&) = delete;

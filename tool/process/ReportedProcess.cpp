@@ -33,11 +33,11 @@ bool ReadLines(ChildProcess& process, const ReportedOptions& options, std::vecto
 
 }  // namespace
 
-ReportedEnd RunReported(std::vector<std::string> words, const ReportedOptions& options) {
-    words.emplace_back("--report");
+ReportedEnd RunReported(std::vector<std::string> arguments, const ReportedOptions& options) {
+    arguments.emplace_back("--report");
     ReportedEnd end;
     try {
-        ChildProcess process(words, "", true);
+        ChildProcess process(arguments, "", true);
         // The end of the lines is not yet the end of the process.
         end.how = ReadLines(process, options, end.lines) && process.WaitForExit(options.patience).has_value()
                       ? ReportedEnd::How::Ended

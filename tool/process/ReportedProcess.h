@@ -29,15 +29,15 @@ struct ReportedOptions {
     std::function<void(const std::string& lastLine)> onSilence;
 };
 
-// Runs this program once more, with those words and "--report" with the number of the handle that it is to write its
-// lines to, and waits for it. It has nothing on its standard input, its standard output leads nowhere, and whatever it
-// starts ends with it.
-ReportedEnd RunReported(std::vector<std::string> words, const ReportedOptions& options);
+// Runs this program once more and waits for it. Its arguments are those given, and "--report" with the number of the
+// handle to which it is to write its lines. Its standard input is empty, its standard output leads nowhere, and the
+// processes that it starts end with it.
+ReportedEnd RunReported(std::vector<std::string> arguments, const ReportedOptions& options);
 
-// In that process: writes the lines.
+// Writes the lines of a process that RunReported has started, in that process.
 class ReportWriter {
 public:
-    // `number` is what --report says.
+    // `number` is the value of "--report".
     explicit ReportWriter(uint64_t number);
     // Writes one line, without its end. Any thread.
     void Write(const std::string& line) const;

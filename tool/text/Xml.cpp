@@ -2,7 +2,7 @@
 
 namespace tool {
 
-std::string Xml(std::string_view text) {
+std::string EscapeXml(std::string_view text) {
     std::string escaped;
     for (const char character : text) {
         switch (character) {

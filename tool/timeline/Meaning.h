@@ -1,4 +1,4 @@
-// What the names and answers in the checking bridge's record mean.
+// The meaning of the names and answers in the checking bridge's record.
 #pragma once
 
 #include <nlohmann/json.hpp>
@@ -9,19 +9,19 @@ namespace tool {
 
 enum class Kind : unsigned char { Call, Callback, LogLine, AgentChange, Refusal, Finding, Note, Other };
 
-// As it is called in what is written for machines.
+// Its name in JSON.
 const char* NameOf(Kind kind);
 
-// A name that is not known is a call's.
+// Kind::Call for a name that is not known.
 Kind KindOfSpan(std::string_view name);
 Kind KindOfInstant(std::string_view name, const nlohmann::ordered_json& arguments);
 
 // Why a call of that name with that answer counts as failed, as docs/STATUS_NUMBERS.md has it; empty when it does not.
-// `answers` is what stands at the call's end: an object, or null.
+// `answers` is the object of the event that ends the call, or null.
 std::string FailureOfSpan(std::string_view name, const nlohmann::ordered_json& answers);
 std::string FailureOfInstant(std::string_view name, const nlohmann::ordered_json& arguments);
 
-// What a rule of the checking bridge says, in whole sentences; empty for a name that is no rule's.
+// The message of a rule of the checking bridge, in whole sentences; empty for a name that is no rule's.
 std::string MessageOfRule(const std::string& name);
 
 }  // namespace tool

@@ -4,7 +4,7 @@
 
 namespace tool {
 
-// What stands in tool/timeline/page, as one page; the build puts it into the program.
+// The files of tool/timeline/page as one page, without a record in it; the build puts it into the program.
 std::string_view PageWithoutRecord();
 
 }  // namespace tool

@@ -37,7 +37,7 @@ public:
     }
 
 private:
-    // What the trace says of its threads has no time.
+    // Takes the names of threads out of the trace: their events have no time.
     void TakeNames() {
         for (const TraceEvent& event : trace.events) {
             if (event.phase == 'M' && event.name == "thread_name" && event.arguments.contains("name") &&
@@ -87,8 +87,8 @@ private:
         return record.events.size() - 1;
     }
 
-    // Of the innermost span of that name; the spans inside it have lost their ends. Without such a span it began before
-    // the record.
+    // Ends the innermost span of that name; the spans inside it have lost their ends. Without such a span, the span
+    // began before the record.
     void End(TraceEvent& event, double time) {
         std::vector<size_t>& stack = open[ThreadOf(event)];
         const auto found = std::find_if(stack.rbegin(), stack.rend(), [&](size_t index) {

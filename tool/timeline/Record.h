@@ -34,7 +34,7 @@ struct RecordEvent {
     std::optional<size_t> around;    // the innermost span around it: an index
 };
 
-// What a trace tells: its spans and instants by their begin, those of one time from the outer to the inner.
+// The spans and instants of a trace, ordered by their begin; those of one time from the outer to the inner.
 struct Record {
     std::vector<RecordThread> threads;  // in the order of their first events
     std::vector<RecordEvent> events;

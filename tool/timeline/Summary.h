@@ -7,7 +7,7 @@
 
 namespace tool {
 
-// What is worth looking at in a record: indices of its events.
+// The events of a record that are worth a look, as indices.
 struct Summary {
     std::vector<size_t> findings;  // of the checking bridge, in the order of time
     std::vector<size_t> notes;     // of the checking bridge: of the machine, no findings
@@ -23,7 +23,7 @@ std::string SummaryForMachines(const Record& record, const Summary& summary);
 // Such as "12 events of 2 threads in 17.3 ms; 1 finding, 2 failed calls".
 std::string SummaryLine(const Record& record, const Summary& summary);
 
-// Which rule, of which product, and where.
+// The finding's rule, product and place.
 std::string FindingText(const Record& record, const RecordEvent& finding);
 
 }  // namespace tool

@@ -48,7 +48,7 @@ private:
         throw std::runtime_error(fmt::format("line {}, column {}: {}", LineOf(place), column, reason));
     }
 
-    // What a crash of the machine leaves may be zeros.
+    // Zeros count as blanks: a crash of the machine may leave some.
     void SkipBlanks(std::string_view more) {
         while (at < text.size() && (text[at] == '\0' || std::string_view(" \t\r\n").find(text[at]) != none ||
                                     more.find(text[at]) != none)) {
@@ -153,7 +153,7 @@ private:
         return none;
     }
 
-    // What stands in brackets in front of the message is the library's own number.
+    // The message without the JSON library's own number, which stands in brackets in front.
     static std::string ReasonOf(std::string_view message) {
         const size_t end = message.find("] ");
         return std::string("the event is no JSON: ").append(end == none ? message : message.substr(end + 2));

@@ -10,7 +10,7 @@
 
 namespace tool {
 
-// What stands in a file of the Trace Event format.
+// The content of a file of the Trace Event format.
 struct Trace {
     std::vector<TraceEvent> events;  // in the order of the file
     bool isComplete = false;         // whether the file has its end: one that a crash has cut has none

@@ -1,5 +1,5 @@
 /// @file
-/// What the C++ layer throws.
+/// The exception of the C++ layer.
 #pragma once
 
 #include <cstdint>
@@ -9,7 +9,7 @@
 
 namespace vsmsgbus {
 
-/// Something could not be done.
+/// An operation of the layer that failed.
 class Error : public std::exception {
 public:
     /// @param doing   what was being done, as in "entering the bridge"
@@ -30,9 +30,9 @@ public:
     const char* what() const noexcept override { return text.c_str(); }
     /// The agent's or the bridge's code; 0 when it is not told.
     int32_t Code() const noexcept { return failureCode; }
-    /// What was being done.
+    /// The operation, as in "entering the bridge".
     const std::string& Doing() const noexcept { return whatWasDone; }
-    /// What helps; empty when nothing is known.
+    /// A sentence that says what helps; empty when nothing is known.
     const std::string& Remedy() const noexcept { return whatHelps; }
 
 private:

@@ -26,7 +26,7 @@ inline std::optional<std::wstring> Read(VsMsgbusInformation index) {
 inline std::optional<std::wstring> AgentMode() {
     return Read(VsMsgbusInformationAgentMode);
 }
-/// "GUID": who the agent is
+/// "GUID": the agent's identity
 inline std::optional<std::wstring> Guid() {
     return Read(VsMsgbusInformationGUID);
 }

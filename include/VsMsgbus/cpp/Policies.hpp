@@ -21,7 +21,7 @@ namespace vsmsgbus {
 /// VsKitMsgbus::INYEnforcePolicy::IPolicyBag::EnumeratePolicies.
 class Policies {
 public:
-    /// What the bridge hands over.
+    /// The bag that the bridge hands over.
     using Bag = VsKitMsgbus::INYEnforcePolicy::IPolicyBag;
 
     /// For the layer alone.

@@ -21,7 +21,7 @@ namespace vsmsgbus {
 /// one at a time in a process, never in DllMain. An object may be moved, and may end, while handlers run.
 ///
 /// An id is one product's at a time. Within a module a second product of the id is refused. Across the modules of a
-/// process nobody refuses it, because this layer is compiled into each of them: there the handlers of the first product
+/// process it is not refused, because each of them has a copy of this layer: there the handlers of the first product
 /// stay those that are called for a service of both, and the product that leaves first takes the other one out of the
 /// bridge and, for its own services, the other one's handlers away. Give each module ids of its own.
 class Product {

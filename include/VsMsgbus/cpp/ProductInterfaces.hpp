@@ -18,10 +18,10 @@
 
 namespace vsmsgbus::detail {
 
-/// What the agent is answered of an update by a product without a callback.
+/// The result of an update that the agent gets for a product without a callback.
 inline constexpr int32_t noUpdateHandler = 2;
 
-/// What all interfaces of a product share, and what they keep alive while a callback of theirs runs.
+/// The parts that all interfaces of a product share. A callback that runs keeps them alive.
 struct ProductParts;
 
 /// While it lives, a callback of the product runs, and what the callback uses stays.

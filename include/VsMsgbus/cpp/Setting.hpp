@@ -16,8 +16,8 @@ class KeptSettings;
 
 }  // namespace detail
 
-/// A text of a policy: zero-terminated wide text that somebody else keeps, or none. Its length is counted when it is
-/// asked for.
+/// A text of a policy: zero-terminated wide text that is kept elsewhere, or none. Its length is counted
+/// when it is asked for.
 class PolicyText {
 public:
     /// None.

@@ -33,7 +33,7 @@ public:
     TaskRunner(const TaskRunner&) = delete;
     TaskRunner& operator=(const TaskRunner&) = delete;
 
-    /// What ExecuteTask answers.
+    /// The body of ExecuteTask.
     int32_t Execute(const wchar_t* taskId, VsKitMsgbus::INYTaskEnforcer::ITaskBag& bag) {
         JoinEnded();
         const RunPointer run = Begin(taskId);
@@ -54,7 +54,7 @@ public:
         return static_cast<int32_t>(outcome.Result());
     }
 
-    /// What UpdateTaskStatus answers.
+    /// The body of UpdateTaskStatus.
     int32_t Status(const wchar_t* taskId) {
         const std::lock_guard guard(mutex);
         for (const RunPointer& run : runs) {
@@ -92,9 +92,9 @@ public:
         }
     }
 
-    /// For a product that has left: nothing is reported any more. The same, and then for the threads of the work that
-    /// has ended. False when some goes on, or when the calling thread is one of them: no thread waits for those any
-    /// more.
+    /// For a product that has left: nothing is reported any more. Waits in the same way, and then for the threads of the
+    /// work that has ended. False when some goes on, or when the calling thread is one of them: its threads are then
+    /// left to end by themselves.
     bool WaitForAll(std::chrono::steady_clock::time_point latest) {
         {
             const std::lock_guard guard(mutex);

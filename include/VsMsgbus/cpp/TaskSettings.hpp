@@ -22,9 +22,9 @@ namespace vsmsgbus {
 template <class T>
 class TaskSetting {
 public:
-    /// One that is absent.
+    /// Makes an absent setting.
     TaskSetting() = default;
-    /// One that is there; malformed ones have a value of no meaning.
+    /// Makes a setting that is there. The value of a malformed one has no meaning.
     TaskSetting(std::wstring settingText, bool isWellFormed, T settingValue)
         : text(std::move(settingText)), value(std::move(settingValue)), state(isWellFormed ? Found : Malformed) {}
 
@@ -102,7 +102,7 @@ private:
 /// the agent anew.
 class TaskSettings {
 public:
-    /// What the bridge hands over.
+    /// The bag that the bridge hands over.
     using Bag = VsKitMsgbus::INYTaskEnforcer::ITaskBag;
 
     /// For the layer alone.

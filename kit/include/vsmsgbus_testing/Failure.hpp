@@ -1,5 +1,5 @@
 /// @file
-/// What vsmsgbus_testing.hpp throws, and how long it waits.
+/// The exception that vsmsgbus_testing.hpp throws, and the time that it waits.
 #pragma once
 
 #include <chrono>
@@ -8,8 +8,8 @@
 
 namespace vsmsgbus::testing {
 
-/// Something did not happen, or could not be done. Its what() is one line of UTF-8: what was to be, and what was there
-/// instead.
+/// An expectation was not met, or an operation failed. The text of what() is one line of UTF-8: what was to be, and
+/// what was there instead.
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

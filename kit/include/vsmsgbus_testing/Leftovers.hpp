@@ -1,5 +1,5 @@
 /// @file
-/// What is left of the agent's when a module has gone.
+/// Handles and registrations of the agent's that a module has left behind.
 #pragma once
 
 #include <string>
@@ -39,9 +39,9 @@ inline std::string DescribeHandles() {
 
 }  // namespace detail
 
-/// What of the agent's is alive or was misused, as a text; empty when there is nothing: products that are registered,
-/// clients that have started, handles that nobody released, tasks that are lent to a callback, and what was done with
-/// handles after their end. Misuses are counted from the beginning of the Machine.
+/// A text about everything of the agent's that is left: products that are registered, clients that have started,
+/// handles that were not released, tasks that are lent to a callback, and uses of handles after their end. Empty when
+/// there is nothing. Misuses are counted from the beginning of the Machine.
 inline std::string WhatIsLeft() {
     std::string left;
     const auto add = [&](const std::string& text) { left += (left.empty() ? "" : "; ") + text; };

@@ -91,7 +91,7 @@ public:
                 Describe(product));
         }
     }
-    /// What the product is registered for, which others are registered, and what is known of the agent.
+    /// A text about the product's registrations, the other products' and the agent.
     std::string Describe(const std::string& product) const {
         return detail::DescribeProduct(product) + "; " + detail::DescribeOtherProducts(product) + "; " + agent + ", " +
                detail::Counted(ny_sim_started_clients(), "client has", "clients have") + " started";
@@ -294,7 +294,8 @@ private:
         return WaitUntil(std::min(limit, patience), isMet);
     }
 
-    // Nobody says when a registration or a handle ends: looks again after each call of the agent, and now and then.
+    // Asks `isMet` again after each call of the agent and every few milliseconds, because the end of a registration or
+    // of a handle is not announced.
     static bool WaitUntil(std::chrono::milliseconds limit, const std::function<bool()>& isMet) {
         constexpr uint32_t pause = 5;
         const auto latest = std::chrono::steady_clock::now() + limit;

@@ -1,5 +1,5 @@
 /// @file
-/// What a product answered when it was asked for its properties.
+/// A product's answer to a request for its properties.
 #pragma once
 
 #include <string>
@@ -28,7 +28,7 @@ struct Property {
 /// All properties of one answer, in the product's order: a range of Property.
 class PropertyList {
 public:
-    /// What it consists of.
+    /// The type of the elements.
     using value_type = Property;
     /// Its properties cannot be changed.
     using const_iterator = std::vector<Property>::const_iterator;

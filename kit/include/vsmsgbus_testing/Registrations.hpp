@@ -1,5 +1,5 @@
 /// @file
-/// Which products are registered with the agent, and for what.
+/// The products that are registered with the agent, and their services.
 #pragma once
 
 #include <string>
@@ -9,7 +9,7 @@
 
 namespace vsmsgbus::testing {
 
-/// What the agent may call a product for.
+/// The services for which the agent may call a product.
 enum class Service {
     Properties,  ///< its properties are asked for
     Policies,    ///< it is notified of policies

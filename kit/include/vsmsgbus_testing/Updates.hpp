@@ -1,5 +1,5 @@
 /// @file
-/// What the agent's updater tells and asks a product.
+/// The questions and notices of the agent's updater to a product.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What a product registers with a client of the agent: its functions, and the data that they are called with.
+// The registrations of a product with a client of the agent: its functions, and the data that they are called with.
 #pragma once
 
 #include <string>

@@ -14,7 +14,7 @@ namespace simulator {
 // Has no state: only its handle is used.
 struct MessageBus {};
 
-// What the agent uses of what a client was told by its setters.
+// The settings of a client that the agent uses; the client's setters change them.
 struct ClientSettings {
     LogCallback logCallback;
     ny_msgbus_t* bus = nullptr;

@@ -1,4 +1,4 @@
-// What every register function of the agent ends with.
+// The last call of every register function of the agent.
 #pragma once
 
 #include <memory>
@@ -14,8 +14,8 @@ using AnyRegistration =
                  RegistrationTable<TaskHandler>::Pointer, RegistrationTable<UpdaterCallbacks>::Pointer,
                  RegistrationTable<LogCallback>::Pointer>;
 
-// Told by a register function when the client has the registration, before the function returns. Defined in hostility/,
-// which knows the services; the services do not know hostility/.
+// A register function calls this when the client has the registration, before it returns. Defined in hostility/, which
+// knows the services; the services do not know hostility/.
 void OnRegistered(const std::shared_ptr<Client>& client, const AnyRegistration& registration);
 
 }  // namespace simulator

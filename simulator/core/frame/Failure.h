@@ -1,4 +1,4 @@
-// What a body of an agent function or of a control function throws in order to end with a code.
+// The exceptions by which the body of an agent function or of a control function ends with a code.
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,4 @@
-// What is known of the calls of agent functions, and what tests have said about them.
+// The record of calls of agent functions, and the faults, hooks and checks that tests set for them.
 #pragma once
 
 #include "simulator/core/frame/CallRecord.h"

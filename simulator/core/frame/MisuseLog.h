@@ -1,4 +1,4 @@
-// What users of the agent did that they must not: dead handles, calls with a lock held.
+// Counts misuses of the agent: dead handles used, calls made with a lock held.
 #pragma once
 
 #include <cstddef>

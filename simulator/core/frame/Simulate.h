@@ -1,4 +1,4 @@
-// What every agent function goes through.
+// The frame of every agent function.
 #pragma once
 
 #include <cstdint>

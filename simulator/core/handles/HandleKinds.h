@@ -1,4 +1,4 @@
-// Which object stands behind which of the agent's handle types.
+// The agent's handle types, each with the type of the object behind it.
 #pragma once
 
 #include "ny_simulator.h"
@@ -37,7 +37,7 @@ enum class HandleKind : int32_t {
     UpdaterEvent = 1001,
 };
 
-// For a person to read.
+// The kind's name, for a person to read.
 const char* NameOf(HandleKind kind);
 
 template <class ObjectType, HandleKind handleKind>

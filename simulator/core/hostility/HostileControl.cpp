@@ -1,4 +1,4 @@
-// Control functions: what no agent should do.
+// Control functions: they have the agent do what no agent should.
 #include "ny_simulator.h"
 #include "simulator/core/frame/Guarded.h"
 #include "simulator/core/hostility/Hostility.h"

@@ -1,4 +1,4 @@
-// What a hostile agent does beyond its contract.
+// The ways in which a hostile agent breaks its contract.
 #pragma once
 
 #include "simulator/core/hostility/RegisterCalls.h"

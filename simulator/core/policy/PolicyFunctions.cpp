@@ -1,4 +1,4 @@
-// What a product does to be told of its policies.
+// Agent functions by which a product registers for policy notifications and asks for one.
 #include "simulator/core/client/Client.h"
 #include "simulator/core/client/OnRegistered.h"
 #include "simulator/core/frame/Simulate.h"

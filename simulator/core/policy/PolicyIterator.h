@@ -33,7 +33,8 @@ private:
     Handle* handle = nullptr;
 };
 
-// Used by one thread at a time. Next throws Failure with NY_ITERATOR_END after the last item, at every call.
+// The base of the three. Each is used by one thread at a time, and has a Next that throws Failure with NY_ITERATOR_END
+// after the last item, at every call.
 class PolicyIterator {
 public:
     virtual ~PolicyIterator() = default;
@@ -67,7 +68,7 @@ private:
 
 class SettingIterator final : public PolicyIterator {
 public:
-    // Of the first section of that name; throws Failure when the policy has none.
+    // Walks the first section of that name. Throws Failure when the policy has none.
     SettingIterator(PolicyPointer walkedPolicy, const char* name);
     std::pair<const char*, ny_variant_t*> Next();
 

@@ -12,7 +12,7 @@ namespace simulator {
 class PolicyStore {
 public:
     void Replace(std::vector<PolicyPointer> replacement);
-    // Those of the product and of that user, or of the machine when there is no user, in their order.
+    // The policies of the product for that user, or for the machine when there is no user, in their order.
     std::vector<PolicyPointer> Find(const std::string& softwareId, const PolicyText& user) const;
 
 private:

@@ -1,4 +1,4 @@
-// What a product fills with its properties during one request.
+// The bag that a product fills with its properties during one request.
 #pragma once
 
 #include <mutex>

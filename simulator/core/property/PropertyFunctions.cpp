@@ -1,4 +1,4 @@
-// What a product does to give the agent its properties.
+// Agent functions by which a product gives the agent its properties.
 #include "simulator/core/client/Client.h"
 #include "simulator/core/client/OnRegistered.h"
 #include "simulator/core/frame/Simulate.h"

@@ -45,14 +45,14 @@ size_t Scheduler::ReportCount() const {
 
 std::optional<ny_sim_task_report_t> Scheduler::ReportAt(size_t index) const {
     const std::lock_guard lock(mutex);
-    return index < reports.size() ? std::optional(Show(reports[index])) : std::nullopt;
+    return index < reports.size() ? std::optional(ForCaller(reports[index])) : std::nullopt;
 }
 
 std::optional<ny_sim_task_report_t> Scheduler::LastReportOf(std::string_view taskId) const {
     const std::lock_guard lock(mutex);
     const auto found = std::find_if(reports.rbegin(), reports.rend(),
                                     [taskId](const Report& report) { return report.taskId == taskId; });
-    return found == reports.rend() ? std::nullopt : std::optional(Show(*found));
+    return found == reports.rend() ? std::nullopt : std::optional(ForCaller(*found));
 }
 
 bool Scheduler::WaitForReports(size_t count, std::chrono::milliseconds time) const {
@@ -65,7 +65,7 @@ void Scheduler::ClearReports() {
     reports.clear();
 }
 
-ny_sim_task_report_t Scheduler::Show(const Report& report) {
+ny_sim_task_report_t Scheduler::ForCaller(const Report& report) {
     ny_sim_task_report_t shown = report.report;
     shown.taskId = report.taskId.c_str();
     return shown;

@@ -1,4 +1,4 @@
-// The agent's scheduler: the tasks that there are, and what was reported about them.
+// The agent's scheduler: its tasks, and the reports that products made about them.
 #pragma once
 
 #include <chrono>
@@ -24,6 +24,7 @@ public:
     // Notes the calling thread's report.
     void AddReport(const char* taskId, int32_t status);
     size_t ReportCount() const;
+    // Nothing when there is no such report. The report's taskId stays valid until ClearReports.
     std::optional<ny_sim_task_report_t> ReportAt(size_t index) const;
     std::optional<ny_sim_task_report_t> LastReportOf(std::string_view taskId) const;
     bool WaitForReports(size_t count, std::chrono::milliseconds time) const;
@@ -35,7 +36,8 @@ private:
         ny_sim_task_report_t report;
     };
 
-    static ny_sim_task_report_t Show(const Report& report);
+    // The report for a caller of the control functions, with its taskId.
+    static ny_sim_task_report_t ForCaller(const Report& report);
 
     mutable std::mutex mutex;
     mutable std::condition_variable reported;

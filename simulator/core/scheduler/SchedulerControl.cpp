@@ -27,6 +27,7 @@ TaskRequest::Callback CallbackOf(ny_sim_task_operation operation) {
     throw Failure{NY_INVALID_ARGUMENT};
 }
 
+// A registration for the task's own type comes before one for all types, also when another client has it.
 std::shared_ptr<TaskRequest> MakeRequest(const TaskPointer& task, TaskRequest::Callback callback) {
     const auto clients = TheClients().All();
     const char* const type = task->type ? task->type->c_str() : nullptr;

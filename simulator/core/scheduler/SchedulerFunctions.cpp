@@ -1,4 +1,4 @@
-// What a product does to be given its tasks.
+// Agent functions by which a product is given its tasks and reports on them.
 #include "simulator/core/client/Client.h"
 #include "simulator/core/client/OnRegistered.h"
 #include "simulator/core/frame/Simulate.h"

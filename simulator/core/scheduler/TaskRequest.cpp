@@ -15,6 +15,7 @@ TaskRequest::TaskRequest(std::shared_ptr<Client> askedClient, Handler askedHandl
       callback(askedCallback) {}
 
 void TaskRequest::Run() noexcept {
+    // Guarded answers NY_OK or the code of a Failure: the product's code is thrown as one.
     answer = Guarded("task request", [this] {
         if (const int32_t code = Ask(); code != NY_OK) {
             throw Failure{code};

@@ -1,4 +1,4 @@
-// What the agent knows of itself.
+// The values that the agent gives for its information keys.
 #pragma once
 
 #include <map>

@@ -1,4 +1,4 @@
-// What the agent does for products: crypto and information.
+// Agent functions for crypto and information.
 #include <atomic>
 #include <mutex>
 #include <string_view>

@@ -1,4 +1,4 @@
-// Which threads are inside a callback.
+// The threads that are inside a callback.
 #pragma once
 
 #include <condition_variable>

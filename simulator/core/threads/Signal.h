@@ -1,4 +1,4 @@
-// Something that happens once and can be waited for.
+// An event that happens once and that threads can wait for.
 #pragma once
 
 #include <chrono>

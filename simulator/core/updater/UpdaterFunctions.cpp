@@ -1,4 +1,4 @@
-// What a product does to hear of updates.
+// Agent functions by which a product registers for updates.
 #include "simulator/core/client/Client.h"
 #include "simulator/core/client/OnRegistered.h"
 #include "simulator/core/frame/Simulate.h"

@@ -27,7 +27,7 @@ public:
     // The rest may only be asked for once the request was answered.
     int32_t Answer() const { return answer; }
     int32_t Result() const { return result; }
-    // What the product gave for its information.
+    // The value that the product gave for its information; none when it gave none.
     const std::optional<std::string>& Value() const { return value; }
 
 private:

@@ -19,8 +19,8 @@ constexpr bool IsLowSurrogate(char32_t unit) {
     return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-// What the first byte of a character in UTF-8 says: how many bytes follow, and the bounds of the first of them. These
-// bounds rule out overlong forms, surrogates and numbers beyond the last character.
+// A first byte of a character in UTF-8: how many bytes follow it, and the bounds of the first of those. The bounds rule
+// out overlong forms, surrogates and numbers beyond the last character.
 struct Lead {
     size_t following = 0;
     char32_t bits = replacement;

@@ -63,7 +63,8 @@ TEST_F(AgentUseTest, NeedAStartedClient) {
     EXPECT_EQ(use.Client(), client->clientHandler.load());
 }
 
-// That thread may be what the agent waits for.
+// PatienceWith says how long a callback waits for a thread inside a module's record. That thread may itself be inside
+// the agent, which may be waiting for this callback: hence the limit.
 TEST_F(AgentUseTest, LimitThePatienceWithAThreadThatIsInsideAModule) {
     const DWORD self = ::GetCurrentThreadId();
     EXPECT_EQ(PatienceWith(self), CallGate::withoutLimit);

@@ -126,7 +126,7 @@ TEST_F(ClientChanges, OfAWatcherAreWaitedForByThreadsThatPromiseThem) {
     ChangeClient(*client, ClientChange::Stop);
 }
 
-// It may be waiting for the one that would wait for it.
+// A thread that would wait for the change may be the one that the change waits for.
 TEST_F(ClientChanges, OfAModulesThreadAreNotWaitedFor) {
     whileTold = [this] {
         EXPECT_TRUE(IsChangingClients(::GetCurrentThreadId()));

@@ -20,7 +20,7 @@ struct ClientLines {
         return answer;
     }
 
-    // What Take answers, unlike any code of the bridge's or the agent's.
+    // Take's answer, unlike any code of the bridge's or the agent's.
     static constexpr int32_t answer = 4711;
 };
 

@@ -1,4 +1,4 @@
-// What the install watcher takes for an agent that is there.
+// The registry contents that the install watcher takes for an installed agent.
 #include <cstring>
 #include <string_view>
 

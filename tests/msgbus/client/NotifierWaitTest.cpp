@@ -147,7 +147,7 @@ TEST_F(NotifierWait, EndsAfterAWaitWithoutEndThatTimedOut) {
     End();
 }
 
-TEST_F(NotifierWait, TellsNobodyOfAnAgentWhenThereIsNobody) {
+TEST_F(NotifierWait, FindsTheAgentAndTellsNothingWithoutAStateHandler) {
     client.stateHandler = nullptr;
     WriteVersion("5.7.0");
     ASSERT_EQ(Start(), NY_OK);

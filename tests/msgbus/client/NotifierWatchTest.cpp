@@ -1,4 +1,4 @@
-// What the install watcher's thread makes of changes in the registry.
+// The install watcher's thread and changes in the registry.
 #include "msgbus/client/NotifierFixture.h"
 
 namespace {
@@ -56,7 +56,7 @@ TEST_F(NotifierWatchTest, SaysNothingOfChangesThatLeaveTheVersion) {
     EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1"));
 }
 
-// The second version is written while nobody waits for changes.
+// The second version is written while the watcher's thread waits for no change.
 TEST_F(NotifierWatchTest, SeesTheLastOfTwoUpgradesInARow) {
     WriteVersion("5.7.0");
     StartAndWatch();

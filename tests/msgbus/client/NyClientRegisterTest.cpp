@@ -153,7 +153,7 @@ TEST_F(NyClientRegister, EndsWithTheWatcherAndAStop) {
     EXPECT_EQ(client->notificationUserData.load(), nullptr);
 }
 
-TEST_F(NyClientRegister, EndsSilentlyForWhoWasNotToldOfAStart) {
+TEST_F(NyClientRegister, EndsSilentlyForAPointProductThatWasNotToldOfAStart) {
     environment.Installer().DeleteVersion();
     RegisterAndWatch();
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
@@ -239,7 +239,7 @@ TEST_F(NyClientRegister, TwiceAtATimeIsDoneOnce) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
 }
 
-TEST_F(NyClientRegister, EndsSilentlyForWhoListensNoMore) {
+TEST_F(NyClientRegister, EndsSilentlyWithoutANotificationCallback) {
     RegisterAndWatch();
     client->notification = nullptr;
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);

@@ -1,4 +1,4 @@
-// What the point product is told when the agent comes and goes.
+// The states that the point product is told when the agent comes and goes.
 #include <windows.h>
 
 #include "msgbus/client/NyClientFixture.h"
@@ -25,7 +25,7 @@ TEST_F(NyClientStateTest, StartedIsToldOnce) {
     EXPECT_THAT(AnsweredCalls(), IsEmpty());
 }
 
-TEST_F(NyClientStateTest, StoppedIsNotToldToWhoWasNotToldOfAStart) {
+TEST_F(NyClientStateTest, StoppedIsNotToldToAPointProductThatWasNotToldOfAStart) {
     NotifyState(NyClientStateStopped);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
     EXPECT_NE(client->dispatcher, nullptr);
@@ -157,7 +157,7 @@ TEST_F(NyClientStateTest, WithoutACallbackAreKeptAllTheSame) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(toStart));
 }
 
-TEST_F(NyClientStateTest, OfNoClientIsToldToNobody) {
+TEST_F(NyClientStateTest, OfNoClientIsNotTold) {
     EXPECT_EQ(NyClientNotifyState(nullptr, NyClientStateStarted, this), NY_OK);
     EXPECT_THAT(lines.client.Lines(), IsEmpty());
 }

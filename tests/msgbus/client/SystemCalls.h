@@ -61,7 +61,7 @@ private:
     SystemFunction<decltype(::RegQueryValueExA)> querying{&::RegQueryValueExA, &Query};
 };
 
-// While it lives, nobody is given a reference to a library by an address in it.
+// While it lives, the system refuses a reference to a library by an address in it.
 class NoLibraryReferences {
 private:
     static WINBOOL WINAPI Refuse(DWORD, const char*, HMODULE*) { return FALSE; }

@@ -1,4 +1,4 @@
-// What counts as a version of the agent's: at most 18 characters.
+// Texts that count as a version of the agent's: at most 18 characters.
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
 

@@ -17,7 +17,7 @@ public:
     ~WatchCount() { current = nullptr; }
 
     bool WaitFor(size_t count) const { return asked.WaitForSize(count); }
-    // What was asked for, each time as "<subtree> <filter> <asynchronous>".
+    // The parameters of each request, as "<subtree> <filter> <asynchronous>".
     std::vector<std::string> Asked() const { return asked.Lines(); }
     // From now on asking is answered with this error; 0 lets the system answer.
     void AnswerWith(LSTATUS error) { answer = error; }

@@ -149,7 +149,7 @@ TEST_F(Exit, WithoutAProductOnlyTakesTheSinkAway) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-TEST_F(Exit, WithoutAnythingIsTrue) {
+TEST_F(Exit, WhereNoProductIsInIsTrue) {
     const OnPurpose mistakes{"EXIT-UNKNOWN"};
     EXPECT_TRUE(VsMsgbusExit(nullptr, nullptr));
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", nullptr));

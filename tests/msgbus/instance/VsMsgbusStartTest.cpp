@@ -115,7 +115,7 @@ TEST_F(VsMsgbusAttaching, KeepsTheFirstMaskOfAProduct) {
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
 }
 
-// Who has left must not find itself attached a moment later.
+// A product that has left must not be attached again a moment later.
 TEST_F(VsMsgbusAttaching, OfAStartIsWaitedForByAProductThatGoes) {
     bridge->AddProduct("PRODUCT1000", 0x2000);
     Event isAttaching;
@@ -139,7 +139,7 @@ TEST_F(VsMsgbusAttaching, OfAStartIsWaitedForByAProductThatGoes) {
     starter.join();
 }
 
-// Waiting there would be waiting for itself.
+// The thread of the Start would wait for itself.
 TEST_F(VsMsgbusAttaching, OfAStartIsNotWaitedForOnItsOwnThread) {
     bridge->AddProduct("PRODUCT1000", 0x2000);
     const AgentHook hook(registerProvider, [this] {

@@ -74,7 +74,7 @@ TEST_F(VsMsgbusStop, TellsTheSinkOfARefusalAndGoesOnWithTheNext) {
 }
 
 // There is no product left that the text could be about.
-TEST_F(VsMsgbusStop, TellsNobodyOfARefusalWhenTheLastProductHasLeft) {
+TEST_F(VsMsgbusStop, IsSilentOfARefusalWhenTheLastProductHasLeft) {
     bridge->RemoveProduct("PRODUCT1000");
     Add(IoKindTask).onUnregisterAll = Throwing(77);
     Stop();

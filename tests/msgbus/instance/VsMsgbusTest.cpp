@@ -178,7 +178,7 @@ TEST_F(VsMsgbusCallbacks, SupplyNoPassphrase) {
     EXPECT_EQ(provider.GetPassphrase(nullptr, nullptr), 0);
 }
 
-TEST_F(VsMsgbusCallbacks, DropLinesForNobody) {
+TEST_F(VsMsgbusCallbacks, DropLinesWithoutALogger) {
     bridge->ClientRecord()->logger = nullptr;
     EXPECT_EQ(NyClientLog(Client(), SeverityFailure, "module", "text"), NY_OK);
     EXPECT_THAT(sink.log.Lines(), IsEmpty());

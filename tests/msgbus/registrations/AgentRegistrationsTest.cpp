@@ -1,4 +1,5 @@
-// What a service object has registered with the agent.
+// The registrations of a service object with the agent. The fixture plays the agent: `calls` has what it was asked,
+// `refusals` what it refuses, and `whileInside` what happens during a call.
 #include "msgbus/registrations/AgentRegistrations.h"
 
 #include <gmock/gmock.h>
@@ -62,7 +63,7 @@ TEST_F(AgentRegistrationsTest, AreMadeOncePerProduct) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "add A"));
 }
 
-TEST_F(AgentRegistrationsTest, ThatTheAgentRefusesAreNotKept) {
+TEST_F(AgentRegistrationsTest, AreNotKeptWhenTheAgentRefusesThem) {
     refusals = {{"add a", 77}};
     EXPECT_EQ(Add("a"), 77);
     EXPECT_EQ(Remove("a"), NY_OK);
@@ -82,7 +83,7 @@ TEST_F(AgentRegistrationsTest, EndOncePerProduct) {
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "add a"));
 }
 
-TEST_F(AgentRegistrationsTest, ThatTheAgentDoesNotLetGoOfStay) {
+TEST_F(AgentRegistrationsTest, StayWhenTheAgentRefusesToEndThem) {
     Add("a");
     refusals = {{"remove a", 77}};
     EXPECT_EQ(Remove("a"), 77);
@@ -116,7 +117,7 @@ TEST_F(AgentRegistrationsTest, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsT
 }
 
 // A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
-TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
+TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNoThreadWaits) {
     whileInside["add a"] = [this] {
         std::thread([this] { EXPECT_EQ(Add("a"), NY_OK); }).join();
         EXPECT_EQ(Add("a"), NY_OK);
@@ -152,22 +153,22 @@ TEST_F(AgentRegistrationsTest, OfAProductThatComesBackWhileItIsUnregisteredAreMa
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a"));
 }
 
-// What the agent made of the end is not the answer to who asked for the beginning.
-TEST_F(AgentRegistrationsTest, ThatEndMeanwhileTellWhoMadeThemNothingOfARefusal) {
+// Add tells how the agent answered "add", and not how it answered the "remove" that followed.
+TEST_F(AgentRegistrationsTest, AreAddedAlsoWhenTheAgentRefusesTheEndThatFollowed) {
     refusals = {{"remove a", 77}};
     whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));
 }
 
-TEST_F(AgentRegistrationsTest, ThatAreRefusedWhileTheProductLeavesAreNoMoreAskedFor) {
+TEST_F(AgentRegistrationsTest, AreNotEndedWhenTheAgentRefusedThemWhileTheProductLeft) {
     refusals = {{"add a", 77}};
     whileInside["add a"] = [this] { EXPECT_EQ(Remove("a"), NY_OK); };
     EXPECT_EQ(Add("a"), 77);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a"));
 }
 
-// The agent waits for callbacks, and a callback that enters or leaves the bridge comes here.
+// The agent may wait for a callback that enters or leaves the bridge, which adds and removes registrations.
 TEST_F(AgentRegistrationsTest, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
     Add("a");
     whileInside["remove a"] = [this] { std::thread([this] { Add("b"); }).join(); };
@@ -177,8 +178,8 @@ TEST_F(AgentRegistrationsTest, CanBeMadeAndEndedWhileTheAgentEndsOthers) {
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a", "add b", "remove b"));
 }
 
-// The thread that is in the agent for it ends it.
-TEST_F(AgentRegistrationsTest, ThatAreBeingMadeWhenTheyAreClosedEndAfterwards) {
+// The thread that is making the registration in the agent ends it.
+TEST_F(AgentRegistrationsTest, EndAfterACloseThatComesWhileTheyAreMade) {
     whileInside["add a"] = [this] { std::thread([this] { EXPECT_EQ(Close(), NY_OK); }).join(); };
     EXPECT_EQ(Add("a"), NY_OK);
     EXPECT_THAT(calls.Lines(), ElementsAre("add a", "remove a"));

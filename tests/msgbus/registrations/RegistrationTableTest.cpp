@@ -1,4 +1,4 @@
-// The table of what modules registered: who wins, and what a removal waits for.
+// The table of modules' registrations: the first one of an id wins, and a removal waits for calls on other threads.
 #include "msgbus/registrations/RegistrationTable.h"
 
 #include <gmock/gmock.h>
@@ -191,7 +191,8 @@ TEST_F(RegistrationTableTest, RemovalFromInsideTheCallReturnsAtOnceAndTheRecordL
     EXPECT_EQ(NameOf(L"P"), "second");
 }
 
-// Whoever waits for its turn when the record is removed does not call the module any more, and is not waited for.
+// A thread that waits for its turn when the record is removed does not call the module any more, and Remove does not
+// wait for it.
 TEST_F(RegistrationTableTest, RemovalKeepsOutACallThatWaitsForItsTurn) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
@@ -204,7 +205,7 @@ TEST_F(RegistrationTableTest, RemovalKeepsOutACallThatWaitsForItsTurn) {
     EXPECT_THAT(log.Lines(), ElementsAre("first destroyed"));
 }
 
-TEST_F(RegistrationTableTest, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheAgent) {
+TEST_F(RegistrationTableTest, TurnsAwayACallThatWaitsForAThreadInALongCallOfTheAgent) {
     Set(L"P", "first");
     table.With(L"P", [&](Record&, auto&&) {
         StartWaiting();
@@ -217,7 +218,7 @@ TEST_F(RegistrationTableTest, TurnsAwayWhoWaitsForAThreadThatIsInALongCallOfTheA
     EXPECT_EQ(NameOf(L"P"), "first");
 }
 
-TEST_F(RegistrationTableTest, TurnsNobodyAwayForAThreadOutside) {
+TEST_F(RegistrationTableTest, TurnsNoCallAwayForAThreadOutside) {
     Set(L"P", "first");
     Enter();
     StartWaiting();

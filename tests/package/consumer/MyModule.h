@@ -1,4 +1,4 @@
-// What the module offers its host.
+// The functions that the module offers its host.
 #pragma once
 
 // The agent knows the product by it, letter for letter.

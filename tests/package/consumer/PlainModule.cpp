@@ -18,7 +18,7 @@ public:
     int32_t GetLogLevel() override { return 0; }
 };
 
-// What the bridge and the agent say, of failures above all.
+// Gets the log lines of the bridge and the agent, most of them about failures.
 class Sink final : public VsKitMsgbus::ILogSink {
 public:
     // Your product's log is the place for these lines.

@@ -1,4 +1,4 @@
-// What the module is called through: each operation throws when it was told to.
+// The module's interfaces: each operation throws when the test has told it to.
 #include "Throwing.h"
 #include "VsMsgbus.h"
 #include "loglib/LogLib.h"

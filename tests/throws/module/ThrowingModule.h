@@ -42,7 +42,7 @@ enum class Place : int32_t {
     HealthCheck,
 };
 
-// What is thrown there.
+// The thing that the module throws.
 enum class Thrown : int32_t {
     Number,
     RuntimeError,
@@ -55,10 +55,11 @@ enum class Thrown : int32_t {
     StackOverflow,
 };
 
-// Who catches it.
+// The code that catches it.
 enum class Catcher : int32_t { Bridge, ModuleAroundWalk, ModuleAroundUserWalk };
 
-// What the module does with the bridge that it is linked with. Which product it is for says every id.
+// The module's functions for the test. They use the bridge that the module is linked with; the id says for which
+// product.
 struct ThrowingModule {
     // Registers all that it has and enters for all services; and the way back.
     bool (*enter)(const char* id, const wchar_t* wideId);

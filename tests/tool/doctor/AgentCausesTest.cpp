@@ -169,7 +169,7 @@ TEST_F(AgentCauses, LibraryThatLacksAnExport) {
     EXPECT_THAT(report.Text(), HasSubstr(Library("ny_client.dll").string() +
                                          " does not export ny_property_bag_add_property (code 705): there is no "
                                          "collection of properties"));
-    // What the bridge does without is told, and is no finding.
+    // A missing function that the bridge can do without is told, and is no finding.
     EXPECT_EQ(report.State("ny_msgbus.dll: exports"), "note");
 }
 

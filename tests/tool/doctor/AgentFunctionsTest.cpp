@@ -16,7 +16,7 @@ using tool::doctor::AgentLibraries;
 using tool::doctor::FunctionsOf;
 using tool::doctor::UseOf;
 
-// Those that stand as entry points in the headers of the groups.
+// The functions that stand as entry points in the headers of the groups.
 std::set<std::string> FunctionsThatTheBridgeCalls() {
     std::set<std::string> functions;
     for (const auto& header : std::filesystem::directory_iterator(GROUPS_FOLDER)) {

@@ -1,4 +1,4 @@
-// What the doctor prints for people, and how it is used.
+// The doctor's output for people, and its use.
 #include <filesystem>
 #include <set>
 

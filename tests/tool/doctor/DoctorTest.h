@@ -12,7 +12,7 @@
 #include "support/AgentEnvironment.h"
 #include "tool/RunProgram.h"
 
-// What `vsmsgbus doctor --json` has printed, and how it ended.
+// The output and the exit status of `vsmsgbus doctor --json`.
 class DoctorReport {
 public:
     explicit DoctorReport(ProgramRun programRun)

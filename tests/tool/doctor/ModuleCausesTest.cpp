@@ -12,10 +12,10 @@ namespace {
 
 class ModuleCauses : public DoctorTest {
 protected:
-    DoctorReport ExamineModule(const char* mistake, std::vector<std::string> words = {}) {
+    DoctorReport ExamineModule(const char* mistake, std::vector<std::string> arguments = {}) {
         ::SetEnvironmentVariableA("PLANTED_MODULE", mistake);
-        words.insert(words.begin(), {"--module", (PlantedFolder() / "PlantedModule.dll").string()});
-        return Examine(std::move(words));
+        arguments.insert(arguments.begin(), {"--module", (PlantedFolder() / "PlantedModule.dll").string()});
+        return Examine(std::move(arguments));
     }
 
     // A copy of the module that may be changed.

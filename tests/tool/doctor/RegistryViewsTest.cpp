@@ -1,4 +1,4 @@
-// What stands in the view of the registry where the bridge does not look. Only the machine's own registry has two
+// The agent's key in the view of the registry where the bridge does not look. Only the machine's own registry has two
 // views.
 #include "support/RealRegistry.h"
 #include "tool/doctor/DoctorTest.h"

@@ -1,5 +1,5 @@
-// What judge finds in the sample module, which is nothing, and in modules with one mistake each: see
-// planted/PlantedModule.cpp. The short form has a few of them; with JUDGE_WHOLE in the environment all are judged.
+// Judge finds nothing in the sample module, and the mistake in modules with one each: see planted/PlantedModule.cpp.
+// The short form judges a few of them; with JUDGE_WHOLE in the environment all are judged.
 #include <cstdlib>
 #include <ostream>
 #include <set>
@@ -150,7 +150,7 @@ TEST_F(JudgeTest, TellsWhatItTriedAndHowToTryItAgain) {
                                    HasSubstr("<failure type=\"LEFT-REGISTERED\"")));
     EXPECT_THAT(Read(page), AllOf(HasSubstr("<!DOCTYPE html>"), HasSubstr("agent absent"),
                                   HasSubstr("<b>LEFT-REGISTERED</b>"), HasSubstr("Again: <code>")));
-    // What play says of the same story.
+    // Play says the same of that story.
     const ProgramRun again = RunVsMsgbus({"play", "--checking", Text(stories / "agent absent.json"), Planted()});
     EXPECT_EQ(again.status, 0) << again.output;
     EXPECT_THAT(again.errors, HasSubstr("[LEFT-REGISTERED]"));

@@ -1,4 +1,4 @@
-// What is played, and how it is told.
+// Playing stories, and the output of it.
 #include <set>
 #include <thread>
 
@@ -163,7 +163,7 @@ TEST_F(PlayTest, HasTheCheckingBridgeSayWhatIsWrong) {
     EXPECT_THAT(other.output, HasSubstr("there was to be a finding SET-TWICE, and there is none"));
 }
 
-// What is found when the module is unloaded comes behind the step that wants silence.
+// A finding at the module's unloading comes behind the step "expect no findings".
 TEST_F(PlayTest, WantsSilenceUntilTheProcessHasEnded) {
     Plant("no-remove");
     const ProgramRun run = Play(enter + std::string(R"({"do": "expect no findings"}, {"do": "unload"})"), Planted());

@@ -193,7 +193,7 @@ TEST_F(Timeline, ReadsAFullTraceThatIsBrokenInItsMiddle) {
     EXPECT_EQ(record["events"]["begin"], (json{0, 0, 8000, 9000}));
 }
 
-// What is left of two lines may be JSON, and no event.
+// The remains of two lines that a crash has left may be valid JSON and yet no event.
 TEST_F(Timeline, LeavesOutOneEventThatIsNone) {
     const json summary =
         Summary(R"([{"ph":"X","name":"a","ts":1,"dur":1},{"name":"Wri_value"},{"ph":"X","name":"b","ts":2,"dur":1}])");

@@ -12,7 +12,7 @@ using win32::FaultMode;
 
 namespace {
 
-// What a function fails with, where that is not for want of memory.
+// The error with which the function is made to fail.
 DWORD ErrorOf(std::string_view function) {
     static const std::map<std::string_view, LONG> errors = {{"GetProcAddress", ERROR_PROC_NOT_FOUND},
                                                             {"LoadLibraryExA", ERROR_MOD_NOT_FOUND},
@@ -33,7 +33,8 @@ DWORD ErrorOf(std::string_view function) {
     return static_cast<DWORD>(found != errors.end() ? found->second : ERROR_NOT_ENOUGH_MEMORY);
 }
 
-// What cannot be closed stays open, and there is no second way to close it.
+// Whether the function closes something. When it fails, the handle stays open, because there is no second way to close
+// it.
 bool IsClosing(std::string_view function) {
     return function == "CloseHandle" || function == "RegCloseKey" || function == "FreeLibrary";
 }
@@ -91,7 +92,7 @@ public:
         watcherStart.Wait();
         win32::ClearFaults();
         failures = win32::FailedUses() - failuresBefore;
-        // An Exit may have left the rest to the watcher's thread; nobody else calls these functions in a flow.
+        // An Exit may have left the rest to the watcher's thread; no other code calls these functions in a flow.
         if (LeavesTheRestToTheWatcher(function) && failures != 0) {
             WaitUntil([this] { return OpenThings() == before; });
         }

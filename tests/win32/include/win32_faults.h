@@ -1,4 +1,4 @@
-// What a test asks of the Win32 layer itself: to fail, and what is left open. Any thread.
+// A test's control of the Win32 layer: has functions fail, and counts what is left open. Any thread.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@ namespace win32 {
 
 enum class FaultMode { Once, FromThenOn };
 
-// Whose calls count: everybody's, or those of the watched libraries alone.
+// The calls that count: all, or those of the watched libraries alone.
 enum class Callers { All, Watched };
 
 // Has the function of the layer fail with `error` at its nth use counted from now (1 is the next one). It then does
@@ -29,8 +29,8 @@ size_t FailedUses();
 // The functions that can fail, by index; null behind the last one.
 const char* FunctionAt(size_t index);
 
-// Watches the calls that the code of a loaded library makes itself; beside those watched already. To be called while
-// nobody calls. False when there is no such library, or no room for it.
+// Watches the calls that the code of a loaded library makes itself; beside those watched already. To be called while no
+// other thread calls the layer. False when there is no such library, or no room for it.
 bool WatchLibrary(const char* fileName);
 void UnwatchLibraries();
 // Has no wait or pause of a watched library be longer than that; INFINITE, as at first, takes the limit away. A wait

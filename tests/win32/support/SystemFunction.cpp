@@ -36,7 +36,7 @@ void** FindSlot(std::span<const Elf64_Rela> relocations, const void* function) {
     return nullptr;
 }
 
-// It stays so: the loader may have more to write there.
+// The page stays writable: the loader may have more to write there.
 void MakeWritable(void* place) {
     const auto pageSize = static_cast<uintptr_t>(::sysconf(_SC_PAGESIZE));
     auto* const page = reinterpret_cast<void*>(reinterpret_cast<uintptr_t>(place) / pageSize * pageSize);

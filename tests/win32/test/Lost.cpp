@@ -1,4 +1,4 @@
-// A library that stands where nobody looks for it.
+// A library in a folder in which the loader does not look.
 extern "C" __declspec(dllexport) int LostAnswer() {
     return 42;
 }

@@ -1,4 +1,4 @@
-// Who is told of a change in the registry, and of which.
+// Notifications of changes in the registry.
 #include "RegistryFixture.h"
 
 namespace {

@@ -47,7 +47,7 @@ TEST_F(SlimLock, IsLeftForTheTimeOfASleepAndTakenAgain) {
     other.join();
 }
 
-TEST_F(SlimLock, SleepThatNobodyEndsEndsWithTheTime) {
+TEST_F(SlimLock, SleepWithoutAWakeUpEndsWithTheTime) {
     ::AcquireSRWLockExclusive(&lock);
     EXPECT_FALSE(::SleepConditionVariableSRW(&condition, &lock, 1, 0));
     EXPECT_EQ(::GetLastError(), DWORD{ERROR_TIMEOUT});

@@ -55,7 +55,7 @@ TEST_F(WatchTest, CallsFailWhileOthersDoNot) {
     EXPECT_EQ(win32::FailedUses(), before + 1);
 }
 
-TEST_F(WatchTest, CallsFailFromThenOnUntilNobodyIsWatched) {
+TEST_F(WatchTest, CallsFailFromThenOnUntilNoLibraryIsWatched) {
     ASSERT_TRUE(win32::WatchLibrary("win32_sample.dll"));
     FailCall("SetEvent", 1, 5, FaultMode::FromThenOn, Callers::Watched);
     EXPECT_FALSE(setEvent(event));

@@ -18,7 +18,7 @@ constexpr char keyCheck[] = "the agent's key, 64-bit view";
 constexpr char keyWritersCheck[] = "who may write it";
 constexpr char versionCheck[] = "the agent's version";
 
-// What stands in the view where the bridge does not look.
+// A detail about the value in the 32-bit view, where the bridge does not look; empty when it is not there.
 std::vector<std::string> SeenInOtherView() {
     const RawValue other = ReadRawValue(agentKey, versionValue, KEY_WOW64_32KEY);
     if (!other.IsThere()) {
@@ -33,7 +33,7 @@ std::string Seen(const RawValue& version) {
                        version.size);
 }
 
-// What the bridge makes of the value decides; the value itself says why.
+// The bridge's own reader decides whether the check is good. The raw value gives the reason.
 Check CheckVersion(const bridge::AgentKey& key) {
     const RawValue raw = ReadRawValue(agentKey, versionValue, KEY_WOW64_64KEY);
     bridge::AgentVersion version{};

@@ -132,15 +132,15 @@ private:
     const Options& options;
 };
 
-std::vector<std::string> WordsOf(const std::vector<std::string>& libraries, const Options& options) {
-    std::vector<std::string> words = {"doctor-agent", "--product", options.TrialProduct()};
+std::vector<std::string> ArgumentsOf(const std::vector<std::string>& libraries, const Options& options) {
+    std::vector<std::string> arguments = {"doctor-agent", "--product", options.TrialProduct()};
     if (!options.localMachine.empty()) {
-        words.insert(words.end(), {"--local-machine", options.localMachine});
+        arguments.insert(arguments.end(), {"--local-machine", options.localMachine});
     }
     for (const std::string& library : libraries) {
-        words.insert(words.end(), {"--library", library});
+        arguments.insert(arguments.end(), {"--library", library});
     }
-    return words;
+    return arguments;
 }
 
 }  // namespace
@@ -153,7 +153,7 @@ Checks CheckAgentTrial(const std::vector<std::string>& usableLibraries, const Op
         }
         return checks;
     }
-    return Trial(RunTrial(WordsOf(usableLibraries, options), options.Wait()), options).Make();
+    return Trial(RunTrial(ArgumentsOf(usableLibraries, options), options.Wait()), options).Make();
 }
 
 }  // namespace tool::doctor

@@ -17,13 +17,13 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string InSmallLetters(std::string text) {
+std::string InLowerCase(std::string text) {
     std::transform(text.begin(), text.end(), text.begin(),
                    [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text;
 }
 
-// Names that the system leads to libraries of its own.
+// Whether the name stands for no file: the system maps such names to its own libraries.
 bool IsApiSet(const std::string& name) {
     return name.starts_with("api-ms-") || name.starts_with("ext-ms-");
 }
@@ -63,7 +63,7 @@ public:
 
     std::optional<MissingDependency> LookInto(const fs::path& file) {
         for (const PeImport& import : PeFile(file).Imports()) {
-            const std::string name = InSmallLetters(import.library);
+            const std::string name = InLowerCase(import.library);
             if (import.isDelayed || IsApiSet(name) || !seen.insert(name).second) {
                 continue;
             }

@@ -25,7 +25,7 @@ std::string StepName(const AgentLibrary& library, const char* step) {
     return fmt::format("{}: {}", library.file, step);
 }
 
-// What is missing, by what cannot work without it.
+// The functions that the file lacks, by the part of the bridge that does not work without them.
 struct Lacking {
     explicit Lacking(const PeFile& file, const AgentLibrary& library) {
         const std::vector<std::string> exported = file.Exports();

@@ -7,21 +7,22 @@
 
 namespace tool::doctor {
 
-// Whose file it is that is looked at.
+// The texts and problems for a file of the bridge's, the agent's or the module's.
 struct LibraryFileTexts {
     std::string group;
     std::string prefix;  // of the names of its checks
-    std::string use;     // what there is not without it
+    std::string use;     // the part of the bridge that does not work without the file
     Problem missing;
     Problem isNone;
     Problem ofOtherMachine;
     Problem incomplete;
 };
 
-// The names of its checks, in their order.
+// The names of a file's checks, in their order.
 inline constexpr const char* libraryFileSteps[] = {"there", "machine type", "complete"};
 
-// Adds these checks of a file up to the first bad one. Whether the system can load it if what it needs is there.
+// Adds these checks of a file up to the first bad one. True when the system can load the file, given the libraries that
+// it needs.
 bool CheckLibraryFile(const PeFile& image, const std::string& path, const LibraryFileTexts& texts, Checks& checks);
 
 }  // namespace tool::doctor

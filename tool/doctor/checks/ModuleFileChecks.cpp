@@ -59,8 +59,8 @@ LibraryFileTexts ModuleTexts() {
 
 }  // namespace
 
-std::string ModuleFileResult::OnlyExportWithEnd(std::string_view end) const {
-    const auto matches = [end](const std::string& name) { return name.ends_with(end); };
+std::string ModuleFileResult::OnlyExportEndingIn(std::string_view ending) const {
+    const auto matches = [ending](const std::string& name) { return name.ends_with(ending); };
     const auto found = std::find_if(exports.begin(), exports.end(), matches);
     return std::count_if(exports.begin(), exports.end(), matches) == 1 ? *found : std::string();
 }

@@ -11,12 +11,12 @@ namespace tool::doctor {
 
 struct ModuleFileResult {
     Checks checks;
-    bool isUsable = false;  // it can be loaded as far as its file says
+    bool isUsable = false;  // no check of the file is bad
     std::vector<std::string> exports;
 
-    // The only export with such an end, "Load" or "Unload": by their names, what a host calls to have the module enter
-    // and leave. Empty when there is none or more than one.
-    std::string OnlyExportWithEnd(std::string_view end) const;
+    // The export whose name ends in `ending`: a host calls the one in "Load" to have the module enter, the one in
+    // "Unload" to have it leave. Empty when there is none or more than one.
+    std::string OnlyExportEndingIn(std::string_view ending) const;
 };
 
 // The module's file, and what it needs, above all of the bridge in that folder. Nothing is loaded.

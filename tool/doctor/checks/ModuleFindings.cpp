@@ -15,7 +15,7 @@ namespace {
 using checking::Rule;
 using checking::ServiceText;
 
-// What keeps a module from being asked, in the order in which to look at it.
+// The rules whose breach keeps the agent from asking the module, the first cause first.
 constexpr Rule reasons[] = {Rule::EntryFailed,      Rule::IdUnusable,    Rule::IdDiffers,     Rule::NeverEntered,
                             Rule::MaskEmpty,        Rule::MaskMissing,   Rule::SetNull,       Rule::SetTwice,
                             Rule::InterfaceMissing, Rule::HeadersDiffer, Rule::InterfaceGone, Rule::OnEndedStack};
@@ -76,7 +76,7 @@ Check CheckId(const Record& record, const Options& options) {
                {fmt::format("{}", fmt::join(ids, " and ")), options.product});
 }
 
-// What the checking bridge compares only while the agent runs, and after a while.
+// The rules that the checking bridge looks at only while the agent runs, and after a delay.
 constexpr Rule compared[] = {Rule::MaskMissing, Rule::InterfaceMissing, Rule::NeverEntered};
 
 bool IsCompared(Rule rule) {
@@ -97,7 +97,7 @@ void AddNeverEntered(const Record& record, std::vector<RuleFinding>& findings) {
     }
 }
 
-// The comparisons, from the record: with and without an agent.
+// Compares ids, masks and interfaces of the record, with and without an agent.
 void AddComparisons(const Record& record, std::vector<RuleFinding>& findings) {
     for (const auto& product : record.Products()) {
         const std::string& id = product.first;
@@ -110,7 +110,7 @@ void AddComparisons(const Record& record, std::vector<RuleFinding>& findings) {
     AddNeverEntered(record, findings);
 }
 
-// What is not the module's doing: the trial ends it.
+// Whether the trial causes the finding and not the module: it ends the process without having the module leave.
 bool IsOfTrial(const RuleFinding& finding, bool isLeaving) {
     return !isLeaving && (finding.rule->rule == Rule::ExitMissing || finding.rule->rule == Rule::LeftRegistered);
 }

@@ -35,7 +35,7 @@ Checks NothingReached() {
     return checks;
 }
 
-// What a run of the module has told.
+// The checks of one trial of the module, from the steps that it reported.
 class ModuleTrialResult {
 public:
     ModuleTrialResult(TrialResult trialResult, const Record& trialRecord, const Options& trialOptions)
@@ -128,36 +128,36 @@ private:
     const Options& options;
 };
 
-std::vector<std::string> WordsOf(const Options& options, const fs::path& recordFile, const fs::path& findingsFile) {
-    std::vector<std::string> words = {"doctor-module",
-                                      "--module",
-                                      options.module,
-                                      "--checking",
-                                      Utf8(CheckingBridge()),
-                                      "--record",
-                                      Utf8(recordFile),
-                                      "--findings",
-                                      Utf8(findingsFile),
-                                      "--wait",
-                                      std::to_string(options.waitSeconds)};
+std::vector<std::string> ArgumentsOf(const Options& options, const fs::path& recordFile, const fs::path& findingsFile) {
+    std::vector<std::string> arguments = {"doctor-module",
+                                          "--module",
+                                          options.module,
+                                          "--checking",
+                                          Utf8(CheckingBridge()),
+                                          "--record",
+                                          Utf8(recordFile),
+                                          "--findings",
+                                          Utf8(findingsFile),
+                                          "--wait",
+                                          std::to_string(options.waitSeconds)};
     const auto add = [&](const char* name, const std::string& value) {
         if (!value.empty()) {
-            words.insert(words.end(), {name, value});
+            arguments.insert(arguments.end(), {name, value});
         }
     };
     add("--local-machine", options.localMachine);
     add("--enter", options.enter);
     add("--leave", options.leave);
-    return words;
+    return arguments;
 }
 
 Checks RunModule(const Options& options) {
-    // The trial itself waits as long for the module.
-    constexpr std::chrono::seconds more{2};
+    // The trial waits for the module as long as the options say; its process is given this much more.
+    constexpr std::chrono::seconds margin{2};
     const TemporaryFolder folder;
     const fs::path recordFile = folder.Path() / "record.json";
     const fs::path findingsFile = folder.Path() / "findings.txt";
-    TrialResult result = RunTrial(WordsOf(options, recordFile, findingsFile), options.Wait() + more);
+    TrialResult result = RunTrial(ArgumentsOf(options, recordFile, findingsFile), options.Wait() + margin);
     const Record record(recordFile);
     Checks checks = ModuleTrialResult(std::move(result), record, options).Make();
     if (!record.Products().empty()) {
@@ -184,8 +184,8 @@ Checks CheckModuleTrial(const ModuleFileResult& file, const Options& options) {
         }
     }
     Options complete = options;
-    complete.enter = options.enter.empty() ? file.OnlyExportWithEnd("Load") : options.enter;
-    complete.leave = options.leave.empty() ? file.OnlyExportWithEnd("Unload") : options.leave;
+    complete.enter = options.enter.empty() ? file.OnlyExportEndingIn("Load") : options.enter;
+    complete.leave = options.leave.empty() ? file.OnlyExportEndingIn("Unload") : options.leave;
     return RunModule(complete);
 }
 

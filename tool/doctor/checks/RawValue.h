@@ -6,7 +6,7 @@
 
 namespace tool::doctor {
 
-// A value of HKEY_LOCAL_MACHINE as it stands there, whatever the bridge makes of it.
+// A value of HKEY_LOCAL_MACHINE as it stands there, before the bridge's reading of it.
 struct RawValue {
     LSTATUS keyError = ERROR_SUCCESS;
     LSTATUS error = ERROR_SUCCESS;  // of the value, or of the key when that could not be opened

@@ -10,11 +10,11 @@ namespace tool::doctor {
 struct RuntimePathResult {
     Checks checks;
     // The folder in which the bridge looks for the agent's libraries, in the system's code page, as the bridge has it.
-    // None when it has none, or none that is there.
+    // None when the bridge has no folder, or when the folder is not there.
     std::optional<std::string> folder;
 };
 
-// The runtime path in both views of the registry, its folder, and who may write either.
+// Checks the runtime path in both views of the registry, its folder, and the users who may write either.
 RuntimePathResult CheckRuntimePath();
 
 }  // namespace tool::doctor

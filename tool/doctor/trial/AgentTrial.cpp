@@ -25,7 +25,8 @@ int32_t TakeLogLine(uint32_t severity, const char* module, const char* message, 
     return NY_OK;
 }
 
-// What the agent calls for a product that is gone again in a moment: the bridge answers so what comes too late.
+// The callback for a product that is unregistered again in a moment. The bridge, too, answers so to a call that comes
+// too late.
 template <class... Arguments>
 int32_t AnswerTooLate(Arguments... /*arguments*/) {
     return NY_UNEXPECTED;

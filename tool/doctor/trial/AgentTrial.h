@@ -20,12 +20,12 @@ inline constexpr AgentService agentServices[] = {
     {"updates", "ny_updater_register_callbacks", "ny_updater_unregister_callbacks"},
 };
 
-// How the step is called in which a library is loaded.
+// The name of the step in which a library is loaded.
 std::string LoadingStep(const std::string& library);
 
-// In a process of its own: loads the agent's libraries of those file names as the bridge does, creates a client,
-// registers the product for each service and withdraws it, and lets go of all. Each step has the name of the agent's
-// function, and its answer as its code; NY_FUNCTION_MISSING for one that is not there.
+// Called in a process of its own. Loads the agent's libraries of those file names as the bridge does, creates a client,
+// registers the product for each service and withdraws it, and releases all. Each step has the name of the agent's
+// function and its answer as the code; NY_FUNCTION_MISSING when the function is missing.
 void TryAgent(const std::string& productId, const std::vector<std::string>& libraries, const TrialSteps& steps);
 
 }  // namespace tool::doctor

@@ -8,7 +8,7 @@
 
 namespace tool::doctor {
 
-// What the checking bridge has found, one line of its file.
+// A finding of the checking bridge: one line of its file.
 struct RuleFinding {
     const checking::RuleText* rule;
     std::string product;

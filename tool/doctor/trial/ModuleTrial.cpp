@@ -23,13 +23,14 @@ bool CallWithNothing(FARPROC address) {
     return reinterpret_cast<Function>(reinterpret_cast<void*>(address))(nullptr, nullptr, nullptr, nullptr);
 }
 
-// Its answer; true when there is none to call.
+// The function's answer; true when the module has no such function.
 bool CallFunction(HMODULE module, const std::string& name, const TrialSteps& steps) {
     const FARPROC address = name.empty() ? nullptr : ::GetProcAddress(module, name.c_str());
     return address == nullptr || steps.Make(name, [&] { return CallWithNothing(address) ? 1 : 0; }) != 0;
 }
 
-// Who enters, and registers what, may do so on other threads and in any order. Nobody tells when a module is done.
+// Waits until a product has entered and the record has not grown for a second: a module may enter and register on any
+// thread and in any order, and does not say when it is done.
 bool WaitForEntry(const ModuleTrialOptions& options) {
     constexpr milliseconds pause{50};
     constexpr milliseconds quiet{1000};
@@ -52,7 +53,7 @@ bool WaitForEntry(const ModuleTrialOptions& options) {
 }
 
 void SetUpChecks(const ModuleTrialOptions& options) {
-    // Enough for what a module does until it has entered; it is read again and again.
+    // In bytes: enough for a module's entering, and small because the record is read again and again.
     ::SetEnvironmentVariableW(L"VSMSGBUS_TRACE_LIMIT", L"1048576");
     ::SetEnvironmentVariableW(L"VSMSGBUS_TRACE", options.record.c_str());
     ::SetEnvironmentVariableW(L"VSMSGBUS_CHECK_FILE", options.findings.c_str());
@@ -65,7 +66,8 @@ void SetUpChecks(const ModuleTrialOptions& options) {
 void TryModule(const ModuleTrialOptions& options, const TrialSteps& steps) {
     SetUpChecks(options);
     HMODULE library = nullptr;
-    // What it needs stands beside this program; a module then finds it loaded, wherever it would look for its own.
+    // The libraries that the bridge needs stand beside this program. The module then uses this bridge, because it is
+    // loaded already, and not one that it would find elsewhere.
     if (steps.Make(loadingBridgeStep, [&] { return Load(options.checkingBridge, 0, library); }) != ERROR_SUCCESS) {
         return;
     }
@@ -73,7 +75,7 @@ void TryModule(const ModuleTrialOptions& options, const TrialSteps& steps) {
         ERROR_SUCCESS) {
         return;
     }
-    // Without an Entry, nobody comes after a failure.
+    // After a failure without an Entry no product will enter.
     if (CallFunction(library, options.enter, steps) || !Record(options.record).Products().empty()) {
         steps.Make(waitingStep, [&] { return WaitForEntry(options) ? 1 : 0; });
     }

@@ -23,8 +23,8 @@ inline constexpr char loadingBridgeStep[] = "the loading of the checking bridge"
 inline constexpr char loadingModuleStep[] = "the loading of the module";
 inline constexpr char waitingStep[] = "the module's VsMsgbusEntry";
 
-// In a process of its own: loads the checking bridge in the place of the shipped one, then the module, has it enter and
-// leave, and waits in between until it has entered and done no more for a while.
+// Called in a process of its own. Loads the checking bridge in the place of the shipped one, then the module, and has
+// the module enter and leave. In between it waits until the module has entered and has done nothing for a while.
 void TryModule(const ModuleTrialOptions& options, const TrialSteps& steps);
 
 }  // namespace tool::doctor

@@ -10,7 +10,8 @@
 
 namespace tool::doctor {
 
-// What the record of the checking bridge says of a module: see docs/CHECKS.md. It is read while it is written, too.
+// The checking bridge's record of a module (docs/CHECKS.md), read for the products that enter and what they register.
+// The file may be read while it is still written.
 class Record {
 public:
     explicit Record(const std::filesystem::path& file);
@@ -20,7 +21,7 @@ public:
         bool answer = true;  // of its last Entry; true for one that has not returned
         bool hasLeft = false;
     };
-    // Those that have called VsMsgbusEntry, by id.
+    // The products that have called VsMsgbusEntry, by id.
     const std::map<std::string, Product>& Products() const { return products; }
     // The ids under which something is or was registered, by the name of the function that registers it.
     const std::map<std::string, std::set<std::string>>& Registered() const { return registered; }

@@ -17,9 +17,9 @@ namespace tool::doctor {
 
 namespace {
 
-// What the parent says on the command line.
-struct TrialWords {
-    uint64_t report = 0;
+// The arguments that the doctor gives to the process of a trial.
+struct TrialArguments {
+    uint64_t report = 0;  // the number of the handle to which the process writes its lines
     std::string localMachine;
     std::string product;
     std::vector<std::string> libraries;
@@ -32,47 +32,47 @@ struct TrialWords {
     unsigned wait = 0;
 };
 
-CLI::App& AddHidden(CLI::App& program, const char* name, TrialWords& words) {
+CLI::App& AddHiddenCommand(CLI::App& program, const char* name, TrialArguments& arguments) {
     CLI::App& command = *program.add_subcommand(name)->group("");
-    command.add_option("--report", words.report)->required();
-    command.add_option("--local-machine", words.localMachine);
+    command.add_option("--report", arguments.report)->required();
+    command.add_option("--local-machine", arguments.localMachine);
     return command;
 }
 
-// Nobody is there to press a button when something crashes or is missing.
+// Keeps the system from showing boxes for crashes and missing libraries, because no user would close them.
 void ShowNoErrorBoxes() {
     ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX | SEM_NOOPENFILEERRORBOX);
 }
 
 void AddAgentTrial(CLI::App& program) {
-    const auto words = std::make_shared<TrialWords>();
-    CLI::App& command = AddHidden(program, "doctor-agent", *words);
-    command.add_option("--product", words->product);
-    command.add_option("--library", words->libraries);
-    command.callback([words] {
+    const auto arguments = std::make_shared<TrialArguments>();
+    CLI::App& command = AddHiddenCommand(program, "doctor-agent", *arguments);
+    command.add_option("--product", arguments->product);
+    command.add_option("--library", arguments->libraries);
+    command.callback([arguments] {
         ShowNoErrorBoxes();
-        const ReportWriter writer(words->report);
-        const LocalMachine localMachine(words->localMachine);
-        TryAgent(words->product, words->libraries, TrialSteps(writer));
+        const ReportWriter writer(arguments->report);
+        const LocalMachine localMachine(arguments->localMachine);
+        TryAgent(arguments->product, arguments->libraries, TrialSteps(writer));
     });
 }
 
 void AddModuleTrial(CLI::App& program) {
-    const auto words = std::make_shared<TrialWords>();
-    CLI::App& command = AddHidden(program, "doctor-module", *words);
-    command.add_option("--module", words->module);
-    command.add_option("--checking", words->checking);
-    command.add_option("--record", words->record);
-    command.add_option("--findings", words->findings);
-    command.add_option("--enter", words->enter);
-    command.add_option("--leave", words->leave);
-    command.add_option("--wait", words->wait);
-    command.callback([words] {
+    const auto arguments = std::make_shared<TrialArguments>();
+    CLI::App& command = AddHiddenCommand(program, "doctor-module", *arguments);
+    command.add_option("--module", arguments->module);
+    command.add_option("--checking", arguments->checking);
+    command.add_option("--record", arguments->record);
+    command.add_option("--findings", arguments->findings);
+    command.add_option("--enter", arguments->enter);
+    command.add_option("--leave", arguments->leave);
+    command.add_option("--wait", arguments->wait);
+    command.callback([arguments] {
         ShowNoErrorBoxes();
-        const ReportWriter writer(words->report);
-        const LocalMachine localMachine(words->localMachine);
-        TryModule({PathOf(words->module), PathOf(words->checking), words->enter, words->leave,
-                   std::chrono::seconds(words->wait), PathOf(words->record), PathOf(words->findings)},
+        const ReportWriter writer(arguments->report);
+        const LocalMachine localMachine(arguments->localMachine);
+        TryModule({PathOf(arguments->module), PathOf(arguments->checking), arguments->enter, arguments->leave,
+                   std::chrono::seconds(arguments->wait), PathOf(arguments->record), PathOf(arguments->findings)},
                   TrialSteps(writer));
     });
 }

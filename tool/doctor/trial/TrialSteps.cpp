@@ -75,9 +75,9 @@ std::string TrialResult::HowItEnded() const {
     }
 }
 
-TrialResult RunTrial(const std::vector<std::string>& words, std::chrono::milliseconds patience) {
+TrialResult RunTrial(const std::vector<std::string>& arguments, std::chrono::milliseconds patience) {
     TrialResult result;
-    result.end = RunReported(words, {patience, &TellSilence});
+    result.end = RunReported(arguments, {patience, &TellSilence});
     for (const std::string& line : result.end.lines) {
         ReadLine(line, result.steps);
     }

@@ -1,4 +1,4 @@
-// What a process that tries something tells of its steps, and how that is read.
+// The steps of a trial, as the process that tries reports them and as the doctor reads them.
 #pragma once
 
 #include <cstdint>
@@ -17,7 +17,7 @@ struct TrialStep {
     std::vector<std::string> texts;  // what was said meanwhile
 };
 
-// In the process that tries: tells of each step before it is made, so that a crash is seen in it.
+// Used in the process that tries: reports each step before it is made, so that the doctor knows the step of a crash.
 class TrialSteps {
 public:
     explicit TrialSteps(const ReportWriter& reportWriter) : writer(reportWriter) {}
@@ -43,7 +43,7 @@ struct TrialResult {
     std::vector<TrialStep> steps;
     ReportedEnd end;
 
-    // Null when it was never begun.
+    // Null when the step was never begun.
     const TrialStep* Find(const std::string& name) const;
     // The step in which the process ended or was ended too early; null when all steps have ended.
     const TrialStep* Unfinished() const;
@@ -51,7 +51,7 @@ struct TrialResult {
     std::string HowItEnded() const;
 };
 
-// Runs this program once more with those words, and reads what it tells.
-TrialResult RunTrial(const std::vector<std::string>& words, std::chrono::milliseconds patience);
+// Runs this program once more with those arguments, and reads the steps that it reports.
+TrialResult RunTrial(const std::vector<std::string>& arguments, std::chrono::milliseconds patience);
 
 }  // namespace tool::doctor

@@ -14,7 +14,7 @@ namespace tool::play {
 template <class Handle, auto Wait, auto ThreadOf, auto Release, class... Outs>
 class AgentRequest : public Request {
 public:
-    // What looks at the answer: with the handle and what Wait wrote.
+    // Looks at the answer, which it gets as the handle and the values that Wait wrote.
     using Judge = std::function<void(Stage& stage, const nlohmann::json& step, Handle* handle, Outs... outs)>;
 
     AgentRequest(Handle* requestHandle, Judge requestJudge) : handle(requestHandle), judge(std::move(requestJudge)) {}

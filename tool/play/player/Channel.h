@@ -6,15 +6,16 @@
 
 namespace tool::play {
 
-// How the player's process tells what happens to the process that has started it: one JSON object a line. Any thread.
+// The pipe by which the player's process tells the process that has started it what happens: one JSON object a line.
+// Any thread.
 class Channel {
 public:
     explicit Channel(void* pipeHandle) : pipe(pipeHandle) {}
 
     void Send(const nlohmann::json& event);
-    // `who` does or says something: agent, bridge, module or player.
+    // Tells that `who`, which is agent, bridge, module or player, does or says something.
     void Tell(std::string_view who, std::string_view text);
-    // From now on an exception that nobody catches, on any thread, is told before the process ends.
+    // From now on an exception that is not caught, on any thread, is told before the process ends.
     void TellOfCrashes() const;
 
 private:

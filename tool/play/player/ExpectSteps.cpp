@@ -1,4 +1,4 @@
-// What is to be so.
+// The steps that expect something.
 #include <windows.h>
 
 #include <algorithm>

@@ -9,19 +9,19 @@
 
 namespace tool::play {
 
-// Holds up those who call a function of the agent's. Any thread.
+// Holds up the threads that call one function of the agent's. Any thread.
 class Hold {
 public:
-    // Those who come from now on wait until Unblock.
+    // Threads that call from now on wait until Unblock.
     void Block();
     void Unblock();
-    // Those who come from now on stay so much longer.
+    // Threads that call from now on are delayed by this time.
     void Delay(std::chrono::milliseconds newDelay);
-    // How many wait.
+    // How many threads wait.
     size_t Waiting() const;
-    // Whether somebody waits, within the limit.
+    // Whether a thread comes to wait within the limit.
     bool WaitUntilSomebodyWaits(std::chrono::milliseconds limit);
-    // What a caller does.
+    // Called by a thread that calls the function: waits as Block and Delay say.
     void Pass();
 
 private:
@@ -32,7 +32,7 @@ private:
     std::chrono::milliseconds delay{0};
 };
 
-// One for each function. Lives as long as the process: callers may still be inside.
+// The holds, one for each function. They live as long as the process: threads may still wait in them.
 class Holds {
 public:
     // Throws vsmsgbus::testing::Failure when the simulated agent has no such function.

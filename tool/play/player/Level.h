@@ -4,7 +4,7 @@
 
 namespace tool::play {
 
-// What this process has.
+// The resources that this process holds.
 struct Level {
     int64_t heapBytes = 0;  // in use, of all its heaps
     int64_t handles = 0;

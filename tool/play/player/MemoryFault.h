@@ -4,14 +4,14 @@
 
 namespace tool::play {
 
-// Memory runs out in the bridge, and nowhere else in the process. Any thread.
+// Has memory run out in the bridge, and nowhere else in the process. Any thread.
 
-// The bridge's library, once: its calls of malloc, calloc and realloc come here from now on. Throws
-// vsmsgbus::testing::Failure when it has none.
+// To be called once, with the bridge's library: its calls of malloc, calloc and realloc come here from now on. Throws
+// vsmsgbus::testing::Failure when the library has no such calls.
 void WatchMemoryOf(void* library);
-// Its nth allocation from now on fails, 1 is the next one; and all later ones with it, or none.
+// The bridge's nth allocation from now on fails; 1 is the next one. With `isAlways` all later ones fail, too.
 void FailMemory(uint32_t nth, bool isAlways);
-// There is memory again.
+// Ends the fault: later allocations succeed.
 void EndMemoryFault();
 // How many allocations have failed.
 uint32_t CountMemoryFaults();

@@ -82,7 +82,7 @@ bool ModuleFile::Call(const std::string& function, Say say, void* userData) cons
     if (handle == nullptr) {
         throw Failure(Name() + " is not loaded");
     }
-    // Who takes no parameters does not look at them: with this calling convention the caller cleans up.
+    // A function that takes no parameters may be called with some: in this calling convention the caller cleans up.
     using Function = bool (*)(Say, void*);
     const auto address = reinterpret_cast<Function>(
         reinterpret_cast<void*>(::GetProcAddress(static_cast<HMODULE>(handle), function.c_str())));

@@ -6,8 +6,8 @@
 
 namespace tool::play {
 
-// What a module's function for entering is given. A module whose function takes no parameters never sees it; one like
-// the sample module tells through it what it does. `actor` is "module" or "bridge".
+// A function that a module's functions for entering and leaving are given as a parameter. A module whose function takes
+// no parameters never sees it; the sample module tells through it what it does. `actor` is "module" or "bridge".
 using Say = void (*)(const char* actor, const char* line, void* userData);
 
 // A module's file, loaded and called as its host would. Used on one thread, but for Call.
@@ -21,7 +21,7 @@ public:
     // Both throw vsmsgbus::testing::Failure when the system refuses.
     void Load();
     void Free();
-    // The exported function whose name ends like that, whatever its case: "Load" stands for no name that ends with
+    // The exported function whose name ends with `ending` in any case; "Load" does not find a name that ends with
     // "Unload". Empty when there is none. Throws Failure when there are several.
     std::string FindFunction(const std::string& ending) const;
     // Calls the exported function. Throws Failure when the module has none of that name, and when it throws.

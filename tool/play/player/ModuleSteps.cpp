@@ -82,7 +82,7 @@ void Demand(const char* what, const char* member, const Json& step, int64_t othe
     }
 }
 
-// Nobody listens: what is kept of it would be measured.
+// Drops the module's lines, because memory that keeps them would be measured.
 void HearNothing(const char* /*actor*/, const char* /*line*/, void* /*userData*/) {}
 
 void CallInCycle(const Stage& stage, const ModuleFile& module, const char* ending, uint32_t time) {
@@ -110,7 +110,7 @@ void Cycle(Stage& stage, const Json& step) {
     for (ModuleFile* const module : modules) {
         module->Load();
     }
-    // What is made once is there afterwards.
+    // The first rounds make what is made only once in a process, before the level is measured.
     EnterAndLeave(stage, modules, times / 10 + 1);
     const Level before = MeasureLevel();
     EnterAndLeave(stage, modules, times);

@@ -21,8 +21,8 @@ using vsmsgbus::testing::Failure;
 using Json = nlohmann::json;
 using Clock = std::chrono::steady_clock;
 
-// By its full path: whoever then wants a library of that name gets this one. What it needs itself, as the bridge needs
-// LogLib.dll, stands beside this program.
+// Loads the library by its full path: a later load of that name then gives this one. Libraries that it needs itself,
+// such as LogLib.dll, stand beside this program.
 HMODULE LoadFile(const Json& path) {
     const auto file = PathOf(path.get<std::string>());
     HMODULE const library = ::LoadLibraryW(file.c_str());

@@ -8,7 +8,7 @@ class App;
 
 namespace tool::play {
 
-// The sub-command that nobody but this program uses: plays one story in this process. It reads a plan from standard
+// The sub-command that this program alone uses: plays one story in this process. It reads a plan from standard
 // input, a JSON object: the files "bridge", "simulator", "setup" and "modules"; "product", "load", "unload", which may
 // be empty; and "steps" as Story::InOrder gives them. It tells what happens through the pipe whose number is its one
 // argument, one JSON object a line, by the member "event":
@@ -21,7 +21,7 @@ namespace tool::play {
 //   "fact"         "load": the "function" by which a module is left, or "tell products": the "product", its "services"
 //                  or "clear faults": a function, "unmet", that was to fail and did not
 //   "no findings"  from here on the checking bridge is to find nothing
-//   "crash"        an exception that nobody catches: "code", "file", "offset", "thread"
+//   "crash"        an exception that is not caught: "code", "file", "offset", "thread"
 //   "over"         the story is over, and the process ends
 //
 // The status of a process that came so far is 0.

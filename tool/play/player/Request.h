@@ -10,7 +10,8 @@ namespace tool::play {
 
 class Stage;
 
-// What a step that goes on beside the story has begun: a request of the agent's, or a call of a module's function.
+// A request that a step has begun and that may go on beside the story: one of the agent's, or a call of a module's
+// function.
 class Request {
 public:
     virtual ~Request() = default;
@@ -18,14 +19,14 @@ public:
     Request(const Request&) = delete;
     Request& operator=(const Request&) = delete;
 
-    // The operating system's id of the thread that it is made on.
+    // The operating system's id of the thread on which the request is made.
     virtual uint32_t Thread() const = 0;
     virtual bool IsAnsweredWithin(std::chrono::milliseconds limit) = 0;
-    // Once it is answered: tells what came back, and throws Failure when `step` expects something else.
+    // Tells the answer, and throws Failure when `step` expects another one. For a request that is answered.
     virtual void Look(Stage& stage, const nlohmann::json& step) = 0;
 };
 
-// Something has not come back: a thread is still inside the module.
+// A request or a call has not returned: a thread is still inside the module.
 class Hung : public vsmsgbus::testing::Failure {
 public:
     using Failure::Failure;

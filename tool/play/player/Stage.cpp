@@ -182,7 +182,7 @@ void Stage::Await(const std::string& name, std::chrono::milliseconds limit) {
 void Stage::FinishNow(const Json& step, std::unique_ptr<Request> request, std::chrono::milliseconds limit) {
     if (!request->IsAnsweredWithin(limit)) {
         const std::string thread = std::to_string(request->Thread());
-        // To release it would be to wait for it.
+        // Not destroyed: its destructor would wait for the answer.
         static_cast<void>(request.release());
         throw Hung("waited " + std::to_string(limit.count()) + " ms for the answer: thread " + thread +
                    " is still inside");

@@ -16,14 +16,14 @@
 
 namespace tool::play {
 
-// Where a story is played: the machine with the simulated agent, the modules, and what is under way. Used on the thread
-// of the story, but for what says otherwise.
+// The stage of a story: the machine with the simulated agent, the modules, and the requests under way. Used on the
+// thread of the story; a function for any thread says so.
 class Stage {
 public:
     // `plan` is what Player.h describes.
     Stage(const nlohmann::json& plan, void* bridgeHandle, Channel& channel);
 
-    // The library.
+    // The handle of the bridge's library.
     void* Bridge() const noexcept { return bridge; }
     vsmsgbus::testing::Machine& Machine() noexcept { return machine; }
     Holds& AllHolds() noexcept { return holds; }
@@ -31,7 +31,7 @@ public:
     std::vector<ModuleFile*> ModulesOf(const nlohmann::json& step);
     // The step's, else the story's, else the one that is registered, which is then the story's. Throws Failure.
     std::string ProductOf(const nlohmann::json& step);
-    // What the story says of "load" or "unload"; may be empty.
+    // The function that the story names for "load" or "unload"; may be empty.
     std::string FunctionFor(const std::string& verb) const;
     // How many findings the checking bridge has; of one rule, or of all for null. Throws Failure with the shipped one.
     unsigned CountFindings(const char* rule) const;
@@ -41,22 +41,22 @@ public:
     void Send(const nlohmann::json& event) { channel.Send(event); }
     // Tells which functions of the agent's were called since the last time.
     void TellCalls();
-    // Counts the calls anew.
+    // Tells the calls, and counts anew.
     void ForgetCalls();
-    // The same, and tells nothing of them.
+    // Counts the calls anew without telling of them.
     void ForgetCallsSilently();
     // Any thread: a line of the module's, or of the bridge by way of it.
     void Hear(const char* actor, const char* line);
     std::vector<std::string> LinesSaid() const;
     static void SayTo(const char* actor, const char* line, void* stage);
 
-    // Waits for the request and looks at it; keeps it for "await" when the step has a name for it.
+    // Waits for the request and checks its answer. Keeps it for Await instead when the step gives it a name.
     void Finish(const nlohmann::json& step, std::unique_ptr<Request> request);
     void Await(const std::string& name, std::chrono::milliseconds limit);
 
-    // The functions that are to fail, and how often they had before.
+    // For each function that is to fail, how often it had failed before.
     std::map<std::string, size_t>& FaultsBefore() noexcept { return faultsBefore; }
-    // The number of reports there were when the task was started last.
+    // For each task, the number of reports when it was started last.
     std::map<std::string, size_t>& ReportsBefore() noexcept { return reportsBefore; }
 
 private:
@@ -83,13 +83,13 @@ private:
     std::vector<std::string> linesSaid;
 };
 
-// The step's limit.
+// How long the step may take.
 std::chrono::milliseconds LimitOf(const nlohmann::json& step);
 // Throws Failure when the text is not what the pattern wants: "<what> was to be ..., and is ...".
 void DemandText(const std::string& what, const nlohmann::json& pattern, const std::string& text);
-// Whether it is.
+// Whether the text is what the pattern wants.
 bool Fits(const nlohmann::json& pattern, const std::string& text);
-// "\"a\"" or "like \"a.*\"".
+// The pattern for people: "\"a\"" or "like \"a.*\"".
 std::string Shown(const nlohmann::json& pattern);
 // Throws Failure when the number is another one than the step's member wants: `otherwise` when it has none.
 void DemandNumber(const std::string& what, const nlohmann::json& step, const char* member, int64_t otherwise,

@@ -8,7 +8,7 @@
 
 namespace tool::play {
 
-// What a verb does. Throws vsmsgbus::testing::Failure when something does not come about.
+// Plays a step of one verb. Throws vsmsgbus::testing::Failure when an expectation of the step is not met.
 using StepFunction = void (*)(Stage& stage, const nlohmann::json& step);
 using StepTable = std::map<std::string, StepFunction>;
 

@@ -19,7 +19,8 @@ Service ServiceOf(const std::string& name) {
 
 namespace {
 
-// A product that nobody has named is the one that will be registered; where any will do, one of several.
+// Waits for a product. When neither the step nor the story names one, it is the one that registers; with `isAny`, the
+// first of several.
 std::string AwaitedProduct(Stage& stage, const Json& step, bool isAny = false) {
     const auto latest = std::chrono::steady_clock::now() + LimitOf(step);
     for (;;) {
@@ -99,7 +100,8 @@ void WaitUntilReported(Stage& stage, const Json& step) {
     }
 }
 
-// The one who enters may do so on a thread of its own: what is registered is told when no call has come for a while.
+// Tells the products that are registered once the bridge has made no call for 200 ms, because a module may enter on a
+// thread of its own.
 void TellProducts(Stage& stage, const Json& step) {
     AwaitedProduct(stage, step, true);
     constexpr uint32_t quiet = 200;

@@ -23,7 +23,7 @@ BOOL FreeLibrary(HMODULE library);
 // Only for a thread made by CreateThread. Nothing of C++ is unwound, as on Windows.
 [[noreturn]] void FreeLibraryAndExitThread(HMODULE library, DWORD exitCode);
 
-// What the library itself exports, not what it depends on.
+// Finds exports of the library itself, not those of libraries that it depends on.
 FARPROC GetProcAddress(HMODULE library, LPCSTR name);
 
 HMODULE GetModuleHandleA(LPCSTR name);

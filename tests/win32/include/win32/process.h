@@ -28,7 +28,7 @@ BOOL HeapValidate(HANDLE heap, DWORD flags, const void* block);
 DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR value, DWORD size);
 BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 
-// There is no debugger: nobody sees the text.
+// There is no debugger: the text is dropped.
 void OutputDebugStringW(LPCWSTR text);
 
 }  // extern "C"

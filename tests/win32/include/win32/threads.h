@@ -37,7 +37,7 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stackSize, LPTHREAD_S
                     DWORD flags, LPDWORD threadId);
 DWORD GetCurrentThreadId();
 void Sleep(DWORD milliseconds);
-// What a thread keeps there is not supported.
+// Gives an index. Values of a thread under it are not supported.
 DWORD TlsAlloc();
 BOOL TlsFree(DWORD index);
 
