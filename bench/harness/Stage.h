@@ -2,7 +2,6 @@
 
 #include <filesystem>
 #include <string>
-#include <string>
 
 #include "AgentInstaller.h"
 #include "RegistryRedirect.h"

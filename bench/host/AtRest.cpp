@@ -106,11 +106,11 @@ double CountHandles() {
     return count;
 }
 
+// As the system counts them: on Windows what is committed, under Wine what is in memory and in no file.
 double PrivateBytes() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    ::GetProcessMemoryInfo(::GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                           sizeof counters);
-    return static_cast<double>(counters.PrivateUsage);
+    PROCESS_MEMORY_COUNTERS counters{};
+    ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
+    return static_cast<double>(counters.PagefileUsage);
 }
 
 Level MeasureLevel() {
@@ -162,6 +162,7 @@ void MeasureRest(Session& session) {
     const Level before = MeasureLevel();
     LoadedBridge bridge;
     bridge.Load();
+    const Level loaded = MeasureLevel();
     const CountedSleeps sleeps;
     bridge.Enter();
     // The watcher reads the version once more when no change has come for so long.
@@ -181,7 +182,14 @@ void MeasureRest(Session& session) {
     const double threads = atRest.threads - before.threads;
     Add(session, "threads", "of the bridge's own", threads, "1", threads == 1);
     Add(session, "handles", "more", atRest.handles - before.handles);
-    Add(session, "private bytes", "bytes", atRest.privateBytes - before.privateBytes);
+    session.report.Add(Amount{"at rest",
+                              "private bytes",
+                              0,
+                              "bytes",
+                              atRest.privateBytes - before.privateBytes,
+                              {{"loaded alone", loaded.privateBytes - before.privateBytes}},
+                              "",
+                              true});
     Add(session, ("wake-ups in " + std::to_string(rest / 1s) + " s, after the first 16").c_str(), "in all",
         static_cast<double>(woken), "none", woken == 0);
 }

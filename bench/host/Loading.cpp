@@ -28,8 +28,8 @@ double Loads(size_t count, const char* name, bool isOfUnloads) {
     return isOfUnloads ? unloads : loads;
 }
 
-// One of the libraries that the bridge imports is the system's for the registry, which brings two more. A host that has it
-// already pays for the bridge alone.
+// One of the libraries that the bridge imports is the system's for the registry, which brings two more. A host that has
+// it already pays for the bridge alone.
 void Race(Session& session, bool isOfUnloads, bool hasRegistry) {
     const HMODULE registry = hasRegistry ? ::LoadLibraryA("ADVAPI32.dll") : nullptr;
     const auto way = [=](const char* title, const char* name) {

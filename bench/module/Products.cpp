@@ -80,14 +80,14 @@ void MeasureProducts(Session& session) {
         std::vector<Result> results;
         for (const size_t products : {size_t{1000}, size_t{10000}}) {
             const std::vector<std::string> ids = ProductIds(products);
-            results.push_back(Measure({"products",
-                                       std::to_string(products) + " " + name,
-                                       static_cast<double>(products),
-                                       static_cast<double>(products),
-                                       {Way<OurHost>("ours", stage, ids, phase),
-                                        Way<FloorHost>("by hand", stage, ids, phase)},
-                                       1.3},
-                                      session.effort));
+            results.push_back(
+                Measure({"products",
+                         std::to_string(products) + " " + name,
+                         static_cast<double>(products),
+                         static_cast<double>(products),
+                         {Way<OurHost>("ours", stage, ids, phase), Way<FloorHost>("by hand", stage, ids, phase)},
+                         1.3},
+                        session.effort));
             session.report.Add(results.back());
         }
         const auto growth = [&](size_t way) {
