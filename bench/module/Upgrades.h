@@ -43,7 +43,7 @@ public:
     double Next();
 
 private:
-    // 0 when the host has not followed in time.
+    // 0 when the host has not followed in time, or when what was registered was late.
     double Make(std::chrono::milliseconds limit);
 
     Stage& stage;
