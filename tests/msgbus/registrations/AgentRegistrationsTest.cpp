@@ -116,6 +116,17 @@ TEST_F(AgentRegistrationsTest, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsT
 }
 
 // A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
+// The one that is left is where closing would go on.
+TEST_F(AgentRegistrationsTest, MayBeLeftWhileTheOthersAreClosed) {
+    Add("a");
+    Add("b");
+    Add("c");
+    calls.Take();
+    whileInside["remove a"] = [this] { EXPECT_EQ(Remove("b"), NY_OK); };
+    EXPECT_EQ(Close(), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "remove b", "remove c"));
+}
+
 TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNobodyWaits) {
     whileInside["add a"] = [this] {
         std::thread([this] { EXPECT_EQ(Add("a"), NY_OK); }).join();
