@@ -55,7 +55,7 @@ fi
 
 mkdir -p build/bench
 read -r load _ </proc/loadavg
-for program in inner module memory; do
+for program in inner module memory host; do
     wine64 "build/release/bin/bench_$program.exe" "${programArguments[@]}" --json "build/bench/$program.part.json"
 done
 note="Measured on $(date -u +%Y-%m-%d) with $(wine64 --version), $(x86_64-w64-mingw32-g++-posix -dumpfullversion) of g++ \

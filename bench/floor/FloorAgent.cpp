@@ -226,11 +226,28 @@ wchar_t* FloorInformation(ny_client_t* client, const char* key) {
     return copy;
 }
 
-void OpenFloorAgent(const std::filesystem::path& folder) {
+std::filesystem::path RegisteredFolder() {
+    constexpr DWORD in32BitView = 0x00020000;  // RRF_SUBKEY_WOW6432KEY, of later systems
+    char text[MAX_PATH] = {};
+    DWORD size = sizeof text;
+    const std::string key = std::string(R"(Software\Corvane\Agent\Applications\)") + bridge::agentSoftwareId;
+    if (::RegGetValueA(HKEY_LOCAL_MACHINE, key.c_str(), "RuntimeSdkPath64", RRF_RT_REG_SZ | in32BitView, nullptr, text,
+                       &size) != ERROR_SUCCESS) {
+        throw std::runtime_error("the agent's folder is not in the registry");
+    }
+    return text;
+}
+
+HMODULE OpenFloorTexts(const std::filesystem::path& folder) {
     const HMODULE variant = LoadedLibrary((folder / "ny_variant.dll").string());
     Resolve<&::ny_buffer_get_string, &::ny_buffer_release, &::ny_wbuffer_get_string, &::ny_wbuffer_release,
             &::ny_variant_create_from_string, &::ny_variant_create_from_wstring, &::ny_variant_get_string_buffer,
             &::ny_variant_get_wstring_buffer, &::ny_variant_release>(variant);
+    return variant;
+}
+
+void OpenFloorAgent(const std::filesystem::path& folder) {
+    OpenFloorTexts(folder);
     const HMODULE client = LoadedLibrary((folder / "ny_client.dll").string());
     Resolve<&::ny_property_bag_add_property, &::ny_scheduler_update_task_status, &::ny_info_get, &::ny_policy_get,
             &::ny_policy_uri_create, &::ny_policy_uri_release, &::ny_policy_uri_set_software_id,

@@ -13,6 +13,13 @@
 
 namespace bench {
 
+// The agent's folder as the registry has it.
+std::filesystem::path RegisteredFolder();
+
+// Opens the library of the agent's texts in this folder, and resolves what the functions below call of it. The caller
+// may close it.
+HMODULE OpenFloorTexts(const std::filesystem::path& folder);
+
 // Resolves what the functions below call from the libraries of this folder, and keeps them open.
 void OpenFloorAgent(const std::filesystem::path& folder);
 

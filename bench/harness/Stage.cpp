@@ -22,6 +22,9 @@ std::filesystem::path Builds() {
 
 Stage::Stage() : installer(Builds(), FolderOfThisProcess()) {
     installer.Install("5.7.0", "bare");
+    folders[1] = Folder();
+    installer.Upgrade("5.8.0", "bare");
+    folders[0] = Folder();
 }
 
 Stage::~Stage() {
@@ -30,6 +33,11 @@ Stage::~Stage() {
     } catch (const std::exception&) {
         // Files of the temporary folder.
     }
+}
+
+std::filesystem::path Stage::OtherFolder() {
+    std::swap(folders[0], folders[1]);
+    return folders[0];
 }
 
 }  // namespace bench

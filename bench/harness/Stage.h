@@ -20,12 +20,15 @@ public:
     // Where the agent's libraries were installed.
     std::filesystem::path Folder() const { return installer.CurrentFolder(); }
 
-    // For another installation of the same agent.
-    simulator::AgentInstaller& Installer() { return installer; }
+    // For upgrades: another version each time, and the one of two folders with the same agent that was not given last.
+    std::string NextVersion() { return "6." + std::to_string(++versions); }
+    std::filesystem::path OtherFolder();
 
 private:
     simulator::RegistryRedirect redirect;
     simulator::AgentInstaller installer;
+    std::filesystem::path folders[2];
+    unsigned versions = 0;
 };
 
 }  // namespace bench

@@ -1,5 +1,6 @@
 // The first call of a group: the agent's folder looked up, the library opened, all names resolved.
 #include "bench/floor/AgentPointers.h"
+#include "bench/floor/FloorAgent.h"
 #include "bench/harness/Module.h"
 #include "bench/harness/Stage.h"
 #include "bench/inner/Measurements.h"
@@ -64,19 +65,6 @@ double FirstCallsOfOurs(size_t count, size_t howMany) {
         }
     }
     return seconds;
-}
-
-// The agent's folder as the registry has it.
-std::filesystem::path RegisteredFolder() {
-    constexpr DWORD in32BitView = 0x00020000;  // RRF_SUBKEY_WOW6432KEY, of later systems
-    char text[MAX_PATH] = {};
-    DWORD size = sizeof text;
-    const std::string key = std::string(R"(Software\Corvane\Agent\Applications\)") + agentSoftwareId;
-    if (::RegGetValueA(HKEY_LOCAL_MACHINE, key.c_str(), "RuntimeSdkPath64", RRF_RT_REG_SZ | in32BitView, nullptr, text,
-                       &size) != ERROR_SUCCESS) {
-        throw std::runtime_error("the agent's folder is not in the registry");
-    }
-    return text;
 }
 
 // By hand: each library opened once, each name of each group looked up. The calls themselves, which take nanoseconds,

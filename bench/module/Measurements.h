@@ -10,5 +10,7 @@ void MeasurePolicies(Session& session);
 void MeasureServices(Session& session);
 void MeasureLayer(Session& session);
 void MeasureLifeCycle(Session& session);
+void MeasureProducts(Session& session);
+void MeasureRequests(Session& session);
 
 }  // namespace bench

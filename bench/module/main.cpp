@@ -8,5 +8,7 @@ int main(int argc, char** argv) {
                        {"properties", MeasureProperties},
                        {"policies", MeasurePolicies},
                        {"services", MeasureServices},
-                       {"layer", MeasureLayer}});
+                       {"layer", MeasureLayer},
+                       {"requests", MeasureRequests},
+                       {"products", MeasureProducts}});
 }

@@ -52,6 +52,10 @@ PICTURES = [
         ("a walk of one call", "module call: a walk of one call"),
         ("Entry to started", "life cycle: Entry to started"),
         ("last Exit to library released", "life cycle: last Exit to last library released"),
+        ("an upgrade", "life cycle: an upgrade, until registered anew"),
+        ("the first request after it", "life cycle: the first request after an upgrade"),
+        ("LoadLibrary", "loading: LoadLibrary"),
+        ("FreeLibrary", "loading: FreeLibrary"),
     ]),
     ("layer", "What does the C++ layer cost beside the plain interfaces?", [
         ("a walk with a visitor", "C++ layer: a visited walk of 1000 settings"),

@@ -16,7 +16,7 @@ from table import AMOUNTS_HEAD, HEAD, amount_rows, markdown_table, race_rows, te
 
 def read_parts(folder, note):
     figures = {"note": note, "results": [], "amounts": []}
-    for name in ("inner", "module", "memory"):
+    for name in ("inner", "module", "memory", "host"):
         part = json.loads((folder / f"{name}.part.json").read_text(encoding="utf-8"))
         figures["results"] += part["results"]
         figures["amounts"] += part["amounts"]

@@ -1,6 +1,7 @@
 #include "msgbus/registrations/AgentRegistrations.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "values/AgentException.h"
 
@@ -48,6 +49,7 @@ void AgentRegistrations::Close() {
             product.isWanted = false;
             product.mustBeTried = true;
         }
+        nextToTry = products.begin();
     }
     int32_t failure = NY_OK;
     while (const auto product = TakeNextToTry()) {
@@ -59,13 +61,19 @@ void AgentRegistrations::Close() {
 
 std::optional<AgentRegistrations::Products::iterator> AgentRegistrations::TakeNextToTry() {
     const ScopedLock guard(lock);
-    const auto found = std::find_if(products.begin(), products.end(), [](const auto& entry) {
+    const auto isToTry = [](const auto& entry) {
         // The thread that is in the agent for a product ends its registration.
         return entry.second.mustBeTried && !entry.second.isBusy;
-    });
+    };
+    auto found = std::find_if(nextToTry, products.end(), isToTry);
+    if (found == products.end()) {
+        // Those that a thread was in the agent for as they were passed.
+        found = std::find_if(products.begin(), products.end(), isToTry);
+    }
     if (found == products.end()) {
         return std::nullopt;
     }
+    nextToTry = std::next(found);
     found->second.mustBeTried = false;
     found->second.isBusy = true;
     return found;
@@ -100,6 +108,7 @@ int32_t AgentRegistrations::Settle(Products::iterator product, bool isAsked) {
 void AgentRegistrations::End(Products::iterator product) {
     product->second.isBusy = false;
     if (!product->second.isRegistered) {
+        nextToTry = nextToTry == product ? std::next(product) : nextToTry;
         products.erase(product);
     }
 }

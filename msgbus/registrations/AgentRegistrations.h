@@ -59,6 +59,7 @@ private:
     Agent& agent;
     OwnerLock lock;
     Products products GUARDED_BY(lock);
+    Products::iterator nextToTry GUARDED_BY(lock) = products.end();  // where Close goes on
     bool isClosed GUARDED_BY(lock) = false;
 };
 

@@ -116,6 +116,17 @@ TEST_F(AgentRegistrationsTest, AreAllTriedWhenTheyAreClosedAndTheFirstRefusalIsT
     EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "remove c"));
 }
 
+// The one that is left is where closing would go on.
+TEST_F(AgentRegistrationsTest, MayBeLeftWhileTheOthersAreClosed) {
+    Add("a");
+    Add("b");
+    Add("c");
+    calls.Take();
+    whileInside["remove a"] = [this] { EXPECT_EQ(Remove("b"), NY_OK); };
+    EXPECT_EQ(Close(), NY_OK);
+    EXPECT_THAT(calls.Lines(), ElementsAre("remove a", "remove b", "remove c"));
+}
+
 // A thread that waited there could be waiting for itself: the agent may be waiting for a callback that comes here.
 TEST_F(AgentRegistrationsTest, OfOneProductOnTwoThreadsAreMadeOnceAndNoThreadWaits) {
     whileInside["add a"] = [this] {

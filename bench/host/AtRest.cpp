@@ -1,0 +1,197 @@
+// What the bridge has of the process while the agent is there and nothing is to do, and how often it wakes up.
+#include <windows.h>
+
+#include <psapi.h>
+#include <tlhelp32.h>
+
+#include <atomic>
+#include <chrono>
+#include <stdexcept>
+#include <string>
+#include <thread>
+
+#include "VsMsgbus/Entry.h"
+#include "bench/bare/BareAgent.h"
+#include "bench/harness/Stage.h"
+#include "bench/host/Measurements.h"
+#include "tests/support/ModuleImports.h"
+#include "tests/support/SystemFunction.h"
+
+using namespace std::chrono_literals;
+
+namespace bench {
+
+namespace {
+
+// Counts the sleeps of the bridge's threads that end. A thread sleeps nowhere else: the agent's libraries do not, and
+// locks are not held while one sleeps.
+class CountedSleeps {
+public:
+    CountedSleeps() {
+        Replace("WaitForSingleObject", reinterpret_cast<void*>(&Single), single);
+        Replace("WaitForMultipleObjects", reinterpret_cast<void*>(&Multiple), multiple);
+        Replace("SleepConditionVariableSRW", reinterpret_cast<void*>(&Condition), condition);
+        Replace("Sleep", reinterpret_cast<void*>(&Pause), pause);
+    }
+
+    size_t Ended() const { return ended; }
+
+private:
+    template <class Function>
+    static void Replace(const char* name, void* replacement, Function*& original) {
+        for (const ModuleImport& import : ImportsOf("VsMsgbus.dll")) {
+            if (import.function == name) {
+                original = reinterpret_cast<Function*>(*import.slot);
+                SetImport(import.slot, replacement);
+                return;
+            }
+        }
+        throw std::runtime_error(std::string("not imported by the bridge: ") + name);
+    }
+
+    static DWORD WINAPI Single(HANDLE handle, DWORD milliseconds) {
+        const DWORD result = single(handle, milliseconds);
+        ++ended;
+        return result;
+    }
+    static DWORD WINAPI Multiple(DWORD count, const HANDLE* handles, WINBOOL all, DWORD milliseconds) {
+        const DWORD result = multiple(count, handles, all, milliseconds);
+        ++ended;
+        return result;
+    }
+    static WINBOOL WINAPI Condition(PCONDITION_VARIABLE variable, PSRWLOCK lock, DWORD milliseconds, ULONG flags) {
+        const WINBOOL result = condition(variable, lock, milliseconds, flags);
+        ++ended;
+        return result;
+    }
+    static void WINAPI Pause(DWORD milliseconds) {
+        pause(milliseconds);
+        ++ended;
+    }
+
+    static inline std::atomic<size_t> ended = 0;
+    static inline decltype(::WaitForSingleObject)* single = nullptr;
+    static inline decltype(::WaitForMultipleObjects)* multiple = nullptr;
+    static inline decltype(::SleepConditionVariableSRW)* condition = nullptr;
+    static inline decltype(::Sleep)* pause = nullptr;
+};
+
+// What this process has.
+struct Level {
+    double threads = 0;
+    double handles = 0;
+    double privateBytes = 0;
+};
+
+double CountThreads() {
+    const HANDLE snapshot = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
+    THREADENTRY32 entry{};
+    entry.dwSize = sizeof entry;
+    double count = 0;
+    for (BOOL isThere = ::Thread32First(snapshot, &entry); isThere != FALSE;
+         isThere = ::Thread32Next(snapshot, &entry)) {
+        count += entry.th32OwnerProcessID == ::GetCurrentProcessId() ? 1 : 0;
+    }
+    ::CloseHandle(snapshot);
+    return count;
+}
+
+// Asked one by one: under Wine the system says that there are none.
+double CountHandles() {
+    double count = 0;
+    for (uintptr_t handle = 4; handle < 0x10000; handle += 4) {
+        DWORD flags = 0;
+        count += ::GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags) != FALSE ? 1 : 0;
+    }
+    return count;
+}
+
+// As the system counts them: on Windows what is committed, under Wine what is in memory and in no file.
+double PrivateBytes() {
+    PROCESS_MEMORY_COUNTERS counters{};
+    ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
+    return static_cast<double>(counters.PagefileUsage);
+}
+
+Level MeasureLevel() {
+    return {CountThreads(), CountHandles(), PrivateBytes()};
+}
+
+// The bridge, entered for one product, from its loading on; stays loaded.
+class LoadedBridge {
+public:
+    void Load() {
+        library = ::LoadLibraryA("VsMsgbus.dll");
+        if (library == nullptr) {
+            throw std::runtime_error("the bridge cannot be loaded");
+        }
+    }
+    void Enter() {
+        if (!Export<decltype(VsMsgbusEntry)>("VsMsgbusEntry")(bareProductId, VsMsgbusServiceProperty, nullptr,
+                                                              &instance) ||
+            TheBareAgent()->properties.callback == nullptr) {
+            throw std::runtime_error("the product was not registered");
+        }
+    }
+    void Leave() { Export<decltype(VsMsgbusExit)>("VsMsgbusExit")(bareProductId, instance); }
+
+private:
+    template <class Function>
+    Function* Export(const char* name) const {
+        return reinterpret_cast<Function*>(reinterpret_cast<void*>(::GetProcAddress(library, name)));
+    }
+
+    HMODULE library = nullptr;
+    VsMsgbus* instance = nullptr;
+};
+
+void Add(Session& session, const char* what, const char* unit, double ours, const char* aim = "", bool isMet = true) {
+    session.report.Add(Amount{"at rest", what, 0, unit, ours, {}, aim, isMet});
+}
+
+}  // namespace
+
+void MeasureRest(Session& session) {
+    const Stage stage;
+    // The agent's own libraries are not the bridge's, nor are the system's.
+    const HMODULE others[] = {::LoadLibraryA("ADVAPI32.dll"),
+                              ::LoadLibraryA((stage.Folder() / "ny_client.dll").string().c_str())};
+    if (others[0] == nullptr || others[1] == nullptr) {
+        throw std::runtime_error("the other libraries cannot be loaded");
+    }
+    const Level before = MeasureLevel();
+    LoadedBridge bridge;
+    bridge.Load();
+    const Level loaded = MeasureLevel();
+    const CountedSleeps sleeps;
+    bridge.Enter();
+    // The watcher reads the version once more when no change has come for so long.
+    std::this_thread::sleep_for(16s);
+    const Level atRest = MeasureLevel();
+    const size_t endedBefore = sleeps.Ended();
+    const auto rest = session.isQuick ? 5s : 60s;
+    std::this_thread::sleep_for(rest);
+    const size_t woken = sleeps.Ended() - endedBefore;
+    // That a thread which wakes up would have been counted.
+    simulator::AgentInstaller::WriteVersion("9.0");
+    std::this_thread::sleep_for(1s);
+    if (sleeps.Ended() == endedBefore + woken) {
+        throw std::runtime_error("the bridge's thread is not seen to wake up");
+    }
+    bridge.Leave();
+    const double threads = atRest.threads - before.threads;
+    Add(session, "threads", "of the bridge's own", threads, "1", threads == 1);
+    Add(session, "handles", "more", atRest.handles - before.handles);
+    session.report.Add(Amount{"at rest",
+                              "private bytes",
+                              0,
+                              "bytes",
+                              atRest.privateBytes - before.privateBytes,
+                              {{"loaded alone", loaded.privateBytes - before.privateBytes}},
+                              "",
+                              true});
+    Add(session, ("wake-ups in " + std::to_string(rest / 1s) + " s, after the first 16").c_str(), "in all",
+        static_cast<double>(woken), "none", woken == 0);
+}
+
+}  // namespace bench
