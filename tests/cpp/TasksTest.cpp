@@ -45,13 +45,9 @@ protected:
 
     // The next reports that the agent gets, in order, so many.
     static std::vector<std::string> Reports(size_t count) {
-        std::vector<std::string> reports;
-        WaitUntil([&] {
-            const auto taken = TakeReports();
-            reports.insert(reports.end(), taken.begin(), taken.end());
-            return reports.size() >= count;
-        });
-        return reports;
+        // They are not taken again and again: TakeReports may lose one that comes meanwhile.
+        EXPECT_EQ(ny_sim_wait_task_reports(count, static_cast<uint32_t>(soon.count())), NY_OK);
+        return TakeReports();
     }
 
     static std::string Report() {

@@ -47,7 +47,8 @@ inline int32_t AnswerOf(const std::string& taskId, ny_sim_task_operation operati
     return TaskRequest(taskId, operation).Answer();
 }
 
-// The reports about tasks since the last call, in order, each as "<task id> <status>".
+// The reports about tasks since the last call, in order, each as "<task id> <status>". One that comes meanwhile may be
+// lost.
 inline std::vector<std::string> TakeReports() {
     std::vector<std::string> reports;
     ny_sim_task_report_t report{};
