@@ -1,5 +1,7 @@
 #include "bench/floor/FloorAgent.h"
 
+#include <cstring>
+
 #include "bench/floor/AgentPointers.h"
 
 namespace bench {
@@ -240,24 +242,37 @@ std::filesystem::path RegisteredFolder() {
 
 HMODULE OpenFloorTexts(const std::filesystem::path& folder) {
     const HMODULE variant = LoadedLibrary((folder / "ny_variant.dll").string());
-    Resolve<&::ny_buffer_get_string, &::ny_buffer_release, &::ny_wbuffer_get_string, &::ny_wbuffer_release,
-            &::ny_variant_create_from_string, &::ny_variant_create_from_wstring, &::ny_variant_get_string_buffer,
-            &::ny_variant_get_wstring_buffer, &::ny_variant_release>(variant);
+    Resolve<&::ny_buffer_create, &::ny_buffer_get_raw, &::ny_buffer_get_string, &::ny_buffer_release,
+            &::ny_wbuffer_get_string, &::ny_wbuffer_release, &::ny_variant_create_from_string,
+            &::ny_variant_create_from_wstring, &::ny_variant_get_string_buffer, &::ny_variant_get_wstring_buffer,
+            &::ny_variant_release>(variant);
     return variant;
+}
+
+uint32_t FloorEncrypt(ny_client_t* client, const unsigned char* data, uint32_t size, unsigned char* out) {
+    ny_buffer_t* buffer = nullptr;
+    Require(pointerTo<&::ny_buffer_create>(&buffer, size));
+    Require(pointerTo<&::ny_crypto_encrypt_data_by_type>(client, 0, data, size, &buffer));
+    const unsigned char* bytes = nullptr;
+    size_t length = 0;
+    Require(pointerTo<&::ny_buffer_get_raw>(buffer, &bytes, &length));
+    std::memcpy(out, bytes, length);
+    Require(pointerTo<&::ny_buffer_release>(buffer));
+    return static_cast<uint32_t>(length);
 }
 
 void OpenFloorAgent(const std::filesystem::path& folder) {
     OpenFloorTexts(folder);
     const HMODULE client = LoadedLibrary((folder / "ny_client.dll").string());
-    Resolve<&::ny_property_bag_add_property, &::ny_scheduler_update_task_status, &::ny_info_get, &::ny_policy_get,
-            &::ny_policy_uri_create, &::ny_policy_uri_release, &::ny_policy_uri_set_software_id,
-            &::ny_policy_uri_set_user, &::ny_policy_uri_get_feature, &::ny_policy_uri_get_category,
-            &::ny_policy_uri_get_type, &::ny_policy_uri_get_name, &::ny_policy_uri_get_pso_name,
-            &::ny_policy_uri_get_pso_param_int, &::ny_policy_uri_get_pso_param_str, &::ny_policy_uri_get_pso_digest,
-            &::ny_policy_bag_release, &::ny_policy_bag_get_uri_iterator, &::ny_policy_bag_get_section_iterator,
-            &::ny_policy_bag_get_setting_iterator, &::ny_policy_bag_uri_iterator_get_next,
-            &::ny_policy_bag_section_iterator_get_next, &::ny_policy_bag_setting_iterator_get_next,
-            &::ny_policy_bag_iterator_release>(client);
+    Resolve<&::ny_property_bag_add_property, &::ny_scheduler_update_task_status, &::ny_info_get,
+            &::ny_crypto_encrypt_data_by_type, &::ny_policy_get, &::ny_policy_uri_create, &::ny_policy_uri_release,
+            &::ny_policy_uri_set_software_id, &::ny_policy_uri_set_user, &::ny_policy_uri_get_feature,
+            &::ny_policy_uri_get_category, &::ny_policy_uri_get_type, &::ny_policy_uri_get_name,
+            &::ny_policy_uri_get_pso_name, &::ny_policy_uri_get_pso_param_int, &::ny_policy_uri_get_pso_param_str,
+            &::ny_policy_uri_get_pso_digest, &::ny_policy_bag_release, &::ny_policy_bag_get_uri_iterator,
+            &::ny_policy_bag_get_section_iterator, &::ny_policy_bag_get_setting_iterator,
+            &::ny_policy_bag_uri_iterator_get_next, &::ny_policy_bag_section_iterator_get_next,
+            &::ny_policy_bag_setting_iterator_get_next, &::ny_policy_bag_iterator_release>(client);
 }
 
 }  // namespace bench

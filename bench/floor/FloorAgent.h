@@ -44,4 +44,7 @@ void FloorReportTask(ny_client_t* client, ny_task_t* task, int32_t status);
 // The text of one key of the agent's information, in memory of malloc.
 wchar_t* FloorInformation(ny_client_t* client, const char* key);
 
+// Encrypts the data into `out`, which has room for it. The size of the result.
+uint32_t FloorEncrypt(ny_client_t* client, const unsigned char* data, uint32_t size, unsigned char* out);
+
 }  // namespace bench

@@ -71,6 +71,8 @@ void Require(bool isRight) {
     }
 }
 
+constexpr double servicesAim = 1.5;
+
 void MeasureTask(Session& session) {
     Working module;
     FloorTable<Working> modules;
@@ -95,7 +97,7 @@ void MeasureTask(Session& session) {
                            const int32_t status = (*found)->ExecuteTask(wideTaskId.c_str(), nullptr);
                            FloorReportTask(bareClient, &task, status);
                        })},
-                  std::nullopt});
+                  servicesAim});
 }
 
 void MeasureUpdate(Session& session) {
@@ -122,7 +124,7 @@ void MeasureUpdate(Session& session) {
                   Require((*found)->UpdateNotify(FloorWiden("second text").c_str(), FloorWiden("fourth text").c_str(),
                                                  FloorWiden("third text").c_str(), &number) == 7);
               })},
-         std::nullopt});
+         servicesAim});
 }
 
 void MeasureInformation(Session& session) {
@@ -137,7 +139,28 @@ void MeasureInformation(Session& session) {
                            text.Release();
                        }),
                    Way("floor", [] { std::free(FloorInformation(bareClient, "GUID")); })},
-                  std::nullopt});
+                  servicesAim});
+}
+
+void MeasureEncryption(Session& session) {
+    static constexpr uint32_t size = 1024;
+    static constexpr unsigned char data[size] = {};
+    session.Race({"services",
+                  "encrypting 1 KB",
+                  0,
+                  1,
+                  {Way("ours",
+                       [] {
+                           unsigned char out[size];
+                           uint32_t outSize = 0;
+                           Require(VsKitMsgbusEncryptData(data, size, out, &outSize, 0) == 0 && outSize == size);
+                       }),
+                   Way("floor",
+                       [] {
+                           unsigned char out[size];
+                           Require(FloorEncrypt(bareClient, data, size, out) == size);
+                       })},
+                  servicesAim});
 }
 
 }  // namespace
@@ -150,6 +173,7 @@ void MeasureServices(Session& session) {
     MeasureTask(session);
     MeasureUpdate(session);
     MeasureInformation(session);
+    MeasureEncryption(session);
     TheBareAgent()->textLength = 12;
 }
 
