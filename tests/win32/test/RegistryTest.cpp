@@ -89,7 +89,7 @@ TEST_F(Registry, EmptiesATreeOrDeletesIt) {
     ::RegCloseKey(a);
 }
 
-TEST_F(Registry, EmptiesATreeThatItMayReadAlone) {
+TEST_F(Registry, EmptiesNoTreeThatItMayNotRead) {
     Touch(key, "A\\B");
     const HKEY writable = Create(key, "A", KEY_SET_VALUE);
     EXPECT_EQ(::RegDeleteTreeA(writable, nullptr), ERROR_ACCESS_DENIED);
