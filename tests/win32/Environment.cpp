@@ -1,6 +1,10 @@
 // The environment of the process, and its debugger.
+#include <strings.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <mutex>
 
 #include "Call.h"
@@ -18,20 +22,28 @@ std::mutex& EnvironmentLock() {
     return lock;
 }
 
-std::string Checked(LPCWSTR name) {
-    if (name == nullptr || *name == L'\0') {
-        throw Failure{ERROR_INVALID_PARAMETER};
+// The name under which a variable of that name stands in the environment: their case does not count.
+std::string KnownName(const std::string& name) {
+    for (char** variable = environ; *variable != nullptr; ++variable) {
+        const char* const end = std::strchr(*variable, '=');
+        if (end == *variable + name.size() && ::strncasecmp(*variable, name.c_str(), name.size()) == 0) {
+            return {*variable, name.size()};
+        }
     }
-    return win32::Narrow(name);
+    return name;
+}
+
+bool IsEmpty(LPCWSTR name) {
+    return name == nullptr || *name == L'\0';
 }
 
 }  // namespace
 
 DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR value, DWORD size) {
     return AnswerOr<DWORD>(0, "GetEnvironmentVariableW", [&] {
-        const std::string narrowName = Checked(name);
+        const std::string narrowName = win32::Narrow(IsEmpty(name) ? L"" : name);
         const std::lock_guard guard(EnvironmentLock());
-        const char* const found = std::getenv(narrowName.c_str());
+        const char* const found = std::getenv(KnownName(narrowName).c_str());
         if (found == nullptr) {
             throw Failure{ERROR_ENVVAR_NOT_FOUND};
         }
@@ -46,8 +58,11 @@ DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR value, DWORD size) {
 
 BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value) {
     return AnswerOr(FALSE, "SetEnvironmentVariableW", [&] {
-        const std::string narrowName = Checked(name);
+        if (IsEmpty(name)) {
+            throw Failure{ERROR_INVALID_PARAMETER};
+        }
         const std::lock_guard guard(EnvironmentLock());
+        const std::string narrowName = KnownName(win32::Narrow(name));
         const int result = value != nullptr ? ::setenv(narrowName.c_str(), win32::Narrow(value).c_str(), 1)
                                             : ::unsetenv(narrowName.c_str());
         win32::Support(result == 0, "this name of an environment variable");

@@ -73,8 +73,8 @@ bool KeyNode::DeleteValue(std::string_view name) {
     return true;
 }
 
-void KeyNode::Watch(const OpenKey& asker, bool subtree, DWORD filter, std::shared_ptr<Event> event) {
-    watches.push_back({&asker, subtree, filter, std::move(event)});
+void KeyNode::Watch(const OpenKey& asker, Interest interest, std::shared_ptr<Event> event) {
+    watches.push_back({&asker, interest, std::move(event)});
 }
 
 void KeyNode::EndWatches(const OpenKey& asker) {
@@ -98,7 +98,9 @@ void KeyNode::Changed(DWORD kind) {
 }
 
 void KeyNode::SignalWatches(DWORD kind, bool isOwn) {
-    TakeAndSignal([=](const WatchEntry& watch) { return (watch.filter & kind) != 0 && (isOwn || watch.subtree); });
+    TakeAndSignal([=](const WatchEntry& watch) {
+        return (watch.interest.filter & kind) != 0 && (isOwn || watch.interest.subtree);
+    });
 }
 
 // A caller that was told of a change, and has reset the event, must not be told of the same change again by an older

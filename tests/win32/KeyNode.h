@@ -15,6 +15,12 @@ namespace win32 {
 
 class OpenKey;
 
+// Of which changes somebody wants to be told.
+struct Interest {
+    bool subtree;
+    DWORD filter;
+};
+
 // One lock for the whole registry: every use of a KeyNode is made under it.
 std::mutex& RegistryLock();
 
@@ -49,15 +55,14 @@ public:
     bool DeleteValue(std::string_view name);
 
     // Signals the event at the next change, once.
-    void Watch(const OpenKey& asker, bool subtree, DWORD filter, std::shared_ptr<Event> event);
+    void Watch(const OpenKey& asker, Interest interest, std::shared_ptr<Event> event);
     // Signals the requests that were made through this key, which is closed now.
     void EndWatches(const OpenKey& asker);
 
 private:
     struct WatchEntry {
         const OpenKey* asker;
-        bool subtree;
-        DWORD filter;
+        Interest interest;
         std::shared_ptr<Event> event;
     };
 

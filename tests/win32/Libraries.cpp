@@ -70,7 +70,7 @@ HMODULE ReferByWideText(const wchar_t* text) {
 template <class Character>
 DWORD GivePath(const std::basic_string<Character>& path, Character* buffer, DWORD size) {
     if (size == 0) {
-        return 0;
+        throw Failure{ERROR_INSUFFICIENT_BUFFER};
     }
     const size_t length = std::min<size_t>(path.size(), size - 1);
     std::copy_n(path.begin(), length, buffer);

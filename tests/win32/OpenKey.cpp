@@ -90,6 +90,9 @@ bool IsPredefined(HKEY key) {
 std::shared_ptr<KeyNode> Walk(std::shared_ptr<KeyNode> from, const char* path, REGSAM view, Missing missing,
                               bool* isNew) {
     std::string_view rest = path != nullptr ? path : "";
+    if (rest.starts_with('\\')) {
+        throw Failure{ERROR_BAD_PATHNAME};
+    }
     std::shared_ptr<KeyNode> node = std::move(from);
     bool isMade = false;
     for (std::string_view name = TakeName(rest); !name.empty(); name = TakeName(rest)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string_view>
 
 #include "KeyNode.h"
@@ -15,6 +16,8 @@ public:
 
     const std::shared_ptr<KeyNode> node;
     const REGSAM access;
+    // That of the first request for a notification, which holds for all later ones.
+    std::optional<Interest> interest;
 };
 
 // Fails with ERROR_INVALID_HANDLE when the handle is not that of an open key, and with ERROR_ACCESS_DENIED when the key
@@ -32,7 +35,8 @@ bool IsPredefined(HKEY key);
 enum class Missing { Make, Fail };
 
 // The node at the path below another, in the view that `view` names: the 32-bit one of HKEY_LOCAL_MACHINE\Software is a
-// tree of its own. Fails with ERROR_FILE_NOT_FOUND. `isNew` tells whether the last node was made.
+// tree of its own. Fails with ERROR_FILE_NOT_FOUND, and with ERROR_BAD_PATHNAME for a path that begins with a slash.
+// `isNew` tells whether the last node was made.
 std::shared_ptr<KeyNode> Walk(std::shared_ptr<KeyNode> from, const char* path, REGSAM view, Missing missing,
                               bool* isNew = nullptr);
 

@@ -78,9 +78,11 @@ LSTATUS RegOverridePredefKey(HKEY predefined, HKEY replacement) {
 LSTATUS RegDeleteTreeA(HKEY key, LPCSTR subKey) {
     return ErrorOf("RegDeleteTreeA", [&] {
         const std::lock_guard guard(win32::RegistryLock());
-        const auto node = win32::Walk(NodeOf(key), subKey, 0, Missing::Fail);
+        const bool isForKeyItself = subKey == nullptr || *subKey == '\0';
+        const REGSAM access = isForKeyItself ? KEY_ENUMERATE_SUB_KEYS | KEY_QUERY_VALUE | KEY_SET_VALUE : 0;
+        const auto node = win32::Walk(NodeOf(key, access), subKey, 0, Missing::Fail);
         node->Clear();
-        if (subKey != nullptr && *subKey != '\0') {
+        if (!isForKeyItself) {
             node->Delete();
         }
     });

@@ -118,7 +118,12 @@ LSTATUS RegNotifyChangeKeyValue(HKEY key, BOOL watchSubtree, DWORD filter, HANDL
     return ErrorOf("RegNotifyChangeKeyValue", [&] {
         const std::lock_guard guard(win32::RegistryLock());
         const auto node = NodeOf(key, KEY_NOTIFY);
-        node->Watch(*win32::OpenKeyOf(key, KEY_NOTIFY), watchSubtree != FALSE, filter,
-                    win32::ObjectOf<win32::Event>(event));
+        auto waiting = win32::ObjectOf<win32::Event>(event);
+        const auto open = win32::OpenKeyOf(key, KEY_NOTIFY);
+        waiting->Reset();
+        if (!open->interest) {
+            open->interest = {watchSubtree != FALSE, filter};
+        }
+        node->Watch(*open, *open->interest, std::move(waiting));
     });
 }

@@ -13,6 +13,9 @@ namespace {
 
 constexpr wchar_t replacement = 0xFFFD;
 
+constexpr wchar_t lastCharacter = 0x10FFFF;
+constexpr unsigned char lastFirstByte = 0xF4;
+
 // The calling thread converts UTF-8 for as long as the object lives.
 class Utf8 {
 public:
@@ -28,6 +31,20 @@ public:
 private:
     locale_t before;
 };
+
+// How many bytes of malformed text count as one character: those that a character could begin with, at least one.
+size_t MalformedSize(std::string_view text) {
+    constexpr size_t longestBeginning = 3;
+    size_t size =
+        static_cast<unsigned char>(text.front()) <= lastFirstByte ? std::min(text.size(), longestBeginning) : 1;
+    for (; size > 1; --size) {
+        std::mbstate_t state{};
+        if (std::mbrtowc(nullptr, text.data(), size, &state) == static_cast<size_t>(-2)) {
+            break;
+        }
+    }
+    return size;
+}
 
 // Copies the text into the buffer, or only counts when there is none.
 template <class Character>
@@ -62,10 +79,10 @@ std::wstring Widen(std::string_view text) {
         wchar_t character = 0;
         std::mbstate_t state{};
         const size_t used = std::mbrtowc(&character, text.data(), text.size(), &state);
-        const bool isMalformed = used > text.size();
+        const bool isMalformed = used > text.size() || character > lastCharacter;
         wide += isMalformed ? replacement : character;
         // A zero is one byte that counts as none.
-        text.remove_prefix(isMalformed || used == 0 ? 1 : used);
+        text.remove_prefix(isMalformed ? MalformedSize(text) : std::max<size_t>(used, 1));
     }
     return wide;
 }

@@ -121,7 +121,11 @@ DWORD TlsAlloc() {
 }
 
 BOOL TlsFree(DWORD index) {
-    return ::pthread_key_delete(index) == 0 ? TRUE : FALSE;
+    if (::pthread_key_delete(index) != 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return FALSE;
+    }
+    return TRUE;
 }
 
 void Sleep(DWORD milliseconds) {

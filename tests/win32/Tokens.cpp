@@ -48,7 +48,7 @@ BOOL GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVOID info
             case TokenElevation: *Place<TOKEN_ELEVATION>(information, size, needed) = {0}; break;
             case TokenIntegrityLevel: {
                 auto* const integrity = Place<IntegrityLabel>(information, size, needed);
-                integrity->identifier = {1, 1, {0, 0, 0, 0, 0, 16}, {SECURITY_MANDATORY_MEDIUM_RID}};
+                integrity->identifier = {1, 1, {{0, 0, 0, 0, 0, 16}}, {SECURITY_MANDATORY_MEDIUM_RID}};
                 integrity->label = {{&integrity->identifier, attributesOfIntegrity}};
                 break;
             }

@@ -45,12 +45,27 @@ bool Waitable::EndsWaitOf(Waiter& waiter) {
         return false;
     }
     isSignalled = stays;
+    Taken();
     return true;
 }
 
 void Waitable::Dismiss(Waiter& waiter) {
     const std::lock_guard guard(mutex);
     std::erase(waiters, &waiter);
+}
+
+Mutex::Mutex(bool isOwned) : Waitable(false, !isOwned), owner(isOwned ? GetCurrentThreadId() : 0) {}
+
+void Mutex::Release() {
+    DWORD releasing = GetCurrentThreadId();
+    if (!owner.compare_exchange_strong(releasing, 0)) {
+        throw Failure{ERROR_NOT_OWNER};
+    }
+    Signal();
+}
+
+void Mutex::Taken() {
+    owner = GetCurrentThreadId();
 }
 
 namespace {
@@ -127,7 +142,7 @@ HANDLE CreateMutexA(LPSECURITY_ATTRIBUTES /*security*/, BOOL initialOwner, LPCST
 
 BOOL ReleaseMutex(HANDLE mutex) {
     return AnswerOr(FALSE, "ReleaseMutex", [&] {
-        ObjectOf<win32::Mutex>(mutex)->Signal();
+        ObjectOf<win32::Mutex>(mutex)->Release();
         return TRUE;
     });
 }

@@ -1,6 +1,7 @@
 // An object that threads can wait for: an event, or a thread's end.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -41,6 +42,9 @@ public:
     void Dismiss(Waiter& waiter);
 
 private:
+    // The calling thread's wait has ended; nobody else's does at that time.
+    virtual void Taken() {}
+
     std::mutex mutex;
     const bool stays;
     bool isSignalled;
@@ -54,7 +58,16 @@ class Event final : public Waitable {
 // Signalled while no thread owns it.
 class Mutex final : public Waitable {
 public:
-    explicit Mutex(bool isOwned) : Waitable(false, !isOwned) {}
+    // The calling thread owns it, or nobody does.
+    explicit Mutex(bool isOwned);
+
+    // Fails with ERROR_NOT_OWNER for a thread that does not own it.
+    void Release();
+
+private:
+    void Taken() override;
+
+    std::atomic<DWORD> owner = 0;
 };
 
 }  // namespace win32

@@ -1,7 +1,8 @@
-// Faults of the layer, and its texts for errors.
+// Faults of the layer.
 #include <gtest/gtest.h>
 #include <windows.h>
 
+#include <filesystem>
 #include <string>
 
 #include "win32_faults.h"
@@ -79,12 +80,47 @@ TEST_F(Fault, CountsUsesTheFailedOnesIncluded) {
     EXPECT_EQ(win32::Uses("SetEvent"), before + 2);
 }
 
-TEST(ErrorText, IsThereForCodesThatWindowsHas) {
-    char text[100] = {};
-    EXPECT_EQ(::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 126, 0, text, sizeof text, nullptr), 12U);
-    EXPECT_STREQ(text, "Error 126.\r\n");
-    EXPECT_EQ(::FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM, nullptr, 0x2FFFFFFF, 0, text, sizeof text, nullptr), 0U);
-    EXPECT_EQ(::GetLastError(), DWORD{ERROR_MR_MID_NOT_FOUND});
+TEST_F(Fault, OfAFileLeavesItAsItIs) {
+    const std::filesystem::path path = testing::TempDir() + "fault-" + std::to_string(::GetCurrentProcessId());
+    const auto open = [&path] {
+        return ::CreateFileW(path.wstring().c_str(), FILE_APPEND_DATA,
+                             FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_ALWAYS,
+                             FILE_ATTRIBUTE_NORMAL, nullptr);
+    };
+    FailCall("CreateFileW", 1, 5);
+    EXPECT_EQ(open(), INVALID_HANDLE_VALUE);
+    EXPECT_EQ(::GetLastError(), 5U);
+    EXPECT_FALSE(std::filesystem::exists(path));
+    const HANDLE file = open();
+    FailCall("WriteFile", 1, ERROR_DISK_FULL);
+    DWORD written = 0;
+    EXPECT_FALSE(::WriteFile(file, "text", 4, &written, nullptr));
+    EXPECT_EQ(::GetLastError(), DWORD{ERROR_DISK_FULL});
+    EXPECT_EQ(std::filesystem::file_size(path), 0U);
+    ::CloseHandle(file);
+    std::filesystem::remove(path);
+}
+
+TEST_F(Fault, OfASleepEndsIt) {
+    SRWLOCK lock = SRWLOCK_INIT;
+    CONDITION_VARIABLE condition = CONDITION_VARIABLE_INIT;
+    FailCall("SleepConditionVariableSRW", 1, 8);
+    ::AcquireSRWLockExclusive(&lock);
+    EXPECT_FALSE(::SleepConditionVariableSRW(&condition, &lock, INFINITE, 0));
+    EXPECT_EQ(::GetLastError(), 8U);
+    ::ReleaseSRWLockExclusive(&lock);
+}
+
+TEST_F(Fault, OfTheRegistrysWideFunctionsIsTheirAnswer) {
+    HKEY key = nullptr;
+    FailCall("RegOpenKeyExW", 1, 5);
+    EXPECT_EQ(::RegOpenKeyExW(HKEY_CURRENT_USER, L"", 0, KEY_READ, &key), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(key, nullptr);
+    FailCall("RegSetValueExW", 1, 14);
+    EXPECT_EQ(::RegSetValueExW(HKEY_CURRENT_USER, L"x", 0, REG_BINARY, nullptr, 0), 14);
+    FailCall("RegQueryValueExW", 1, 13);
+    EXPECT_EQ(::RegQueryValueExW(HKEY_CURRENT_USER, L"x", nullptr, nullptr, nullptr, nullptr), ERROR_INVALID_DATA);
+    EXPECT_EQ(::RegQueryValueExW(HKEY_CURRENT_USER, L"x", nullptr, nullptr, nullptr, nullptr), ERROR_FILE_NOT_FOUND);
 }
 
 }  // namespace

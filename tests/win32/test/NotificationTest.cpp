@@ -12,7 +12,6 @@ protected:
     ~Notification() override { ::CloseHandle(event); }
 
     LSTATUS Watch(HKEY watched, DWORD filter, BOOL subtree = TRUE) {
-        ::ResetEvent(event);
         return ::RegNotifyChangeKeyValue(watched, subtree, filter, event, TRUE);
     }
 
@@ -47,6 +46,14 @@ TEST_F(Notification, ComesOnce) {
     EXPECT_FALSE(IsTold());
 }
 
+TEST_F(Notification, ResetsItsEventWhenItIsAskedFor) {
+    ::SetEvent(event);
+    ASSERT_EQ(::RegNotifyChangeKeyValue(key, TRUE, lastSet, event, TRUE), ERROR_SUCCESS);
+    EXPECT_FALSE(IsTold());
+    Write(key, "x", "y");
+    EXPECT_TRUE(IsTold());
+}
+
 TEST_F(Notification, AskedForTwiceComesOnce) {
     Watch(key, lastSet);
     Watch(key, lastSet);
@@ -74,10 +81,24 @@ TEST_F(Notification, ComesForWhatTheFilterNames) {
     EXPECT_FALSE(IsTold());
     ::RegDeleteTreeA(key, "A");
     EXPECT_TRUE(IsTold());
-    Watch(key, lastSet);
+    const HKEY other = Create(HKEY_CURRENT_USER, path.c_str());
+    Watch(other, lastSet);
     Touch(key, "A\\B");
     EXPECT_FALSE(IsTold());
     WriteBelow();
+    EXPECT_TRUE(IsTold());
+    ::RegCloseKey(other);
+}
+
+TEST_F(Notification, KeepsTheFilterThatTheOpenKeyWasFirstAskedFor) {
+    Watch(key, lastSet, FALSE);
+    Write(key, "x", "y");
+    EXPECT_TRUE(IsTold());
+    ASSERT_EQ(Watch(key, changeName, TRUE), ERROR_SUCCESS);
+    Touch(key, "A\\C");
+    WriteBelow();
+    EXPECT_FALSE(IsTold());
+    Write(key, "x", "z");
     EXPECT_TRUE(IsTold());
 }
 
@@ -96,15 +117,6 @@ TEST_F(Notification, ComesForNothingAboveOrBeside) {
     Write(key, "x", "y");
     Touch(key, "C\\D");
     EXPECT_FALSE(IsTold());
-    ::RegCloseKey(watched);
-}
-
-TEST_F(Notification, ComesForTheWatchedKeysOwnDeletionAndCannotBeAskedForAgain) {
-    const HKEY watched = Create(key, "A\\B");
-    Watch(watched, lastSet, FALSE);
-    ::RegDeleteTreeA(key, "A");
-    EXPECT_TRUE(IsTold());
-    EXPECT_EQ(Watch(watched, lastSet), ERROR_KEY_DELETED);
     ::RegCloseKey(watched);
 }
 

@@ -5,32 +5,28 @@
 
 #include <string>
 
-#include "win32_faults.h"
+#include "RegistryRedirect.h"
 
-// A key of the current user's, empty at first and deleted at the end. No registry key is left open.
+// A key of the current user's, empty at first and deleted at the end. HKEY_LOCAL_MACHINE is redirected meanwhile.
 class RegistryFixture : public testing::Test {
 protected:
-    RegistryFixture() { key = Create(HKEY_CURRENT_USER, "Software\\Test"); }
-    ~RegistryFixture() override {
-        ::RegCloseKey(key);
-        ::RegDeleteTreeA(HKEY_CURRENT_USER, "Software");
-        EXPECT_EQ(win32::OpenRegistryKeys(), 0U);
-    }
+    RegistryFixture() { key = Create(HKEY_CURRENT_USER, path.c_str()); }
+    ~RegistryFixture() override { ::RegCloseKey(key); }
 
-    static HKEY Create(HKEY parent, const char* path, REGSAM access = KEY_ALL_ACCESS) {
+    static HKEY Create(HKEY parent, const char* subKey, REGSAM access = KEY_ALL_ACCESS) {
         HKEY created = nullptr;
-        EXPECT_EQ(::RegCreateKeyExA(parent, path, 0, nullptr, 0, access, nullptr, &created, nullptr), ERROR_SUCCESS);
+        EXPECT_EQ(::RegCreateKeyExA(parent, subKey, 0, nullptr, 0, access, nullptr, &created, nullptr), ERROR_SUCCESS);
         return created;
     }
 
     // Makes the key when it is not there.
-    static void Touch(HKEY parent, const char* path, REGSAM view = 0) {
-        ::RegCloseKey(Create(parent, path, KEY_ALL_ACCESS | view));
+    static void Touch(HKEY parent, const char* subKey, REGSAM view = 0) {
+        ::RegCloseKey(Create(parent, subKey, KEY_ALL_ACCESS | view));
     }
 
-    static LSTATUS Look(HKEY parent, const char* path, REGSAM view = 0) {
+    static LSTATUS Look(HKEY parent, const char* subKey, REGSAM view = 0) {
         HKEY opened = nullptr;
-        const LSTATUS status = ::RegOpenKeyExA(parent, path, 0, KEY_READ | view, &opened);
+        const LSTATUS status = ::RegOpenKeyExA(parent, subKey, 0, KEY_READ | view, &opened);
         if (status == ERROR_SUCCESS) {
             ::RegCloseKey(opened);
         }
@@ -50,5 +46,8 @@ protected:
         return status == ERROR_SUCCESS ? text : "error " + std::to_string(status);
     }
 
+    // Where the key is below HKEY_CURRENT_USER.
+    const simulator::RegistryRedirect redirect;
+    const std::string path = redirect.Path() + "\\Test";
     HKEY key = nullptr;
 };

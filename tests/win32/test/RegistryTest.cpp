@@ -1,16 +1,9 @@
-// Keys, values, views and the redirection of the registry in memory.
+// Keys, values and the redirection of the registry.
 #include "RegistryFixture.h"
 
 namespace {
 
-class Registry : public RegistryFixture {
-protected:
-    ~Registry() override {
-        ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
-        ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, "Software\\Maker");
-        ::RegDeleteTreeA(HKEY_LOCAL_MACHINE, "Software\\Wow6432Node\\Maker");
-    }
-};
+using Registry = RegistryFixture;
 
 TEST_F(Registry, GivesBackWhatWasWritten) {
     EXPECT_EQ(Write(key, "Version", "5.7.0"), ERROR_SUCCESS);
@@ -23,13 +16,22 @@ TEST_F(Registry, GivesBackWhatWasWritten) {
 }
 
 TEST_F(Registry, ComparesNamesWithoutTheirCaseAndSlashesWithoutTheirNumber) {
-    Write(key, "Version", "5.7.0");
+    const HKEY made = Create(key, "Sub\\Key");
+    Write(made, "Version", "5.7.0");
+    ::RegCloseKey(made);
     HKEY same = nullptr;
-    ASSERT_EQ(::RegOpenKeyExA(HKEY_CURRENT_USER, "SOFTWARE\\\\test\\", 0, KEY_READ, &same), ERROR_SUCCESS);
+    ASSERT_EQ(::RegOpenKeyExA(key, "SUB\\\\key\\", 0, KEY_READ, &same), ERROR_SUCCESS);
     EXPECT_EQ(Read(same, "VERSION"), "5.7.0");
     ::RegCloseKey(same);
-    EXPECT_EQ(Look(HKEY_CURRENT_USER, "Software\\Tes"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Look(HKEY_CURRENT_USER, "Software\\Test1"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(Look(key, "Sub\\Ke"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(Look(key, "Sub\\Key1"), ERROR_FILE_NOT_FOUND);
+}
+
+TEST_F(Registry, RefusesAPathThatBeginsWithASlash) {
+    Touch(key, "A");
+    EXPECT_EQ(Look(key, "\\A"), ERROR_BAD_PATHNAME);
+    HKEY made = nullptr;
+    EXPECT_EQ(::RegCreateKeyExA(key, "\\A", 0, nullptr, 0, KEY_READ, nullptr, &made, nullptr), ERROR_BAD_PATHNAME);
 }
 
 TEST_F(Registry, SaysHowMuchRoomAValueNeeds) {
@@ -39,8 +41,7 @@ TEST_F(Registry, SaysHowMuchRoomAValueNeeds) {
     DWORD size = 5;
     EXPECT_EQ(::RegQueryValueExA(key, "Version", nullptr, &type, data, &size), ERROR_MORE_DATA);
     EXPECT_EQ(size, 6U);
-    EXPECT_EQ(data[0], 0);
-    EXPECT_EQ(type, REG_SZ);
+    EXPECT_EQ(type, DWORD{REG_SZ});
     EXPECT_EQ(::RegQueryValueExA(key, "Version", nullptr, nullptr, data, &size), ERROR_SUCCESS);
     size = 0;
     EXPECT_EQ(::RegQueryValueExA(key, "Version", nullptr, nullptr, nullptr, &size), ERROR_SUCCESS);
@@ -48,7 +49,7 @@ TEST_F(Registry, SaysHowMuchRoomAValueNeeds) {
 }
 
 TEST_F(Registry, TellsANewKeyFromAnOldOne) {
-    for (const DWORD expected : {REG_CREATED_NEW_KEY, REG_OPENED_EXISTING_KEY}) {
+    for (const DWORD expected : {DWORD{REG_CREATED_NEW_KEY}, DWORD{REG_OPENED_EXISTING_KEY}}) {
         HKEY made = nullptr;
         DWORD disposition = 0;
         ::RegCreateKeyExA(key, "A\\B", 0, nullptr, 0, KEY_READ, nullptr, &made, &disposition);
@@ -88,6 +89,14 @@ TEST_F(Registry, EmptiesATreeOrDeletesIt) {
     ::RegCloseKey(a);
 }
 
+TEST_F(Registry, EmptiesNoTreeThatItMayNotRead) {
+    Touch(key, "A\\B");
+    const HKEY writable = Create(key, "A", KEY_SET_VALUE);
+    EXPECT_EQ(::RegDeleteTreeA(writable, nullptr), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(Look(key, "A\\B"), ERROR_SUCCESS);
+    ::RegCloseKey(writable);
+}
+
 TEST_F(Registry, AnswersThatAnOpenKeyWasDeleted) {
     Touch(key, "A\\B");
     const HKEY b = Create(key, "A\\B");
@@ -95,7 +104,9 @@ TEST_F(Registry, AnswersThatAnOpenKeyWasDeleted) {
     EXPECT_EQ(Read(b, "x"), "error 1018");
     EXPECT_EQ(Write(b, "x", "y"), ERROR_KEY_DELETED);
     EXPECT_EQ(Look(b, ""), ERROR_KEY_DELETED);
-    EXPECT_EQ(::RegNotifyChangeKeyValue(b, TRUE, REG_NOTIFY_CHANGE_NAME, nullptr, TRUE), ERROR_KEY_DELETED);
+    const HANDLE event = ::CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    EXPECT_EQ(::RegNotifyChangeKeyValue(b, TRUE, REG_NOTIFY_CHANGE_NAME, event, TRUE), ERROR_KEY_DELETED);
+    ::CloseHandle(event);
     // A new key of that name is another one.
     Touch(key, "A\\B");
     EXPECT_EQ(Read(b, "x"), "error 1018");
@@ -103,32 +114,21 @@ TEST_F(Registry, AnswersThatAnOpenKeyWasDeleted) {
     EXPECT_EQ(::RegCloseKey(b), ERROR_INVALID_HANDLE);
 }
 
-TEST_F(Registry, KeepsTheViewsOfLocalMachineApart) {
-    Touch(HKEY_LOCAL_MACHINE, "Software\\Maker\\Narrow", KEY_WOW64_32KEY);
-    Touch(HKEY_LOCAL_MACHINE, "Software\\Maker\\Wide", KEY_WOW64_64KEY);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Narrow"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Narrow", KEY_WOW64_64KEY), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "SOFTWARE\\maker\\narrow", KEY_WOW64_32KEY), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Wow6432Node\\Maker\\Narrow"), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Wow6432Node\\Maker\\Narrow", KEY_WOW64_32KEY), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Wide"), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Wide", KEY_WOW64_32KEY), ERROR_FILE_NOT_FOUND);
-}
-
 TEST_F(Registry, HasOneViewOfTheCurrentUser) {
-    Touch(HKEY_CURRENT_USER, "Software\\Test\\A", KEY_WOW64_32KEY);
-    EXPECT_EQ(Look(HKEY_CURRENT_USER, "Software\\Test\\A"), ERROR_SUCCESS);
+    Touch(HKEY_CURRENT_USER, (path + "\\A").c_str(), KEY_WOW64_32KEY);
+    EXPECT_EQ(Look(HKEY_CURRENT_USER, (path + "\\A").c_str()), ERROR_SUCCESS);
 }
 
 TEST_F(Registry, RedirectsLocalMachineWithBothItsViews) {
-    Touch(HKEY_LOCAL_MACHINE, "Software\\Maker\\True");
+    ::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr);
+    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software"), ERROR_SUCCESS);
     ASSERT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, key), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\True"), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software"), ERROR_FILE_NOT_FOUND);
     Touch(HKEY_LOCAL_MACHINE, "Software\\Maker\\Put", KEY_WOW64_32KEY);
     EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Put"), ERROR_SUCCESS);
     EXPECT_EQ(Look(key, "Software\\Maker\\Put"), ERROR_SUCCESS);
     ASSERT_EQ(::RegOverridePredefKey(HKEY_LOCAL_MACHINE, nullptr), ERROR_SUCCESS);
-    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\True"), ERROR_SUCCESS);
+    EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software"), ERROR_SUCCESS);
     EXPECT_EQ(Look(HKEY_LOCAL_MACHINE, "Software\\Maker\\Put"), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(::RegOverridePredefKey(key, nullptr), ERROR_INVALID_HANDLE);
 }

@@ -21,8 +21,10 @@ std::string Narrow(const std::wstring& wide) {
 }
 
 TEST(Text, GoesToWideAndBack) {
+    EXPECT_EQ(Widen("a\x7F"), L"a\x7F");
+    EXPECT_EQ(Widen("\xC3\xBC\xE2\x82\xAC"), L"\u00FC\u20AC");
+    EXPECT_EQ(Widen("\xF0\x9F\x98\x80"), L"\U0001F600");
     for (const std::string text : {"a", "\xC3\xBC", "\xE2\x82\xAC", "\xF0\x9F\x98\x80", "\x7F"}) {
-        EXPECT_EQ(Widen(text).size(), 1U);
         EXPECT_EQ(Narrow(Widen(text)), text);
     }
     const std::string withZero("a\0b", 3);
@@ -32,7 +34,15 @@ TEST(Text, GoesToWideAndBack) {
 TEST(Text, ThatIsMalformedIsReplaced) {
     EXPECT_EQ(Widen("a\xFFz"), L"a\xFFFDz");
     EXPECT_EQ(Widen("\xC3"), L"\xFFFD");
+    EXPECT_EQ(Widen("\xC0\xAF"), L"\xFFFD\xFFFD");
+    EXPECT_EQ(Widen("\xF5\x80\x80\x80"), L"\xFFFD\xFFFD\xFFFD\xFFFD");
     EXPECT_EQ(Narrow(L"\xD800"), "\xEF\xBF\xBD");
+}
+
+TEST(Text, ThatIsCutOffWithinACharacterIsReplacedOnce) {
+    EXPECT_EQ(Widen("\xE2\x82"), L"\xFFFD");
+    EXPECT_EQ(Widen("\xF0\x9F\x98"), L"\xFFFD");
+    EXPECT_EQ(Widen("\xF0\x9Fyz"), L"\xFFFDyz");
 }
 
 TEST(Text, WithoutASizeIncludesItsZero) {

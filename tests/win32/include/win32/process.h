@@ -24,7 +24,8 @@ BOOL GetProcessHandleCount(HANDLE process, LPDWORD count);
 intptr_t _get_heap_handle();
 BOOL HeapValidate(HANDLE heap, DWORD flags, const void* block);
 
-// The process's own, in UTF-8, as its C library has it. A null value takes the variable away.
+// The process's own, in UTF-8, as its C library has it. The case of a name does not count. A null value takes the
+// variable away.
 DWORD GetEnvironmentVariableW(LPCWSTR name, LPWSTR value, DWORD size);
 BOOL SetEnvironmentVariableW(LPCWSTR name, LPCWSTR value);
 

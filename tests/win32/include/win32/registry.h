@@ -50,8 +50,8 @@ LSTATUS RegQueryValueExW(HKEY key, LPCWSTR name, LPDWORD reserved, LPDWORD type,
 LSTATUS RegSetValueExW(HKEY key, LPCWSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LSTATUS RegDeleteValueA(HKEY key, LPCSTR name);
 
-// Asynchronous only. The event is set once: by a change that the filter names, by the key's deletion, or by its
-// closing.
+// Asynchronous only. The event is reset, and then set once: by a change that the filter names, by the key's deletion,
+// or by its closing. The subtree and the filter of an open key are those of its first request.
 LSTATUS RegNotifyChangeKeyValue(HKEY key, BOOL watchSubtree, DWORD filter, HANDLE event, BOOL asynchronous);
 
 }  // extern "C"

@@ -12,10 +12,13 @@ inline constexpr DWORD SECURITY_MANDATORY_MEDIUM_RID = 0x2000;
 inline constexpr DWORD SECURITY_MANDATORY_HIGH_RID = 0x3000;
 inline constexpr DWORD SECURITY_MANDATORY_SYSTEM_RID = 0x4000;
 
+struct SID_IDENTIFIER_AUTHORITY {
+    BYTE Value[6];
+};
 struct SID {
     BYTE Revision;
     BYTE SubAuthorityCount;
-    BYTE IdentifierAuthority[6];
+    SID_IDENTIFIER_AUTHORITY IdentifierAuthority;
     DWORD SubAuthority[1];
 };
 using PSID = void*;
