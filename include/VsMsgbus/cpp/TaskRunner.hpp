@@ -92,9 +92,9 @@ public:
         }
     }
 
-    /// For a product that has left: nothing is reported any more. Waits in the same way, and then for the threads of the
-    /// work that has ended. False when some goes on, or when the calling thread is one of them: its threads are then
-    /// left to end by themselves.
+    /// For a product that has left: nothing is reported any more. Waits in the same way, and then for the threads of
+    /// the work that has ended. False when some goes on, or when the calling thread is one of them: its threads are
+    /// then left to end by themselves.
     bool WaitForAll(std::chrono::steady_clock::time_point latest) {
         {
             const std::lock_guard guard(mutex);
