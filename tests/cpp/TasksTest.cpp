@@ -201,6 +201,25 @@ TEST_F(LayerTasks, AreStoppedAndReportTheirEndBeforeTheProductLeaves) {
     EXPECT_THAT(TakeReports(), ElementsAre("task 2", "task 3"));
 }
 
+TEST_F(LayerTasks, AreNotBegunOnAThreadOfTheirOwnWhileTheProductLeaves) {
+    Event isInside;
+    std::atomic<bool> hasRun = false;
+    auto product = With([&](vsmsgbus::Task& task) {
+        isInside.Set();
+        EXPECT_TRUE(WaitUntil([&] { return task.IsToStop(); }));
+        return vsmsgbus::OnOwnThread([&](const TaskRun&) {
+            hasRun = true;
+            return TaskResult::Done;
+        });
+    });
+    const TaskRequest request("task");
+    ASSERT_TRUE(isInside.Wait());
+    EXPECT_TRUE(product.Leave());
+    EXPECT_EQ(request.Answer(), NY_OK);
+    EXPECT_FALSE(hasRun);
+    EXPECT_THAT(TakeReports(), ElementsAre("task 3"));
+}
+
 // As when the work does not look at its token.
 TEST_F(LayerTasks, ThatDoNotEndAreLeftBehindAfterRealFifteenSecondsAndReportNothingMore) {
     const OnPurpose mistakes{"TASK-WITHOUT-END"};

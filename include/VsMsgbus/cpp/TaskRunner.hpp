@@ -42,14 +42,12 @@ public:
         RunHandler(*log, "tasks", [&] {
             Task task(taskId, run->stop.get_token(), bag);
             outcome = handler(task);
-            if (outcome.Work()) {
-                Start(run, outcome.Work());
-                isStarted = true;
-            }
+            isStarted = outcome.Work() && Start(run, outcome.Work());
         });
         if (isStarted) {
             return VsKitMsgbus::INYTaskEnforcer::NothingDecided;
         }
+        // Failed where there is work that was not started.
         End(run, outcome.Result());
         return static_cast<int32_t>(outcome.Result());
     }
@@ -75,7 +73,7 @@ public:
         lastResults.erase(taskId);
     }
 
-    /// For a product that leaves. Tasks that begin from now on are stopped at once.
+    /// For a product that leaves. Tasks that begin from now on are stopped at once, and get no thread of their own.
     void StopAll() {
         {
             const std::lock_guard guard(mutex);
@@ -137,12 +135,17 @@ private:
         return run;
     }
 
-    // Throws std::system_error when the system has no thread for it.
-    void Start(const RunPointer& run, const TaskWork& work) {
+    // False while the product leaves: the agent would not hear the end. Throws std::system_error when the system has no
+    // thread for it.
+    bool Start(const RunPointer& run, const TaskWork& work) {
         const std::lock_guard guard(mutex);
+        if (isLeaving) {
+            return false;
+        }
         run->begun = std::chrono::steady_clock::now();
         run->thread = std::thread([self = shared_from_this(), run, work] { self->Work(run, work); });
         run->runner = run->thread.get_id();
+        return true;
     }
 
     void Work(const RunPointer& run, const TaskWork& work) {
