@@ -1,8 +1,8 @@
-// What the bridge has of the process while the agent is there and nothing is to do, and how often it wakes up.
+// The threads, handles and memory that the bridge takes while the agent is there and nothing is to do, and how often
+// its threads wake up.
 #include <windows.h>
 
 #include <psapi.h>
-#include <tlhelp32.h>
 
 #include <atomic>
 #include <chrono>
@@ -16,6 +16,7 @@
 #include "bench/host/Measurements.h"
 #include "tests/support/ModuleImports.h"
 #include "tests/support/SystemFunction.h"
+#include "tool/play/player/Level.h"
 
 using namespace std::chrono_literals;
 
@@ -76,45 +77,11 @@ private:
     static inline decltype(::Sleep)* pause = nullptr;
 };
 
-// What this process has.
-struct Level {
-    double threads = 0;
-    double handles = 0;
-    double privateBytes = 0;
-};
-
-double CountThreads() {
-    const HANDLE snapshot = ::CreateToolhelp32Snapshot(TH32CS_SNAPTHREAD, 0);
-    THREADENTRY32 entry{};
-    entry.dwSize = sizeof entry;
-    double count = 0;
-    for (BOOL isThere = ::Thread32First(snapshot, &entry); isThere != FALSE;
-         isThere = ::Thread32Next(snapshot, &entry)) {
-        count += entry.th32OwnerProcessID == ::GetCurrentProcessId() ? 1 : 0;
-    }
-    ::CloseHandle(snapshot);
-    return count;
-}
-
-// Asked one by one: under Wine the system says that there are none.
-double CountHandles() {
-    double count = 0;
-    for (uintptr_t handle = 4; handle < 0x10000; handle += 4) {
-        DWORD flags = 0;
-        count += ::GetHandleInformation(reinterpret_cast<HANDLE>(handle), &flags) != FALSE ? 1 : 0;
-    }
-    return count;
-}
-
 // As the system counts them: on Windows what is committed, under Wine what is in memory and in no file.
 double PrivateBytes() {
     PROCESS_MEMORY_COUNTERS counters{};
     ::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters);
     return static_cast<double>(counters.PagefileUsage);
-}
-
-Level MeasureLevel() {
-    return {CountThreads(), CountHandles(), PrivateBytes()};
 }
 
 // The bridge, entered for one product, from its loading on; stays loaded.
@@ -159,15 +126,17 @@ void MeasureRest(Session& session) {
     if (others[0] == nullptr || others[1] == nullptr) {
         throw std::runtime_error("the other libraries cannot be loaded");
     }
-    const Level before = MeasureLevel();
+    const tool::play::Level before = tool::play::MeasureLevel();
+    const double bytesBefore = PrivateBytes();
     LoadedBridge bridge;
     bridge.Load();
-    const Level loaded = MeasureLevel();
+    const double bytesLoaded = PrivateBytes();
     const CountedSleeps sleeps;
     bridge.Enter();
     // The watcher reads the version once more when no change has come for so long.
     std::this_thread::sleep_for(16s);
-    const Level atRest = MeasureLevel();
+    const tool::play::Level atRest = tool::play::MeasureLevel();
+    const double bytesAtRest = PrivateBytes();
     const size_t endedBefore = sleeps.Ended();
     const auto rest = session.isQuick ? 5s : 60s;
     std::this_thread::sleep_for(rest);
@@ -179,15 +148,15 @@ void MeasureRest(Session& session) {
         throw std::runtime_error("the bridge's thread is not seen to wake up");
     }
     bridge.Leave();
-    const double threads = atRest.threads - before.threads;
+    const auto threads = static_cast<double>(atRest.threads - before.threads);
     Add(session, "threads", "of the bridge's own", threads, "1", threads == 1);
-    Add(session, "handles", "more", atRest.handles - before.handles);
+    Add(session, "handles", "more", static_cast<double>(atRest.handles - before.handles));
     session.report.Add(Amount{"at rest",
                               "private bytes",
                               0,
                               "bytes",
-                              atRest.privateBytes - before.privateBytes,
-                              {{"loaded alone", loaded.privateBytes - before.privateBytes}},
+                              bytesAtRest - bytesBefore,
+                              {{"loaded alone", bytesLoaded - bytesBefore}},
                               "",
                               true});
     Add(session, ("wake-ups in " + std::to_string(rest / 1s) + " s, after the first 16").c_str(), "in all",

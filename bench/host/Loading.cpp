@@ -30,7 +30,8 @@ double Loads(size_t count, const char* name, bool isOfUnloads) {
 
 }  // namespace
 
-// What the bridge imports of the system is there already, as in any host: this program has the registry's library, too.
+// The system's libraries that the bridge imports are loaded already, as in any host: this program imports the
+// registry's, too.
 void MeasureLoading(Session& session) {
     for (const bool isOfUnloads : {false, true}) {
         const auto way = [=](const char* title, const char* name) {

@@ -1,4 +1,4 @@
-// What a host pays for having the bridge at all: the built DLL, which this program loads as it runs.
+// Measures the costs of a host that has the bridge and does not call it: this program loads the built DLL as it runs.
 #pragma once
 
 #include "bench/harness/Program.h"

@@ -16,8 +16,9 @@
 #include "support/ModuleImports.h"
 #include "support/SystemFunction.h"
 
-// What the bridge's own code asks the system for: the threads that it creates, how they sleep, and the handles that it
-// takes and gives back. A sleep of fifteen seconds is over at once. One at a time; outlives the bridge's threads.
+// The calls that the bridge's own code makes of the system, replaced and counted: the threads that it creates, how they
+// sleep, and the handles that it takes and gives back. A sleep of fifteen seconds is over at once. One at a time;
+// outlives the bridge's threads.
 class BridgeImports {
 public:
     BridgeImports() {
@@ -70,7 +71,7 @@ public:
         const std::lock_guard guard(mutex);
         return threadsCreated;
     }
-    // What the handles are of that it has, in the order of the alphabet.
+    // The kinds of the handles that the bridge has, in alphabetical order.
     std::vector<std::string> Handles() {
         const std::lock_guard guard(mutex);
         std::vector<std::string> kinds;

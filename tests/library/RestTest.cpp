@@ -1,4 +1,4 @@
-// What the bridge has of its host while the agent is there and nothing is to do.
+// The threads, handles and sleeps of the bridge while the agent is there and nothing is to do.
 #include <optional>
 
 #include "VsMsgbus/Entry.h"
