@@ -34,7 +34,7 @@ const ForeignType* ForeignThrow::FindType(const char* name) const noexcept {
 
 std::optional<int32_t> ForeignThrow::AgentCode() const noexcept {
     const ForeignType* const thrown = FindType(agentException);
-    // How much there is of it differs from one C++ library to the next. The code comes right behind it.
+    // The size of std::exception differs from one C++ library to the next. The agent's code comes right behind it.
     const ForeignType* const base = FindType(standardException);
     if (thrown == nullptr || base == nullptr || thrown->tableOffset >= 0) {
         return std::nullopt;
@@ -91,7 +91,7 @@ RunInForeignFrame:
 
 // The bodies of the two handlers, which reach the frame's private members through this struct.
 struct ForeignFrame::Handlers {
-    // Where the assembler has put it.
+    // The frame that RunInForeignFrame has stored on its stack.
     static ForeignFrame& FrameAt(void* stack) noexcept {
         return **reinterpret_cast<ForeignFrame**>(static_cast<std::byte*>(stack) + 32);
     }

@@ -1,5 +1,5 @@
-// Exceptions of modules that Microsoft's compiler built: g++'s `catch` does not see them, and nothing is destroyed in
-// the functions of g++'s that they pass. A ForeignFrame sees them, as that compiler's own try block does. Only C++
+// Exceptions of modules that Microsoft's compiler built: g++'s `catch` does not see them, and they run no destructors
+// in the functions of g++'s that they pass. A ForeignFrame sees them, as that compiler's own try block does. Only C++
 // exceptions are looked at: an access violation and the like pass on.
 #pragma once
 
@@ -14,8 +14,7 @@ struct ForeignType;
 // One such exception on its way, while a frame looks at it.
 class ForeignThrow {
 public:
-    // `description` is what its compiler wrote about its type, null when it says nothing; addresses in it are relative
-    // to `image`.
+    // `description` is what TypeInfo returns; the addresses in it are relative to `image`.
     ForeignThrow(void* thrownObject, const std::byte* description, const std::byte* image) noexcept
         : object(thrownObject), typeInfo(description), imageBase(image) {}
 

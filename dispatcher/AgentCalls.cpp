@@ -1,9 +1,14 @@
 #include "dispatcher/AgentCalls.h"
 
+#include <windows.h>
+
 #include <algorithm>
+#include <array>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <utility>
@@ -11,6 +16,7 @@
 #include "base/Boundary.h"
 #include "base/Mutex.h"
 #include "base/NoDestroyAtExit.h"
+#include "base/ThreadNumber.h"
 #include "base/UniqueHandle.h"
 
 namespace bridge {
@@ -34,65 +40,53 @@ struct Before {
 };
 
 struct Entry {
-    std::shared_ptr<void> called;
+    std::shared_ptr<void> called;  // null for a name that has ended, which stands for no other product any more
     const void* group = nullptr;
-    bool isAdmitted = false;  // false for a name that has ended, which stands for no other product any more
 };
 
-}  // namespace
+// How many calls from the agent each thread is inside.
+NoDestroyAtExit<ThreadNumber> callDepth;
 
-// The lock is held for a look-up or a change alone. Objects that an entry shared are let go of without it.
-struct AgentCallTable {
+constexpr size_t cacheLineSize = 64;
+
+// A part of the table. The lock is held for a look-up or a change alone. Objects that an entry shared are let go of
+// without it.
+struct alignas(cacheLineSize) Part {
     Mutex lock;
     std::map<Name, Entry, Before> entries GUARDED_BY(lock);
-    AgentCall* underWay GUARDED_BY(lock) = nullptr;
-
-    // The entry that serves a call with this data for this product; null when the call comes too late.
-    const Entry* Find(const AgentCallData& data, std::string_view product) const noexcept REQUIRES(lock) {
-        auto found = entries.find(View(data, product));
-        if (found == entries.end() && !product.empty()) {
-            found = entries.find(View(data, {}));
-        }
-        return found != entries.end() && found->second.isAdmitted ? &found->second : nullptr;
-    }
-
-    void Begin(AgentCall& call, const AgentCallData& data, std::string_view product) noexcept {
-        const ScopedLock guard(lock);
-        if (const Entry* const entry = Find(data, product)) {
-            call.isAdmitted = true;
-            call.called = entry->called;
-        }
-        call.next = underWay;
-        if (underWay != nullptr) {
-            underWay->previous = &call;
-        }
-        underWay = &call;
-    }
-
-    void End(AgentCall& call) noexcept {
-        const ScopedLock guard(lock);
-        (call.previous != nullptr ? call.previous->next : underWay) = call.next;
-        if (call.next != nullptr) {
-            call.next->previous = call.previous;
-        }
-    }
-
-    bool HasCallOn(DWORD threadId) noexcept {
-        const ScopedLock guard(lock);
-        for (const AgentCall* call = underWay; call != nullptr; call = call->next) {
-            if (call->threadId == threadId) {
-                return true;
-            }
-        }
-        return false;
-    }
 };
 
-namespace {
+// The products are spread over the parts, so that calls for different products on different threads seldom meet.
+constexpr size_t partCount = 16;
 
-AgentCallTable& Table() noexcept {
-    static NoDestroyAtExit<AgentCallTable> table;
+std::array<Part, partCount>& Table() noexcept {
+    static NoDestroyAtExit<std::array<Part, partCount>> table;
     return *table;
+}
+
+Part& PartOf(std::string_view product) noexcept {
+    return Table()[std::hash<std::string_view>{}(product) % partCount];
+}
+
+// Looks up exactly this name. The object that is admitted under it, null when the name has ended; nullopt when there is
+// no such name.
+std::optional<std::shared_ptr<void>> FindNamed(const AgentCallData& data, std::string_view product) noexcept {
+    Part& part = PartOf(product);
+    const ScopedLock guard(part.lock);
+    const auto found = part.entries.find(View(data, product));
+    return found != part.entries.end() ? std::optional(found->second.called) : std::nullopt;
+}
+
+// Forgets one name of the group. False when there is none.
+bool ForgetOne(Part& part, const void* group) noexcept {
+    decltype(part.entries)::node_type forgotten;
+    const ScopedLock guard(part.lock);
+    const auto found = std::find_if(part.entries.begin(), part.entries.end(),
+                                    [group](const auto& entry) { return entry.second.group == group; });
+    if (found != part.entries.end()) {
+        forgotten = part.entries.extract(found);
+    }
+    return static_cast<bool>(forgotten);
 }
 
 struct Work {
@@ -110,57 +104,54 @@ DWORD WINAPI RunWork(void* parameter) {
 
 void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
                      const void* group) {
-    AgentCallTable& table = Table();
+    callDepth->Prepare();
+    Part& part = PartOf(product);
     Name name(View(data, product));
-    Entry entry{std::move(called), group, true};
-    const ScopedLock guard(table.lock);
-    std::swap(table.entries.try_emplace(std::move(name)).first->second, entry);
+    // A share of the name's own: calls for different products count no references in one place.
+    Entry entry{std::make_shared<std::shared_ptr<void>>(std::move(called)), group};
+    const ScopedLock guard(part.lock);
+    std::swap(part.entries.try_emplace(std::move(name)).first->second, entry);
 }
 
 void EndAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
-    AgentCallTable& table = Table();
+    Part& part = PartOf(product);
     std::shared_ptr<void> ended;
-    const ScopedLock guard(table.lock);
-    const auto found = table.entries.find(View(data, product));
-    if (found != table.entries.end()) {
-        found->second.isAdmitted = false;
+    const ScopedLock guard(part.lock);
+    const auto found = part.entries.find(View(data, product));
+    if (found != part.entries.end()) {
         ended.swap(found->second.called);
     }
 }
 
 void ForgetAgentCalls(const void* group) noexcept {
-    AgentCallTable& table = Table();
-    decltype(table.entries)::node_type forgotten;
-    do {
-        forgotten = {};
-        const ScopedLock guard(table.lock);
-        const auto found = std::find_if(table.entries.begin(), table.entries.end(),
-                                        [group](const auto& entry) { return entry.second.group == group; });
-        if (found != table.entries.end()) {
-            forgotten = table.entries.extract(found);
+    for (Part& part : Table()) {
+        while (ForgetOne(part, group)) {
         }
-    } while (forgotten);
+    }
 }
 
 std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept {
-    AgentCallTable& table = Table();
-    const ScopedLock guard(table.lock);
-    const Entry* const entry = table.Find(data, product);
-    return entry != nullptr ? entry->called : nullptr;
+    if (auto named = FindNamed(data, product)) {
+        return *std::move(named);
+    }
+    return FindNamed(data, {}).value_or(nullptr);
 }
 
-AgentCall::AgentCall(const AgentCallData& data, std::string_view product) noexcept : threadId(::GetCurrentThreadId()) {
-    Table().Begin(*this, data, product);
-}
+AgentCall::AgentCall(const AgentCallData& data, std::string_view product) noexcept
+    : depthAround(callDepth->Get()),
+      isCounted(callDepth->Set(depthAround + 1)),
+      called(isCounted ? FindAgentCalls(data, product) : nullptr) {}
 
 AgentCall::~AgentCall() {
     // First: what this ends must know that it is ended on a thread of the agent's.
     called.reset();
-    Table().End(*this);
+    if (isCounted) {
+        callDepth->Set(depthAround);
+    }
 }
 
 bool AgentCall::IsUnderWay() noexcept {
-    return Table().HasCallOn(::GetCurrentThreadId());
+    return callDepth->Get() != 0;
 }
 
 void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept {

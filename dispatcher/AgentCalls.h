@@ -1,12 +1,11 @@
-// The table of the functions that the agent may call, and the list of the calls that it is making.
+// The table of the functions that the agent may call, and the calls that it is making.
 //
 // The agent is given a pointer with each function that it may call, its callback data. It may use that pointer late:
 // after what it was registered for has ended, or while it ends. So the pointer is only a name here. It is looked up
 // before it is believed, and the call shares what it stands for until it returns.
 #pragma once
 
-#include <windows.h>
-
+#include <cstddef>
 #include <memory>
 #include <string_view>
 
@@ -29,7 +28,7 @@ AgentCallData CallData(const void* address) noexcept {
 
 // From now on the agent may call with this data for this product. An empty one stands for every product that was never
 // admitted by its own name: the agent may name any. Each call shares `called`. `group` names what is forgotten
-// together. Takes the place of what was admitted under the same name. Raises std::bad_alloc.
+// together. Takes the place of what was admitted under the same name. Raises std::bad_alloc, and nothing changes.
 void AdmitAgentCalls(const AgentCallData& data, std::string_view product, std::shared_ptr<void> called,
                      const void* group);
 
@@ -43,7 +42,7 @@ void ForgetAgentCalls(const void* group) noexcept;
 // The object that calls with this data for this product share; null when they come too late.
 std::shared_ptr<void> FindAgentCalls(const AgentCallData& data, std::string_view product) noexcept;
 
-// A call of the agent's, on its thread: from construction to destruction. Costs no allocation.
+// A call from the agent, on its thread, from construction to destruction. The bridge allocates nothing for it.
 class AgentCall {
 public:
     AgentCall(const AgentCallData& data, std::string_view product) noexcept;
@@ -51,26 +50,22 @@ public:
     AgentCall(const AgentCall&) = delete;
     AgentCall& operator=(const AgentCall&) = delete;
 
-    // Test it first: a late call finds nothing, and must touch nothing.
-    explicit operator bool() const noexcept { return isAdmitted; }
+    // Test it first: a call that comes too late, or that there is no memory to count, must touch nothing.
+    explicit operator bool() const noexcept { return called != nullptr; }
 
     // Whether the calling thread is inside such a call. It must not wait for other threads of ours then: they may wait
     // for the agent, and the agent for this call.
     static bool IsUnderWay() noexcept;
 
 private:
-    friend struct AgentCallTable;
-
-    const DWORD threadId;
-    AgentCall* previous = nullptr;
-    AgentCall* next = nullptr;
-    bool isAdmitted = false;
+    const size_t depthAround;
+    const bool isCounted;
     std::shared_ptr<void> called;
 };
 
-// Runs `work(argument)`: at once, or on a thread of its own when the calling thread is inside a call of the agent's.
-// For what the agent waits in until its calls are out, and for the unloading of a library that such a thread returns
-// into. Without a thread to be had it is not done.
+// Runs `work(argument)`: at once, or on a thread of its own when the calling thread is inside a call from the agent.
+// Used to call agent functions that wait until the agent's calls have returned, and to unload a library that such a
+// thread returns into. When no thread can be created, the work is not done.
 void RunOutsideAgentCalls(void (*work)(void* argument), void* argument) noexcept;
 
 template <class Object>

@@ -26,13 +26,13 @@ public:
         PutName(baseNameAt, ".?AVexception@std@@");
     }
 
-    // Nothing of the image's stands at 0, which is none.
+    // No part stands at 0, because 0 means none.
     enum At : int32_t { throwInfoAt = 16, listAt = 64, ownAt = 96, baseAt = 160, ownNameAt = 224, baseNameAt = 320 };
 
     void PutNumbers(int32_t at, const std::vector<int32_t>& numbers) {
         std::memcpy(&image[static_cast<size_t>(at)], numbers.data(), numbers.size() * sizeof(int32_t));
     }
-    // Behind two pointers.
+    // The name comes behind two pointers.
     void PutName(int32_t at, const std::string& name) {
         std::memcpy(&image[static_cast<size_t>(at) + 16], name.c_str(), name.size() + 1);
     }
@@ -44,7 +44,7 @@ private:
     alignas(8) std::array<std::byte, 512> image{};
 };
 
-TEST(ForeignThrow, CarriesTheAgentsCodeBehindWhateverTheStandardExceptionIs) {
+TEST(ForeignThrow, CarriesTheAgentsCodeWhateverTheSizeOfTheStandardException) {
     EXPECT_EQ(ThrownException(8).Thrown().AgentCode(), agentCode) << "a table alone";
     EXPECT_EQ(ThrownException(24).Thrown().AgentCode(), agentCode) << "a table, a text, and whose that is";
 }
@@ -65,20 +65,20 @@ TEST(ForeignThrow, OfAnotherTypeCarriesNone) {
     EXPECT_EQ(withoutTypes.Thrown().AgentCode(), std::nullopt);
 }
 
-// Where it is must be looked up in the object then.
+// A virtual base has its place noted in the object, which AgentCode does not read.
 TEST(ForeignThrow, CarriesNoneInAVirtualBase) {
     ThrownException thrown(24);
     thrown.PutNumbers(ThrownException::ownAt, {0, ThrownException::ownNameAt, 0, 8, 4, 32, 0});
     EXPECT_EQ(thrown.Thrown().AgentCode(), std::nullopt);
 }
 
-TEST(ForeignThrow, WithoutADescriptionIsAnyAndDestroysNothing) {
+TEST(ForeignThrow, WithoutADescriptionCarriesNoCodeAndDestroysNothing) {
     const ForeignThrow thrown(nullptr, nullptr, nullptr);
     EXPECT_EQ(thrown.AgentCode(), std::nullopt);
     EXPECT_EQ(thrown.FindDestructor(), nullptr);
 }
 
-TEST(ForeignThrow, OfANumberDestroysNothing) {
+TEST(ForeignThrow, OfATypeWithoutADestructorDestroysNothing) {
     EXPECT_EQ(ThrownException(8).Thrown().FindDestructor(), nullptr);
 }
 

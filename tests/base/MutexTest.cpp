@@ -28,7 +28,7 @@ TEST(Mutex, KeepsOthersOut) {
     EXPECT_EQ(number, 2000);
 }
 
-// As the gate of a record is: the thread before may not have returned from Unlock yet.
+// A record's gate is destroyed like this, while the thread that held the lock before may still be inside Unlock.
 TEST(Mutex, MayBeDestroyedByTheThreadThatLocksItLast) {
     struct Shared {
         Mutex mutex;
@@ -83,7 +83,7 @@ struct ConditionTest : testing::Test {
     bool isMet GUARDED_BY(mutex) = false;
 };
 
-TEST_F(ConditionTest, EndsTheWaitsOfAllWhenItIsMet) {
+TEST_F(ConditionTest, WakesEveryWaitingThread) {
     Event waiting[2];
     std::thread first([&] { WaitUntilMet(waiting[0]); });
     std::thread second([&] { WaitUntilMet(waiting[1]); });

@@ -9,28 +9,38 @@
 #include "support/UpdateCallback.h"
 #include "win32/held_locks.h"
 
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
 namespace {
 
 class LockCost : public InstalledAgentTest {
 protected:
-    // Of the second call: the first one loads what it needs of the agent.
+    // Makes the call twice, and returns the locks that the second one takes. The first one loads the agent's functions.
     template <class Call>
-    static size_t LocksOf(const Call& call) {
+    static std::vector<const void*> LocksOf(const Call& call) {
+        static std::mutex mutex;
+        static std::vector<const void*> locks;
         call();
-        const size_t before = LocksTakenByProcess();
+        locks.clear();
+        ListenToLocks([](const void* lock) {
+            const std::lock_guard guard(mutex);
+            locks.push_back(lock);
+        });
         call();
-        return LocksTakenByProcess() - before;
+        ListenToLocks(nullptr);
+        return locks;
     }
 
     const std::string productId = "PRODUCT1000";
 };
 
-// The table of calls to begin and to end the agent's call, the table of collectors, and the record's gate to enter and
-// to leave.
-TEST_F(LockCost, OfAPropertyRequestIsFive) {
+// The table of the agent's calls, the table of collectors, and the record's gate to enter and to leave.
+TEST_F(LockCost, OfAPropertyRequestIsFour) {
     const Registration registration(productId, collector);
     const Product product(productId, &sink);
-    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(Ask(productId), answered); }), 5U);
+    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(Ask(productId), answered); }).size(), 4U);
 }
 
 TEST_F(LockCost, DoesNotGrowWithTheProperties) {
@@ -41,31 +51,46 @@ TEST_F(LockCost, DoesNotGrowWithTheProperties) {
     };
     const Registration registration(productId, collector);
     const Product product(productId, &sink);
-    EXPECT_EQ(LocksOf([&] { Ask(productId); }), 5U);
+    EXPECT_EQ(LocksOf([&] { Ask(productId); }).size(), 4U);
 }
 
-TEST_F(LockCost, OfAPolicyNotificationIsFive) {
+// Threads that ask different products wait for each other at the table of collectors alone.
+TEST_F(LockCost, ThatRequestsForDifferentProductsShareIsOne) {
+    const std::string otherId = "PRODUCT2000";
+    const Registration registration(productId, collector);
+    const Registration otherRegistration(otherId, collector);
+    const Product product(productId, &sink);
+    const Product otherProduct(otherId, &sink);
+    const auto locks = LocksOf([&] { Ask(productId); });
+    const auto others = LocksOf([&] { Ask(otherId); });
+    EXPECT_EQ(
+        std::count_if(locks.begin(), locks.end(),
+                      [&](const void* lock) { return std::find(others.begin(), others.end(), lock) != others.end(); }),
+        1);
+}
+
+TEST_F(LockCost, OfAPolicyNotificationIsFour) {
     Enforcer enforcer;
     const EnforcerRegistration registration(productId, enforcer);
     const Product product(productId, &sink, VsMsgbusServicePolicy);
-    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK); }), 5U);
+    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK); }).size(), 4U);
 }
 
-TEST_F(LockCost, OfAnUpdateNoticeIsFive) {
+TEST_F(LockCost, OfAnUpdateNoticeIsFour) {
     UpdateCallback callback;
     const UpdateRegistration registration(productId, callback);
     const Product product(productId, &sink, VsMsgbusServiceUpdate);
-    EXPECT_EQ(LocksOf([&] { Update(NotifyCall()); }), 5U);
+    EXPECT_EQ(LocksOf([&] { Update(NotifyCall()); }).size(), 4U);
 }
 
-// Five as the others, and three of the use of the agent with which the status is reported: the session shared, its gate
+// Four as the others, and three of the use of the agent with which the status is reported: the session shared, its gate
 // entered and left.
-TEST_F(LockCost, OfATaskThatIsReportedIsEight) {
+TEST_F(LockCost, OfATaskThatIsReportedIsSeven) {
     TaskEnforcer enforcer;
     const TaskEnforcerRegistration registration(productId, enforcer);
     const Product product(productId, &sink, VsMsgbusServiceTask);
     SetTasks(R"([{"id": "1", "product": "PRODUCT1000", "name": "scan"}])");
-    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(AnswerOf("1"), NY_OK); }), 8U);
+    EXPECT_EQ(LocksOf([&] { EXPECT_EQ(AnswerOf("1"), NY_OK); }).size(), 7U);
 }
 
 TEST_F(LockCost, OfAnInformationReadIsThree) {
@@ -75,7 +100,7 @@ TEST_F(LockCost, OfAnInformationReadIsThree) {
                   VsKitMsgbus::lpc_buffer text{};
                   EXPECT_EQ(VsKitMsgbusGetInformation(VsMsgbusInformationGUID, &text), 1);
                   text.Release();
-              }),
+              }).size(),
               3U);
 }
 
@@ -86,8 +111,14 @@ TEST_F(LockCost, OfAnEncryptionIsThree) {
                   unsigned char out[256];
                   unsigned int size = 0;
                   EXPECT_EQ(VsKitMsgbusEncryptData(data, sizeof data, out, &size, 0), 0);
-              }),
+              }).size(),
               3U);
+}
+
+// A second product enters and leaves while the agent runs.
+TEST_F(LockCost, OfAnEntryAndItsExitAreFortyThree) {
+    const Product first(productId, &sink);
+    EXPECT_EQ(LocksOf([&] { const Product second("PRODUCT2000", &sink); }).size(), 43U);
 }
 
 }  // namespace

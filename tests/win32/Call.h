@@ -55,6 +55,8 @@ inline constexpr std::string_view functionNames[] = {
     "SetEnvironmentVariableW",
     "SetEvent",
     "SleepConditionVariableSRW",
+    "TlsAlloc",
+    "TlsSetValue",
     "WaitForMultipleObjects",
     "WaitForSingleObject",
     "WideCharToMultiByte",

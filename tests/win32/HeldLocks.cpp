@@ -5,13 +5,15 @@
 namespace {
 
 thread_local size_t heldLocks = 0;
-std::atomic<size_t> locksTaken = 0;
+std::atomic<void (*)(const void* lock)> lockListener = nullptr;
 
 }  // namespace
 
-void NoteLockTaken() noexcept {
+void NoteLockTaken(const void* lock) noexcept {
     ++heldLocks;
-    ++locksTaken;
+    if (const auto listener = lockListener.load()) {
+        listener(lock);
+    }
 }
 
 void NoteLockLeft() noexcept {
@@ -22,6 +24,6 @@ size_t HeldLocksOfThread() noexcept {
     return heldLocks;
 }
 
-size_t LocksTakenByProcess() noexcept {
-    return locksTaken;
+void ListenToLocks(void (*listener)(const void* lock)) noexcept {
+    lockListener = listener;
 }

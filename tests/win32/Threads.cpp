@@ -116,8 +116,13 @@ DWORD GetCurrentThreadId() {
 }
 
 DWORD TlsAlloc() {
-    pthread_key_t key = 0;
-    return ::pthread_key_create(&key, nullptr) == 0 ? key : TLS_OUT_OF_INDEXES;
+    return win32::AnswerOr<DWORD>(TLS_OUT_OF_INDEXES, "TlsAlloc", [] {
+        pthread_key_t key = 0;
+        if (::pthread_key_create(&key, nullptr) != 0) {
+            throw win32::Failure{ERROR_NOT_ENOUGH_MEMORY};
+        }
+        return key;
+    });
 }
 
 BOOL TlsFree(DWORD index) {
@@ -126,6 +131,19 @@ BOOL TlsFree(DWORD index) {
         return FALSE;
     }
     return TRUE;
+}
+
+LPVOID TlsGetValue(DWORD index) {
+    SetLastError(ERROR_SUCCESS);
+    return ::pthread_getspecific(index);
+}
+
+BOOL TlsSetValue(DWORD index, LPVOID value) {
+    const auto set = [&] {
+        win32::Support(::pthread_setspecific(index, value) == 0, "an index that was not given");
+        return TRUE;
+    };
+    return ::pthread_getspecific(index) != nullptr ? set() : win32::AnswerOr(FALSE, "TlsSetValue", set);
 }
 
 void Sleep(DWORD milliseconds) {

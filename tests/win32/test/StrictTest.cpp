@@ -1,10 +1,10 @@
-// What the layer refuses although the system may do it: a test that relied on it would hide a mistake.
+// This Win32 layer refuses some calls that the system may allow: a test that relied on them would hide a mistake.
 #include <gtest/gtest.h>
 #include <windows.h>
 
 namespace {
 
-TEST(Strict, ANumberOfAClosedHandleIsNotGivenAgain) {
+TEST(Strict, TheValueOfAClosedHandleIsNotReused) {
     const HANDLE event = ::CreateEventA(nullptr, TRUE, TRUE, nullptr);
     ::CloseHandle(event);
     const HANDLE next = ::CreateEventA(nullptr, TRUE, TRUE, nullptr);

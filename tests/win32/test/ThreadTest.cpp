@@ -57,6 +57,18 @@ TEST(Thread, HasRoomOfItsOwnThatIsGivenBack) {
     EXPECT_TRUE(::TlsFree(first));
 }
 
+TEST(Thread, HasValuesOfItsOwn) {
+    const DWORD index = ::TlsAlloc();
+    int value = 0;
+    EXPECT_EQ(::TlsGetValue(index), nullptr);
+    EXPECT_TRUE(::TlsSetValue(index, &value));
+    EXPECT_EQ(::TlsGetValue(index), &value);
+    std::thread([index] { EXPECT_EQ(::TlsGetValue(index), nullptr); }).join();
+    EXPECT_TRUE(::TlsSetValue(index, nullptr));
+    EXPECT_EQ(::TlsGetValue(index), nullptr);
+    EXPECT_TRUE(::TlsFree(index));
+}
+
 DWORD WINAPI ExchangeLastError(LPVOID place) {
     *static_cast<DWORD*>(place) = ::GetLastError();
     ::SetLastError(8);

@@ -77,7 +77,7 @@ TEST_F(WatchTest, LibraryMustBeThere) {
     EXPECT_FALSE(win32::WatchLibrary("no_such_library.dll"));
 }
 
-TEST(Functions, ThatCanFailHaveNamesByIndex) {
+TEST(Functions, ThatCanBeMadeToFailAreListed) {
     std::set<std::string> names;
     for (size_t i = 0; win32::FunctionAt(i) != nullptr; ++i) {
         names.insert(win32::FunctionAt(i));

@@ -37,9 +37,11 @@ HANDLE CreateThread(LPSECURITY_ATTRIBUTES security, SIZE_T stackSize, LPTHREAD_S
                     DWORD flags, LPDWORD threadId);
 DWORD GetCurrentThreadId();
 void Sleep(DWORD milliseconds);
-// Gives an index. Values of a thread under it are not supported.
 DWORD TlsAlloc();
 BOOL TlsFree(DWORD index);
+LPVOID TlsGetValue(DWORD index);
+// Needs memory, and may fail for want of it, in a thread that has no value there.
+BOOL TlsSetValue(DWORD index, LPVOID value);
 
 // Names are not supported.
 HANDLE CreateEventA(LPSECURITY_ATTRIBUTES security, BOOL manualReset, BOOL initialState, LPCSTR name);
