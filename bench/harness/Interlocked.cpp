@@ -2,36 +2,36 @@
 
 #include <windows.h>
 
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+#include "bench/harness/Instruction.h"
+
 namespace bench {
 
 namespace {
 
 constexpr DWORD trapFlag = 0x100;
+constexpr uintptr_t cacheLineSize = 64;
 
-size_t counted = 0;
+// A fixed array, because the instruction that is noted may be in the middle of an allocation.
+uintptr_t noted[1024];
+size_t count = 0;
 volatile bool isStepping = false;
-
-// Whether the instruction has the lock prefix, or is an exchange with memory, which is locked without one.
-bool IsInterlocked(const BYTE* instruction) {
-    for (;; ++instruction) {
-        const BYTE byte = *instruction;
-        if (byte == 0xF0) {
-            return true;
-        }
-        const bool isPrefix = byte == 0x66 || byte == 0xF2 || byte == 0xF3 || (byte & 0xF0) == 0x40;
-        if (!isPrefix) {
-            const bool isExchange = byte == 0x86 || byte == 0x87;
-            return isExchange && (instruction[1] & 0xC0) != 0xC0;
-        }
-    }
-}
 
 LONG CALLBACK Step(EXCEPTION_POINTERS* exception) {
     if (exception->ExceptionRecord->ExceptionCode != EXCEPTION_SINGLE_STEP) {
         return EXCEPTION_CONTINUE_SEARCH;
     }
     CONTEXT& context = *exception->ContextRecord;
-    counted += IsInterlocked(reinterpret_cast<const BYTE*>(context.Rip)) ? 1U : 0U;
+    const Instruction instruction(context);
+    if (instruction.IsInterlocked()) {
+        if (count < std::size(noted)) {
+            noted[count] = instruction.MemoryAddress() / cacheLineSize;
+        }
+        ++count;
+    }
     context.EFlags = isStepping ? context.EFlags | trapFlag : context.EFlags & ~trapFlag;
     return EXCEPTION_CONTINUE_EXECUTION;
 }
@@ -49,15 +49,25 @@ void ClearTrapFlag() {
 
 }  // namespace
 
-size_t CountInterlocked(const std::function<void()>& body) {
+std::vector<uintptr_t> InterlockedLines(const std::function<void()>& body) {
     void* const handler = ::AddVectoredExceptionHandler(1, Step);
-    counted = 0;
+    count = 0;
     isStepping = true;
     SetTrapFlag();
     body();
     ClearTrapFlag();
     ::RemoveVectoredExceptionHandler(handler);
-    return counted;
+    if (count > std::size(noted)) {
+        throw std::runtime_error("too many interlocked instructions");
+    }
+    return {noted, noted + count};
+}
+
+size_t CountShared(const std::vector<uintptr_t>& lines, const std::vector<uintptr_t>& others) {
+    const auto isAmongOthers = [&](uintptr_t line) {
+        return std::find(others.begin(), others.end(), line) != others.end();
+    };
+    return static_cast<size_t>(std::count_if(lines.begin(), lines.end(), isAmongOthers));
 }
 
 }  // namespace bench

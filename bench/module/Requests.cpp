@@ -1,6 +1,9 @@
 // Requests for different products on two threads, against the same on one.
 #include <atomic>
 #include <iterator>
+#include <stdexcept>
+#include <thread>
+#include <vector>
 
 #include "bench/floor/FloorAgent.h"
 #include "bench/floor/FloorHost.h"
@@ -108,17 +111,39 @@ double TimesAsMany(Session& session, Ask ask) {
     return 1 / result.ratios[1].median;
 }
 
+// Checks the counting with atomic numbers in two cache lines.
 void RequireThatInterlockedAreCounted() {
-    std::atomic<int> number = 0;
-    if (CountInterlocked([] {}) != 0 || CountInterlocked([&] { ++number; }) != 1) {
+    struct alignas(64) Line {
+        std::atomic<int> first = 0;
+        std::atomic<int> second = 0;
+    };
+    Line lines[2];
+    const auto some = InterlockedLines([&] {
+        ++lines[0].first;
+        lines[1].first.exchange(1);
+    });
+    const auto others = InterlockedLines([&] { lines[0].second += 1000; });
+    if (!InterlockedLines([] {}).empty() || some.size() != 2 || CountShared(some, others) != 1 ||
+        CountShared(others, some) != 1) {
         throw std::runtime_error("interlocked instructions are not counted");
     }
 }
 
+// The interlocked instructions of one request: all, and those in cache lines that a request for another product takes
+// as well.
+struct Interlocked {
+    double all;
+    double shared;
+};
+
 template <class Host>
-double InterlockedOf() {
+Interlocked InterlockedOf() {
     Asking<Host> asking;
-    return static_cast<double>(CountInterlocked([&] { asking.Ask(0); }));
+    const auto lines = InterlockedLines([&] { asking.Ask(0); });
+    std::vector<uintptr_t> others;
+    // A thread of its own has a stack of its own, so that no line of a stack counts as shared.
+    std::thread([&] { others = InterlockedLines([&] { asking.Ask(1); }); }).join();
+    return {static_cast<double>(lines.size()), static_cast<double>(CountShared(lines, others))};
 }
 
 }  // namespace
@@ -138,14 +163,13 @@ void MeasureRequests(Session& session) {
                               "at least 1.8",
                               ours >= 1.8});
     RequireThatInterlockedAreCounted();
-    session.report.Add(Amount{"requests",
-                              "interlocked in one",
-                              0,
-                              "instructions",
-                              InterlockedOf<OurHost>(),
-                              {{"by hand", InterlockedOf<HostByHand>()}},
-                              "",
-                              true});
+    const Interlocked inOurs = InterlockedOf<OurHost>();
+    const Interlocked byHand = InterlockedOf<HostByHand>();
+    const auto add = [&](const char* what, double amount, double byHandAmount) {
+        session.report.Add(Amount{"requests", what, 0, "instructions", amount, {{"by hand", byHandAmount}}, "", true});
+    };
+    add("interlocked in one", inOurs.all, byHand.all);
+    add("interlocked in one, in lines that another product's takes too", inOurs.shared, byHand.shared);
 }
 
 }  // namespace bench
