@@ -16,7 +16,7 @@ Answer Guarded(Answer whenThrown, Body&& body) noexcept {
     }
 }
 
-// For a body without an answer: whether nothing escaped it. What does is dropped.
+// For a body that returns nothing: false when an exception escaped it. The exception is dropped.
 template <class Body>
 requires std::is_void_v<std::invoke_result_t<Body>>
 bool Guarded(Body&& body) noexcept {

@@ -21,11 +21,10 @@ public:
     // of arrival, and for each turn one thread wakes.
     enum class Admission { Together, OneThreadAtATime };
 
-    // How long calls wait for their turn while the thread inside does what it is doing now. It is asked again and
-    // again, with the gate's lock held, for as long as calls wait.
+    // How long calls may go on waiting for their turn while `threadInside` is inside. The first waiter asks again after
+    // each `patienceInterval`, with the gate's lock held.
     using Patience = std::chrono::milliseconds (*)(DWORD threadInside) noexcept;
     static constexpr std::chrono::milliseconds withoutLimit = std::chrono::milliseconds::max();
-    // The time between two such questions.
     static constexpr std::chrono::milliseconds patienceInterval{50};
 
     // One call, from construction to destruction. Test it before calling: a closed gate lets no call in, and a call
@@ -49,10 +48,6 @@ public:
         bool isInside = false;
     };
 
-    CallGate() = default;
-    CallGate(const CallGate&) = delete;
-    CallGate& operator=(const CallGate&) = delete;
-
     // No call enters any more; those inside go on.
     void Close();
     // Takes no lock.
@@ -72,7 +67,7 @@ private:
     bool HasCallOf(DWORD threadId) const noexcept REQUIRES(mutex);
     bool HasCallOfOther(DWORD threadId) const noexcept REQUIRES(mutex);
 
-    // Leaves the call outside when its wait is ended.
+    // The call stays outside when the gate turns it away.
     void WaitForTurn(Call& call, Patience patience) REQUIRES(mutex);
     // The first waiter asks for all of them. False when its patience is over.
     bool WaitPatiently(Waiter& waiter, Patience patience) REQUIRES(mutex);

@@ -1,21 +1,20 @@
-// The one place where the bridge calls a module, whatever compiler built that. A module's interface is kept in a
-// ModulePointer, which nothing else can be done with than calling it this way.
+// The bridge calls modules only here, whichever compiler built them. It keeps a module's interface in a ModulePointer,
+// which lets nothing call the module in another way.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <type_traits>
-#include <utility>
 
 #include "base/ForeignFrame.h"
 
 namespace bridge {
 
-// Thrown in the place of what g++'s `catch` does not see.
+// Thrown in place of an exception that g++'s `catch` does not see.
 class ForeignException final {};
 
-// Throws in the place of an exception that a frame has taken: a Coded where that one carried the agent's code, unless
-// Coded is void, and a ForeignException where it did not.
+// Throws in place of an exception that a frame has taken: a Coded when that exception carried the agent's code and
+// Coded is not void, else a ForeignException.
 template <class Coded>
 [[noreturn]] void ThrowInstead(std::optional<int32_t> code) {
     if constexpr (!std::is_void_v<Coded>) {
@@ -73,7 +72,7 @@ auto CallModule(const Call& call) {
     }
 }
 
-// Says that a frame is around which exceptions of modules pass: only PassThrough makes it.
+// A function that takes one can be called only inside PassThrough, which alone makes them.
 class InsidePassage {
     InsidePassage() = default;
 
@@ -81,10 +80,12 @@ class InsidePassage {
     friend void PassThrough(const Body& body, const Release& release);
 };
 
-// Runs `body(inside)`, which calls a module that called the bridge: what it throws passes on to that module's own
-// `catch`, but for the agent exception, in whose place a Coded is thrown. Whatever passes, `release()` has been called
-// by then: it must give back all that the body holds, and do no harm when that was given back already. Where
-// destructors run, as everywhere but in the Windows build of g++, it is not called.
+// Runs `body(inside)`, which calls a module that is itself calling the bridge. The module's `catch` gets what the body
+// throws. Only the agent exception does not pass: a Coded is thrown in its place.
+//
+// In the Windows build of g++ an exception that leaves the body may run no destructors in it. There `release()` is
+// called before the `catch` runs. It must give back all that the body holds, and do no harm when that was given back
+// already. Other builds run the destructors, and do not call `release()`.
 template <class Coded, class Body, class Release>
 void PassThrough(const Body& body, const Release& release) {
     class Passage final : public CodeFrame {

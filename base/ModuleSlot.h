@@ -18,7 +18,7 @@ public:
         return shared != nullptr ? shared->module.Address() : nullptr;
     }
 
-    // Puts the interface in unless there is one. Whether it did. Raises std::bad_alloc.
+    // Puts the interface in unless there is one. Returns whether it did. Raises std::bad_alloc.
     bool Offer(Interface* offered) { return slot.Address() == nullptr && slot.Offer(std::make_shared<InUse>(offered)); }
 
     // Puts the interface, null for none, in the place of the one there is, and waits, at most 15 seconds, until that

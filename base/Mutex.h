@@ -1,6 +1,6 @@
-// The bridge's locks are the system's own: they never fail and take no memory. The standard library's take some at
-// their first use with our toolchain; when there is none, locking throws where nothing may be thrown, and waiting
-// returns at once without leaving the mutex.
+// The bridge's locks are the system's own: they never fail and take no memory. With our toolchain, the standard
+// library's locks take memory at their first use. When there is none, locking throws where nothing may be thrown, and
+// waiting returns at once without unlocking the mutex.
 #pragma once
 
 #include <windows.h>
@@ -22,7 +22,7 @@ public:
 
     void Lock() noexcept ACQUIRE() {
         ::AcquireSRWLockExclusive(&slimLock);
-        NoteLockTaken();
+        NoteLockTaken(this);
     }
     void Unlock() noexcept RELEASE() {
         NoteLockLeft();
@@ -51,7 +51,7 @@ public:
     // Waits, with the mutex unlocked.
     void Wait(Mutex& mutex) noexcept REQUIRES(mutex) { Sleep(mutex, INFINITE); }
 
-    // The same until `end` at most. False, without waiting, once that has passed.
+    // The same until `end` at most. Returns false without waiting once `end` has passed.
     bool WaitUntil(Mutex& mutex, Clock::time_point end) noexcept REQUIRES(mutex) {
         const auto left = std::chrono::ceil<std::chrono::milliseconds>(end - Clock::now());
         if (left.count() <= 0) {
@@ -66,7 +66,7 @@ private:
         constexpr DWORD pause = 10;
         if (::SleepConditionVariableSRW(&variable, &mutex.slimLock, milliseconds, 0) == FALSE &&
             ::GetLastError() != ERROR_TIMEOUT) {
-            // The system has not waited, nor left the mutex: others get in all the same.
+            // The system has neither waited nor unlocked the mutex, which other threads need.
             mutex.Unlock();
             ::Sleep(pause);
             mutex.Lock();

@@ -20,7 +20,7 @@ public:
 
     void Lock() noexcept ACQUIRE() {
         ::EnterCriticalSection(&section);
-        NoteLockTaken();
+        NoteLockTaken(this);
     }
     void Unlock() noexcept RELEASE() {
         NoteLockLeft();

@@ -1,4 +1,4 @@
-// Memory for the C++ runtime of a Windows DLL when there is no other.
+// Memory for the C++ runtime of a Windows DLL when the system has none left.
 //
 // To throw, this runtime needs memory: for the exception, once for each thread, and once for the lock of its own
 // emergency memory. Where it gets none it ends the process, although what was thrown would have been caught and
@@ -45,7 +45,7 @@ struct alignas(std::max_align_t) Place {
 std::array<Place, places> reserve;
 std::array<std::atomic<bool>, places> isTaken;
 
-// Zero-filled; null when the size is not one of the runtime's or every place is taken.
+// Returns a zero-filled place; null when `size` is more than a place holds, or every place is taken.
 void* TakePlace(size_t size) noexcept {
     for (size_t i = 0; size <= placeSize && i < places; ++i) {
         if (!isTaken[i].exchange(true, std::memory_order_acquire)) {
@@ -65,7 +65,7 @@ void GiveBackPlace(void* memory) noexcept {
     isTaken[index].store(false, std::memory_order_release);
 }
 
-// Another block with what was in the first, which stays when there is none.
+// Copies what `memory` holds to `block`, frees `memory` and returns `block`. A null `block` changes nothing.
 void* MoveTo(void* block, void* memory, size_t size) noexcept {
     if (block != nullptr) {
         std::memcpy(block, memory, std::min(size, IsPlace(memory) ? placeSize : ::_msize(memory)));

@@ -30,7 +30,7 @@ public:
         return Replace(std::move(next));
     }
 
-    // Puts `offered` in unless there is an object. Whether it did.
+    // Puts `offered` in unless there is an object. Returns whether it did.
     bool Offer(const Pointer& offered) noexcept {
         const ScopedLock guard(lock);
         if (object != nullptr) {

@@ -1,8 +1,6 @@
 #include "dispatcher/Dispatcher.h"
 
 #include <algorithm>
-#include <memory>
-#include <new>
 #include <utility>
 
 #include "agent/ny_agent.h"
@@ -43,23 +41,6 @@ DispatcherLog::Lines Deinitialise(Dispatcher& dispatcher) noexcept {
     return dispatcher.log.Take();
 }
 
-// The lines and the memory of a dispatcher that its last holder released. The caller delivers and frees them with no
-// lock held.
-struct Released {
-    std::shared_ptr<Dispatcher> dispatcher;
-    DispatcherLog::Lines lines;
-};
-
-Released Release(Dispatcher* dispatcher) noexcept {
-    Released released;
-    const ScopedLock guard(lifeLock);
-    if (--dispatcher->references == 0) {
-        released.dispatcher = std::exchange(*current, nullptr);
-        released.lines = Deinitialise(*dispatcher);
-    }
-    return released;
-}
-
 // The entry that a question is about, null when it was closed meanwhile.
 LibraryEntry* EntryOf(Dispatcher& dispatcher, const VersionQuestion& question) noexcept REQUIRES(dispatcher.lock) {
     for (const auto& member : dispatcher.grouper.members) {
@@ -86,10 +67,10 @@ void Ask(Dispatcher& dispatcher, const VersionQuestion& question) noexcept {
     }
 }
 
-// Runs `operate(operations, dispatcher)` under the lock of the process's dispatcher, then delivers the log lines of
-// that operation. NY_INVALID_ARGUMENT without a dispatcher; `whenFailed` for every failure.
-template <class Operate>
-int32_t RunLocked(int32_t whenFailed, Operate&& operate) noexcept {
+// Runs an operation of the process's dispatcher under its lock, then delivers the log lines of that operation.
+// NY_INVALID_ARGUMENT without a dispatcher; `whenFailed` for every failure, an empty slot included.
+template <class Slot, class... Arguments>
+int32_t RunLocked(int32_t whenFailed, Slot slot, const Arguments&... arguments) noexcept {
     const std::shared_ptr<Dispatcher> dispatcher = Current();
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
@@ -100,8 +81,9 @@ int32_t RunLocked(int32_t whenFailed, Operate&& operate) noexcept {
     {
         const ScopedLock guard(dispatcher->lock);
         if (!dispatcher->isReleased) {
-            const DispatcherOperations* const operations = dispatcher->operations;
-            result = operations != nullptr && operate(*operations, dispatcher.get()) == NY_OK ? NY_OK : whenFailed;
+            const auto operation = dispatcher->operations != nullptr ? dispatcher->operations->*slot : nullptr;
+            const bool isDone = operation != nullptr && operation(dispatcher.get(), arguments...) == NY_OK;
+            result = isDone ? NY_OK : whenFailed;
         }
         lines = dispatcher->log.Take();
         question = std::exchange(dispatcher->question, {});
@@ -165,7 +147,17 @@ int32_t DispatcherRelease(Dispatcher* dispatcher) noexcept {
     if (dispatcher == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    Release(dispatcher).lines.Deliver();
+    // Delivered and freed with no lock held.
+    std::shared_ptr<Dispatcher> released;
+    DispatcherLog::Lines lines;
+    {
+        const ScopedLock guard(lifeLock);
+        if (--dispatcher->references == 0) {
+            released = std::exchange(*current, nullptr);
+            lines = Deinitialise(*dispatcher);
+        }
+    }
+    lines.Deliver();
     return NY_OK;
 }
 
@@ -182,18 +174,14 @@ int32_t DispatcherLoad(const LoadRequest& request) noexcept {
     if (request.product == nullptr || request.library == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    return RunLocked(NY_LIBRARY_LOAD, [&](const DispatcherOperations& operations, Dispatcher* dispatcher) {
-        return operations.load != nullptr ? operations.load(dispatcher, request) : NY_LIBRARY_LOAD;
-    });
+    return RunLocked(NY_LIBRARY_LOAD, &DispatcherOperations::load, request);
 }
 
 int32_t DispatcherUnload(const char* product, const char* library) noexcept {
     if (product == nullptr || library == nullptr) {
         return NY_INVALID_ARGUMENT;
     }
-    return RunLocked(NY_LIBRARY_UNLOAD, [&](const DispatcherOperations& operations, Dispatcher* dispatcher) {
-        return operations.unload != nullptr ? operations.unload(dispatcher, product, library) : NY_LIBRARY_UNLOAD;
-    });
+    return RunLocked(NY_LIBRARY_UNLOAD, &DispatcherOperations::unload, product, library);
 }
 
 }  // namespace bridge

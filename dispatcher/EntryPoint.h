@@ -30,23 +30,23 @@ struct Group {
 template <size_t count>
 using NameTable = std::array<const char*, count>;
 
-// The dispatcher's part of a call. Its result code is not needed here, because the table pointer tells whether it has
-// worked.
+// The dispatcher loads the group, or unloads its library. Its result code is not needed, because the table pointer
+// tells whether it has worked.
 void LoadGroup(Group& group) noexcept;
 void UnloadLibrary(const Group& group) noexcept;
 
 // Loads the group and returns its table; null when it could not be loaded.
 RARELY_CALLED void** LoadedTable(Group& group) noexcept;
 
-// The group's table, after loading it if it was not; null when it cannot be.
+// The group's table. Loads the group when it is not loaded; null when that fails.
 ALWAYS_INLINE inline void** TableOf(Group& group) noexcept {
     void** const table = group.table.load(std::memory_order_acquire);
     return table != nullptr ? table : LoadedTable(group);
 }
 
-// The table of the libraries that the caller is inside of; null when they were closed. Addresses from it may be called
-// until the caller lets go of the libraries, whatever is loaded meanwhile. With null for `inUse`, the table of the
-// library that is open.
+// The group's table in the libraries `inUse`, which the caller shares; null when they were closed. Addresses from it
+// may be called until the caller lets go of the libraries, whatever is loaded meanwhile. With null for `inUse`, the
+// table of the library that is open.
 inline void* const* TableOf(Group& group, const LibrariesInUse* inUse) noexcept {
     // The table is read first: as long as no library was closed after that, it is one of the caller's libraries.
     void* const* const table = TableOf(group);
@@ -86,7 +86,7 @@ consteval std::string_view NameOf() {
 #endif
 }
 
-// Its place in a name table. A name that the table lacks does not compile.
+// A function's place in a name table. A name that the table lacks does not compile.
 template <size_t count>
 constexpr size_t SlotOf(std::string_view name, const NameTable<count>& names) {
     for (size_t slot = 0; slot < count; ++slot) {
@@ -140,7 +140,8 @@ public:
         return table != nullptr ? reinterpret_cast<Function>(table[slot]) : nullptr;
     }
 
-    // Both for the libraries given or, without any, for those that are open; after loading the group if it was not.
+    // The same two, in the libraries `inUse` or, when it is null, in those that are open. Both load the group when it
+    // is not loaded.
     Function In(const LibrariesInUse* inUse) const noexcept { return In(TableOf(group, inUse)); }
     Function Find(const LibrariesInUse* inUse = nullptr) const noexcept { return FindIn(TableOf(group, inUse)); }
 

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <atomic>
-#include <cstddef>
 #include <cstdint>
 #include <memory>
 #include <vector>
@@ -42,9 +41,9 @@ struct LoadedLibrary {
     std::vector<HandedOut> tables;
 };
 
-// The libraries that are open, and those opened while this object lives. An export that calls the agent, a call of the
-// agent's and a client each share one for as long as they last: meanwhile no library is unloaded, their handles go back
-// to the library that made them, and functions that they have looked up may be called.
+// The libraries that are open, and those opened while this object lives. An export that calls the agent, a call from
+// the agent and a client each share one for as long as they last: meanwhile no library is unloaded, their handles go
+// back to the library that made them, and functions that they have looked up may be called.
 //
 // When a thread of the agent's is the last to let go, a thread of the bridge's does the unloading, because the agent's
 // thread still returns into the library.

@@ -26,11 +26,11 @@ struct LibraryEntry {
     // that the next call through an entry point loads again. The system unloads it once no thread is inside any more.
     void Close(const DispatcherLog& log) noexcept;
 
-    // Resolves `count` names into a new table, remembers that `table` holds it and stores it into `table`. Does nothing
-    // when it listed this table pointer before. Returns NY_OK or NY_OUT_OF_MEMORY.
+    // Resolves `count` names into a new table and stores it into `table`, which Close will set to null. Does nothing
+    // when it has filled this table pointer before. Returns NY_OK or NY_OUT_OF_MEMORY.
     int32_t LoadSymbols(const char* const* names, TablePointer& table, size_t count, const DispatcherLog& log) noexcept;
 
-    // The library's own "<group>_get_version", null when it has none: such a library is not at fault.
+    // The library's own "<group>_get_version", null when it has none, which is no error.
     GetVersionFunction FindGetVersion(const char* group, const DispatcherLog& log) noexcept;
 
     ny_dl_t module{};  // first, so that an entry can stand for a library handle

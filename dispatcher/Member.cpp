@@ -13,8 +13,6 @@ namespace bridge {
 
 namespace {
 
-using Libraries = std::vector<std::unique_ptr<LibraryEntry>>;
-
 // The file's path in a scratch buffer, for as long as the object lives.
 class LibraryPath {
 public:

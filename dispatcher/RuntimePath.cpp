@@ -16,18 +16,6 @@ constexpr char applicationsKey[] = R"(Software\Corvane\Agent\Applications\)";
 constexpr char pathValue[] = "RuntimeSdkPath64";
 constexpr size_t pathCapacity = 512;
 
-// The value's text up to its first zero: what the registry holds need not be terminated.
-int32_t ReadPath(HKEY key, std::optional<std::string>& path) {
-    char text[pathCapacity] = {};
-    DWORD size = pathCapacity;
-    DWORD type = REG_SZ;
-    if (::RegQueryValueExA(key, pathValue, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) != ERROR_SUCCESS) {
-        return NY_RUNTIME_PATH_MISSING;
-    }
-    path.emplace(text, ::strnlen(text, size));
-    return NY_OK;
-}
-
 }  // namespace
 
 int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path) noexcept {
@@ -43,7 +31,15 @@ int32_t LookUpRuntimePath(const char* product, std::optional<std::string>& path)
             return NY_RUNTIME_PATH_MISSING;
         }
         const UniqueKey key(opened);
-        return ReadPath(key.get(), path);
+        char text[pathCapacity] = {};
+        DWORD size = pathCapacity;
+        if (::RegQueryValueExA(key.get(), pathValue, nullptr, nullptr, reinterpret_cast<BYTE*>(text), &size) !=
+            ERROR_SUCCESS) {
+            return NY_RUNTIME_PATH_MISSING;
+        }
+        // Up to its first zero: what the registry holds need not be terminated.
+        path.emplace(text, ::strnlen(text, size));
+        return NY_OK;
     });
 }
 

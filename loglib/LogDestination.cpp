@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cwchar>
-#include <string_view>
 
 #include "base/UniqueHandle.h"
 #include "loglib/ProcessRights.h"
@@ -24,20 +23,6 @@ std::wstring FileOfEnvironment() {
     const DWORD length = ::GetEnvironmentVariableW(fileVariable, path.data(), capacity);
     path.resize(length < capacity ? length : 0);
     return path.empty() || HasHigherRights() ? std::wstring() : path;
-}
-
-// One write at the file's end, so that lines of several processes do not mix.
-bool Append(const std::wstring& path, std::string_view bytes) {
-    const HANDLE opened =
-        ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (opened == INVALID_HANDLE_VALUE) {
-        return false;
-    }
-    const UniqueHandle file(opened);
-    DWORD written = 0;
-    const BOOL isWritten = ::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
-    return isWritten && written == bytes.size();
 }
 
 }  // namespace
@@ -63,14 +48,23 @@ std::wstring LogDestination::File() const {
     return FileOfEnvironment();
 }
 
-bool LogDestination::AppendAlone(const std::wstring& file, const std::string& line) const {
+bool LogDestination::Append(const std::wstring& path, const std::string& bytes) const {
     const ScopedLock guard(writing);
-    return Append(file, line);
+    const HANDLE opened =
+        ::CreateFileW(path.c_str(), FILE_APPEND_DATA, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                      OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (opened == INVALID_HANDLE_VALUE) {
+        return false;
+    }
+    const UniqueHandle file(opened);
+    DWORD written = 0;
+    const BOOL isWritten = ::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr);
+    return isWritten && written == bytes.size();
 }
 
 void LogDestination::Write(const std::wstring& line) const {
     const std::wstring file = File();
-    if (file.empty() || !AppendAlone(file, Utf8FromWide(line))) {
+    if (file.empty() || !Append(file, Utf8FromWide(line))) {
         ::OutputDebugStringW(line.c_str());
     }
 }

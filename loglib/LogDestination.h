@@ -23,8 +23,9 @@ public:
 private:
     // Empty for the debugger's output.
     std::wstring File() const;
-    // One thread at a time: not every system keeps lines of one process apart at the end of a file.
-    bool AppendAlone(const std::wstring& file, const std::string& line) const;
+    // One write at the file's end, so that lines of several processes do not mix; and one thread at a time, because not
+    // every system keeps lines of one process apart there.
+    bool Append(const std::wstring& path, const std::string& bytes) const;
 
     mutable Mutex writing;
     mutable Mutex mutex;

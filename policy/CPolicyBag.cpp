@@ -1,6 +1,5 @@
 #include "policy/CPolicyBag.h"
 
-#include <new>
 #include <optional>
 
 #include "base/Boundary.h"
@@ -39,13 +38,13 @@ std::string NarrowAccount(const wchar_t* domain, const wchar_t* user, const Libr
 struct OpenWalk {
     OpenWalk(InsidePassage inside, const LibrariesInUse* libraries, CPolicyBag::ICallbacks& callbacks,
              PolicyWalk::Scope scope)
-        : policies(libraries),
-          texts(LookUpTextFunctions(libraries)),
-          query(policies),
-          walk(inside, policies, texts, callbacks, scope) {}
+        : policyFunctions(libraries),
+          textFunctions(LookUpTextFunctions(libraries)),
+          query(policyFunctions),
+          walk(inside, policyFunctions, textFunctions, callbacks, scope) {}
 
-    const PolicyFunctions policies;
-    const TextFunctions texts;
+    const PolicyFunctions policyFunctions;
+    const TextFunctions textFunctions;
     PolicyBagOwner bag;
     PolicyQuery query;
     PolicyWalk walk;
@@ -154,17 +153,17 @@ void CPolicyBag::LogFailure(const wchar_t* wantedId, int32_t code) const noexcep
 }
 
 void CPolicyBag::AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const {
-    const PolicyFunctions policies(session.Libraries());
+    const PolicyFunctions policyFunctions(session.Libraries());
     PolicyBagOwner bag;
-    PolicyQuery query(policies);
+    PolicyQuery query(policyFunctions);
     query.SetProduct(wantedId);
     bag = query.Fetch(client);
-    PolicyUris uris(policies, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next,
+    PolicyUris uris(policyFunctions, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next,
                     bag.Get());
     ny_policy_uri_t* uri = nullptr;
     while (uris.Next(uri)) {
         const char* digest = nullptr;
-        Check(policies(agent::ny_policy_uri_get_pso_digest)(uri, &digest));
+        Check(policyFunctions(agent::ny_policy_uri_get_pso_digest)(uri, &digest));
         digests += digest != nullptr ? digest : "";
     }
 }

@@ -41,13 +41,13 @@ private:
         const wchar_t* user;
     };
 
-    // The bridge's session when it is with the bag's client: what a walk must hold while it reads. Null for a bag that
-    // is closed, and when a module has left the bridge from inside its enforcer: that took the client with it.
+    // The session of the bag's client, which a walk must hold while it reads. Null when the bag is closed, and when the
+    // client is gone because a module left the bridge from inside its enforcer.
     std::shared_ptr<AgentSession> OpenSession() const noexcept;
     // A null account stands for the machine.
     bool Walk(const wchar_t* wantedId, ICallbacks* callbacks, const Account* account) const;
     void LogFailure(const wchar_t* wantedId, int32_t code) const noexcept;
-    // Whether they are all there. A failure is logged.
+    // Returns whether all digests were read. A failure of the agent's is logged.
     bool ReadDigests(const char* wantedId, std::string& digests) const noexcept;
     void AppendDigests(const AgentSession& session, const char* wantedId, std::string& digests) const;
 

@@ -48,7 +48,13 @@ bool CPolicyDump::OnSetting(const wchar_t* /*section*/, const wchar_t* name, con
 }
 
 void CPolicyDump::Store(VsKitMsgbus::lpc_buffer& buffer) noexcept {
-    Guarded([this] { CutLastPiece(); });
+    // The module's copy is made while all pieces are still held. So the last piece gives back its spare memory first.
+    Guarded([this] {
+        std::wstring last;
+        text.Swap(last);
+        last.shrink_to_fit();
+        text.Swap(last);
+    });
     wchar_t* place = VsKitMsgbus::MakeWideText(buffer, Length());
     if (place == nullptr) {
         return;
@@ -87,14 +93,6 @@ void CPolicyDump::BeginPiece() {
     lengthBefore = Length();
     text.Swap(next);
     pieces.back() = std::move(next);
-}
-
-// The module's copy comes beside all of the text: what the last piece has too much of is given back first.
-void CPolicyDump::CutLastPiece() {
-    std::wstring last;
-    text.Swap(last);
-    last.shrink_to_fit();
-    text.Swap(last);
 }
 
 }  // namespace bridge

@@ -36,7 +36,6 @@ private:
     void WriteLine(std::initializer_list<std::wstring_view> parts) noexcept;
     void Append(std::wstring_view part);
     void BeginPiece();
-    void CutLastPiece();
 
     VsKit::CUniStream text;            // the piece that is written now
     std::vector<std::wstring> pieces;  // those before it

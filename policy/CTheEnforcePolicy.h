@@ -2,6 +2,7 @@
 
 #include "VsMsgbus/EnforcePolicy.h"
 #include "VsMsgbus/LogSink.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "policy/CPolicyBag.h"
 #include "values/ModuleInterface.h"
 
@@ -27,5 +28,10 @@ private:
     const ModuleInterface<VsKitMsgbus::INYEnforcePolicy> enforcer;
     const ModuleInterface<VsKitMsgbus::ILogSink> sink;
 };
+
+// Two notifications of one product are enforced one after the other.
+inline auto& EnforcerTable() {
+    return TableOfProcess<RegistrationTable<CTheEnforcePolicy, CallGate::Admission::OneThreadAtATime>>();
+}
 
 }  // namespace bridge

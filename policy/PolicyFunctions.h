@@ -8,7 +8,8 @@ namespace bridge {
 // closed through one library. Used by a thread that is inside the agent's libraries.
 class PolicyFunctions {
 public:
-    // Loads their library when it is not open: of the libraries given, when there are any.
+    // Looks them up in the libraries `inUse`, or in those that are open when it is null. Loads their library when it is
+    // not open.
     explicit PolicyFunctions(const LibrariesInUse* inUse) noexcept;
 
     // One of the functions. It answers NY_FUNCTION_MISSING when it cannot be reached.
@@ -17,7 +18,7 @@ public:
         return entry.In(table);
     }
 
-    // The libraries that they are of.
+    // The libraries that hold them.
     const LibrariesInUse* Libraries() const noexcept { return libraries; }
 
 private:

@@ -20,10 +20,7 @@ LSTATUS OpenPlain(HKEY& opened) noexcept {
 // Not every system has the function, so it is looked up where the registry's functions were loaded from.
 LSTATUS OpenInTransaction(HANDLE transaction, HKEY& opened) noexcept {
     const HMODULE library = ::GetModuleHandleW(L"Advapi32.dll");
-    if (library == nullptr) {
-        return ERROR_INVALID_FUNCTION;
-    }
-    const auto function = ::GetProcAddress(library, "RegOpenKeyTransactedW");
+    const auto function = library != nullptr ? ::GetProcAddress(library, "RegOpenKeyTransactedW") : nullptr;
     if (function == nullptr) {
         return ERROR_INVALID_FUNCTION;
     }

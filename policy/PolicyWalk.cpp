@@ -21,7 +21,7 @@ ALWAYS_INLINE inline const wchar_t* Shown(BorrowedWide& text) {
     return BadAllocAsAgentException([&] { return text.Get(); });
 }
 
-// Has `place` lead to an object on the stack while both live.
+// Points `place` to an object on the stack while both live.
 template <class Object>
 class OnStack {
 public:
@@ -36,7 +36,7 @@ private:
 
 }  // namespace
 
-// An exception that has passed the walk destroyed nothing on the stack.
+// An exception that passed the walk may have left the texts of the current setting on the stack undestroyed.
 PolicyWalk::~PolicyWalk() {
     for (BorrowedWide* const left : {settingValue, settingName}) {
         if (left != nullptr) {
@@ -49,14 +49,14 @@ void PolicyWalk::Widen(const char* text, WideText& into) {
     if (text == nullptr) {
         into.Clear();
     } else {
-        BadAllocAsAgentException([&] { into.Assign(functions, text); });
+        BadAllocAsAgentException([&] { into.Assign(textFunctions, text); });
     }
 }
 
 template <class Getter>
 void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
     const char* text = nullptr;
-    Check(policies(get)(uri, &text));
+    Check(policyFunctions(get)(uri, &text));
     Widen(text, into);
 }
 
@@ -65,12 +65,13 @@ void PolicyWalk::Read(const Getter& get, ny_policy_uri_t* uri, WideText& into) {
 template <class Operation, class... Texts>
 ALWAYS_INLINE inline bool PolicyWalk::Tell(Operation operation, const Texts&... texts) const {
     const bool wantsMore = callbacks.Call(inside, operation, texts...);
-    functions.RequireCurrent();
+    textFunctions.RequireCurrent();
     return wantsMore;
 }
 
 void PolicyWalk::Run(ny_policy_bag_t* bag) {
-    uris.emplace(policies, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next, bag);
+    uris.emplace(policyFunctions, agent::ny_policy_bag_get_uri_iterator, agent::ny_policy_bag_uri_iterator_get_next,
+                 bag);
     ny_policy_uri_t* uri = nullptr;
     while (uris->Next(uri)) {
         if (!TellContainer(uri)) {
@@ -102,7 +103,7 @@ bool PolicyWalk::TellSettingsObject(ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
-    sections.emplace(policies, agent::ny_policy_bag_get_section_iterator,
+    sections.emplace(policyFunctions, agent::ny_policy_bag_get_section_iterator,
                      agent::ny_policy_bag_section_iterator_get_next, bag, uri);
     const char* name = nullptr;
     while (sections->Next(name)) {
@@ -118,21 +119,22 @@ void PolicyWalk::WalkSections(ny_policy_bag_t* bag, ny_policy_uri_t* uri) {
 }
 
 void PolicyWalk::WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName) {
-    settings.emplace(policies, agent::ny_policy_bag_get_setting_iterator,
+    settings.emplace(policyFunctions, agent::ny_policy_bag_get_setting_iterator,
                      agent::ny_policy_bag_setting_iterator_get_next, bag, uri, sectionName);
     const char* name = nullptr;
     ny_variant_t* variant = nullptr;
     bool wantsMore = true;
     while (wantsMore && settings->Next(name, variant)) {
-        // Both texts go back to the agent before the next setting: no copy is made of what there may be a million of.
+        // Both texts go back to the agent before the next setting: there may be a million settings, and none is copied.
         BorrowedWide nameText =
-            name != nullptr ? BorrowedWide(functions, std::string_view(name)) : BorrowedWide(functions);
+            name != nullptr ? BorrowedWide(textFunctions, std::string_view(name)) : BorrowedWide(textFunctions);
         const OnStack nameOnStack(settingName, nameText);
         const wchar_t* const shownName = Shown(nameText);
         if (withholdsSetting && nameText.View() == withheldSetting) {
             continue;
         }
-        BorrowedWide valueText = variant != nullptr ? BorrowedWide(functions, variant) : BorrowedWide(functions);
+        BorrowedWide valueText =
+            variant != nullptr ? BorrowedWide(textFunctions, variant) : BorrowedWide(textFunctions);
         const OnStack valueOnStack(settingValue, valueText);
         wantsMore = Tell(&ICallbacks::OnSetting, section.Get(), shownName, Shown(valueText));
     }

@@ -25,11 +25,11 @@ public:
     enum class Scope { Machine, User };
 
     // Both kinds of functions are those of the libraries that the bag comes from.
-    PolicyWalk(InsidePassage passage, const PolicyFunctions& policyFunctions, const TextFunctions& textFunctions,
-               ICallbacks& moduleCallbacks, Scope walkedScope) noexcept
+    PolicyWalk(InsidePassage passage, const PolicyFunctions& functionsForPolicies,
+               const TextFunctions& functionsForTexts, ICallbacks& moduleCallbacks, Scope walkedScope) noexcept
         : inside(passage),
-          policies(policyFunctions),
-          functions(textFunctions),
+          policyFunctions(functionsForPolicies),
+          textFunctions(functionsForTexts),
           callbacks(&moduleCallbacks),
           scope(walkedScope) {}
     ~PolicyWalk();
@@ -41,7 +41,8 @@ public:
     void Run(ny_policy_bag_t* bag);
 
 private:
-    // The module's answer. Raises the agent exception with NY_FUNCTION_MISSING when the agent went under its callback.
+    // Calls one of the module's callbacks and returns its answer. Raises the agent exception with NY_FUNCTION_MISSING
+    // when a library of the agent's was closed during the callback.
     template <class Operation, class... Texts>
     bool Tell(Operation operation, const Texts&... texts) const;
     // True when the module wants more of this item.
@@ -57,8 +58,8 @@ private:
     void WalkSettings(ny_policy_bag_t* bag, ny_policy_uri_t* uri, const char* sectionName);
 
     const InsidePassage inside;
-    const PolicyFunctions& policies;
-    const TextFunctions& functions;
+    const PolicyFunctions& policyFunctions;
+    const TextFunctions& textFunctions;
     const ModuleInterface<ICallbacks> callbacks;
     const Scope scope;
     WideText feature;
@@ -70,11 +71,11 @@ private:
     WideText stringParameter;
     WideText section;
     bool withholdsSetting = false;  // in this policy
-    // In the order in which they are taken.
+    // In the order in which they are opened.
     std::optional<PolicyUris> uris;
     std::optional<PolicySections> sections;
     std::optional<PolicySettings> settings;
-    // Of one setting of a million these stand on the stack; null when there is none.
+    // The texts of the current setting, which are on the stack of WalkSettings; null when there is none.
     BorrowedWide* settingName = nullptr;
     BorrowedWide* settingValue = nullptr;
 };

@@ -5,7 +5,7 @@
 #include "base/Boundary.h"
 #include "dispatcher/groups/PolicyGroup.h"
 #include "msgbus/client/AgentUse.h"
-#include "policy/EnforcerTable.h"
+#include "policy/CTheEnforcePolicy.h"
 #include "values/AgentTexts.h"
 
 using namespace bridge;

@@ -3,7 +3,7 @@
 #include "dispatcher/groups/PolicyGroup.h"
 #include "msgbus/BridgeLog.h"
 #include "msgbus/LoggedCallback.h"
-#include "policy/EnforcerTable.h"
+#include "policy/CTheEnforcePolicy.h"
 #include "policy/PolicyHandles.h"
 #include "values/AgentException.h"
 #include "values/UnloggedText.h"

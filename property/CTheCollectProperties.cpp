@@ -1,6 +1,5 @@
 #include "property/CTheCollectProperties.h"
 
-#include "base/Attributes.h"
 #include "dispatcher/groups/PropertyGroup.h"
 #include "msgbus/BridgeLog.h"
 #include "values/AgentException.h"
@@ -29,7 +28,8 @@ void AddProperty(const TextFunctions& functions, const AddFunction& add, ny_prop
     Check(add(bag, narrowPath.Get(), narrowName.Get(), variant.Get()));
 }
 
-// Functions of their own, so that a property that is not traced does not pay for them.
+// Texts that go to no log, see UnloggedText.h. They have functions of their own, so that a property that is not traced
+// does not pay for them.
 RARELY_CALLED void TraceSkipped(const wchar_t* path, const wchar_t* name) noexcept {
     ComposeUnlogged(
         [&](CUniStream& text) { text << L"The value for " << path << L":" << name << L" is null, skipping"; });

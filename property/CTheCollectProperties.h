@@ -8,7 +8,7 @@
 #include "VsMsgbus/LogSink.h"
 #include "agent/ny_agent.h"
 #include "base/Attributes.h"
-#include "values/CUniStream.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 #include "values/TextFunctions.h"
 
@@ -66,5 +66,10 @@ private:
     std::atomic<ny_property_bag_t*> bag = nullptr;  // null outside a collection
     const ModuleInterface<VsKitMsgbus::INYCollectProperties> collector;
 };
+
+// Two collections of one product never overlap.
+inline auto& CollectorTable() {
+    return TableOfProcess<RegistrationTable<CTheCollectProperties, CallGate::Admission::OneThreadAtATime>>();
+}
 
 }  // namespace bridge

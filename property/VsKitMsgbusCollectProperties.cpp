@@ -1,7 +1,7 @@
 // The exports of property collection.
 #include "VsMsgbus/CollectProperties.h"
 
-#include "property/CollectorTable.h"
+#include "property/CTheCollectProperties.h"
 
 using namespace bridge;
 

@@ -2,7 +2,7 @@
 
 #include "dispatcher/groups/PropertyGroup.h"
 #include "msgbus/LoggedCallback.h"
-#include "property/CollectorTable.h"
+#include "property/CTheCollectProperties.h"
 #include "values/UnloggedText.h"
 #include "values/WideText.h"
 

@@ -11,7 +11,7 @@
 
 namespace bridge {
 
-// One call of the agent's about one task, on its way to the module that is registered for the product.
+// One call from the agent about one task, on its way to the module that is registered for the product.
 class TaskCall {
 public:
     using Operation = int32_t (VsKitMsgbus::INYTaskEnforcer::*)(const wchar_t* taskId,
@@ -27,7 +27,7 @@ public:
     // texts of failures; `inUse` are the libraries that the task comes from.
     TaskCall(const std::string& product, ny_task_t* agentTask, const wchar_t* failureHead, const LibrariesInUse* inUse);
 
-    // Calls the module's enforcer, with no lock held. A failure's text is composed, and goes to no log.
+    // Calls the module's enforcer, with no lock held. A failure's text goes to no log, see UnloggedText.h.
     Outcome AskModule(Operation operation) const noexcept;
 
     // Composes a text of `head`, the task and the product, which goes to no log.

@@ -16,12 +16,9 @@ struct TaskEnforcerRecord {
 };
 
 // Calls of one enforcer run side by side, because a task is stopped while it is executed.
-using TaskEnforcerRegistrations =
-    RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::Leaked>;
-
-// The enforcers of all modules of the process, by product id.
-inline TaskEnforcerRegistrations& TaskEnforcerTable() {
-    return TableOfProcess<TaskEnforcerRegistrations>();
+inline auto& TaskEnforcerTable() {
+    return TableOfProcess<
+        RegistrationTable<TaskEnforcerRecord, CallGate::Admission::Together, DuplicateRecord::Leaked>>();
 }
 
 }  // namespace bridge

@@ -33,7 +33,7 @@ int32_t ResultOf(const TaskCall::Outcome& outcome) {
     return outcome.hasFailed ? NY_UNEXPECTED : NY_OK;
 }
 
-// A call whose answer the agent is not told.
+// Calls the module, and does not report its answer to the agent.
 int32_t CallWithoutReport(const TaskCall& call, TaskCall::Operation operation) {
     const TaskCall::Outcome outcome = call.AskModule(operation);
     if (outcome.answer == INYTaskEnforcer::Failed) {
@@ -51,8 +51,8 @@ void TellAgent(const AgentUse& use, const std::string& taskId, int32_t status) n
     }
 }
 
-// Runs `call(use)` while the client that it is made with is sure to stay; not at all when that one is gone, as it is
-// when a module has left the bridge from inside its callback.
+// Runs `call(use)`, during which `client` is not released. Does nothing when that client is gone, as when a module has
+// left the bridge from inside its callback.
 template <class Call>
 void WhileClientStays(const ny_client_t* client, Call&& call) {
     const AgentUse use;
@@ -61,7 +61,7 @@ void WhileClientStays(const ny_client_t* client, Call&& call) {
     }
 }
 
-// The task says anew which one it is.
+// Asks the task for its id once more.
 void ReportStatus(ny_client_t* client, ny_task_t* task, int32_t status) {
     WhileClientStays(client, [&](const AgentUse& use) { TellAgent(use, TaskId(task), status); });
 }
@@ -112,8 +112,8 @@ int32_t VsMsgbusTaskExecutor::on_update_status(ny_client_t* agentClient, const s
     const TaskCall call(productId, task, L"Failed to update the task status ", Libraries());
     const TaskCall::Outcome outcome = call.AskModule(&INYTaskEnforcer::UpdateTaskStatus);
     const int32_t answer = outcome.answer.value_or(INYTaskEnforcer::Failed);
-    const bool isTold = answer == INYTaskEnforcer::Succeeded || answer == INYTaskEnforcer::NothingDecided;
-    ReportStatus(agentClient, task, isTold ? answer : INYTaskEnforcer::Failed);
+    const bool isPassedOn = answer == INYTaskEnforcer::Succeeded || answer == INYTaskEnforcer::NothingDecided;
+    ReportStatus(agentClient, task, isPassedOn ? answer : INYTaskEnforcer::Failed);
     return ResultOf(outcome);
 }
 

@@ -1,29 +1,51 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 
+#include "agent/ny_agent.h"
 #include "msgbus/registrations/AgentService.h"
-#include "scheduler/task_handler.h"
+
+namespace corvane::ny::scheduler {
+
+// Answers the agent's scheduler, behind the plain functions that the agent is given. Each operation returns the agent's
+// result code; the task is the agent's and borrowed during the call.
+class task_handler {
+public:
+    virtual ~task_handler() = default;
+
+    virtual int32_t on_execute(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
+                               ny_task_t* task) = 0;
+    virtual int32_t on_stop(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
+                            ny_task_t* task) = 0;
+    virtual int32_t on_remove(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
+                              ny_task_t* task) = 0;
+    virtual int32_t on_update_status(ny_client_t* agentClient, const std::string& productId,
+                                     const std::string& taskType, ny_task_t* task) = 0;
+};
+
+}  // namespace corvane::ny::scheduler
 
 namespace bridge {
 
 // The task service: what the agent's scheduler calls for the tasks of a product.
 //
-// on_... ask the product's enforcer, if it has one. NY_OK, also without one; NY_UNEXPECTED when something escaped the
-// module. They raise the agent exception when the task does not tell its id.
+// The on_ functions call the product's enforcer. They answer NY_OK, also when the product has none, and NY_UNEXPECTED
+// when the module threw. They raise the agent exception when the task's id cannot be read.
 class VsMsgbusTaskExecutor : public AgentServiceFor<corvane::ny::scheduler::task_handler> {
 public:
     using AgentServiceFor::AgentServiceFor;
     ~VsMsgbusTaskExecutor() override;
 
-    // Reports: 4 and 3 for these answers of the module, 3 for a failure, else 2.
+    // Reports to the agent: the module's answer when it is Succeeded or Failed, Failed when it threw, else
+    // NothingDecided.
     int32_t on_execute(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                        ny_task_t* task) override;
     int32_t on_stop(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                     ny_task_t* task) override;
     int32_t on_remove(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                       ny_task_t* task) override;
-    // Reports: 4 and 2 for these answers of the module, else 3.
+    // Reports to the agent: the module's answer when it is Succeeded or NothingDecided, else Failed.
     int32_t on_update_status(ny_client_t* agentClient, const std::string& productId, const std::string& taskType,
                              ny_task_t* task) override;
 

@@ -36,13 +36,8 @@ int32_t RunCrypto(const CryptoFunction& cryptoFunction, const unsigned char* dat
         const unsigned char* bytes = nullptr;
         size_t length = 0;
         Check(agent::ny_buffer_get_raw.In(buffers)(buffer.Get(), &bytes, &length));
-        if (bytes == nullptr && length != 0) {
-            return serviceFailure;
-        }
-        if (!take(bytes, static_cast<uint32_t>(length))) {
-            return serviceFailure;
-        }
-        return buffer.Reset() == NY_OK ? 0 : serviceFailure;
+        const bool isTaken = (bytes != nullptr || length == 0) && take(bytes, static_cast<uint32_t>(length));
+        return isTaken && buffer.Reset() == NY_OK ? 0 : serviceFailure;
     });
 }
 

@@ -10,10 +10,6 @@ using VsKit::cp_wchar;
 using VsKitMsgbus::etag_PRODUCT_RETURN_VALUE;
 using VsKitMsgbus::INYUpdateNotifyCallback;
 
-int32_t CTheUpdateNotify::RunUpdateNotify(cp_wchar second, cp_wchar fourth, cp_wchar third, uint32_t number) const {
-    return callback.Call(&INYUpdateNotifyCallback::UpdateNotify, second, fourth, third, &number);
-}
-
 etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, cp_wchar key,
                                                               std::wstring& value) const {
     class SetCb final : public VsKitMsgbus::INYUpdateNotifyCallback::ISet {
@@ -42,10 +38,6 @@ etag_PRODUCT_RETURN_VALUE CTheUpdateNotify::RunGetProductInfo(cp_wchar second, c
         throw std::bad_alloc();
     }
     return result;
-}
-
-int32_t CTheUpdateNotify::RunSetProductInfo(cp_wchar second, cp_wchar key, cp_wchar value) const {
-    return callback.Call(&INYUpdateNotifyCallback::SetProductInfo, second, key, value);
 }
 
 }  // namespace bridge

@@ -4,12 +4,12 @@
 #include <string>
 
 #include "VsMsgbus/UpdateNotify.h"
+#include "msgbus/registrations/RegistrationTable.h"
 #include "values/ModuleInterface.h"
 
 namespace bridge {
 
-// A module's registered update callback. Its operations are for one thread at a time and let out what the module
-// throws.
+// A module's registered update callback, for one thread at a time.
 class CTheUpdateNotify {
 public:
     CTheUpdateNotify(VsKitMsgbus::INYUpdateNotifyCallback* moduleCallback, void* moduleContext) noexcept
@@ -18,15 +18,10 @@ public:
     CTheUpdateNotify(const CTheUpdateNotify&) = delete;
     CTheUpdateNotify& operator=(const CTheUpdateNotify&) = delete;
 
-    int32_t RunUpdateNotify(VsKit::cp_wchar second, VsKit::cp_wchar fourth, VsKit::cp_wchar third,
-                            uint32_t number) const;
-
     // `value` holds afterwards what the module set, empty when it set nothing. Raises std::bad_alloc when a value found
-    // no memory.
+    // no memory, and lets out what the module throws.
     VsKitMsgbus::etag_PRODUCT_RETURN_VALUE RunGetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key,
                                                              std::wstring& value) const;
-
-    int32_t RunSetProductInfo(VsKit::cp_wchar second, VsKit::cp_wchar key, VsKit::cp_wchar value) const;
 
     // The registration as the module made it. Nothing reads the last three.
     const ModuleInterface<VsKitMsgbus::INYUpdateNotifyCallback> callback;
@@ -34,5 +29,12 @@ public:
     void* const context;
     void* const further = nullptr;
 };
+
+// Two calls into one module's callback never overlap. The record of a second registration for an id is not freed, kept
+// on purpose.
+inline auto& UpdateNotifyTable() {
+    return TableOfProcess<
+        RegistrationTable<CTheUpdateNotify, CallGate::Admission::OneThreadAtATime, DuplicateRecord::Leaked>>();
+}
 
 }  // namespace bridge

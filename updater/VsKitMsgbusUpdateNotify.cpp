@@ -1,7 +1,7 @@
 // The exports of update notification.
 #include "VsMsgbus/UpdateNotify.h"
 
-#include "updater/UpdateNotifyTable.h"
+#include "updater/CTheUpdateNotify.h"
 
 using namespace bridge;
 

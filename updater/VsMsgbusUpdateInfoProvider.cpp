@@ -2,7 +2,7 @@
 
 #include "dispatcher/groups/UpdaterGroup.h"
 #include "dispatcher/groups/VariantGroup.h"
-#include "updater/UpdateNotifyTable.h"
+#include "updater/CTheUpdateNotify.h"
 #include "values/AgentException.h"
 #include "values/AgentTexts.h"
 #include "values/UnloggedText.h"
@@ -12,6 +12,7 @@ namespace bridge {
 
 using corvane::ny::updater::updater_handler;
 using VsKit::CUniStream;
+using VsKitMsgbus::INYUpdateNotifyCallback;
 
 namespace {
 
@@ -62,14 +63,14 @@ int32_t TakeEvent(ny_client_t* /*client*/, const char* productId, const ny_updat
 
 constexpr ny_updater_callbacks_t updaterCallbacks = {NotifyUpdate, SetProductInfo, GetProductInfo, TakeEvent};
 
-// Runs `use(record)` with the product's callback, if it has one. A failure's text goes to no log; in it, a failure that
-// has no code of its own is NY_UNEXPECTED.
+// Runs `use(record)` with the product's callback, if it has one. A failure's text goes to no log. It names
+// NY_UNEXPECTED for a failure that has no code of its own.
 template <class Use>
-int32_t CallProduct(const wchar_t* what, const std::string& productId, const LibrariesInUse* libraries,
+int32_t CallProduct(const wchar_t* operation, const std::string& productId, const LibrariesInUse* libraries,
                     Use&& use) noexcept {
     const auto compose = [&](int32_t code) {
         ComposeUnlogged([&](CUniStream& text) {
-            text << L"Failed to execute " << what << L" for productId " << productId << L", exception " << code;
+            text << L"Failed to execute " << operation << L" for productId " << productId << L", exception " << code;
         });
     };
     try {
@@ -103,7 +104,8 @@ int32_t VsMsgbusUpdateInfoProvider::update_notify(ny_client_t* /*agentClient*/, 
         const WideText wideSecond(second, Libraries());
         const WideText wideFourth(fourth, Libraries());
         const WideText wideThird(third, Libraries());
-        result = record.RunUpdateNotify(wideSecond.Get(), wideFourth.Get(), wideThird.Get(), number);
+        result = record.callback.Call(&INYUpdateNotifyCallback::UpdateNotify, wideSecond.Get(), wideFourth.Get(),
+                                      wideThird.Get(), &number);
     });
 }
 
@@ -114,7 +116,8 @@ int32_t VsMsgbusUpdateInfoProvider::set_product_info(ny_client_t* /*agentClient*
         const WideText wideSecond(second, Libraries());
         const WideText wideKey(key, Libraries());
         const std::wstring wideValue = WideFromVariant(value, Libraries());
-        result = record.RunSetProductInfo(wideSecond.Get(), wideKey.Get(), wideValue.c_str());
+        result = record.callback.Call(&INYUpdateNotifyCallback::SetProductInfo, wideSecond.Get(), wideKey.Get(),
+                                      wideValue.c_str());
     });
 }
 
@@ -132,7 +135,7 @@ int32_t VsMsgbusUpdateInfoProvider::get_product_info(ny_client_t* /*agentClient*
             Check(agent::ny_variant_create_from_string.In(Libraries())(narrow.data(), narrow.size(), &created));
             *out = created;
         }
-        // Last: a value that could not be handed over is a failure of the whole question.
+        // Last: when the value could not be handed over, the result must stay as it was.
         result = answer;
     });
 }

@@ -12,7 +12,8 @@ namespace bridge {
 // NY_FUNCTION_MISSING included, after releasing what it holds.
 class AgentTables {
 public:
-    // Loads their library when it is not open: of the libraries given, when there are any.
+    // Looks them up in the libraries `inUse`, or in those that are open when it is null. Loads their library when it is
+    // not open.
     explicit AgentTables(const LibrariesInUse* inUse = nullptr) noexcept;
 
     TableOwner FromVariant(ny_variant_t* variant) const;

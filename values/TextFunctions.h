@@ -23,8 +23,8 @@ struct FunctionsForText {
 };
 
 // The agent's functions for text, looked up once for many texts: a property makes fourteen calls of them and a setting
-// ten, and there may be a million settings. Used by a thread that is inside the agent's libraries, see LibrariesInUse:
-// it may release through them at any time what they made.
+// ten, and there may be a million settings. Used by a thread that is inside the agent's libraries, see LibrariesInUse.
+// Such a thread may release what the functions made at any time, also when they are no longer current.
 struct TextFunctions {
     // Whether the functions are those of the agent that runs now: false once a library of the agent's was closed, and
     // when the library with the functions was not loaded.

@@ -12,7 +12,7 @@ namespace bridge {
 
 namespace {
 
-Mutex lock;  // also of what is pending for any client
+Mutex lock;  // also guards the pending changes of every client
 NyClient* first GUARDED_BY(lock) = nullptr;
 NyClient* last GUARDED_BY(lock) = nullptr;
 DWORD changingThread GUARDED_BY(lock) = 0;  // 0: none
@@ -58,7 +58,7 @@ NyClient* TakeNext(PendingChanges& taken) noexcept {
     return client;
 }
 
-void Make(NyClient& client, const PendingChanges& changes) noexcept {
+void MakeChanges(NyClient& client, const PendingChanges& changes) noexcept {
     const LongAgentCall longCall;
     if (changes.mustStop) {
         NyClientMakeStop(client);
@@ -98,7 +98,7 @@ void ChangeClient(NyClient& client, ClientChange change, uint32_t state, bool is
         if (next == nullptr) {
             return;
         }
-        Make(*next, changes);
+        MakeChanges(*next, changes);
     }
 }
 

@@ -1,7 +1,5 @@
 #include "msgbus/client/NyClient.h"
 
-#include <memory>
-
 #include "base/Boundary.h"
 #include "dispatcher/AgentCalls.h"
 #include "dispatcher/Dispatcher.h"
@@ -16,15 +14,10 @@ namespace bridge {
 namespace {
 
 // A dispatcher loaded anew gets the log callback too, so that its lines go on after an upgrade.
-void GiveLogCallback(NyClient& client) noexcept {
-    DispatcherSetLogSink(client.dispatcher, {client.logCallback, client.logUserData, client.leastSevereLog,
-                                             client.owner, client.hasOwner});
-}
-
 int32_t LoadDispatcher(NyClient& client) noexcept {
     const int32_t result = DispatcherCreate(nullptr, &client.dispatcher);
     if (result == NY_OK) {
-        GiveLogCallback(client);
+        DispatcherSetLogSink(client.dispatcher, client.log);
     }
     return result;
 }
@@ -163,9 +156,9 @@ int32_t NyClientCreate(const char* productId, VsMsgbusClientRecord* record) noex
 
 void NyClientOwnedBy(NyClient& client, const std::shared_ptr<void>& owner) {
     AdmitAgentCalls(CallData<NyClient>(&client), {}, owner, &client);
-    client.owner = owner;
-    client.hasOwner = true;
-    GiveLogCallback(client);
+    client.log.owner = owner;
+    client.log.hasOwner = true;
+    DispatcherSetLogSink(client.dispatcher, client.log);
 }
 
 int32_t NyClientRelease(NyClient* client) noexcept {
@@ -188,11 +181,11 @@ int32_t NyClientSetLogCallback(NyClient* client, LogLineSink callback, void* use
     }
     {
         const ScopedLock guard(client->lock);
-        client->logCallback = callback;
-        client->logUserData = userData;
+        client->log.sink = callback;
+        client->log.userData = userData;
+        client->log.leastSevere = leastSevere;
     }
-    client->leastSevereLog = leastSevere;
-    GiveLogCallback(*client);
+    DispatcherSetLogSink(client->dispatcher, client->log);
     return NY_OK;
 }
 

@@ -43,15 +43,13 @@ struct NyClient : std::enable_shared_from_this<NyClient> {
     std::atomic<uint32_t> notified = 0;  // the state last reported to the point product
     std::atomic<NyClientNotification> notification = nullptr;
     std::atomic<void*> notificationUserData = nullptr;
-    LogLineSink logCallback = nullptr;  // set under the lock, before anybody but a late call knows the context
-    void* logUserData = nullptr;
-    LogSeverity leastSevereLog = SeverityDetail;        // of the dispatcher's lines
+    // The log callback; set under the lock, before anybody but a late call knows the context. Its owner is that of the
+    // context and of what its callbacks lead to, see NyClientOwnedBy.
+    LogTarget log;
     std::atomic<NyClientNotifier*> notifier = nullptr;  // null when not registered
     ny_passphrase_callback_t passphraseCallback = nullptr;
     void* passphraseUserData = nullptr;
 
-    std::weak_ptr<void> owner;  // of the context and of what its callbacks lead to, see NyClientOwnedBy
-    bool hasOwner = false;
     std::atomic<bool> isReleased = false;
     std::atomic<bool> isWatcherLate = false;  // it did not end in time: it was waited for already
     PendingChanges pending;
@@ -107,7 +105,7 @@ int32_t NyClientAgentLog(uint32_t severity, const char* module, const char* mess
 // The module name of every line of the client and its watcher.
 inline constexpr char nyClientModule[] = "ny_client";
 
-// The changes of ClientChanges.h, made by the thread that is at them.
+// One function for each change of ClientChanges.h, called by the thread that makes the changes.
 void NyClientMakeStop(NyClient& client) noexcept;
 void NyClientMakeStart(NyClient& client, uint32_t state) noexcept;
 void NyClientMakeUnregister(NyClient& client) noexcept;

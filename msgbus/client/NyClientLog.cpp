@@ -18,7 +18,7 @@ struct LineTaker {
 };
 
 LineTaker TakerOf(const NyClient& client) noexcept {
-    return {client.logCallback, client.logUserData, client.logCallback == nullptr ? client.logger : nullptr};
+    return {client.log.sink, client.log.userData, client.log.sink == nullptr ? client.logger : nullptr};
 }
 
 int32_t Deliver(const LineTaker& taker, uint32_t severity, const char* module, const char* message) noexcept {

@@ -1,6 +1,5 @@
 #include "msgbus/client/NyClientNotifier.h"
 
-#include <memory>
 #include <new>
 #include <utility>
 
@@ -13,10 +12,6 @@
 namespace bridge {
 
 namespace {
-
-bool IsOwnThread(const NyClientNotifier& notifier) noexcept {
-    return notifier.threadId.load() == ::GetCurrentThreadId();
-}
 
 DWORD WINAPI RunThread(void* parameter) {
     auto* const notifier = static_cast<NyClientNotifier*>(parameter);
@@ -45,7 +40,7 @@ bool CreateWatchingThread(NyClientNotifier& notifier) noexcept {
 // How long the thread may be waited for.
 DWORD StopTimeout(const NyClientNotifier& notifier) noexcept {
     const DWORD thread = notifier.threadId.load();
-    const bool isWaste = IsOwnThread(notifier) || (AgentCall::IsUnderWay() && IsChangingClients(thread));
+    const bool isWaste = thread == ::GetCurrentThreadId() || (AgentCall::IsUnderWay() && IsChangingClients(thread));
     return isWaste ? 0 : notifier.stopTimeout;
 }
 

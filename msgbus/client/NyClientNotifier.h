@@ -50,10 +50,10 @@ int32_t NotifierDestroy(NyClientNotifier* notifier) noexcept;
 // thread.
 int32_t NotifierStart(NyClientNotifier* notifier) noexcept;
 
-// Asks the thread to end and waits for it, at most 15 seconds; not at all on that thread itself, nor inside a call of
-// the agent's while the thread is at a change of a client, which may be waiting for that call. From now on the client
-// is told nothing that was not begun. NY_OK when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED
-// when it still runs.
+// Asks the thread to end and waits for it, at most 15 seconds; not at all on that thread itself, nor inside a call from
+// the agent while the thread makes a change of a client, which may be waiting for that call. From now on the client is
+// told nothing that was not begun. NY_OK when it ended or never ran; NY_INVALID_ARGUMENT for null; NY_UNEXPECTED when
+// it still runs.
 int32_t NotifierStop(NyClientNotifier* notifier) noexcept;
 
 // Looks for the agent: reports state 1 when it is installed. Always NY_OK.

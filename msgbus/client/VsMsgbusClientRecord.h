@@ -8,16 +8,13 @@
 // The way from the bridge instance to its agent client. Releases the client when it owns it.
 struct VsMsgbusClientRecord {
     VsMsgbusClientRecord() = default;
-    ~VsMsgbusClientRecord() { Clean(); }
-    VsMsgbusClientRecord(const VsMsgbusClientRecord&) = delete;
-    VsMsgbusClientRecord& operator=(const VsMsgbusClientRecord&) = delete;
-
-    void Clean() noexcept {
+    ~VsMsgbusClientRecord() {
         if (isOwned != 0) {
             bridge::NyClientRelease(client);
         }
-        client = nullptr;
     }
+    VsMsgbusClientRecord(const VsMsgbusClientRecord&) = delete;
+    VsMsgbusClientRecord& operator=(const VsMsgbusClientRecord&) = delete;
 
     bridge::NyClient* client = nullptr;
     uint8_t isOwned = 0;

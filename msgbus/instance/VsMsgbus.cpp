@@ -1,6 +1,5 @@
 #include "msgbus/instance/VsMsgbus.h"
 
-#include <string_view>
 #include <utility>
 
 #include "base/Boundary.h"
@@ -42,6 +41,13 @@ void NotifyHandler(NyClient* client, uint32_t state, void* userData) noexcept {
         record.client = client;
         static_cast<corvane::ny::notification_handler*>(userData)->OnNotification(record, static_cast<int32_t>(state));
     });
+}
+
+// Runs `body`. For what it throws, composes a text that begins with `head` and goes to no log.
+template <class Body>
+void RunOrComposeFailure(const wchar_t* head, Body&& body) noexcept {
+    RunOrComposeUnlogged(
+        body, [head](CUniStream& text, const char* what) { text << head << L", exception:[" << what << L"]"; });
 }
 
 // Each byte becomes one character of its own, sign and all: agent log lines are not converted.
@@ -89,10 +95,7 @@ std::shared_ptr<VsMsgbus> VsMsgbus::Make(const char* productId) {
 }
 
 VsMsgbus::VsMsgbus(const char* productId) {
-    RunOrComposeUnlogged([&] { CreateClient(productId); },
-                         [](CUniStream& text, const char* what) {
-                             text << L"VsMsgbus client creation failed, exception:[" << what << L"]";
-                         });
+    RunOrComposeFailure(L"VsMsgbus client creation failed", [&] { CreateClient(productId); });
 }
 
 VsMsgbus::~VsMsgbus() {
@@ -167,22 +170,15 @@ void VsMsgbus::AttachProduct(const std::string& productId, uint32_t serviceMask)
 }
 
 void VsMsgbus::RegisterForNotifications() noexcept {
-    RunOrComposeUnlogged(
-        [&] {
-            corvane::ny::notification_handler& handler = *this;
-            Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, &handler));
-        },
-        [](CUniStream& text, const char* what) {
-            text << L"Failed to register for VsMsgbus client notification, exception:[" << what << L"]";
-        });
+    RunOrComposeFailure(L"Failed to register for VsMsgbus client notification", [&] {
+        corvane::ny::notification_handler& handler = *this;
+        Check(NyClientRegisterNotifications(clientRecord->client, NotifyHandler, &handler));
+    });
 }
 
 void VsMsgbus::UnregisterForNotifications() noexcept {
-    RunOrComposeUnlogged([&] { Check(NyClientUnregisterNotifications(clientRecord->client)); },
-                         [](CUniStream& text, const char* what) {
-                             text << L"Failed to unregister for VsMsgbus client notification due to, exception:["
-                                  << what << L"]";
-                         });
+    RunOrComposeFailure(L"Failed to unregister for VsMsgbus client notification due to",
+                        [&] { Check(NyClientUnregisterNotifications(clientRecord->client)); });
 }
 
 void VsMsgbus::End() noexcept {
@@ -214,14 +210,12 @@ int32_t VsMsgbus::GetPassphrase(unsigned char* /*passphrase*/, size_t* /*size*/)
 }
 
 void VsMsgbus::Start() noexcept {
-    RunOrComposeUnlogged(
-        [&] {
-            Check(NyClientStart(clientRecord->client));
-            CreateServices();
-            AttachEnteredProducts();
-            started = 1;
-        },
-        [](CUniStream& text, const char* what) { text << L"Failed to start VsMsgbus, exception:[" << what << L"]"; });
+    RunOrComposeFailure(L"Failed to start VsMsgbus", [&] {
+        Check(NyClientStart(clientRecord->client));
+        CreateServices();
+        AttachEnteredProducts();
+        started = 1;
+    });
 }
 
 void VsMsgbus::CreateServices() {

@@ -29,8 +29,6 @@ public:
     // The same as an instance that the threads inside its client share. Ended by End. Raises std::bad_alloc.
     static std::shared_ptr<VsMsgbus> Make(const char* productId);
     ~VsMsgbus() override;
-    VsMsgbus(const VsMsgbus&) = delete;
-    VsMsgbus& operator=(const VsMsgbus&) = delete;
 
     bool HasClient() const noexcept { return clientRecord != nullptr && clientRecord->client != nullptr; }
     VsMsgbusClientRecord* ClientRecord() const noexcept { return clientRecord.get(); }

@@ -27,10 +27,10 @@ bool KeepThisLibrary() noexcept {
                                 reinterpret_cast<const char*>(&KeepThisLibrary), &library) != FALSE;
 }
 
-// The bridge instance, created when there is none. Null when it could not be had with a working agent client.
+// The bridge instance, created when there is none. Null when its agent client could not be created.
 //
-// One thread creates it at a time, although Entries should not meet: the log lines of a second one, made and thrown
-// away beside the first, would lead nowhere.
+// Only one thread at a time creates it. A second instance, created beside the first and thrown away, would have taken
+// the dispatcher's log lines with it.
 std::shared_ptr<VsMsgbus> ObtainBridge(const char* productId) {
     static Mutex creation;
     const ScopedLock guard(creation);

@@ -7,38 +7,24 @@
 
 namespace bridge {
 
-void AgentRegistrations::Add(const std::string& productId) {
+void AgentRegistrations::Change(const std::string& productId, bool isWanted) {
     Products::iterator product;
     {
         const ScopedLock guard(lock);
-        if (isClosed) {
+        if (isWanted && isClosed) {
             return;
         }
-        product = products.try_emplace(productId).first;
-        product->second.isWanted = true;
-        if (product->second.isRegistered || product->second.isBusy) {
-            return;
-        }
-        product->second.isBusy = true;
-    }
-    Check(Settle(product, true));
-}
-
-void AgentRegistrations::Remove(const std::string& productId) {
-    Products::iterator product;
-    {
-        const ScopedLock guard(lock);
-        product = products.find(productId);
+        product = isWanted ? products.try_emplace(productId).first : products.find(productId);
         if (product == products.end()) {
             return;
         }
-        product->second.isWanted = false;
-        if (product->second.isBusy) {
+        product->second.isWanted = isWanted;
+        if (product->second.isRegistered == isWanted || product->second.isBusy) {
             return;
         }
         product->second.isBusy = true;
     }
-    Check(Settle(product, false));
+    Check(Settle(product, isWanted));
 }
 
 void AgentRegistrations::Close() {

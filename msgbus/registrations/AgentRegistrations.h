@@ -25,15 +25,13 @@ public:
     };
 
     explicit AgentRegistrations(Agent& agentToCall) noexcept : agent(agentToCall) {}
-    AgentRegistrations(const AgentRegistrations&) = delete;
-    AgentRegistrations& operator=(const AgentRegistrations&) = delete;
 
     // Registers a product that is not registered. Raises the agent exception with the code of a refusal. Does nothing
     // once Close was called.
-    void Add(const std::string& productId);
+    void Add(const std::string& productId) { Change(productId, true); }
 
     // Unregisters a product that is registered; it stays, and the agent exception is raised, when the agent refuses.
-    void Remove(const std::string& productId);
+    void Remove(const std::string& productId) { Change(productId, false); }
 
     // Registers nothing any more and unregisters each product that is left. Products that the agent does not let go of
     // stay; the first such code is raised when all were tried.
@@ -48,6 +46,7 @@ private:
     };
     using Products = std::map<std::string, Product>;
 
+    void Change(const std::string& productId, bool isWanted);
     // For the thread that has made the product busy: calls the agent until the product is as it is wanted, or until the
     // agent refuses that. The code of the last call that registers, or that unregisters, as `isAsked` says.
     int32_t Settle(Products::iterator product, bool isAsked);

@@ -120,7 +120,7 @@ private:
     std::unordered_map<std::wstring, EntryPointer, Hash, std::equal_to<>> entries GUARDED_BY(lock);
 };
 
-// The process's table of that kind.
+// The process's table of that kind: the interfaces of all modules.
 template <class Table>
 Table& TableOfProcess() {
     static NoDestroyAtExit<Table> table;

@@ -14,7 +14,7 @@ constexpr int invalid = 3;
 // The bridge refuses the module's entry, because the agent does; the player has the module leave nevertheless.
 const std::set<std::string> ofRefusedEntry{"ENTRY-FAILED", "EXIT-UNKNOWN", "EXIT-OTHER-INSTANCE", "REMOVE-UNKNOWN"};
 
-// A call of the agent's that is under way when something happens: the service, the step that begins it, and the
+// A call from the agent that is under way when something happens: the service, the step that begins it, and the
 // function of the agent's in which it is held up, inside the module's callback or just before it.
 struct Held {
     const char* service;

@@ -1,4 +1,4 @@
-// One call of the agent's updater, as it is described in JSON.
+// One call from the agent's updater, as it is described in JSON.
 #pragma once
 
 #include <cstdint>
