@@ -1,5 +1,6 @@
-// The checking bridge's findings about buffers, statuses, answers, times and exceptions. In a test that says Named the
-// mistake is found; in one that says Right there must be no finding, which TearDown checks.
+// The checking bridge's findings about buffers, statuses, answers, times and exceptions. A test that says Named expects
+// the mistake to be found, one that says Noted expects a note. One that says Right expects no finding, which TearDown
+// checks.
 #include <optional>
 #include <stdexcept>
 #include <vector>
@@ -137,7 +138,7 @@ TEST_F(CheckedCalls, ATaskThatAnswersZeroForDoneIsNamed) {
     EXPECT_EQ(Found("TASK-WITHOUT-END"), 1U);
 }
 
-TEST_F(CheckedCalls, ATaskThatIsDoneInSpiteOfAFailureIsNoted) {
+TEST_F(CheckedCalls, ATaskThatSucceedsAfterAFailedCallIsNoted) {
     Execute([](auto&) {
         EXPECT_EQ(VsKitMsgbusGetInfoByKeyName(nullptr, nullptr), -1);
         return VsKitMsgbus::INYTaskEnforcer::Succeeded;
@@ -149,7 +150,7 @@ TEST_F(CheckedCalls, ATaskThatIsDoneInSpiteOfAFailureIsNoted) {
                               "the task cannot go on, answer Failed. (thread , in ExecuteTask)");
 }
 
-TEST_F(CheckedCalls, ATaskThatAnswersAFailureInsideItAsItsOwnIsRight) {
+TEST_F(CheckedCalls, ATaskThatFailsAfterAFailedCallIsRight) {
     Execute([](auto&) {
         EXPECT_EQ(VsKitMsgbusGetInfoByKeyName(nullptr, nullptr), -1);
         return VsKitMsgbus::INYTaskEnforcer::Failed;

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "cpp/LayerTest.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 #include "support/OnPurpose.h"
 
 using testing::ElementsAre;
@@ -142,19 +142,17 @@ TEST_F(LayerProduct, WaitsForAnAgentThatIsNotThere) {
 }
 
 TEST_F(LayerProduct, CanBeMovedWhileAHandlerRuns) {
-    Event isInside;
-    Event mayGoOn;
+    Checkpoint held;
     std::optional<vsmsgbus::Product> first;
     first.emplace(id, vsmsgbus::Handlers{.properties = [&](vsmsgbus::Properties& properties) {
-                      isInside.Set();
-                      EXPECT_TRUE(mayGoOn.Wait());
+                      held.Stop();
                       properties.Set("general", "version", "1.0");
                   }});
     const AgentRequest request(id);
-    ASSERT_TRUE(isInside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     vsmsgbus::Product second = std::move(*first);
     first.reset();
-    mayGoOn.Set();
+    held.mayGoOn.Set();
     EXPECT_EQ(request.Answer(), NY_OK);
     EXPECT_THAT(request.Properties(), ElementsAre("general:version=1.0"));
     EXPECT_TRUE(second.Leave());

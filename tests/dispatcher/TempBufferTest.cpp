@@ -211,7 +211,7 @@ TEST_F(TempBuffer, UninitOfAHeapBlockGivesTheInlineStorageBackAndMayBeRepeated) 
     }
 }
 
-TEST_F(TempBuffer, NullIsAnsweredAndNotFollowed) {
+TEST_F(TempBuffer, EveryFunctionAcceptsANullPointer) {
     ny_temp_buffer_init(nullptr);
     ny_temp_buffer_uninit(nullptr);
     EXPECT_EQ(ny_temp_buffer_reserve(nullptr, 1), 1U);

@@ -24,57 +24,56 @@ public:
     }
 };
 
-// The agent comes while the product is there. Nothing tells when the start is over; so the agent goes again, and the
-// watcher comes to that when it has done with the start.
-class StartFlow final : public EnteredFlow<allServices> {
+// The agent comes, changes or goes, and is back at the end.
+class AgentFlow : public EnteredFlow<allServices> {
 public:
     using EnteredFlow::EnteredFlow;
+    void CleanUp() override {
+        EnteredFlow::CleanUp();
+        world.PutFirstAgent();
+    }
+
+protected:
+    void EndWithTheAgent() {
+        world.TakeAgentAway();
+        world.WaitForNoAgent();
+        world.NoteCalls();
+    }
+};
+
+// The agent comes while the product is there. Nothing tells when the start is over; so the agent goes again, and the
+// watcher comes to that when it has done with the start.
+class StartFlow final : public AgentFlow {
+public:
+    using AgentFlow::AgentFlow;
     void Prepare() override {
         world.TakeAgentAway();
-        EnteredFlow::Prepare();
+        AgentFlow::Prepare();
     }
     void Run() override {
         world.PutFirstAgent();
         world.WaitForStart();
-        world.TakeAgentAway();
-        world.WaitForNoAgent();
-        world.NoteCalls();
-    }
-    void CleanUp() override {
-        EnteredFlow::CleanUp();
-        world.PutFirstAgent();
+        EndWithTheAgent();
     }
 };
 
-class StopFlow final : public EnteredFlow<allServices> {
+class StopFlow final : public AgentFlow {
 public:
-    using EnteredFlow::EnteredFlow;
+    using AgentFlow::AgentFlow;
     void Run() override {
-        world.TakeAgentAway();
-        world.WaitForNoAgent();
-        world.NoteCalls();
+        EndWithTheAgent();
         world.NoteRegistrations();
-    }
-    void CleanUp() override {
-        EnteredFlow::CleanUp();
-        world.PutFirstAgent();
     }
 };
 
 // Ends as the start does.
-class UpgradeFlow final : public EnteredFlow<allServices> {
+class UpgradeFlow final : public AgentFlow {
 public:
-    using EnteredFlow::EnteredFlow;
+    using AgentFlow::AgentFlow;
     void Run() override {
         world.PutSecondAgent();
         world.WaitForStart();
-        world.TakeAgentAway();
-        world.WaitForNoAgent();
-        world.NoteCalls();
-    }
-    void CleanUp() override {
-        EnteredFlow::CleanUp();
-        world.PutFirstAgent();
+        EndWithTheAgent();
     }
 };
 

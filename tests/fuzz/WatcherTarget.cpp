@@ -23,7 +23,7 @@ public:
 
     void Run() {
         NyClient client;
-        client.logCallback = &ReadLine;
+        client.log.sink = &ReadLine;
         client.stateHandler = &FollowState;
         NyClientNotifier* notifier = nullptr;
         if (NotifierCreate(&client, &notifier) != NY_OK) {

@@ -177,6 +177,8 @@ TEST_F(KitFailure, OfTasksThatTheAgentCannotName) {
 TEST_F(KitFailure, OfTasksThatDoNotEnd) {
     machine.InstallAgent();
     machine.SetTasks(R"([{"id": "scan", "product": "PRODUCT1000"}, {"id": "silent", "product": "PRODUCT1000"}])");
+    // Long enough for a task to begin on a busy machine.
+    constexpr std::chrono::milliseconds patience{500};
     Event mayEnd;
     const Product product(id, {.tasks = [&](vsmsgbus::Task&) {
                               return vsmsgbus::OnOwnThread([&](const vsmsgbus::TaskRun&) {
@@ -184,11 +186,11 @@ TEST_F(KitFailure, OfTasksThatDoNotEnd) {
                                   return vsmsgbus::TaskResult::Done;
                               });
                           }});
-    EXPECT_EQ(FailureOf([&] { machine.RunTask("scan", briefly); }),
-              "waited 50 ms until the task scan has ended: it was reported 2 (goes on)");
+    EXPECT_EQ(FailureOf([&] { machine.RunTask("scan", patience); }),
+              "waited 500 ms until the task scan has ended: it was reported 2 (goes on)");
     machine.Fail("ny_scheduler_update_task_status", 1, NY_OUT_OF_MEMORY);
-    EXPECT_EQ(FailureOf([&] { machine.RunTask("silent", briefly); }),
-              "waited 50 ms until the task silent has ended: nothing was reported of it");
+    EXPECT_EQ(FailureOf([&] { machine.RunTask("silent", patience); }),
+              "waited 500 ms until the task silent has ended: nothing was reported of it");
     mayEnd.Set();
     EXPECT_EQ(machine.WaitForTask("scan"), vsmsgbus::testing::TaskEnd::Done);
 }

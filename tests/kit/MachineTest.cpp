@@ -49,7 +49,7 @@ TEST_F(KitMachine, UpgradesUnderTheModule) {
     EXPECT_EQ(machine.AskProperties(id).Value("General", "Version"), "1.0");
 }
 
-TEST_F(KitMachine, KnowsEachService) {
+TEST_F(KitMachine, WaitsForAndDescribesEachService) {
     machine.InstallAgent();
     EXPECT_EQ(machine.Describe(id),
               "PRODUCT1000 is registered for nothing; no other product is registered; agent 5.7.0 (full) is installed, "

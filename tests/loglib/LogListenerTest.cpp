@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "loglib/LogLib.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 #include "support/LineLog.h"
 
 namespace {
@@ -71,23 +71,21 @@ TEST_F(LogListenerTest, MayTakeItselfAway) {
 }
 
 TEST_F(LogListenerTest, IsWaitedForWhenItIsTakenAway) {
-    Event inside;
-    Event mayLeave;
+    Checkpoint held;
     listener.onEvent = [&](const auto& /*event*/) {
-        inside.Set();
-        EXPECT_TRUE(mayLeave.Wait());
+        held.Stop();
         log.Add("out");
     };
     getLogManager()->SetListener(&listener);
     std::thread logging([] { Log(L"text"); });
-    EXPECT_TRUE(inside.Wait());
+    EXPECT_TRUE(held.isInside.Wait());
     std::thread taking([&] {
         getLogManager()->SetListener(nullptr);
         log.Add("taken away");
     });
     EXPECT_FALSE(log.WaitFor("taken away", 1, std::chrono::milliseconds(100)));
     EXPECT_THAT(log.Lines(), IsEmpty());
-    mayLeave.Set();
+    held.mayGoOn.Set();
     logging.join();
     taking.join();
     EXPECT_THAT(log.Lines(), ElementsAre("out", "taken away"));

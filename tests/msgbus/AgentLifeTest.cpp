@@ -4,6 +4,7 @@
 #include "VsMsgbus.h"
 #include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
+#include "support/Checkpoint.h"
 #include "support/OnPurpose.h"
 
 using testing::ElementsAre;
@@ -77,17 +78,12 @@ TEST_F(AgentLife, StopsTheOldClientAndStartsTheNewOneInThisOrder) {
 TEST_F(AgentLife, EndsWithTheLastOfTwoQuickUpgrades) {
     environment.InstallAgent("5.7.0");
     const Product product("PRODUCT1000", &sink);
-    Event isBusy;
-    Event mayGoOn;
-    const AgentHook hook("ny_client_handler_release", [&] {
-        isBusy.Set();
-        mayGoOn.Wait();
-    });
+    HeldAgentCall releasing("ny_client_handler_release");
     ny_sim_clear_calls();
     environment.UpgradeAgent("5.7.1", "older");
-    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isBusy.Wait(limit); }));
+    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return releasing.isInside.Wait(limit); }));
     environment.UpgradeAgent("5.7.2", "full");
-    mayGoOn.Set();
+    releasing.mayGoOn.Set();
     // Less than 15 seconds: after those the watcher would find even a change whose signal it has missed.
     ASSERT_EQ(ny_sim_wait_calls(registerProvider, 2, 10000), NY_OK);
     EXPECT_EQ(LoadedAgentFolder(), InstalledFolder());
@@ -179,28 +175,21 @@ TEST_F(AgentLife, BeginsWithTheVersionNotWithTheKey) {
 // A thread that is inside the agent could not come back once the agent's libraries are unloaded.
 class AgentLifeBusy : public AgentLife {
 protected:
-    // Upgrades the agent while `call`, on another thread, is held up in the agent's function `heldUp`.
-    void UpgradeDuring(const char* heldUp, const std::function<void()>& call) {
-        Event isInside;
-        Event mayGoOn;
+    // Upgrades the agent while `call`, on another thread, is held up in the agent's function `heldUp`. Returns when the
+    // watcher's thread has made its last call to the new agent: until then it may be in one of the hooks.
+    void UpgradeDuring(const char* heldUp, const std::function<void()>& call, const char* lastCall) {
         Event isStopping;
         const AgentHook stopping("ny_msgbus_disable_watcher", [&] { isStopping.Set(); });
-        std::thread caller;
-        {
-            const AgentHook holding(heldUp, [&] {
-                isInside.Set();
-                mayGoOn.Wait();
-            });
-            caller = std::thread(call);
-            EXPECT_TRUE(isInside.Wait());
-            ny_sim_clear_calls();
-            environment.UpgradeAgent("5.7.1");
-            EXPECT_TRUE(SeenByWatcher([&](auto limit) { return isStopping.Wait(limit); }));
-            EXPECT_EQ(ny_sim_wait_calls("ny_client_handler_release", 1, 50), NY_SIM_TIMEOUT);
-            mayGoOn.Set();
-            caller.join();
-        }
-        EXPECT_TRUE(WaitForAgentCalls("ny_client_handler_get_msgbus"));
+        HeldAgentCall held(heldUp);
+        std::thread caller(call);
+        EXPECT_TRUE(held.isInside.Wait());
+        ny_sim_clear_calls();
+        environment.UpgradeAgent("5.7.1");
+        EXPECT_TRUE(SeenByWatcher([&](auto limit) { return isStopping.Wait(limit); }));
+        EXPECT_EQ(ny_sim_wait_calls("ny_client_handler_release", 1, 50), NY_SIM_TIMEOUT);
+        held.mayGoOn.Set();
+        caller.join();
+        EXPECT_TRUE(WaitForAgentCalls(lastCall));
     }
 };
 
@@ -208,7 +197,8 @@ TEST_F(AgentLifeBusy, LetsAnExitFinishBeforeItIsUnloaded) {
     environment.InstallAgent();
     const Product staying("PRODUCT2000", nullptr, 0);
     Product product;
-    UpgradeDuring("ny_property_unregister_provider_callback", [&] { product.Exit(); });
+    UpgradeDuring(
+        "ny_property_unregister_provider_callback", [&] { product.Exit(); }, "ny_client_handler_get_msgbus");
     EXPECT_EQ(Ask("PRODUCT1000"), notAsked);
 }
 
@@ -216,9 +206,10 @@ TEST_F(AgentLifeBusy, LetsAnEntryFinishBeforeItIsUnloadedAndServesItAfterwards) 
     environment.InstallAgent();
     const Product staying("PRODUCT2000", nullptr, 0);
     VsMsgbus* instance = nullptr;
-    UpgradeDuring(registerProvider,
-                  [&] { EXPECT_TRUE(VsMsgbusEntry("PRODUCT1000", VsMsgbusServiceProperty, nullptr, &instance)); });
-    ASSERT_TRUE(WaitForAgentCalls(registerProvider));
+    UpgradeDuring(
+        registerProvider,
+        [&] { EXPECT_TRUE(VsMsgbusEntry("PRODUCT1000", VsMsgbusServiceProperty, nullptr, &instance)); },
+        registerProvider);
     EXPECT_EQ(Ask("PRODUCT1000"), answered);
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
 }
@@ -228,22 +219,17 @@ TEST_F(AgentLifeBusy, LetsGoOfAProductThatLeavesMeanwhileBeforeItsExitReturns) {
     environment.InstallAgent();
     const Product staying("PRODUCT2000", nullptr, 0);
     Product product;
-    Event isUnregistering;
-    Event mayGoOn;
     Event isOut;
-    const AgentHook hook(unregisterProvider, [&] {
-        isUnregistering.Set();
-        EXPECT_TRUE(mayGoOn.Wait());
-    });
+    HeldAgentCall unregistering(unregisterProvider);
     environment.UpgradeAgent("5.7.1");
-    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
+    ASSERT_TRUE(SeenByWatcher([&](auto limit) { return unregistering.isInside.Wait(limit); }));
     std::thread leaver([&] {
         product.Exit();
         EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
         isOut.Set();
     });
     EXPECT_FALSE(isOut.Wait(std::chrono::milliseconds(50)));
-    mayGoOn.Set();
+    unregistering.mayGoOn.Set();
     leaver.join();
 }
 

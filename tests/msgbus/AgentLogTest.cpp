@@ -1,9 +1,8 @@
 // Lines of the agent's log on their way to the module's sink.
-#include <stdexcept>
-
 #include "VsMsgbus.h"
 #include "support/BridgeTest.h"
 #include "support/OnPurpose.h"
+#include "support/ThrowingSink.h"
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -107,19 +106,11 @@ TEST_F(AgentLog, HasNoWayOnceTheLastProductLeft) {
 
 TEST_F(AgentLog, IsNotStoppedByASinkThatThrows) {
     const OnPurpose mistakes{"CALLBACK-THREW"};
-    class ThrowingSink final : public VsKitMsgbus::ILogSink {
-    public:
-        void Write(int /*level*/, const wchar_t* /*text*/) override {
-            ++calls;
-            throw std::runtime_error("the sink is full");
-        }
-        int calls = 0;
-    };
     ThrowingSink throwing;
     const Product product("PRODUCT1000", &throwing);
     Emit(2);
     Emit(2);
-    EXPECT_EQ(throwing.calls, 2);
+    EXPECT_EQ(throwing.calls, 2U);
 }
 
 TEST_F(AgentLog, IsWrittenOnTheAgentsThread) {

@@ -8,7 +8,7 @@
 #include <thread>
 
 #include "support/CapturingSink.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -94,16 +94,14 @@ TEST_F(BridgeLog, MayThrowAndIsAskedAgain) {
 
 TEST_F(BridgeLog, IsTakenAwayOnlyWhenNoWriteRunsOnAnotherThread) {
     LineLog log;
-    Event isInside;
-    Event mayLeave;
+    Checkpoint held;
     acting.onWrite = [&] {
-        isInside.Set();
-        EXPECT_TRUE(mayLeave.Wait());
+        held.Stop();
         log.Add("written");
     };
     OfferLogSink(&acting);
     std::thread writing([] { Write(L"text"); });
-    ASSERT_TRUE(isInside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     Event isCleared;
     std::thread clearing([&] {
         ClearLogSink();
@@ -112,7 +110,7 @@ TEST_F(BridgeLog, IsTakenAwayOnlyWhenNoWriteRunsOnAnotherThread) {
     });
     EXPECT_FALSE(isCleared.Wait(std::chrono::milliseconds(50)));
     EXPECT_EQ(CurrentLogSink(), nullptr);
-    mayLeave.Set();
+    held.mayGoOn.Set();
     writing.join();
     clearing.join();
     EXPECT_THAT(log.Lines(), ElementsAre("written", "cleared"));
@@ -132,21 +130,19 @@ TEST_F(BridgeLog, CanBeTakenAwayFromInsideItsWrite) {
 }
 
 TEST_F(BridgeLog, CanBeWrittenToOnTwoThreadsAtOnce) {
-    Event isInside;
-    Event mayLeave;
+    Checkpoint held;
     std::atomic<int> writes = 0;
     acting.onWrite = [&] {
         if (++writes == 1) {
-            isInside.Set();
-            EXPECT_TRUE(mayLeave.Wait());
+            held.Stop();
         }
     };
     OfferLogSink(&acting);
     std::thread writing([] { Write(L"first"); });
-    ASSERT_TRUE(isInside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     Write(L"second");
     EXPECT_EQ(writes.load(), 2);
-    mayLeave.Set();
+    held.mayGoOn.Set();
     writing.join();
 }
 

@@ -3,9 +3,8 @@
 
 #include "VsMsgbus/LpcBuffer.h"
 #include "msgbus/client/NyClientFixture.h"
-#include "policy/NotingCallbacks.h"
+#include "policy/ExpectNothingFrom.h"
 #include "policy/VsMsgbusPolicyEnforcer.h"
-#include "support/AgentCalls.h"
 #include "support/CapturingSink.h"
 #include "support/Enforcer.h"
 #include "support/UnloggedTexts.h"
@@ -24,26 +23,9 @@ protected:
                       R"([{"softwareId": "PRODUCT1000", "name": "N", "settingsObject": {"digest": "d"}}])"),
                   NY_OK);
     }
-
-    // That nothing is given, without an agent call, and nothing logged.
-    void ExpectNothingFrom(CPolicyBag& bag) {
-        ny_sim_clear_calls();
-        NotingCallbacks callbacks;
-        EXPECT_FALSE(bag.EnumeratePolicies(L"PRODUCT1000", &callbacks));
-        EXPECT_FALSE(bag.EnumerateUserPolicies(L"PRODUCT1000", &callbacks, L"user", L"DOMAIN"));
-        EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
-        VsKitMsgbus::lpc_buffer digests;
-        EXPECT_FALSE(bag.GetDigestText("PRODUCT1000", &digests));
-        EXPECT_EQ(VsKitMsgbus::TakeNarrowText(digests), "");
-        EXPECT_EQ(bag.Digest("PRODUCT1000"), "");
-        VsKitMsgbus::lpc_buffer buffer{};
-        bag.Dump(&buffer);
-        EXPECT_EQ(buffer.kind, VsKitMsgbus::lpc_buffer::WideText);
-        EXPECT_EQ(buffer.length, 0U);
-        buffer.Release();
-        EXPECT_THAT(AgentCalls(), IsEmpty());
-        EXPECT_THAT(callbacks.lines, IsEmpty());
+    void TearDown() override {
         EXPECT_THAT(sink.log.Lines(), IsEmpty());
+        NyClientFixture::TearDown();
     }
 
     ny_client_t* Handler() const { return client->clientHandler.load(); }

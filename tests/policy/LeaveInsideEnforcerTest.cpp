@@ -1,4 +1,5 @@
 // The last product leaves inside an enforcer: the bag gives nothing more, and a walk ends.
+#include "policy/ExpectNothingFrom.h"
 #include "policy/PolicyTest.h"
 
 using testing::ElementsAre;
@@ -10,21 +11,6 @@ class LeaveInsideEnforcer : public PolicyTest {
 protected:
     void SetUp() override {
         HoldPolicies(R"([{"softwareId": "PRODUCT1000", "name": "N", "settingsObject": {"digest": "d"}}])");
-    }
-
-    static void ExpectNothingFrom(IPolicyBag& bag) {
-        NotingCallbacks callbacks;
-        ny_sim_clear_calls();
-        EXPECT_FALSE(bag.EnumeratePolicies(wideId, &callbacks));
-        EXPECT_FALSE(bag.EnumerateUserPolicies(wideId, &callbacks, L"user", L"DOMAIN"));
-        EXPECT_EQ(bag.GetDigest("PRODUCT1000"), "");
-        VsKitMsgbus::lpc_buffer digests;
-        EXPECT_FALSE(bag.GetDigestText("PRODUCT1000", &digests));
-        EXPECT_EQ(VsKitMsgbus::TakeNarrowText(digests), "");
-        EXPECT_EQ(bag.Digest("PRODUCT1000"), "");
-        EXPECT_EQ(Dump(bag), "");
-        EXPECT_EQ(ny_sim_call_count(nullptr), 0U);
-        EXPECT_THAT(callbacks.lines, IsEmpty());
     }
 };
 

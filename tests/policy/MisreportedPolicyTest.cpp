@@ -6,13 +6,9 @@ using testing::ElementsAre;
 
 namespace {
 
-class MisreportedPolicy : public InstalledAgentTest {
+class MisreportedPolicy : public ProductTest {
 protected:
-    // The product leaves before the machine that it is on goes.
-    void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
-    }
+    MisreportedPolicy() : ProductTest(VsMsgbusServicePolicy) {}
 
     // The lines that a walk tells the module, and its answer as the last line.
     Lines Walk(const std::string& policies) {
@@ -32,8 +28,6 @@ protected:
     }
 
     MisreportedTexts texts;
-    CapturingSink modulesSink;
-    Product product{productId, &sink, VsMsgbusServicePolicy};
 };
 
 TEST_F(MisreportedPolicy, IsToldOnlyAsFarAsTheAgentsLengths) {

@@ -1,4 +1,4 @@
-// How many calls of the agent's a walk takes: numbers to be changed on purpose or not at all.
+// How many calls to the agent a walk takes: numbers to be changed on purpose or not at all.
 #include "policy/PolicyTest.h"
 #include "policy/SettingCounter.h"
 

@@ -1,5 +1,5 @@
-// The registry key of policy names, as part of a transaction. Systems with and without transactions are played by
-// replacing where the function is looked up.
+// The registry key of policy names, as part of a transaction. The tests replace the functions that look
+// RegOpenKeyTransactedW up, to play systems with and without transactions.
 #include <cstring>
 #include <string>
 

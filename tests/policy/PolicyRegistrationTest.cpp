@@ -9,7 +9,7 @@ class PolicyRegistration : public PolicyTest {};
 
 TEST_F(PolicyRegistration, IsForEveryKindOfNotification) {
     EXPECT_EQ(ny_sim_policy_mask(productId), 63U);
-    UpgradePolicies("5.7.1");
+    UpgradeAndWait("5.7.1", "full", 1, registerPolicies);
     EXPECT_EQ(ny_sim_policy_mask(productId), 63U);
 }
 

@@ -16,8 +16,6 @@ using ICallbacks = IPolicyBag::ICallbacks;
 inline constexpr char productId[] = "PRODUCT1000";
 inline constexpr wchar_t wideId[] = L"PRODUCT1000";
 inline constexpr char registerPolicies[] = "ny_policy_register_notification_callback";
-inline constexpr char unregisterPolicies[] = "ny_policy_unregister_notification_callback";
-inline constexpr char notCompletedLine[] = "3: Policy collection was not completed for product id PRODUCT1000";
 inline constexpr char iterationLine[] = "5: Failed to iterate the policy bag for product id PRODUCT1000, exception ";
 
 // Gives the agent these policies in the place of all others, see ny_sim_policy.h.
@@ -31,13 +29,9 @@ inline std::string NameOfCode(const testing::TestParamInfo<int32_t>& code) {
 }
 
 // One product in the bridge for policies, the agent there, and no enforcer yet.
-class PolicyTest : public InstalledAgentTest {
+class PolicyTest : public ProductTest {
 protected:
-    // The products leave before the machine that they are on goes.
-    void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
-    }
+    PolicyTest() : ProductTest(VsMsgbusServicePolicy) {}
 
     // Has the agent notify the product, whose enforcer does this; gives the answer.
     int32_t Enforce(std::function<void(IPolicyBag&)> whatToDo) {
@@ -66,14 +60,5 @@ protected:
         return Narrow(text);
     }
 
-    // Returns when the watcher has restarted the client and attached so many products' policies.
-    void UpgradePolicies(const std::string& version, size_t products = 1) {
-        ny_sim_clear_calls();
-        environment.UpgradeAgent(version);
-        ASSERT_TRUE(WatcherCalls(registerPolicies, products));
-    }
-
-    CapturingSink modulesSink;
     Enforcer enforcer;
-    Product product{productId, &sink, VsMsgbusServicePolicy};
 };

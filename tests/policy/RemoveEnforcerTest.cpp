@@ -8,17 +8,6 @@ namespace {
 
 class RemoveEnforcer : public PolicyTest {};
 
-TEST_F(RemoveEnforcer, InsideGetLogLevelIsTheLastOfIt) {
-    const OnPurpose mistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN"};
-    enforcer.getLogLevel = [] {
-        EXPECT_TRUE(VsKitMsgbusRemoveEnforcerPolicy(wideId));
-        return 4;
-    };
-    const EnforcerRegistration registration(productId, enforcer);
-    EXPECT_EQ(PolicyNotice(productId).Answer(), NY_OK);
-    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("GetLogLevel"));
-}
-
 TEST_F(RemoveEnforcer, InsideACallbackOfAWalkReturnsAtOnce) {
     const OnPurpose mistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN"};
     HoldPolicies(R"([{"softwareId": "PRODUCT1000", "sections": [{"settings": {"x": "1"}}]}])");

@@ -1,4 +1,5 @@
-// Properties whose texts the agent misreports when it converts them.
+// Properties whose texts the agent misreports when it converts them. What '|', '?' and '!' in a text do is said in
+// MisreportedTexts.h.
 #include "property/PropertyTest.h"
 #include "support/MisreportedTexts.h"
 
@@ -7,17 +8,11 @@ using testing::IsEmpty;
 
 namespace {
 
-class MisreportedProperty : public InstalledAgentTest {
+class MisreportedProperty : public ProductTest {
 protected:
-    // The product leaves before the machine that it is on goes.
-    void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
-    }
+    MisreportedProperty() : ProductTest(VsMsgbusServiceProperty) {}
 
     MisreportedTexts texts;
-    CapturingSink modulesSink;
-    Product product{productId, &sink};
 };
 
 TEST_F(MisreportedProperty, IsNamedOnlyAsFarAsTheAgentsLengths) {
@@ -29,7 +24,7 @@ TEST_F(MisreportedProperty, IsNamedOnlyAsFarAsTheAgentsLengths) {
     EXPECT_THAT(Ask(productId), ElementsAre("answer 0", "path:name=value|x", ":name="));
 }
 
-TEST_F(MisreportedProperty, HasAnEmptyNameWhereTheAgentGivesNone) {
+TEST_F(MisreportedProperty, HasAnEmptyPathOrNameWhereTheAgentGivesNull) {
     collector.collect = [](ISet& set) {
         EXPECT_TRUE(set.SetProperty(L"?", L"name", L"value"));
         EXPECT_TRUE(set.SetProperty(L"path", L"?", L"value"));

@@ -1,4 +1,4 @@
-// How many calls of the agent's a property request takes: a number to be changed on purpose or not at all.
+// How many calls to the agent a property request takes: numbers to be changed on purpose or not at all.
 #include "property/PropertyTest.h"
 #include "support/AgentCalls.h"
 
@@ -6,7 +6,7 @@ namespace {
 
 class PropertyCost : public PropertyTest {
 protected:
-    // The agent calls of a request in which so many properties are set.
+    // How many calls to the agent a request takes in which the module sets so many properties.
     size_t CallsOfRequest(size_t properties) {
         collector.collect = [properties](ISet& set) {
             for (size_t i = 0; i < properties; ++i) {

@@ -8,6 +8,7 @@
 #include "property/PropertyTest.h"
 #include "support/KeptHandles.h"
 #include "support/OnPurpose.h"
+#include "support/ThrowingSink.h"
 
 using testing::ElementsAre;
 using testing::ElementsAreArray;
@@ -144,10 +145,6 @@ TEST_F(RefusedProperty, IsToldAtEveryLogLevel) {
 
 TEST_F(RefusedProperty, IsFalseAlsoWhenTheSinkThrows) {
     const OnPurpose mistakes{"CALLBACK-THREW"};
-    class ThrowingSink final : public VsKitMsgbus::ILogSink {
-    public:
-        void Write(int /*level*/, const wchar_t* /*text*/) override { throw 1; }
-    };
     ThrowingSink throwing;
     collector.collect = [](ISet& set) { EXPECT_FALSE(set.SetProperty(L"path", L"name", L"value")); };
     const Registration registration(productId, collector, &throwing);

@@ -11,15 +11,9 @@ using ISet = VsKitMsgbus::INYCollectProperties::ISet;
 inline constexpr char productId[] = "PRODUCT1000";
 
 // One product in the bridge, the agent there, and no collector yet.
-class PropertyTest : public InstalledAgentTest {
+class PropertyTest : public ProductTest {
 protected:
-    // The products leave before the machine that they are on goes.
-    void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
-    }
+    PropertyTest() : ProductTest(VsMsgbusServiceProperty) {}
 
     const std::vector<std::string> nothing = {"answer 0"};
-    CapturingSink modulesSink;
-    Product product{productId, &sink};
 };

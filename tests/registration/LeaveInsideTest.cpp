@@ -79,7 +79,7 @@ TYPED_TEST(LeaveInside, IsNotDoneByEntryOfAnotherProduct) {
 TYPED_TEST(LeaveInside, OnAnotherThreadReturnsWhenTheModuleIsOut) {
     this->Block();
     const typename TypeParam::Request request(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     Event isUnregistering;
     const AgentHook hook(TypeParam::unregistering, [&] { isUnregistering.Set(); });
     std::thread leaver([&] {
@@ -87,7 +87,7 @@ TYPED_TEST(LeaveInside, OnAnotherThreadReturnsWhenTheModuleIsOut) {
         this->order.Add("left");
     });
     EXPECT_TRUE(isUnregistering.Wait());
-    this->mayLeave.Set();
+    this->held.mayGoOn.Set();
     leaver.join();
     EXPECT_EQ(TypeParam::OutcomeOf(request), TypeParam::called);
     EXPECT_THAT(this->order.Lines(), ElementsAre("module is out", "left"));
@@ -108,14 +108,14 @@ TYPED_TEST(LeaveInside, OnAThreadThatTheModuleStartsReturnsWhenTheModuleIsOut) {
 TYPED_TEST(LeaveInside, OfTheAgentWaitsForTheModuleAndIsFollowedByItsReturn) {
     this->Block();
     const typename TypeParam::Request request(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     Event isUnregistering;
     const AgentHook unregistering(TypeParam::unregistering, [&] { isUnregistering.Set(); });
     const AgentHook releasing("ny_client_handler_release", [&] { this->order.Add("client is released"); });
     ny_sim_clear_calls();
     this->environment.UpgradeAgent("5.7.1");
     ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isUnregistering.Wait(limit); }));
-    this->mayLeave.Set();
+    this->held.mayGoOn.Set();
     EXPECT_EQ(TypeParam::OutcomeOf(request), TypeParam::called);
     ASSERT_TRUE(WaitForAgentCalls(TypeParam::registering));
     EXPECT_EQ(this->OutcomeOf(), TypeParam::called);

@@ -47,9 +47,23 @@ struct PolicyService {
 
     static constexpr const char* asked = called;
     static constexpr const char* askedInVain = notCalled;
+    static constexpr const char* askedAndFailed = failed;
     static std::string Ask(const std::string& productId) { return OutcomeOf(Request(productId)); }
+    template <typename Check>
+    static void ForEachRequest(const std::string& productId, const Check& check) {
+        check(Request(productId));
+    }
     static std::vector<std::string> NotesOf(const std::string& productId) {
         return {"GetLogLevel", "EnforcePolicy " + productId};
+    }
+
+    static std::string FailedWith(int32_t code) { return "answer " + std::to_string(code); }
+    static constexpr char givenBeforeLogLevel[] = "";
+    static std::vector<std::string> LinesInVain() {
+        return {"3: Policy collection was not completed for product id PRODUCT1000"};
+    }
+    static std::vector<std::string> LinesOfFailure(const std::string& productId, const std::string& reason) {
+        return {"3: Failed to get the policy for product id " + productId + reason};
     }
 
     static bool IsKnownToAgent(const char* productId) { return ny_sim_has_policy_callback(productId) != 0; }

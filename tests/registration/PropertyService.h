@@ -59,9 +59,25 @@ struct PropertyService {
     // The agent asks all that there is to ask: with a module, without one, and what the module notes.
     static constexpr const char* asked = called;
     static constexpr const char* askedInVain = notCalled;
+    static constexpr const char* askedAndFailed = failed;
     static std::string Ask(const std::string& productId) { return OutcomeOf(Request(productId)); }
+    // Calls `check` with each request that the agent makes of the product.
+    template <typename Check>
+    static void ForEachRequest(const std::string& productId, const Check& check) {
+        check(Request(productId));
+    }
     static std::vector<std::string> NotesOf(const std::string& /*productId*/) {
         return {"CollectProperties(true)", "GetLogLevel"};
+    }
+
+    // The answer when the module throws the agent's exception with this code; and the properties in the answer when the
+    // module throws as it is asked for its log level.
+    static std::string FailedWith(int32_t code) { return "answer " + std::to_string(code); }
+    static constexpr char givenBeforeLogLevel[] = ", general:version=1.0";
+    // The lines that the bridge writes to the sink for a request that found no module, and for one that failed.
+    static std::vector<std::string> LinesInVain() { return {}; }
+    static std::vector<std::string> LinesOfFailure(const std::string& productId, const std::string& reason) {
+        return {"3: Failed to add property in the property bag for product id " + productId + reason};
     }
 
     static bool IsKnownToAgent(const char* productId) { return ny_sim_has_property_provider(productId) != 0; }

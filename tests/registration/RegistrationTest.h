@@ -13,10 +13,13 @@
 #include "registration/TaskService.h"
 #include "registration/UpdateService.h"
 #include "support/BridgeTest.h"
+#include "support/Checkpoint.h"
 
 using AllServices = testing::Types<PropertyService, PolicyService, TaskService, UpdateService>;
 // The services whose modules are called by one thread at a time.
 using ServicesWithTurns = testing::Types<PropertyService, PolicyService, UpdateService>;
+// The services whose modules are asked for a log level.
+using ServicesWithLogLevel = testing::Types<PropertyService, PolicyService>;
 
 // The names of the types in the names of the tests.
 class ServiceNames {
@@ -41,23 +44,22 @@ inline constexpr wchar_t wideOtherId[] = L"PRODUCT2000";
 template <typename Service>
 class RegisteredModule : public ModuleRegistration<decltype(Service::Module::object), Service::Set, Service::Remove> {
 public:
-    RegisteredModule(const std::string& ofProduct, typename Service::Module& module)
-        : RegisteredModule::ModuleRegistration(ofProduct, module.object) {}
+    RegisteredModule(const std::string& ofProduct, typename Service::Module& module,
+                     VsKitMsgbus::ILogSink* sink = nullptr)
+        : RegisteredModule::ModuleRegistration(ofProduct, module.object, sink) {}
 };
 
 // One product in the bridge for the service, the agent there, and no module registered yet.
 template <typename Service>
-class RegistrationTest : public InstalledAgentTest {
+class RegistrationTest : public ProductTest {
 protected:
     using Module = typename Service::Module;
     using Request = typename Service::Request;
 
-    RegistrationTest() { Service::Prepare(); }
+    RegistrationTest() : ProductTest(Service::mask) { Service::Prepare(); }
 
-    // The products leave before the machine that they are on goes.
     void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
+        ProductTest::TearDown();
         EXPECT_EQ(ny_sim_lent_tasks(), 0U);
     }
 
@@ -78,6 +80,13 @@ protected:
         EXPECT_THAT(otherModule.object.log.Take(), testing::IsEmpty()) << ofProduct;
     }
 
+    // The notes that the module makes of a request that ends when the bridge asks it for its log level.
+    static std::vector<std::string> NotesUntilLogLevel() {
+        std::vector<std::string> notes = Service::NotesOf(productId);
+        notes.erase(std::ranges::find(notes, "GetLogLevel") + 1, notes.end());
+        return notes;
+    }
+
     // The agent has no registration to call.
     static void ExpectUnknownToAgent(const std::string& ofProduct = productId) {
         EXPECT_EQ(Request(ofProduct).Answer(), NY_SIM_NOT_REGISTERED) << ofProduct;
@@ -85,24 +94,19 @@ protected:
 
     // Returns when the watcher has restarted the client and attached so many products.
     void Upgrade(const std::string& version = "5.7.1", size_t products = 1) {
-        ny_sim_clear_calls();
-        environment.UpgradeAgent(version);
-        ASSERT_TRUE(WatcherCalls(Service::registering, products));
+        UpgradeAndWait(version, "full", products, Service::registering);
     }
 
-    // From now on `module` is inside from `isInside` until `mayLeave`.
+    // From now on `held` holds up each call of `module`.
     void Block() {
         module.act = [this] {
-            isInside.Set();
-            EXPECT_TRUE(mayLeave.Wait());
+            held.Stop();
             order.Add("module is out");
         };
     }
 
     Module module;
     Module otherModule;
-    Event isInside;
-    Event mayLeave;
+    Checkpoint held;
     LineLog order;
-    Product product{productId, &sink, Service::mask};
 };

@@ -17,7 +17,7 @@ protected:
             requests.push_back(std::make_unique<typename Service::Request>(productId));
         } while (!requests.back()->IsAnsweredWithin(std::chrono::milliseconds(100)));
         // Requests that came before the removal wait for the module, and may end now.
-        this->mayLeave.Set();
+        this->held.mayGoOn.Set();
     }
 
     const OnPurpose usualMistakes{"REMOVE-INSIDE", "REMOVE-UNKNOWN", "CALLBACK-THREW"};
@@ -69,7 +69,7 @@ TYPED_TEST(RemoveInside, OnAnotherThreadReturnsWhenTheModuleIsOut) {
     this->Block();
     RegisteredModule<TypeParam> registration(productId, this->module);
     const typename TypeParam::Request request(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     Event isRemoved;
     std::thread remover([&] {
         registration.Remove();
@@ -77,7 +77,7 @@ TYPED_TEST(RemoveInside, OnAnotherThreadReturnsWhenTheModuleIsOut) {
         isRemoved.Set();
     });
     EXPECT_FALSE(isRemoved.Wait(std::chrono::milliseconds(50)));
-    this->mayLeave.Set();
+    this->held.mayGoOn.Set();
     remover.join();
     EXPECT_EQ(TypeParam::OutcomeOf(request), TypeParam::called);
     EXPECT_THAT(this->order.Lines(), ElementsAre("module is out", "removed"));
@@ -87,12 +87,27 @@ TYPED_TEST(RemoveInside, TwiceOnTwoThreadsIsWaitedForByTheOneThatTookIt) {
     this->Block();
     const RegisteredModule<TypeParam> registration(productId, this->module);
     const typename TypeParam::Request request(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     std::thread first([] { EXPECT_TRUE(TypeParam::Remove(wideId)); });
     this->WaitUntilRemovedFromTable();
     first.join();
     EXPECT_THAT(this->order.Lines(), testing::Contains("module is out"));
     EXPECT_TRUE(TypeParam::Remove(wideId));
+}
+
+template <typename Service>
+class RemoveInsideGetLogLevel : public RemoveInside<Service> {};
+TYPED_TEST_SUITE(RemoveInsideGetLogLevel, ServicesWithLogLevel, ServiceNames);
+
+TYPED_TEST(RemoveInsideGetLogLevel, IsTheLastOfTheModule) {
+    this->module.object.getLogLevel = [] {
+        EXPECT_TRUE(TypeParam::Remove(wideId));
+        return 4;
+    };
+    const RegisteredModule<TypeParam> registration(productId, this->module);
+    EXPECT_EQ(this->OutcomeOf(), TypeParam::called);
+    EXPECT_EQ(this->module.object.log.Take(), this->NotesUntilLogLevel());
+    this->ExpectNobodyCalled();
 }
 
 template <typename Service>
@@ -103,7 +118,7 @@ TYPED_TEST(RemoveInsideWithTurns, LetsNoRequestInThatWaitedForItsTurn) {
     this->Block();
     RegisteredModule<TypeParam> registration(productId, this->module);
     const typename TypeParam::Request first(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     const typename TypeParam::Request second(productId);
     std::vector<std::string> notesAtReturn;
     std::thread remover([&] {

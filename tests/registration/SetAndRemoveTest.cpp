@@ -112,7 +112,7 @@ TYPED_TEST(SetAndRemove, AfterRemoveTheModuleIsCalledNoMore) {
     this->ExpectNobodyCalled();
 }
 
-TYPED_TEST(SetAndRemove, AnswerTrueForTheRemovalOfWhatNeverWas) {
+TYPED_TEST(SetAndRemove, AnswerTrueForTheRemovalOfAnUnknownId) {
     const OnPurpose mistakes{"REMOVE-UNKNOWN"};
     const RegisteredModule<TypeParam> registration(productId, this->module);
     for (const wchar_t* id : {L"PRODUCT9000", L"product1000", L"", static_cast<const wchar_t*>(nullptr)}) {

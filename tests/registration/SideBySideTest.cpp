@@ -33,14 +33,14 @@ TYPED_TEST(SideBySide, ABusyModuleIsNoReasonForOthersToWait) {
     this->Block();
     const RegisteredModule<TypeParam> registration(productId, this->module);
     const typename TypeParam::Request busy(productId);
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     Product other(otherId, nullptr, TypeParam::mask);
     RegisteredModule<TypeParam> ofOther(otherId, this->otherModule);
     this->ExpectCalled(this->otherModule, otherId);
     ofOther.Remove();
     other.Exit();
     EXPECT_FALSE(busy.IsAnsweredWithin(std::chrono::milliseconds(0)));
-    this->mayLeave.Set();
+    this->held.mayGoOn.Set();
     EXPECT_EQ(busy.Answer(), NY_OK);
 }
 
@@ -55,10 +55,10 @@ TYPED_TEST(SideBySideWithTurns, TwoRequestsForOneProductNeverAre) {
     for (int i = 0; i < 5; ++i) {
         requests.push_back(std::make_unique<typename TypeParam::Request>(productId));
     }
-    ASSERT_TRUE(this->isInside.Wait());
+    ASSERT_TRUE(this->held.isInside.Wait());
     // Long enough for the others to come in, if they could.
     EXPECT_FALSE(requests.back()->IsAnsweredWithin(std::chrono::milliseconds(30)));
-    this->mayLeave.Set();
+    this->held.mayGoOn.Set();
     for (const auto& request : requests) {
         EXPECT_EQ(TypeParam::OutcomeOf(*request), TypeParam::called);
     }

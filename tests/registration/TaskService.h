@@ -45,24 +45,35 @@ struct TaskService {
 
     static constexpr char asked[] = "answer 0, status 4; answer 0; answer 0; answer 0, status 4; ";
     static constexpr char askedInVain[] = "answer 0, status 2; answer 0; answer 0; answer 0, status 3; ";
+    static constexpr char askedAndFailed[] = "answer 3, status 3; answer 3; answer 3; answer 3, status 3; ";
     static std::string Ask(const std::string& productId) {
         std::string outcomes;
+        ForEachRequest(productId, [&](const TaskRequest& request) { outcomes += Outcome(request.Answer()) + "; "; });
+        return outcomes;
+    }
+    template <typename Check>
+    static void ForEachRequest(const std::string& productId, const Check& check) {
         for (const auto operation :
              {NY_SIM_TASK_EXECUTE, NY_SIM_TASK_STOP, NY_SIM_TASK_REMOVE, NY_SIM_TASK_UPDATE_STATUS}) {
-            outcomes += Outcome(AnswerOf(TaskOf(productId), operation)) + "; ";
+            check(TaskRequest(TaskOf(productId), operation));
         }
-        return outcomes;
     }
     static std::vector<std::string> NotesOf(const std::string& productId) {
         const std::string task = TaskOf(productId);
         return {"execute " + task, "stop " + task, "remove " + task, "update " + task};
     }
 
+    static std::string FailedWith(int32_t /*code*/) { return askedAndFailed; }
+    static std::vector<std::string> LinesInVain() { return {}; }
+    static std::vector<std::string> LinesOfFailure(const std::string& /*productId*/, const std::string& /*reason*/) {
+        return {};
+    }
+
     static bool IsKnownToAgent(const char* productId) { return ny_sim_has_task_callbacks(productId, nullptr) != 0; }
     static void Prepare() {
         std::string tasks;
         for (const std::string productId : {"PRODUCT1000", "PRODUCT2000", "product1000", "\xC3\x9C-PRODUCT",
-                                            "\xE4\xBA\xA7\xE5\x93\x81", "\xF0\x9F\x98\x80", " ", ""}) {
+                                            "\xC3\x9C-%s", "\xE4\xBA\xA7\xE5\x93\x81", "\xF0\x9F\x98\x80", " ", ""}) {
             tasks += (tasks.empty() ? R"([{"id": ")" : R"(, {"id": ")") + TaskOf(productId) + R"(", "product": ")" +
                      productId + R"(", "settings": {"Scan": {"Depth": "12"}}})";
         }

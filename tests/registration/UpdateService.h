@@ -25,6 +25,7 @@ struct UpdateService {
             object.onNotify = [this](uint32_t&) { return Answer(UpdateCallback::notified); };
             object.onSet = [this] { return Answer(UpdateCallback::set); };
             object.onGet = [this](VsKitMsgbus::INYUpdateNotifyCallback::ISet& set) {
+                EXPECT_TRUE(set.Set(L"a first value"));
                 const int32_t answer = Answer(UpdateCallback::got);
                 EXPECT_TRUE(set.Set(L"value"));
                 return answer;
@@ -57,16 +58,27 @@ struct UpdateService {
 
     static constexpr char asked[] = "answer 0, result 20; answer 0, result 40; answer 0, result 30, value <value>; ";
     static constexpr char askedInVain[] = "answer 0, result 2; answer 0, result 1; answer 0, result 1; ";
+    static constexpr const char* askedAndFailed = askedInVain;
     static std::string Ask(const std::string& productId) {
         std::string outcomes;
-        for (const std::string& call : {NotifyCall(productId), SetCall(productId), GetCall(productId)}) {
-            outcomes += Update(call) + "; ";
-        }
+        ForEachRequest(productId, [&](const AgentUpdate& update) { outcomes += update.Outcome() + "; "; });
         return outcomes;
+    }
+    template <typename Check>
+    static void ForEachRequest(const std::string& productId, const Check& check) {
+        for (const std::string& call : {NotifyCall(productId), SetCall(productId), GetCall(productId)}) {
+            check(AgentUpdate(call));
+        }
     }
     static std::vector<std::string> NotesOf(const std::string& /*productId*/) {
         return {"UpdateNotify(text 2, text 4, text 3, 7)", "SetProductInfo(text 2, a key, a value)",
                 "GetProductInfo(text 2, a key)"};
+    }
+
+    static std::string FailedWith(int32_t /*code*/) { return askedAndFailed; }
+    static std::vector<std::string> LinesInVain() { return {}; }
+    static std::vector<std::string> LinesOfFailure(const std::string& /*productId*/, const std::string& /*reason*/) {
+        return {};
     }
 
     static bool IsKnownToAgent(const char* productId) { return ny_sim_has_updater(productId) != 0; }

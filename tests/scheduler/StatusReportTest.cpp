@@ -94,7 +94,7 @@ TEST_F(StatusReport, WhileTheAgentIsAwayIsNone) {
     ASSERT_TRUE(WatcherCalls("ny_client_handler_release"));
     UpdateMsgbusTaskStatus(L"task", 4);
     EXPECT_THAT(TakeReports(), IsEmpty());
-    UpgradeAndWaitForTasks();
+    UpgradeAndWait("5.7.1", "full", 1, "ny_scheduler_register_task_callbacks");
     UpdateMsgbusTaskStatus(L"task", 6);
     EXPECT_THAT(TakeReports(), ElementsAre("task 6"));
 }

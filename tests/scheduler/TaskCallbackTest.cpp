@@ -19,6 +19,13 @@ namespace {
 
 class TaskExecutor : public ValuesTest {
 protected:
+    // Opens a client that nobody releases.
+    static void Open(ny_client_t* opened) {
+        const auto session = std::make_shared<AgentSession>();
+        session->Own(opened, nullptr);
+        OpenAgent(session);
+    }
+
     // The client is no handle of the agent's: none of these tests lets it get there.
     ny_client_t* const client = reinterpret_cast<ny_client_t*>(this);
     VsMsgbusTaskExecutor executor{client};
@@ -44,14 +51,14 @@ TEST_F(TaskExecutor, ReportsNothingWithoutAStartedClient) {
 
 TEST_F(TaskExecutor, ReportsNothingThroughAnotherClientThanItsOwn) {
     ny_client_t* const other = reinterpret_cast<ny_client_t*>(&executor);
-    OpenAgent(std::make_shared<AgentSession>(other));
+    Open(other);
     executor.UpdateStatus("task", 4);
     CloseAgent(other);
     EXPECT_THAT(dropped.log.Lines(), IsEmpty());
 }
 
 TEST_F(TaskExecutor, WithoutAnAgentFailsToReportWith705) {
-    OpenAgent(std::make_shared<AgentSession>(client));
+    Open(client);
     executor.UpdateStatus("task", 4);
     CloseAgent(client);
     EXPECT_THAT(dropped.log.Lines(), ElementsAre("Failed to update the task status, error  [705]"));

@@ -1,15 +1,10 @@
 // A module's answers to the agent's calls, and the answers and reports that the agent gets. The tasks are those of
 // TaskTest.h: "task" and "second" are for PRODUCT1000, "other" is for PRODUCT2000.
-#include <atomic>
 #include <climits>
-#include <new>
-#include <stdexcept>
 
-#include "../../values/AgentException.h"
 #include "scheduler/TaskTest.h"
 #include "support/OnPurpose.h"
 
-using corvane::ny::utils::exception;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -29,21 +24,6 @@ protected:
 
     TaskEnforcerRegistration registration{productId, enforcer};
 };
-
-TEST_F(TaskOperation, IsTheOneThatTheAgentWantsOnTheAgentsThread) {
-    std::atomic<DWORD> threadId = 0;
-    SetAll([&](ITaskBag&) {
-        threadId = ::GetCurrentThreadId();
-        return 4;
-    });
-    for (const auto operation : allTaskOperations) {
-        const TaskRequest request("task", operation);
-        EXPECT_EQ(request.Answer(), NY_OK);
-        EXPECT_EQ(request.ThreadId(), threadId);
-    }
-    EXPECT_THAT(enforcer.log.Lines(), ElementsAre("execute task", "stop task", "remove task", "update task"));
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4", "task 4"));
-}
 
 TEST_F(TaskOperation, ExecuteReports4And3AsTheyAreAndElse2) {
     const OnPurpose mistakes{"TASK-ANSWER", "TASK-WITHOUT-END"};
@@ -72,30 +52,6 @@ TEST_F(TaskOperation, StopAndRemoveReportNothing) {
         EXPECT_EQ(AnswerOf("task", NY_SIM_TASK_REMOVE), NY_OK) << answer;
     }
     EXPECT_THAT(TakeReports(), IsEmpty());
-}
-
-TEST_F(TaskOperation, ThatThrowsIsAnswered3AndHasFailed) {
-    const OnPurpose mistakes{"CALLBACK-THREW"};
-    const std::function<void()> throwing[] = {
-        [] { throw 42; },
-        [] { throw std::bad_alloc(); },
-        [] { throw std::runtime_error("a reason of its own"); },
-        [] { throw exception(77); },
-    };
-    for (const auto& doThrow : throwing) {
-        SetAll([&](ITaskBag&) -> int32_t {
-            doThrow();
-            return 4;
-        });
-        for (const auto operation : allTaskOperations) {
-            EXPECT_EQ(AnswerOf("task", operation), NY_UNEXPECTED);
-        }
-        EXPECT_THAT(TakeReports(), ElementsAre("task 3", "task 3"));
-    }
-    // The next one is like any other.
-    SetAll({});
-    EXPECT_EQ(AnswerOf("task"), NY_OK);
-    EXPECT_THAT(TakeReports(), ElementsAre("task 4"));
 }
 
 TEST_F(TaskOperation, OfATaskThatDoesNotTellItsIdIsNotForTheModule) {

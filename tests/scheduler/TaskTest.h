@@ -31,13 +31,6 @@ protected:
         BridgeTest::TearDown();
         EXPECT_EQ(ny_sim_lent_tasks(), 0U);
     }
-
-    // The agent changes, and `products` products are attached again.
-    void UpgradeAndWaitForTasks(size_t products = 1) {
-        ny_sim_clear_calls();
-        environment.UpgradeAgent("5.7.1");
-        ASSERT_TRUE(WatcherCalls("ny_scheduler_register_task_callbacks", products));
-    }
 };
 
 // One product in the bridge, the agent there, and no enforcer yet.

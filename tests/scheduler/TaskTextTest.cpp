@@ -1,5 +1,6 @@
 // The texts about tasks, which the bridge composes and then drops. They spell "excpetion" like this.
 #include <functional>
+#include <map>
 #include <stdexcept>
 
 #include "scheduler/TaskTest.h"
@@ -42,56 +43,48 @@ protected:
     UnloggedTexts dropped;
 };
 
-TEST_F(TaskText, OfExecutions) {
-    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(4)),
-                ElementsAre("Successfully executed the task task for product id PRODUCT1000"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(3)),
-                ElementsAre("Failed to execute the task task for product id PRODUCT1000"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Throwing(77)),
-                ElementsAre("Failed to execute the task task for product id PRODUCT1000, excpetion [77]"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Throwing(-5)),
-                ElementsAre("Failed to execute the task task for product id PRODUCT1000, excpetion [-5]"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, ThrowingAnother()),
-                ElementsAre("Failed to execute the task task for product id PRODUCT1000 due to unknown exception"));
-    for (const int32_t answer : {-1, 0, 1, 2, 5, 6, 7}) {
-        EXPECT_THAT(Texts(NY_SIM_TASK_EXECUTE, Answering(answer)), IsEmpty()) << answer;
-    }
+// An operation, the beginning of its failure's text, and the texts of the module's answers.
+struct TaskFailure {
+    const char* name;
+    ny_sim_task_operation operation;
+    std::string head;
+    std::map<int32_t, std::string> answers;
+};
+
+const TaskFailure allTaskFailures[] = {
+    {"Executions",
+     NY_SIM_TASK_EXECUTE,
+     "Failed to execute the task task",
+     {{4, "Successfully executed the task task"}, {3, "Failed to execute the task task"}}},
+    {"Stops", NY_SIM_TASK_STOP, "Failed to stop the task task", {{3, "Failed to stop the task task"}}},
+    {"Removals", NY_SIM_TASK_REMOVE, "Failed to remove the task task", {{3, "Failed to remove the task task"}}},
+    {"StatusUpdates", NY_SIM_TASK_UPDATE_STATUS, "Failed to update the task status task", {}},
+};
+
+void PrintTo(const TaskFailure& failure, std::ostream* stream) {
+    *stream << failure.name;
 }
 
-TEST_F(TaskText, OfStops) {
-    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Answering(3)),
-                ElementsAre("Failed to stop the task task for product id PRODUCT1000"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Throwing(77)),
-                ElementsAre("Failed to stop the task task for product id PRODUCT1000, excpetion [77]"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_STOP, ThrowingAnother()),
-                ElementsAre("Failed to stop the task task for product id PRODUCT1000 due to unknown exception"));
-    for (const int32_t answer : {-1, 0, 1, 2, 4, 5, 6, 7}) {
-        EXPECT_THAT(Texts(NY_SIM_TASK_STOP, Answering(answer)), IsEmpty()) << answer;
-    }
-}
+class TaskTextOf : public TaskText, public testing::WithParamInterface<TaskFailure> {};
 
-TEST_F(TaskText, OfRemovals) {
-    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Answering(3)),
-                ElementsAre("Failed to remove the task task for product id PRODUCT1000"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Throwing(77)),
-                ElementsAre("Failed to remove the task task for product id PRODUCT1000, excpetion [77]"));
-    EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, ThrowingAnother()),
-                ElementsAre("Failed to remove the task task for product id PRODUCT1000 due to unknown exception"));
-    for (const int32_t answer : {-1, 0, 1, 2, 4, 5, 6, 7}) {
-        EXPECT_THAT(Texts(NY_SIM_TASK_REMOVE, Answering(answer)), IsEmpty()) << answer;
-    }
-}
-
-TEST_F(TaskText, OfStatusUpdates) {
-    EXPECT_THAT(Texts(NY_SIM_TASK_UPDATE_STATUS, Throwing(77)),
-                ElementsAre("Failed to update the task status task for product id PRODUCT1000, excpetion [77]"));
-    EXPECT_THAT(
-        Texts(NY_SIM_TASK_UPDATE_STATUS, ThrowingAnother()),
-        ElementsAre("Failed to update the task status task for product id PRODUCT1000 due to unknown exception"));
+TEST_P(TaskTextOf, AnswersAndExceptions) {
+    const auto& [name, operation, head, answers] = GetParam();
+    const std::string forProduct = " for product id PRODUCT1000";
     for (int32_t answer = -1; answer <= 7; ++answer) {
-        EXPECT_THAT(Texts(NY_SIM_TASK_UPDATE_STATUS, Answering(answer)), IsEmpty()) << answer;
+        const auto told = answers.find(answer);
+        EXPECT_EQ(Texts(operation, Answering(answer)),
+                  told != answers.end() ? std::vector{told->second + forProduct} : std::vector<std::string>())
+            << answer;
     }
+    for (const int32_t code : {77, -5}) {
+        EXPECT_THAT(Texts(operation, Throwing(code)),
+                    ElementsAre(head + forProduct + ", excpetion [" + std::to_string(code) + "]"));
+    }
+    EXPECT_THAT(Texts(operation, ThrowingAnother()), ElementsAre(head + forProduct + " due to unknown exception"));
 }
+
+INSTANTIATE_TEST_SUITE_P(All, TaskTextOf, testing::ValuesIn(allTaskFailures),
+                         [](const testing::TestParamInfo<TaskFailure>& tested) { return tested.param.name; });
 
 TEST_F(TaskText, OfTasksWithoutAnEnforcerIsNone) {
     for (const auto operation : allTaskOperations) {

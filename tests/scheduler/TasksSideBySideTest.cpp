@@ -4,6 +4,7 @@
 #include <thread>
 
 #include "scheduler/TaskTest.h"
+#include "support/Checkpoint.h"
 #include "support/OnPurpose.h"
 
 using testing::ElementsAre;
@@ -52,15 +53,13 @@ TEST_F(TasksSideBySide, TwoTasksOfOneProductAreExecuted) {
 }
 
 TEST_F(TasksSideBySide, ABusyTaskIsNoReasonForReportsAndCookiesToWait) {
-    Event isInside;
-    Event mayLeave;
+    Checkpoint held;
     enforcer.execute = [&](ITaskBag&) {
-        isInside.Set();
-        EXPECT_TRUE(mayLeave.Wait());
+        held.Stop();
         return 4;
     };
     const TaskRequest busy("task");
-    ASSERT_TRUE(isInside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     TaskEnforcer others;
     const TaskEnforcerRegistration ofOthers("PRODUCT2000", others);
     UpdateMsgbusTaskStatus(L"other", 6);
@@ -68,7 +67,7 @@ TEST_F(TasksSideBySide, ABusyTaskIsNoReasonForReportsAndCookiesToWait) {
     EXPECT_THAT(others.log.Lines(), ElementsAre("free cookie 0"));
     EXPECT_THAT(TakeReports(), ElementsAre("other 6"));
     EXPECT_FALSE(busy.IsAnsweredWithin(std::chrono::milliseconds(0)));
-    mayLeave.Set();
+    held.mayGoOn.Set();
     EXPECT_EQ(busy.Answer(), NY_OK);
 }
 

@@ -10,7 +10,6 @@
 #include "VsMsgbus/Entry.h"
 #include "VsMsgbus/Information.h"
 #include "msgbus/lpc_buffer.h"
-#include "services/AgentInformation.h"
 #include "support/AgentEnvironment.h"
 #include "support/FailingMemory.h"
 #include "support/Product.h"
@@ -134,18 +133,17 @@ TEST_F(ServiceMemory, ThatRunsOutAtTheFirstQuestionIsAnsweredAsAnAbsentAgent) {
         ASSERT_LT(failed, 50U);
         product.reset();
         product.emplace("PRODUCT1000", nullptr, 0U);
-        KeyReading reading;
+        lpc_buffer out;
         {
             const FailingMemory memory(failed, 1);
-            try {
-                reading = ReadKey("AgentMode");
-                isDone = reading.lookUp == NY_OK && reading.read == NY_OK;
-                EXPECT_TRUE(isDone || reading.lookUp == NY_FUNCTION_MISSING || reading.read == NY_FUNCTION_MISSING);
-            } catch (const std::bad_alloc&) {
-                continue;
-            }
+            const int32_t result = VsKitMsgbusGetInfoByKeyName("AgentMode", &out);
+            EXPECT_TRUE(result == 0 || result == -1 || result == NY_FUNCTION_MISSING) << result;
+            isDone = result == 0 && out.length == 1000U;
+            EXPECT_TRUE(isDone || out.length == 0);
         }
-        EXPECT_EQ(ReadKey("AgentMode").text.size(), 1000U);
+        EXPECT_EQ(VsKitMsgbusGetInfoByKeyName("AgentMode", &out), 0);
+        EXPECT_EQ(out.length, 1000U);
+        out.Release();
     }
     EXPECT_GT(failed, 1U);
 }

@@ -2,7 +2,7 @@
 #include <thread>
 
 #include "simulator/SimulatorTest.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -60,18 +60,13 @@ TEST_F(CallRecord, IsForgottenWhenClearedOrReset) {
 }
 
 TEST_F(CallRecord, CountsARunningCallButDoesNotWaitForLessThanItsEnd) {
-    Event entered;
-    Event leave;
-    const AgentHook hook("ny_variant_init", [&] {
-        entered.Set();
-        leave.Wait();
-    });
+    HeldAgentCall held("ny_variant_init");
     std::thread caller([&] { Call<&ny_variant_init>(); });
-    ASSERT_TRUE(entered.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_EQ(ny_sim_call_count("ny_variant_init"), 1U);
     EXPECT_EQ(ny_sim_wait_calls("ny_variant_init", 1, 0), NY_SIM_TIMEOUT);
     EXPECT_EQ(ny_sim_wait_calls(nullptr, 1, 0), NY_SIM_TIMEOUT);
-    leave.Set();
+    held.mayGoOn.Set();
     EXPECT_TRUE(WaitForAgentCalls("ny_variant_init"));
     EXPECT_EQ(ny_sim_wait_calls(nullptr, 1, 0), NY_OK);
     EXPECT_EQ(ny_sim_wait_calls("ny_variant_init", 2, 0), NY_SIM_TIMEOUT);

@@ -5,7 +5,7 @@
 #include "simulator/SimulatorTest.h"
 #include "support/AgentRequest.h"
 #include "support/AllCallbacks.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -176,24 +176,22 @@ TEST_F(Hostile, CallsInsideRegisterForThatServiceAloneUntilItIsSwitchedOff) {
 TEST_F(Hostile, HoldsItsOneLockInACallbackSoThatRegisterWaits) {
     ny_sim_set_one_lock(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
-    Event inside;
-    Event mayReturn;
+    Checkpoint held;
     Event registered;
     module.inCallback = [&] {
         // Recursive: a callback may register.
         EXPECT_EQ(RegisterProvider("PRODUCT2000"), NY_OK);
-        inside.Set();
-        EXPECT_TRUE(mayReturn.Wait());
+        held.Stop();
         EXPECT_FALSE(registered.IsSet());
     };
     const AgentRequest request(product);
-    ASSERT_TRUE(inside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     std::thread other([&] {
         EXPECT_EQ(RegisterProvider("PRODUCT3000"), NY_OK);
         registered.Set();
     });
     EXPECT_EQ(ny_sim_wait_calls("ny_property_register_provider_callback", 3, 20), NY_SIM_TIMEOUT);
-    mayReturn.Set();
+    held.mayGoOn.Set();
     EXPECT_TRUE(registered.Wait());
     other.join();
     EXPECT_EQ(request.Answer(), 70);
@@ -294,37 +292,29 @@ TEST_F(Hostile, TellsHowManyRememberedRegistrationsUnregisterHasEnded) {
 TEST_F(Hostile, IsNotWaitedForInALateCall) {
     ny_sim_set_remember(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
-    Event inside;
-    Event mayReturn;
-    module.inCallback = [&] {
-        inside.Set();
-        EXPECT_TRUE(mayReturn.Wait());
-    };
+    Checkpoint held;
+    module.inCallback = [&] { held.Stop(); };
     ny_sim_late_call_t* call = nullptr;
     ASSERT_EQ(ny_sim_call_late(NY_SIM_CALL_PROPERTIES, product, 0, &call), NY_OK);
-    ASSERT_TRUE(inside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_EQ(ny_sim_late_call_wait(call, 0, nullptr), NY_SIM_TIMEOUT);
     EXPECT_EQ(UnregisterProvider(), NY_OK);
     ReleaseClient();
-    mayReturn.Set();
+    held.mayGoOn.Set();
     ny_sim_late_call_release(call);
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
 }
 
-TEST_F(Hostile, ThatIsImpatientUnregistersAndReleasesWhileCallbacksRun) {
+TEST_F(Hostile, ThatIsImpatientReturnsFromUnregisterAndReleaseWhileACallbackRuns) {
     ny_sim_set_impatient(1);
     ASSERT_EQ(RegisterProvider(), NY_OK);
-    Event inside;
-    Event mayReturn;
-    module.inCallback = [&] {
-        inside.Set();
-        EXPECT_TRUE(mayReturn.Wait());
-    };
+    Checkpoint held;
+    module.inCallback = [&] { held.Stop(); };
     const AgentRequest request(product);
-    ASSERT_TRUE(inside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_EQ(UnregisterProvider(), NY_OK);
     ReleaseClient();
-    mayReturn.Set();
+    held.mayGoOn.Set();
     EXPECT_EQ(request.Answer(), 70);
 }
 

@@ -2,6 +2,7 @@
 #include <functional>
 
 #include "simulator/PolicyFixture.h"
+#include "support/Checkpoint.h"
 #include "support/PolicyNotice.h"
 
 namespace {
@@ -89,19 +90,17 @@ TEST_F(PolicyNotificationTest, EndWithTheClient) {
 }
 
 TEST_F(PolicyNotificationTest, AreWaitedForByTheEndOfTheRegistration) {
-    Event isInside;
-    Event mayLeave;
+    Checkpoint held;
     callback.answer = [&](ny_policy_uri_t*) {
-        isInside.Set();
-        EXPECT_TRUE(mayLeave.Wait());
+        held.Stop();
         return NY_OK;
     };
     ASSERT_EQ(Register(), NY_OK);
     const PolicyNotice notice("PRODUCT1000");
-    ASSERT_TRUE(isInside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_FALSE(notice.IsAnsweredWithin(std::chrono::milliseconds(0)));
     ExpectToWaitForCallback(
-        "ny_policy_unregister_notification_callback", [this] { return Unregister(); }, mayLeave);
+        "ny_policy_unregister_notification_callback", [this] { return Unregister(); }, held.mayGoOn);
     EXPECT_EQ(notice.Answer(), NY_OK);
 }
 

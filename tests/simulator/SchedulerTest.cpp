@@ -5,6 +5,7 @@
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentTasks.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -129,20 +130,18 @@ TEST_F(SchedulerTest, RegistersOncePerProductAndType) {
 }
 
 TEST_F(SchedulerTest, UnregisteringWaitsForACallbackOnAnotherThread) {
-    Event inside;
-    Event leave;
+    Checkpoint held;
     handler.answer = [&] {
-        inside.Set();
-        EXPECT_TRUE(leave.Wait());
+        held.Stop();
         return NY_OK;
     };
     ASSERT_EQ(Register(handler), NY_OK);
     const TaskRequest request("scan");
-    ASSERT_TRUE(inside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_FALSE(request.IsAnsweredWithin(std::chrono::milliseconds(0)));
     EXPECT_EQ(ny_sim_lent_tasks(), 1U);
     ExpectToWaitForCallback(
-        "ny_scheduler_unregister_task_callbacks", [this] { return Unregister(); }, leave);
+        "ny_scheduler_unregister_task_callbacks", [this] { return Unregister(); }, held.mayGoOn);
     EXPECT_EQ(request.Answer(), NY_OK);
 }
 

@@ -3,6 +3,7 @@
 
 #include "simulator/SimulatorTest.h"
 #include "support/AgentUpdate.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -201,19 +202,17 @@ TEST_F(UpdaterTest, IsRegisteredOncePerProduct) {
 }
 
 TEST_F(UpdaterTest, UnregisteringWaitsForACallbackOnAnotherThread) {
-    Event inside;
-    Event leave;
+    Checkpoint held;
     updater.answer = [&] {
-        inside.Set();
-        EXPECT_TRUE(leave.Wait());
+        held.Stop();
         return NY_OK;
     };
     ASSERT_EQ(Register(), NY_OK);
     const AgentUpdate update(NotifyCall());
-    ASSERT_TRUE(inside.Wait());
+    ASSERT_TRUE(held.isInside.Wait());
     EXPECT_FALSE(update.IsAnsweredWithin(std::chrono::milliseconds(0)));
     ExpectToWaitForCallback(
-        "ny_updater_unregister_callbacks", [this] { return Unregister(); }, leave);
+        "ny_updater_unregister_callbacks", [this] { return Unregister(); }, held.mayGoOn);
 }
 
 TEST_F(UpdaterTest, EndsItsRegistrationsWithTheClient) {

@@ -1,36 +1,16 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <string>
 #include <vector>
 
-#include "ny_simulator.h"
-#include "support/LineLog.h"
+#include "support/ModuleRequest.h"
 
-// The agent asks a product for its properties; the answer is waited for at the latest when the object ends.
-class AgentRequest {
+// The agent asks a product for its properties.
+class AgentRequest : public ModuleRequest<ny_sim_property_request_t, &ny_sim_property_request_release,
+                                          &ny_sim_property_request_wait, &ny_sim_property_request_thread> {
 public:
     explicit AgentRequest(const std::string& productId)
-        : code(ny_sim_request_properties(productId.c_str(), &request)) {}
-    ~AgentRequest() { ny_sim_property_request_release(request); }
-    AgentRequest(const AgentRequest&) = delete;
-    AgentRequest& operator=(const AgentRequest&) = delete;
-
-    // Whether there was a provider to ask.
-    bool WasMade() const { return code == NY_OK; }
-    bool IsAnsweredWithin(std::chrono::milliseconds limit) const {
-        return ny_sim_property_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
-    }
-
-    // The product's answer, or the code for why it was not asked.
-    int32_t Answer() const {
-        int32_t answer = code;
-        if (WasMade()) {
-            EXPECT_EQ(ny_sim_property_request_wait(request, static_cast<uint32_t>(soon.count()), &answer), NY_OK);
-        }
-        return answer;
-    }
+        : ModuleRequest([&](auto** made) { return ny_sim_request_properties(productId.c_str(), made); }) {}
 
     // Each as "<path>:<name>=<value>".
     std::vector<std::string> Properties() const {
@@ -45,12 +25,6 @@ public:
         }
         return properties;
     }
-
-    uint32_t ThreadId() const { return ny_sim_property_request_thread(request); }
-
-private:
-    ny_sim_property_request_t* request = nullptr;
-    int32_t code;
 };
 
 // One request, as "answer <code>" and the properties.

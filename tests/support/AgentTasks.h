@@ -5,42 +5,19 @@
 #include <string>
 #include <vector>
 
-#include "ny_simulator.h"
-#include "support/LineLog.h"
+#include "support/ModuleRequest.h"
 
 // Puts the tasks of the JSON text in the place of those that the agent has.
 inline void SetTasks(const std::string& json) {
     EXPECT_EQ(ny_sim_tasks_from_json(json.c_str()), NY_OK) << json;
 }
 
-// The agent has a task's product do something with the task; the answer is waited for at the latest when the object
-// ends.
-class TaskRequest {
+// The agent has a task's product do something with the task.
+class TaskRequest : public ModuleRequest<ny_sim_task_request_t, &ny_sim_task_request_release, &ny_sim_task_request_wait,
+                                         &ny_sim_task_request_thread> {
 public:
     explicit TaskRequest(const std::string& taskId, ny_sim_task_operation operation = NY_SIM_TASK_EXECUTE)
-        : code(ny_sim_request_task(taskId.c_str(), operation, &request)) {}
-    ~TaskRequest() { ny_sim_task_request_release(request); }
-    TaskRequest(const TaskRequest&) = delete;
-    TaskRequest& operator=(const TaskRequest&) = delete;
-
-    bool IsAnsweredWithin(std::chrono::milliseconds limit) const {
-        return ny_sim_task_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr) == NY_OK;
-    }
-
-    // The product's answer, or the code for why it was not asked.
-    int32_t Answer() const {
-        int32_t answer = code;
-        if (code == NY_OK) {
-            EXPECT_EQ(ny_sim_task_request_wait(request, static_cast<uint32_t>(soon.count()), &answer), NY_OK);
-        }
-        return answer;
-    }
-
-    uint32_t ThreadId() const { return ny_sim_task_request_thread(request); }
-
-private:
-    ny_sim_task_request_t* request = nullptr;
-    int32_t code;
+        : ModuleRequest([&](auto** made) { return ny_sim_request_task(taskId.c_str(), operation, made); }) {}
 };
 
 inline int32_t AnswerOf(const std::string& taskId, ny_sim_task_operation operation = NY_SIM_TASK_EXECUTE) {

@@ -1,32 +1,32 @@
 #pragma once
 
-#include <gtest/gtest.h>
-
 #include <optional>
 #include <string>
 
-#include "ny_simulator.h"
-#include "support/LineLog.h"
+#include "support/ModuleRequest.h"
 
-// The agent's updater calls a product; the answer is waited for at the latest when the object ends. The call is JSON,
-// see ny_sim_request_update.
-class AgentUpdate {
+inline int32_t WaitForUpdate(ny_sim_updater_request_t* request, uint32_t limit, int32_t* answer) {
+    return ny_sim_updater_request_wait(request, limit, answer, nullptr);
+}
+
+// The agent's updater calls a product. The call is JSON, see ny_sim_request_update.
+class AgentUpdate : public ModuleRequest<ny_sim_updater_request_t, &ny_sim_updater_request_release, &WaitForUpdate,
+                                         &ny_sim_updater_request_thread> {
 public:
-    explicit AgentUpdate(const std::string& call) : code(ny_sim_request_update(call.c_str(), &request)) {}
-    ~AgentUpdate() { ny_sim_updater_request_release(request); }
-    AgentUpdate(const AgentUpdate&) = delete;
-    AgentUpdate& operator=(const AgentUpdate&) = delete;
+    explicit AgentUpdate(const std::string& call)
+        : ModuleRequest([&](auto** made) { return ny_sim_request_update(call.c_str(), made); }) {}
 
-    bool IsAnsweredWithin(std::chrono::milliseconds limit) const {
-        return ny_sim_updater_request_wait(request, static_cast<uint32_t>(limit.count()), nullptr, nullptr) == NY_OK;
+    int32_t Result() const {
+        int32_t result = NY_SIM_UNWRITTEN;
+        if (WasMade()) {
+            EXPECT_EQ(ny_sim_updater_request_wait(request, static_cast<uint32_t>(soon.count()), nullptr, &result),
+                      NY_OK);
+        }
+        return result;
     }
-
-    // The product's answer, or the code for why it was not called.
-    int32_t Answer() const { return Wait().answer; }
-    int32_t Result() const { return Wait().result; }
     // The value that the product gave for its information; none when it gave none.
     std::optional<std::string> Value() const {
-        Wait();
+        Answer();
         const char* text = nullptr;
         size_t length = 0;
         return ny_sim_updater_request_value(request, &text, &length) == NY_OK ? std::optional(std::string(text, length))
@@ -44,27 +44,6 @@ public:
         }
         return outcome;
     }
-
-    uint32_t ThreadId() const { return ny_sim_updater_request_thread(request); }
-
-private:
-    struct Answered {
-        int32_t answer;
-        int32_t result;
-    };
-
-    Answered Wait() const {
-        Answered answered{code, NY_SIM_UNWRITTEN};
-        if (code == NY_OK) {
-            EXPECT_EQ(ny_sim_updater_request_wait(request, static_cast<uint32_t>(soon.count()), &answered.answer,
-                                                  &answered.result),
-                      NY_OK);
-        }
-        return answered;
-    }
-
-    ny_sim_updater_request_t* request = nullptr;
-    int32_t code;
 };
 
 // One call, as its outcome.

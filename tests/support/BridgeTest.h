@@ -28,11 +28,13 @@ protected:
     const std::vector<std::string> answered = {"answer 0", "general:version=1.0"};
     const std::vector<std::string> notAsked = {"answer " + std::to_string(NY_SIM_NOT_REGISTERED)};
 
-    // Returns when the watcher has restarted the client and attached `products` products.
-    void UpgradeAndWait(const std::string& version, const std::string& build = "full", size_t products = 1) {
+    // Returns when the watcher has restarted the client and attached `products` products to the service that has this
+    // function of the agent's for it.
+    void UpgradeAndWait(const std::string& version, const std::string& build = "full", size_t products = 1,
+                        const char* registering = "ny_property_register_provider_callback") {
         ny_sim_clear_calls();
         environment.UpgradeAgent(version, build);
-        ASSERT_TRUE(WatcherCalls("ny_property_register_provider_callback", products));
+        ASSERT_TRUE(WatcherCalls(registering, products));
     }
 
     CapturingSink sink;
@@ -45,4 +47,18 @@ protected:
 class InstalledAgentTest : public BridgeTest {
 protected:
     InstalledAgentTest() { environment.InstallAgent(); }
+};
+
+// The same with one product in the bridge for these services. The product leaves before the agent is removed.
+class ProductTest : public InstalledAgentTest {
+protected:
+    explicit ProductTest(uint32_t services) : product("PRODUCT1000", &sink, services) {}
+
+    void TearDown() override {
+        product.Exit();
+        BridgeTest::TearDown();
+    }
+
+    CapturingSink modulesSink;
+    Product product;
 };

@@ -29,6 +29,7 @@ Calls() {
 Known() {
     grep -vE -e '^loglib/LogLib\.h:' \
         -e '^dispatcher/[a-zA-Z_]*\.cpp:.*[^A-Za-z]log\.Write\(Severity' \
+        -e '^dispatcher/Dispatcher\.cpp:.*dispatcher->operations->\*slot :' \
         -e '^dispatcher/ny_dispatcher\.cpp:.*object\.operations->\*slot;' \
         -e '^loglib/DefaultLogManager\.cpp:.*[^A-Za-z]destination\.Write\(' \
         -e '^base/ModuleSlot\.h:.*return replaced->module\.HandBack\(\);' \

@@ -21,22 +21,10 @@ inline constexpr char got[] = "answer 0, result 30, value <>";
 inline constexpr char wasSet[] = "answer 0, result 40";
 
 // One product in the bridge for updates, the agent there, and no callback yet.
-class UpdateTest : public InstalledAgentTest {
+class UpdateTest : public ProductTest {
 protected:
-    // The products leave before the machine that they are on goes.
-    void TearDown() override {
-        product.Exit();
-        BridgeTest::TearDown();
-    }
-
-    // Returns when the watcher has restarted the client and attached the product.
-    void UpgradeAgent(const std::string& version) {
-        ny_sim_clear_calls();
-        environment.UpgradeAgent(version);
-        ASSERT_TRUE(WatcherCalls(registerUpdater));
-    }
+    UpdateTest() : ProductTest(VsMsgbusServiceUpdate) {}
 
     const std::string notCalled = "answer " + std::to_string(NY_SIM_NOT_REGISTERED);
     UpdateCallback callback;
-    Product product{productId, &sink, VsMsgbusServiceUpdate};
 };

@@ -53,7 +53,7 @@ TEST_F(BorrowedTextTest, AreHeldAsLongAsTheyAreRead) {
                 ElementsAre("ny_buffer_release"));
 }
 
-TEST_F(BorrowedTextTest, OfNothingAreNullAndCallNothing) {
+TEST_F(BorrowedTextTest, WithoutASourceAreNullAndCallNoAgentFunction) {
     const TextFunctions functions = LookUpTextFunctions();
     EXPECT_THAT(CallsOf([&] {
                     BorrowedWide text(functions);

@@ -5,7 +5,7 @@
 #include <thread>
 
 #include "msgbus/client/NyClientFixture.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -103,15 +103,11 @@ TEST_F(ClientChanges, OfOneClientKeepThoseOfAnotherWaiting) {
 }
 
 TEST_F(ClientChanges, OfAWatcherAreWaitedForByThreadsThatPromiseThem) {
-    Event isInside;
-    Event mayGoOn;
+    Checkpoint held;
     Event isThrough;
-    whileTold = [&] {
-        isInside.Set();
-        EXPECT_TRUE(mayGoOn.Wait());
-    };
+    whileTold = [&] { held.Stop(); };
     std::thread watcher([&] { ChangeClient(*client, ClientChange::Start, 1, true); });
-    EXPECT_TRUE(isInside.Wait());
+    EXPECT_TRUE(held.isInside.Wait());
     EXPECT_FALSE(IsChangingClients(0));
     EXPECT_FALSE(IsChangingClients(::GetCurrentThreadId()));
     std::thread waiting([&] {
@@ -119,7 +115,7 @@ TEST_F(ClientChanges, OfAWatcherAreWaitedForByThreadsThatPromiseThem) {
         isThrough.Set();
     });
     EXPECT_FALSE(isThrough.Wait(std::chrono::milliseconds(30)));
-    mayGoOn.Set();
+    held.mayGoOn.Set();
     EXPECT_TRUE(isThrough.Wait());
     watcher.join();
     waiting.join();

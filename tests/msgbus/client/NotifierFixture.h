@@ -9,6 +9,7 @@
 #include "msgbus/client/NyClientNotifier.h"
 #include "msgbus/client/WatchCount.h"
 #include "support/AgentEnvironment.h"
+#include "support/Checkpoint.h"
 #include "support/Event.h"
 
 // A watcher whose client is no more than its log lines and the states that it is told. No agent's library is needed:
@@ -16,8 +17,8 @@
 class NotifierFixture : public AgentTest {
 protected:
     NotifierFixture() {
-        client.logCallback = Log;
-        client.logUserData = this;
+        client.log.sink = Log;
+        client.log.userData = this;
         client.stateHandler = HandleState;
         client.notificationUserData = this;
     }
@@ -43,10 +44,20 @@ protected:
         ASSERT_TRUE(watches.WaitFor(1));
         lines.Take();
     }
+    // Calls StartAndWatch on a machine with version 5.7.0 of the agent.
+    void InstallAndWatch() {
+        WriteVersion("5.7.0");
+        StartAndWatch();
+    }
+    // Waits until the watcher tells a start of the agent, and compares all that it tells.
+    void ExpectStart(const std::string& whyLine) {
+        ASSERT_TRUE(lines.WaitFor("state 1"));
+        EXPECT_THAT(lines.Take(), testing::ElementsAre(whyLine, "state 0", "state 1"));
+    }
     void End() {
         if (notifier != nullptr) {
             hasStarted.Set();
-            mayGoOn.Set();
+            held.mayGoOn.Set();
             NotifierStop(notifier);
             WaitForThread();
             EXPECT_EQ(NotifierDestroy(notifier), NY_OK);
@@ -61,13 +72,15 @@ protected:
 
     // Has the watcher's thread wait within the first state that it reports from now on, until Continue().
     void HoldAtNextState() {
-        onState = [this](uint32_t) {
-            isHeld.Set();
-            EXPECT_TRUE(mayGoOn.Wait());
-        };
+        onState = [this](uint32_t) { held.Stop(); };
     }
-    bool WaitUntilHeld() const { return isHeld.Wait(); }
-    void Continue() { mayGoOn.Set(); }
+    bool WaitUntilHeld() const { return held.isInside.Wait(); }
+    void UpgradeAndHold(const std::string& version) {
+        HoldAtNextState();
+        WriteVersion(version);
+        ASSERT_TRUE(WaitUntilHeld());
+    }
+    void Continue() { held.mayGoOn.Set(); }
 
     void WriteVersion(const std::string& version) { environment.Installer().WriteVersion(version); }
     // Deletes the key together with its value, without a notification under Wine.
@@ -108,8 +121,7 @@ private:
 
     const DWORD testThread = ::GetCurrentThreadId();
     Event hasStarted;
-    Event isHeld;
-    Event mayGoOn;
+    Checkpoint held;
 };
 
 // The lines that the tests have in common.

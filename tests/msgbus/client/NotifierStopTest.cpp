@@ -3,6 +3,7 @@
 
 #include "msgbus/client/NotifierFixture.h"
 #include "msgbus/client/SystemCalls.h"
+#include "msgbus/client/ThreadCopy.h"
 
 namespace {
 
@@ -13,26 +14,10 @@ class NotifierStopTest : public NotifierFixture {
 protected:
     // Leaves the watcher's thread inside the state handler.
     void StartAndHold() {
-        WriteVersion("5.7.0");
         notifier->stopTimeout = 1;
-        StartAndWatch();
-        HoldAtNextState();
-        WriteVersion("5.8.0");
-        ASSERT_TRUE(WaitUntilHeld());
+        InstallAndWatch();
+        UpgradeAndHold("5.8.0");
         EXPECT_THAT(lines.Take(), ElementsAre(Upgraded("5.8.0"), "state 0"));
-    }
-
-    // Another handle of the thread, for waiting after the notifier is gone.
-    HANDLE ThreadHandle() const {
-        HANDLE copy = nullptr;
-        ::DuplicateHandle(::GetCurrentProcess(), notifier->thread.get(), ::GetCurrentProcess(), &copy, SYNCHRONIZE,
-                          FALSE, 0);
-        return copy;
-    }
-
-    static void WaitAndClose(HANDLE thread) {
-        EXPECT_EQ(::WaitForSingleObject(thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
-        ::CloseHandle(thread);
     }
 };
 
@@ -62,20 +47,19 @@ TEST_F(NotifierStopTest, OfAThreadThatDoesNotEndInTimeFailsAndFreesNothing) {
 TEST_F(NotifierStopTest, ThatIsDestroyedStaysUntilItsThreadHasEnded) {
     StartAndHold();
     ASSERT_EQ(NotifierStop(notifier), NY_UNEXPECTED);
-    const HANDLE thread = ThreadHandle();
+    const ThreadCopy thread(notifier->thread.get());
     const HANDLE stopEvent = notifier->stopEvent.get();
     EXPECT_EQ(NotifierDestroy(notifier), NY_OK);
     notifier = nullptr;
     EXPECT_TRUE(IsOpen(stopEvent));
     Continue();
-    WaitAndClose(thread);
+    thread.WaitForEnd();
     EXPECT_FALSE(IsOpen(stopEvent));
     EXPECT_THAT(lines.Lines(), ElementsAre(threadNotStopped, threadExiting));
 }
 
 TEST_F(NotifierStopTest, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     std::chrono::steady_clock::duration duration{};
     onState = [&](uint32_t) {
         onState = nullptr;
@@ -88,6 +72,32 @@ TEST_F(NotifierStopTest, OnItsOwnThreadFailsAtOnceAndEndsTheThread) {
     WaitForThread();
     EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", threadNotStopped, threadExiting));
     EXPECT_LT(duration, std::chrono::seconds(7));
+}
+
+// Fails to set one event.
+class SetThatFails {
+public:
+    explicit SetThatFails(HANDLE event) : failing(event) { current = this; }
+
+private:
+    static BOOL WINAPI Set(HANDLE event) {
+        return event == current->failing ? FALSE : current->function.original(event);
+    }
+
+    static inline SetThatFails* current = nullptr;
+    HANDLE failing;
+    SystemFunction<decltype(::SetEvent)> function{&::SetEvent, &Set};
+};
+
+TEST_F(NotifierStopTest, WithoutItsEventEndsTheThreadAsAChangeWould) {
+    WriteVersion("5.7.0");
+    StartAndWatch();
+    {
+        const SetThatFails failing(notifier->stopEvent.get());
+        EXPECT_EQ(NotifierStop(notifier), NY_OK);
+    }
+    EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadStopped));
+    EXPECT_EQ(notifier->thread, nullptr);
 }
 
 // Fails the wait for a thread.
@@ -136,8 +146,7 @@ private:
 };
 
 TEST_F(NotifierStopTest, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     {
         const WaitThatTimesOut late(notifier->thread.get());
         EXPECT_EQ(NotifierStop(notifier), NY_OK);
@@ -146,7 +155,7 @@ TEST_F(NotifierStopTest, OfAThreadThatEndsAtTheLastMomentIsNoFailure) {
     EXPECT_NE(notifier->thread, nullptr);
 }
 
-TEST_F(NotifierStopTest, HasNothingToDoForAThreadThatNeverWas) {
+TEST_F(NotifierStopTest, SucceedsWhenTheThreadWasNeverStarted) {
     const NoThreads none;
     EXPECT_EQ(Start(), NY_UNEXPECTED);
     EXPECT_THAT(lines.Lines(), ElementsAre(keyMissingAtCheck, "2 ny_client: failed to start ny client notifier."));

@@ -33,11 +33,8 @@ TEST_F(NotifierTime, RealFifteenSecondsPassBeforeAnUnchangedVersionIsReadAgain) 
 }
 
 TEST_F(NotifierTime, RealFifteenSecondsAreGivenToAThreadThatDoesNotEnd) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
-    HoldAtNextState();
-    WriteVersion("5.8.0");
-    ASSERT_TRUE(WaitUntilHeld());
+    InstallAndWatch();
+    UpgradeAndHold("5.8.0");
     lines.Take();
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(NotifierStop(notifier), NY_UNEXPECTED);

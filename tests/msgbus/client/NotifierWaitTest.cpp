@@ -62,11 +62,8 @@ TEST_F(NotifierWait, SaysOnceMoreThatThereIsNoAgentWhenTheTimeIsOver) {
 
 // Under Wine nothing tells of the deletion before the time is over.
 TEST_F(NotifierWait, FindsTheKeyDeletedWhenTheTimeIsOver) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
-    HoldAtNextState();
-    WriteVersion("5.8.0");
-    ASSERT_TRUE(WaitUntilHeld());
+    InstallAndWatch();
+    UpgradeAndHold("5.8.0");
     ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
     notifier->waitTimeout = 1;
     Continue();
@@ -129,8 +126,7 @@ TEST_F(NotifierWait, FollowsAnUpgradeAfterAPause) {
     ASSERT_TRUE(watches.WaitFor(1));
     lines.Take();
     WriteVersion("5.8.0");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1"));
+    ExpectStart(Upgraded("5.8.0"));
 }
 
 // No system does that.

@@ -9,8 +9,7 @@ using testing::IsEmpty;
 class NotifierWatchTest : public NotifierFixture {};
 
 TEST_F(NotifierWatchTest, AsksForNamesAndValuesOfTheWholeSubtree) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     EXPECT_THAT(watches.Asked(), ElementsAre("1 5 1"));
 }
 
@@ -21,48 +20,38 @@ TEST_F(NotifierWatchTest, ReportsAnAgentThatIsInstalledLater) {
     ASSERT_TRUE(watches.WaitFor(1));
     EXPECT_THAT(lines.Take(), ElementsAre(noVersion, threadStarted));
     WriteVersion("5.7.0");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), "state 0", "state 1"));
+    ExpectStart(Installed("5.7.0"));
 }
 
 TEST_F(NotifierWatchTest, ReportsAnUpgradeAsStopAndStart) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     WriteVersion("5.8");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8"), "state 0", "state 1"));
+    ExpectStart(Upgraded("5.8"));
 }
 
 TEST_F(NotifierWatchTest, ReportsARemovalAndTheNextInstallation) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     environment.Installer().DeleteVersion();
     ASSERT_TRUE(lines.WaitFor("state 0"));
     EXPECT_THAT(lines.Take(), ElementsAre(noVersion, "state 0"));
     WriteVersion("5.8.0");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.8.0"), "state 0", "state 1"));
+    ExpectStart(Installed("5.8.0"));
 }
 
 TEST_F(NotifierWatchTest, SaysNothingOfChangesThatLeaveTheVersion) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent", KEY_SET_VALUE).WriteText("Other", "text");
     ASSERT_TRUE(watches.WaitFor(2));
     simulator::RegistryKey(HKEY_LOCAL_MACHINE, "Software\\Corvane\\Agent\\Below", KEY_SET_VALUE);
     ASSERT_TRUE(watches.WaitFor(3));
     WriteVersion("5.8.0");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Upgraded("5.8.0"), "state 0", "state 1"));
+    ExpectStart(Upgraded("5.8.0"));
 }
 
 // The second version is written while the watcher's thread waits for no change.
 TEST_F(NotifierWatchTest, SeesTheLastOfTwoUpgradesInARow) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
-    HoldAtNextState();
-    WriteVersion("5.8.0");
-    ASSERT_TRUE(WaitUntilHeld());
+    InstallAndWatch();
+    UpgradeAndHold("5.8.0");
     WriteVersion("5.9.0");
     Continue();
     ASSERT_TRUE(lines.WaitFor("state 1", 2));
@@ -71,11 +60,8 @@ TEST_F(NotifierWatchTest, SeesTheLastOfTwoUpgradesInARow) {
 }
 
 TEST_F(NotifierWatchTest, SeesARemovalDuringAnUpgrade) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
-    HoldAtNextState();
-    WriteVersion("5.8.0");
-    ASSERT_TRUE(WaitUntilHeld());
+    InstallAndWatch();
+    UpgradeAndHold("5.8.0");
     environment.Installer().DeleteVersion();
     Continue();
     ASSERT_TRUE(lines.WaitFor("state 0", 2));
@@ -83,8 +69,7 @@ TEST_F(NotifierWatchTest, SeesARemovalDuringAnUpgrade) {
 }
 
 TEST_F(NotifierWatchTest, TakesAVersionThatIsTooLongAsARemoval) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     WriteVersion("1234567890123456789");
     ASSERT_TRUE(lines.WaitFor("state 0"));
     EXPECT_THAT(lines.Lines(),
@@ -92,20 +77,16 @@ TEST_F(NotifierWatchTest, TakesAVersionThatIsTooLongAsARemoval) {
 }
 
 TEST_F(NotifierWatchTest, TakesAnEmptyVersionAsAnUpgradeAndTheNextAsAnInstallation) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     WriteVersion("");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Take(), ElementsAre(Upgraded(""), "state 0", "state 1"));
+    ExpectStart(Upgraded(""));
     WriteVersion("5.8.0");
-    ASSERT_TRUE(lines.WaitFor("state 1"));
-    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.8.0"), "state 0", "state 1"));
+    ExpectStart(Installed("5.8.0"));
 }
 
 // Windows signals the deletion of a watched key, Wine does not: here the test does.
 TEST_F(NotifierWatchTest, FollowsTheDeletionOfTheKeyAndItsReturn) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     notifier->pauseTimeout = 1;
     onLine = [this](const std::string& line) {
         if (line == pausing) {
@@ -121,8 +102,7 @@ TEST_F(NotifierWatchTest, FollowsTheDeletionOfTheKeyAndItsReturn) {
 
 // The key is back before the watcher looks: what it holds then is read at once.
 TEST_F(NotifierWatchTest, ReadsAKeyThatWasReplaced) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+    InstallAndWatch();
     HoldAtNextState();
     ASSERT_EQ(DeleteKey(), ERROR_SUCCESS);
     ::SetEvent(notifier->changeEvent.get());

@@ -109,9 +109,16 @@ TEST_F(NyClientNotifierTest, StartReportsAnAgentThatIsThereBeforeTheThreadRuns) 
     EXPECT_EQ(notifier->running.load(), 1);
 }
 
-TEST_F(NyClientNotifierTest, StopEndsTheThreadAndClosesIt) {
+TEST_F(NyClientNotifierTest, StartThatIsStoppedAsItFindsTheAgentMakesNoThread) {
     WriteVersion("5.7.0");
-    StartAndWatch();
+    onState = [this](uint32_t) { EXPECT_EQ(NotifierStop(notifier), NY_OK); };
+    EXPECT_EQ(Start(), NY_UNEXPECTED);
+    EXPECT_THAT(lines.Lines(), ElementsAre(Installed("5.7.0"), "state 1"));
+    EXPECT_EQ(notifier->thread, nullptr);
+}
+
+TEST_F(NyClientNotifierTest, StopEndsTheThreadAndClosesIt) {
+    InstallAndWatch();
     const HANDLE thread = notifier->thread.get();
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), ElementsAre(threadExiting, threadStopped));
@@ -120,18 +127,16 @@ TEST_F(NyClientNotifierTest, StopEndsTheThreadAndClosesIt) {
     EXPECT_FALSE(IsOpen(thread));
 }
 
-TEST_F(NyClientNotifierTest, StopTwiceIsDoneOnce) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+TEST_F(NyClientNotifierTest, ASecondStopDoesNothing) {
+    InstallAndWatch();
     ASSERT_EQ(NotifierStop(notifier), NY_OK);
     lines.Take();
     EXPECT_EQ(NotifierStop(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), IsEmpty());
 }
 
-TEST_F(NyClientNotifierTest, StartTwiceIsDoneOnce) {
-    WriteVersion("5.7.0");
-    StartAndWatch();
+TEST_F(NyClientNotifierTest, ASecondStartKeepsTheThread) {
+    InstallAndWatch();
     const HANDLE thread = notifier->thread.get();
     EXPECT_EQ(NotifierStart(notifier), NY_OK);
     EXPECT_THAT(lines.Lines(), ElementsAre("5 ny_client: ny client notifier thread is already running."));

@@ -8,8 +8,9 @@
 #include "msgbus/client/NyClientFixture.h"
 #include "msgbus/client/NyClientNotifier.h"
 #include "msgbus/client/SystemCalls.h"
+#include "msgbus/client/ThreadCopy.h"
 #include "msgbus/client/WatchCount.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -39,33 +40,14 @@ protected:
     void RegisterAndHold() {
         RegisterAndWatch();
         client->notifier.load()->stopTimeout = 1;
-        held = std::make_unique<Hold>();
-        onNotification = [](NyClient*, uint32_t) {
-            held->isInside.Set();
-            EXPECT_TRUE(held->mayGoOn.Wait());
-        };
+        held = std::make_unique<Checkpoint>();
+        onNotification = [](NyClient*, uint32_t) { held->Stop(); };
         environment.Installer().WriteVersion("5.8.0");
         ASSERT_TRUE(held->isInside.Wait());
         lines.client.Take();
     }
 
-    // A handle of the watcher's thread that outlives the watcher.
-    HANDLE Thread() const {
-        HANDLE copy = nullptr;
-        ::DuplicateHandle(::GetCurrentProcess(), client->notifier.load()->thread.get(), ::GetCurrentProcess(), &copy,
-                          SYNCHRONIZE, FALSE, 0);
-        return copy;
-    }
-    static void WaitAndClose(HANDLE thread) {
-        EXPECT_EQ(::WaitForSingleObject(thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
-        ::CloseHandle(thread);
-    }
-
-    struct Hold {
-        Event isInside;
-        Event mayGoOn;
-    };
-    static inline std::unique_ptr<Hold> held;
+    static inline std::unique_ptr<Checkpoint> held;
 
     WatchCount watches;
 };
@@ -85,7 +67,7 @@ TEST_F(NyClientRegister, TellsOfAnAgentThatIsThereBeforeItReturns) {
     EXPECT_EQ(client->notified.load(), 1U);
 }
 
-TEST_F(NyClientRegister, TwiceIsDoneOnce) {
+TEST_F(NyClientRegister, ASecondTimeKeepsTheFirstCallback) {
     ASSERT_EQ(Register(), NY_OK);
     NyClientNotifier* const notifier = client->notifier.load();
     lines.client.Take();
@@ -173,16 +155,17 @@ TEST_F(NyClientRegister, CanFollowOneThatEnded) {
     EXPECT_THAT(lines.client.Lines(), ElementsAre(registering, installed, toStart, "told 1", started));
 }
 
-// Nothing is taken away from under a notification that does not return: the thread that is at it does the rest.
+// Unregistering takes nothing away while a notification runs: the thread that is inside it does the rest when it
+// returns.
 TEST_F(NyClientRegister, WhoseThreadIsBusyEndsWhenThatIsBack) {
     RegisterAndHold();
-    const HANDLE thread = Thread();
+    const ThreadCopy thread(client->notifier.load()->thread.get());
     EXPECT_EQ(NyClientUnregisterNotifications(client), NY_OK);
     EXPECT_THAT(lines.client.Take(), ElementsAre(unregistering, notStopped));
     EXPECT_EQ(client->notifier.load(), nullptr);
     EXPECT_EQ(client->notification.load(), Notify);
     held->mayGoOn.Set();
-    WaitAndClose(thread);
+    thread.WaitForEnd();
     EXPECT_THAT(lines.client.Lines(), ElementsAre(exiting));
     EXPECT_EQ(client->notification.load(), nullptr);
     EXPECT_EQ(client->notified.load(), 0U);
@@ -191,13 +174,13 @@ TEST_F(NyClientRegister, WhoseThreadIsBusyEndsWhenThatIsBack) {
 TEST_F(NyClientRegister, WhoseThreadIsBusyKeepsTheClientAliveUntilItEnds) {
     RegisterAndHold();
     ASSERT_EQ(NyClientStart(client), NY_OK);
-    const HANDLE thread = Thread();
+    const ThreadCopy thread(client->notifier.load()->thread.get());
     lines.client.Take();
     EXPECT_EQ(NyClientRelease(client), NY_OK);
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 1U);
     EXPECT_THAT(lines.client.Take(), ElementsAre(notStopped));
     held->mayGoOn.Set();
-    WaitAndClose(thread);
+    thread.WaitForEnd();
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_CLIENT), 0U);
     EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
     client = nullptr;
@@ -223,7 +206,7 @@ private:
     SystemFunction<decltype(::CreateEventA)> creating{&::CreateEventA, &Create};
 };
 
-TEST_F(NyClientRegister, TwiceAtATimeIsDoneOnce) {
+TEST_F(NyClientRegister, TwiceAtATimeKeepsTheFirstCallback) {
     NyClientNotifier* winner = nullptr;
     const auto never = [](NyClient*, uint32_t, void*) { FAIL() << "the callback that came first counts"; };
     {

@@ -26,7 +26,7 @@ TEST_F(NyClientStartTest, ConfiguresTheHandlerBeforeItStarts) {
     EXPECT_EQ(ny_sim_started_clients(), 1U);
 }
 
-TEST_F(NyClientStartTest, TwiceIsDoneOnce) {
+TEST_F(NyClientStartTest, ASecondTimeDoesNotCallTheAgent) {
     ASSERT_EQ(NyClientStart(client), NY_OK);
     lines.client.Take();
     ny_sim_clear_calls();

@@ -47,7 +47,7 @@ TEST_F(NyClientStopTest, StopsTheHandlerAndKeepsIt) {
     EXPECT_EQ(ny_sim_started_clients(), 0U);
 }
 
-TEST_F(NyClientStopTest, TwiceIsDoneOnce) {
+TEST_F(NyClientStopTest, ASecondTimeDoesNotCallTheAgent) {
     Start();
     ASSERT_EQ(NyClientStop(client), NY_OK);
     EXPECT_EQ(NyClientStop(client), NY_OK);

@@ -3,9 +3,10 @@
 #include "msgbus/BridgeLog.h"
 #include "msgbus/client/NyClientNotifier.h"
 #include "msgbus/client/SystemCalls.h"
+#include "msgbus/client/ThreadCopy.h"
 #include "msgbus/client/WatchCount.h"
 #include "msgbus/instance/VsMsgbusFixture.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -136,36 +137,21 @@ TEST_F(EntryText, WithoutMemoryAndWithoutASinkLeavesNothing) {
 
 // A watcher that the agent keeps busy is not waited for beyond its time: it frees the instance when it ends.
 TEST_F(EntryText, OfAnExitWhoseWatcherIsBusyLeavesTheRestToIt) {
-    struct Hold {
-        Event isInside;
-        Event mayGoOn;
-    } hold;
     WatchCount watches;
     ASSERT_TRUE(Enter("PRODUCT1000"));
     ASSERT_TRUE(watches.WaitFor(1));
     NyClientNotifier& watcher = *instance->ClientRecord()->client->notifier.load();
     watcher.stopTimeout = 1;
-    HANDLE thread = nullptr;
-    ASSERT_TRUE(::DuplicateHandle(::GetCurrentProcess(), watcher.thread.get(), ::GetCurrentProcess(), &thread,
-                                  SYNCHRONIZE, FALSE, 0));
-    ny_sim_set_hook(
-        "ny_client_handler_create",
-        [](const char*, void* userData) {
-            auto& held = *static_cast<Hold*>(userData);
-            held.isInside.Set();
-            EXPECT_TRUE(held.mayGoOn.Wait());
-        },
-        &hold);
+    const ThreadCopy thread(watcher.thread.get());
+    HeldAgentCall hold("ny_client_handler_create");
     environment.UpgradeAgent("5.8.0");
     ASSERT_TRUE(hold.isInside.Wait());
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
     EXPECT_EQ(CurrentBridge(), nullptr);
     hold.mayGoOn.Set();
-    EXPECT_EQ(::WaitForSingleObject(thread, static_cast<DWORD>(soon.count())), WAIT_OBJECT_0);
-    ::CloseHandle(thread);
+    thread.WaitForEnd();
     EXPECT_EQ(ny_sim_live_handles(NY_SIM_ANY), 0U);
     EXPECT_EQ(::GetModuleHandleA("ny_client.dll"), nullptr);
-    ny_sim_set_hook("ny_client_handler_create", nullptr, nullptr);
 }
 
 }  // namespace

@@ -166,7 +166,7 @@ TEST_F(Exit, WithAnInstanceThatIsGoneIsTrueAndTouchesNothing) {
     EXPECT_THAT(AgentCalls(), IsEmpty());
 }
 
-TEST_F(Exit, WithAnInstanceThatNeverWasLeavesTheOneThereIs) {
+TEST_F(Exit, WithAPointerToNoInstanceLeavesTheOneThereIs) {
     const OnPurpose mistakes{"EXIT-OTHER-INSTANCE"};
     environment.InstallAgent();
     const Product product;

@@ -5,6 +5,7 @@
 #include "VsMsgbus.h"
 #include "support/AgentFunctions.h"
 #include "support/BridgeTest.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -20,32 +21,22 @@ TEST_F(LeavingWhileStarting, DoesNotEndTheStartForTheProductsAfterIt) {
     const Product first("A");
     Product leaving("B", nullptr, VsMsgbusServicePolicy);
     const Product last("C");
-    Event isStarting;
-    Event isLeaving;
-    Event mayStart;
-    Event mayLeave;
     {
-        const AgentHook holdingStart(registerProvider, [&] {
-            isStarting.Set();
-            EXPECT_TRUE(mayStart.Wait());
-        });
-        const AgentHook holdingExit(unregisterPolicy, [&] {
-            isLeaving.Set();
-            EXPECT_TRUE(mayLeave.Wait());
-        });
+        HeldAgentCall starting(registerProvider);
+        HeldAgentCall leavingAgent(unregisterPolicy);
         environment.InstallAgent("5.7.1");
-        ASSERT_TRUE(SeenByWatcher([&](auto limit) { return isStarting.Wait(limit); }));
+        ASSERT_TRUE(SeenByWatcher([&](auto limit) { return starting.isInside.Wait(limit); }));
         std::thread leaver([&] {
             VsMsgbus* instance = nullptr;
             EXPECT_TRUE(VsMsgbusEntry("B", VsMsgbusServicePolicy, nullptr, &instance));
             leaving.Exit();
-            isLeaving.Set();
+            leavingAgent.isInside.Set();
         });
-        EXPECT_TRUE(isLeaving.Wait());
-        mayStart.Set();
+        EXPECT_TRUE(leavingAgent.isInside.Wait());
+        starting.mayGoOn.Set();
         // A bridge that asks the agent for "B" again is answered now; one that waits for the leaving asks nothing.
         static_cast<void>(ny_sim_wait_calls(registerPolicy, 2, 500));
-        mayLeave.Set();
+        leavingAgent.mayGoOn.Set();
         leaver.join();
     }
     EXPECT_EQ(ny_sim_wait_calls(registerProvider, 2, 5000), NY_OK);

@@ -5,7 +5,7 @@
 #include "support/AgentCalls.h"
 #include "support/AgentFunctions.h"
 #include "support/AnsweredCalls.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 
 namespace {
 
@@ -118,22 +118,17 @@ TEST_F(VsMsgbusAttaching, KeepsTheFirstMaskOfAProduct) {
 // A product that has left must not be attached again a moment later.
 TEST_F(VsMsgbusAttaching, OfAStartIsWaitedForByAProductThatGoes) {
     bridge->AddProduct("PRODUCT1000", 0x2000);
-    Event isAttaching;
-    Event mayGoOn;
     Event isRemoved;
-    const AgentHook hook(registerProvider, [&] {
-        isAttaching.Set();
-        EXPECT_TRUE(mayGoOn.Wait());
-    });
+    HeldAgentCall attaching(registerProvider);
     std::thread starter([this] { Notify(1); });
-    EXPECT_TRUE(isAttaching.Wait());
+    EXPECT_TRUE(attaching.isInside.Wait());
     std::thread leaver([&] {
         bridge->RemoveProduct("PRODUCT1000");
         bridge->WaitForStartOrStop();
         isRemoved.Set();
     });
     EXPECT_FALSE(isRemoved.Wait(std::chrono::milliseconds(50)));
-    mayGoOn.Set();
+    attaching.mayGoOn.Set();
     leaver.join();
     EXPECT_EQ(ny_sim_has_property_provider("PRODUCT1000"), 0);
     starter.join();

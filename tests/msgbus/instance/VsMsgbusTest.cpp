@@ -3,11 +3,12 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 
 #include "msgbus/client/NyClientNotifier.h"
 #include "msgbus/client/WatchCount.h"
 #include "msgbus/instance/VsMsgbusFixture.h"
-#include "support/Event.h"
+#include "support/Checkpoint.h"
 #include "support/FailingMemory.h"
 
 namespace {
@@ -28,7 +29,7 @@ TEST_F(VsMsgbusLife, BeginsWithAClientOfItsOwn) {
     EXPECT_EQ(record.isOwned, 1);
     EXPECT_EQ(record.logger, static_cast<corvane::ny::client_logger*>(bridge.get()));
     EXPECT_EQ(record.reserved, 0U);
-    EXPECT_EQ(record.client->logUserData, bridge->ClientRecord());
+    EXPECT_EQ(record.client->log.userData, bridge->ClientRecord());
     EXPECT_EQ(record.client->passphraseCallback, nullptr);
     EXPECT_FALSE(bridge->IsStarted());
     EXPECT_TRUE(bridge->EndWithoutProducts());
@@ -88,14 +89,19 @@ TEST_F(VsMsgbusLife, DropsTheTextOfARegistrationThatFailed) {
     EXPECT_THAT(sink.log.Lines(), IsEmpty());
 }
 
-// Stands for a notification that does not return.
-struct Hold {
-    Event isInside;
-    Event mayGoOn;
+TEST_F(VsMsgbusLife, DropsTheTextOfAnUnregistrationThatFailed) {
+    NyClient* const client = std::exchange(bridge->ClientRecord()->client, nullptr);
+    bridge->UnregisterForNotifications();
+    bridge->ClientRecord()->client = client;
+    EXPECT_THAT(dropped.log.Lines(), ElementsAre("Failed to unregister for VsMsgbus client notification due to, "
+                                                 "exception:[Unknown exception]"));
+    EXPECT_THAT(sink.log.Lines(), IsEmpty());
+}
 
+// Stands for a notification that does not return.
+struct Hold : Checkpoint {
     static int32_t HoldThread(NyClient*, uint32_t, void*) {
-        current->isInside.Set();
-        EXPECT_TRUE(current->mayGoOn.Wait());
+        current->Stop();
         return NY_OK;
     }
     static inline Hold* current = nullptr;

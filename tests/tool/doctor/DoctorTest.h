@@ -55,6 +55,13 @@ private:
     nlohmann::json report;
 };
 
+// Expects that the examination ended with this cause, and that its text has this part.
+inline void ExpectCause(const DoctorReport& report, const std::string& problem, const std::string& partOfText = "") {
+    EXPECT_EQ(report.Status(), 1);
+    EXPECT_EQ(report.Problem(), problem);
+    EXPECT_THAT(report.Text(), testing::HasSubstr(partOfText));
+}
+
 // A test that has a machine of its own examined, with the simulated agent installed at first.
 class DoctorTest : public testing::Test {
 protected:

@@ -42,54 +42,44 @@ TEST_F(ModuleCauses, AreNoneForAModuleThatIsRight) {
 
 TEST_F(ModuleCauses, IdThatDiffersInLetterCaseBetweenEntryAndSet) {
     const DoctorReport report = ExamineModule("id in other case");
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "ID-DIFFERS");
-    EXPECT_THAT(report.Text(), HasSubstr("The module \"PLANTED_1000\": VsMsgbusEntry is given this id, which differs "
-                                         "from \"Planted_1000\" in the case of letters or in blanks alone"));
+    ExpectCause(report, "ID-DIFFERS",
+                "The module \"PLANTED_1000\": VsMsgbusEntry is given this id, which differs "
+                "from \"Planted_1000\" in the case of letters or in blanks alone");
     EXPECT_EQ(report.Remedy(), "Write the id in one place, and make the narrow and the wide form from it.");
 }
 
 TEST_F(ModuleCauses, ProductThatIsAskedInOtherCase) {
-    const DoctorReport report = ExamineModule("", {"--product", "Planted_1000"});
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "PRODUCT-SPELT-OTHERWISE");
-    EXPECT_THAT(report.Text(), HasSubstr("enters as \"PLANTED_1000\", and is looked for as \"Planted_1000\""));
+    ExpectCause(ExamineModule("", {"--product", "Planted_1000"}), "PRODUCT-SPELT-OTHERWISE",
+                "enters as \"PLANTED_1000\", and is looked for as \"Planted_1000\"");
 }
 
 TEST_F(ModuleCauses, ProductThatDoesNotEnter) {
-    EXPECT_EQ(ExamineModule("", {"--product", "MYAV__1000"}).Problem(), "PRODUCT-NOT-ENTERED");
+    ExpectCause(ExamineModule("", {"--product", "MYAV__1000"}), "PRODUCT-NOT-ENTERED");
 }
 
 TEST_F(ModuleCauses, MaskBitMissing) {
     const DoctorReport report = ExamineModule("mask bit missing");
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "MASK-MISSING");
-    EXPECT_THAT(report.Text(), HasSubstr("its collector is registered, but it entered without VsMsgbusServiceProperty "
-                                         "(mask 0x800)"));
+    ExpectCause(report, "MASK-MISSING",
+                "its collector is registered, but it entered without VsMsgbusServiceProperty "
+                "(mask 0x800)");
     EXPECT_EQ(report.Remedy(), "Add the bit to the mask of VsMsgbusEntry.");
 }
 
 TEST_F(ModuleCauses, MaskOfNothing) {
-    const DoctorReport report = ExamineModule("mask of nothing");
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "MASK-EMPTY");
-    EXPECT_THAT(report.Text(), HasSubstr("it enters with the mask 0"));
+    ExpectCause(ExamineModule("mask of nothing"), "MASK-EMPTY", "it enters with the mask 0");
 }
 
 TEST_F(ModuleCauses, SetNeverCalled) {
     const DoctorReport report = ExamineModule("set never called");
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "INTERFACE-MISSING");
-    EXPECT_THAT(report.Text(), HasSubstr("it entered with VsMsgbusServiceProperty, but has no collector registered"));
+    ExpectCause(report, "INTERFACE-MISSING",
+                "it entered with VsMsgbusServiceProperty, but has no collector registered");
     EXPECT_THAT(report.Remedy(), HasSubstr("Call VsKitMsgbusSetCollectProperties"));
 }
 
 TEST_F(ModuleCauses, IdOfARegistrationMistyped) {
-    const DoctorReport report = ExamineModule("id mistyped");
-    EXPECT_EQ(report.Status(), 1);
-    EXPECT_EQ(report.Problem(), "NEVER-ENTERED");
-    EXPECT_THAT(report.Text(), HasSubstr("The module \"PLANTED_10000\": its collector is registered, but no product of "
-                                         "that id has entered"));
+    ExpectCause(ExamineModule("id mistyped"), "NEVER-ENTERED",
+                "The module \"PLANTED_10000\": its collector is registered, but no product of "
+                "that id has entered");
 }
 
 TEST_F(ModuleCauses, MistakesAreFoundWithoutAnAgentAsWell) {
@@ -114,30 +104,25 @@ TEST_F(ModuleCauses, EntryOnAnotherThreadIsWaitedFor) {
 }
 
 TEST_F(ModuleCauses, NoEntry) {
-    const DoctorReport report = ExamineModule("no entry", {"--wait", "1"});
-    EXPECT_EQ(report.Problem(), "MODULE-DOES-NOT-ENTER");
-    EXPECT_THAT(report.Text(), HasSubstr("Its function PlantedLoad was called."));
+    ExpectCause(ExamineModule("no entry", {"--wait", "1"}), "MODULE-DOES-NOT-ENTER",
+                "Its function PlantedLoad was called.");
 }
 
 TEST_F(ModuleCauses, FunctionThatAnswersFalseIsNotWaitedFor) {
     const DoctorReport report = ExamineModule("false");
-    EXPECT_EQ(report.Problem(), "MODULE-ANSWERS-FALSE");
-    EXPECT_THAT(report.Text(), HasSubstr("PlantedLoad answers false, and VsMsgbusEntry was not called"));
+    ExpectCause(report, "MODULE-ANSWERS-FALSE", "PlantedLoad answers false, and VsMsgbusEntry was not called");
     EXPECT_EQ(report.State("enters the bridge"), "not reached");
 }
 
 TEST_F(ModuleCauses, InterfaceLeftRegisteredIsAFindingOfTheModuleThatIsToldToLeave) {
-    EXPECT_EQ(ExamineModule("left registered").Problem(), "LEFT-REGISTERED");
+    ExpectCause(ExamineModule("left registered"), "LEFT-REGISTERED");
 }
 
 TEST_F(ModuleCauses, ModuleThatCrashesOrHangsEndsOnlyItsTrial) {
     const DoctorReport crash = ExamineModule("crash");
-    EXPECT_EQ(crash.Status(), 1);
-    EXPECT_EQ(crash.Problem(), "MODULE-CRASHES");
-    EXPECT_THAT(crash.Text(), HasSubstr("exception 0xC0000005 (access violation) in PlantedLoad"));
+    ExpectCause(crash, "MODULE-CRASHES", "exception 0xC0000005 (access violation) in PlantedLoad");
     const DoctorReport hang = ExamineModule("hang", {"--wait", "1"});
-    EXPECT_EQ(hang.Problem(), "MODULE-HANGS");
-    EXPECT_THAT(hang.Text(), HasSubstr("PlantedLoad has not returned"));
+    ExpectCause(hang, "MODULE-HANGS", "PlantedLoad has not returned");
 }
 
 TEST_F(ModuleCauses, ModuleThatCrashesAfterItsEntry) {
@@ -148,33 +133,28 @@ TEST_F(ModuleCauses, ModuleThatCrashesAfterItsEntry) {
 }
 
 TEST_F(ModuleCauses, ModuleThatRefusesToBeLoaded) {
-    const DoctorReport report = ExamineModule("refused load");
-    EXPECT_EQ(report.Problem(), "MODULE-NOT-LOADED");
-    EXPECT_THAT(report.Text(), HasSubstr("error 1114"));
+    ExpectCause(ExamineModule("refused load"), "MODULE-NOT-LOADED", "error 1114");
 }
 
 TEST_F(ModuleCauses, ModuleOfAnotherBridge) {
     const std::filesystem::path module = CopyModule();
     ReplaceText(module, "VsMsgbusEntry", "VsMsgbusEnter");
     const DoctorReport report = Examine({"--module", module.string()});
-    EXPECT_EQ(report.Problem(), "MODULE-OF-OTHER-BRIDGE");
-    EXPECT_THAT(report.Text(), HasSubstr("imports VsMsgbusEnter from VsMsgbus.dll"));
+    ExpectCause(report, "MODULE-OF-OTHER-BRIDGE", "imports VsMsgbusEnter from VsMsgbus.dll");
     EXPECT_EQ(report.State("is loaded"), "not reached");
 }
 
 TEST_F(ModuleCauses, ModuleFileThatCannotBeLoaded) {
-    EXPECT_EQ(Examine({"--module", "C:\\none.dll"}).Problem(), "MODULE-MISSING");
+    ExpectCause(Examine({"--module", "C:\\none.dll"}), "MODULE-MISSING");
     const std::filesystem::path module = CopyModule();
     SetMachineOf32Bits(module);
-    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "MODULE-OF-OTHER-MACHINE");
+    ExpectCause(Examine({"--module", module.string()}), "MODULE-OF-OTHER-MACHINE");
     SetContent(module, "text");
-    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "MODULE-IS-NONE");
+    ExpectCause(Examine({"--module", module.string()}), "MODULE-IS-NONE");
 }
 
 TEST_F(ModuleCauses, FunctionThatTheModuleDoesNotExport) {
-    const DoctorReport report = ExamineModule("", {"--enter", "Begin"});
-    EXPECT_EQ(report.Problem(), "MODULE-WITHOUT-FUNCTION");
-    EXPECT_THAT(report.Text(), HasSubstr("does not export Begin"));
+    ExpectCause(ExamineModule("", {"--enter", "Begin"}), "MODULE-WITHOUT-FUNCTION", "does not export Begin");
 }
 
 TEST_F(ModuleCauses, BridgeBesideTheModuleIsTheOneThatIsLookedAt) {
@@ -182,8 +162,7 @@ TEST_F(ModuleCauses, BridgeBesideTheModuleIsTheOneThatIsLookedAt) {
     const std::filesystem::path programs = PlantedFolder().parent_path() / "bin";
     std::filesystem::copy_file(PlantedFolder().parent_path() / "checking" / "VsMsgbus.dll", Library("VsMsgbus.dll"));
     const DoctorReport withoutLog = Examine({"--module", module.string()});
-    EXPECT_EQ(withoutLog.Problem(), "LOGLIB-MISSING");
-    EXPECT_THAT(withoutLog.Text(), HasSubstr("there is none in " + Folder().string()));
+    ExpectCause(withoutLog, "LOGLIB-MISSING", "there is none in " + Folder().string());
 
     std::filesystem::copy_file(programs / "LogLib.dll", Library("LogLib.dll"));
     const DoctorReport whole = Examine({"--module", module.string()});
@@ -193,9 +172,9 @@ TEST_F(ModuleCauses, BridgeBesideTheModuleIsTheOneThatIsLookedAt) {
                             HasSubstr("the checking bridge, which is for development alone")));
 
     ReplaceText(Library("LogLib.dll"), "getLogManager", "getLogManages");
-    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "LOGLIB-UNUSABLE");
+    ExpectCause(Examine({"--module", module.string()}), "LOGLIB-UNUSABLE");
     SetContent(Library("VsMsgbus.dll"), "text");
-    EXPECT_EQ(Examine({"--module", module.string()}).Problem(), "BRIDGE-UNUSABLE");
+    ExpectCause(Examine({"--module", module.string()}), "BRIDGE-UNUSABLE");
 }
 
 }  // namespace

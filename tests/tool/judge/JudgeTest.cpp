@@ -1,5 +1,5 @@
-// Judge finds nothing in the sample module, and the mistake in modules with one each: see planted/PlantedModule.cpp.
-// The short form judges a few of them; with JUDGE_WHOLE in the environment all are judged.
+// Judge finds nothing in the sample module. In a module with one planted mistake, see planted/PlantedModule.cpp, it
+// finds that mistake. The short form tries a few mistakes; with JUDGE_WHOLE in the environment all are tried.
 #include <cstdlib>
 #include <ostream>
 #include <set>
@@ -119,7 +119,7 @@ INSTANTIATE_TEST_SUITE_P(Judge, PlantedMistake, testing::ValuesIn(MistakesToMake
     return name;
 });
 
-// Planted mistakes are not what the module is found for without one.
+// The module that mistakes are planted in is right when none is planted.
 TEST_F(JudgeTest, FindsNothingInModulesThatAreRight) {
     std::vector<std::string> words{"judge", "--json", Sample()};
     if (!IsWhole()) {
