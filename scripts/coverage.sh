@@ -11,12 +11,22 @@ source "$(dirname "${BASH_SOURCE[0]}")/steps.sh"
 lineBar=99.8
 branchBar=96
 build="$ROOT/build/coverage"
-programs=(library_tests inner_tests module_tests)
+programs=(library_tests inner_tests module_tests flow_tests reentrancy_tests)
 
 # Count PROGRAM: all its tests in one process, because each process takes the counts of those before it and adds its
 # own.
 Count() {
     wine64 "$build/bin/$1.exe"
+}
+
+# CountModules: modules of both C++ ABIs, because what they throw passes different code. The program looks for module and
+# bridge where it is started.
+CountModules() {
+    local folder="$build/microsoft-gnu"
+    mkdir -p "$folder"
+    cp "$build"/bin/{VsMsgbus,LogLib}.dll build/msabi/bin/{abi_module,throwing_module}.dll "$folder"
+    (cd "$folder" && ABI_PAIR=microsoft-gnu wine64 "$build/bin/abi_tests.exe")
+    (cd "$build/bin" && ABI_PAIR=gnu-gnu wine64 "$build/bin/abi_tests.exe")
 }
 
 # Report OUTPUT...: what the last counting found, in one of gcovr's forms.
@@ -32,7 +42,8 @@ Missing() {
 }
 
 EnsurePackages
-BuildPreset coverage "${programs[@]}" VsMsgbus
+BuildPreset coverage "${programs[@]}" abi_tests VsMsgbus
+BuildPreset msabi abi_module throwing_module
 source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix
 KeepWineServer
@@ -41,6 +52,7 @@ find "$build" -name '*.gcda' -delete
 for program in "${programs[@]}"; do
     Step "coverage-$program" Count "$program"
 done
+Step coverage-modules CountModules
 Step coverage-counts gcovr --root "$ROOT" --gcov-executable x86_64-w64-mingw32-gcov-posix --object-directory "$build" \
     --exclude-throw-branches --exclude-unreachable-branches \
     --filter "$ROOT/(agent|base|dispatcher|include|library|loglib|msgbus|policy|property|scheduler|services|updater|values)/" \
