@@ -58,17 +58,19 @@ fi
 CheckOptions "$@"
 
 # RunTests PRESET TITLE [CTEST-ARGUMENT...]: one line about a build's tests. Most of the longest only wait, so there may
-# be more of them at a time than processors.
+# be more of them at a time than processors. Those of the native build give way to what runs beside them.
 RunTests() {
     local preset="$1" title="$2" begin=$SECONDS status=0 run passed failed
     shift 2
-    run=(ctest --preset "$preset" --parallel $((2 * $(nproc))) "$@")
+    run=(ctest --preset "$preset" --parallel $((3 * $(nproc))) "$@")
     if [ "$preset" = msabi ] && [ $# -eq 0 ]; then
         # As on Windows, where nobody has this script.
         run=(cmake --workflow --preset "$preset")
     elif [ "$preset" = msabi ]; then
         # A workflow takes no arguments, and most of them mean tests of other builds.
         run+=(--no-tests=ignore)
+    elif [ "$preset" = asan ]; then
+        run=(nice ctest --preset "$preset" --parallel $((2 * $(nproc))) "$@")
     fi
     Step "tests-$preset" "${run[@]}" || status=$?
     # A process may run many tests: what passed is counted from what the programs say.
@@ -113,7 +115,7 @@ source scripts/wine-env.sh
 Step wine-prefix EnsureWinePrefix
 KeepWineServer
 
-# The tests of a build mostly wait: what comes next is built meanwhile, behind them.
+# The tests of a build mostly wait: what comes next is built and tested meanwhile, behind them.
 status=0
 RunWindowsTests() {
     local status=0
@@ -130,12 +132,12 @@ rm -f "$passed"
 { RunWindowsTests "$@" && touch "$passed"; } &
 beside=$!
 Step style nice scripts/check-style.sh || status=1
-BuildPreset asan all || {
-    wait "$beside" || true
-    exit 1
-}
+if BuildPreset asan all; then
+    RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
+else
+    status=1
+fi
 wait "$beside" 2>/dev/null || true
 [ -e "$passed" ] || status=1
-RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
 echo "of $SECONDS s, the longest steps took: $(LongestSteps)"
 exit "$status"
