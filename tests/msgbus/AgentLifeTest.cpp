@@ -175,9 +175,8 @@ TEST_F(AgentLife, BeginsWithTheVersionNotWithTheKey) {
 // A thread that is inside the agent could not come back once the agent's libraries are unloaded.
 class AgentLifeBusy : public AgentLife {
 protected:
-    // Upgrades the agent while `call`, on another thread, is held up in the agent's function `heldUp`. Returns when the
-    // watcher's thread has made its last call to the new agent: until then it may be in one of the hooks.
-    void UpgradeDuring(const char* heldUp, const std::function<void()>& call, const char* lastCall) {
+    // Upgrades the agent while `call`, on another thread, is held up in the agent's function `heldUp`.
+    void UpgradeDuring(const char* heldUp, const std::function<void()>& call) {
         Event isStopping;
         const AgentHook stopping("ny_msgbus_disable_watcher", [&] { isStopping.Set(); });
         HeldAgentCall held(heldUp);
@@ -189,7 +188,7 @@ protected:
         EXPECT_EQ(ny_sim_wait_calls("ny_client_handler_release", 1, 50), NY_SIM_TIMEOUT);
         held.mayGoOn.Set();
         caller.join();
-        EXPECT_TRUE(WaitForAgentCalls(lastCall));
+        EXPECT_TRUE(WaitForAgentCalls("ny_client_handler_get_msgbus"));
     }
 };
 
@@ -197,8 +196,7 @@ TEST_F(AgentLifeBusy, LetsAnExitFinishBeforeItIsUnloaded) {
     environment.InstallAgent();
     const Product staying("PRODUCT2000", nullptr, 0);
     Product product;
-    UpgradeDuring(
-        "ny_property_unregister_provider_callback", [&] { product.Exit(); }, "ny_client_handler_get_msgbus");
+    UpgradeDuring("ny_property_unregister_provider_callback", [&] { product.Exit(); });
     EXPECT_EQ(Ask("PRODUCT1000"), notAsked);
 }
 
@@ -206,10 +204,9 @@ TEST_F(AgentLifeBusy, LetsAnEntryFinishBeforeItIsUnloadedAndServesItAfterwards) 
     environment.InstallAgent();
     const Product staying("PRODUCT2000", nullptr, 0);
     VsMsgbus* instance = nullptr;
-    UpgradeDuring(
-        registerProvider,
-        [&] { EXPECT_TRUE(VsMsgbusEntry("PRODUCT1000", VsMsgbusServiceProperty, nullptr, &instance)); },
-        registerProvider);
+    UpgradeDuring(registerProvider,
+                  [&] { EXPECT_TRUE(VsMsgbusEntry("PRODUCT1000", VsMsgbusServiceProperty, nullptr, &instance)); });
+    ASSERT_TRUE(WaitForAgentCalls(registerProvider));
     EXPECT_EQ(Ask("PRODUCT1000"), answered);
     EXPECT_TRUE(VsMsgbusExit("PRODUCT1000", instance));
 }

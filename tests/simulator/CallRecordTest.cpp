@@ -1,4 +1,5 @@
 // The record of the agent's calls, and hooks into them.
+#include <memory>
 #include <thread>
 
 #include "simulator/SimulatorTest.h"
@@ -94,6 +95,31 @@ TEST_F(CallRecord, HooksMayCallTheAgent) {
     const AgentHook hook("ny_variant_init", [&] { Call<&ny_variant_deinit>(); });
     EXPECT_EQ(Call<&ny_variant_init>(), NY_OK);
     EXPECT_THAT(AgentCalls(), ElementsAre("ny_variant_init", "ny_variant_deinit"));
+}
+
+// Of the tests' own, which use what ends with the test.
+TEST_F(CallRecord, AHookEndsWhenItsCodeHasReturnedOnAnotherThread) {
+    Checkpoint held;
+    auto hook = std::make_unique<AgentHook>("ny_variant_init", [&] { held.Stop(); });
+    std::thread caller([&] { Call<&ny_variant_init>(); });
+    ASSERT_TRUE(held.isInside.Wait());
+    Event hasEnded;
+    std::thread remover([&] {
+        hook.reset();
+        hasEnded.Set();
+    });
+    EXPECT_FALSE(hasEnded.Wait(std::chrono::milliseconds(50)));
+    held.mayGoOn.Set();
+    EXPECT_TRUE(hasEnded.Wait());
+    remover.join();
+    caller.join();
+}
+
+TEST_F(CallRecord, AHookMayEndInsideItsOwnCode) {
+    std::unique_ptr<AgentHook> hook;
+    hook = std::make_unique<AgentHook>("ny_variant_init", [&] { hook.reset(); });
+    EXPECT_EQ(Call<&ny_variant_init>(), NY_OK);
+    EXPECT_EQ(hook, nullptr);
 }
 
 TEST_F(CallRecord, HooksAreReplacedRemovedAndForgottenByAReset) {
