@@ -43,12 +43,13 @@ function(check_locks target)
 endfunction()
 
 # Has the targets built quickly rather than run fast. mingw-w64's linker takes a time that grows with the square of an
-# object's sections, of which there is one for each inline function that was not inlined.
+# object's sections, of which there is one for each inline function that was not inlined. Where coverage is counted nothing
+# is inlined: what a test inlines of the product is not counted.
 function(build_quickly)
     set(option -O0)
     if(MSVC)
         set(option /Od)
-    elseif(MINGW)
+    elseif(MINGW AND NOT COVERAGE)
         set(option -Og)
     endif()
     foreach(target IN LISTS ARGN)

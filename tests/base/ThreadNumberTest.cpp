@@ -3,6 +3,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <memory>
 #include <new>
 #include <thread>
 #include <vector>
@@ -42,6 +44,33 @@ TEST(ThreadNumber, ThatTheSystemHasNoRoomForIsRefused) {
     }
     number.Prepare();
     EXPECT_TRUE(number.Set(1));
+}
+
+// In more rounds than the system has room for: a thread that comes second must give its room back.
+TEST(ThreadNumber, PreparedByTwoThreadsAtOnceTakesOneRoom) {
+    constexpr int rounds = 20000;
+    std::unique_ptr<ThreadNumber> number;
+    std::atomic<int> met = 0;
+    // Threads that slept would seldom come at once.
+    const auto meet = [&met](int times) {
+        ++met;
+        while (met < 2 * times) {
+            std::this_thread::yield();
+        }
+    };
+    const auto prepare = [&](bool isFirst) {
+        for (int round = 0; round < rounds; ++round) {
+            if (isFirst) {
+                number = std::make_unique<ThreadNumber>();
+            }
+            meet(2 * round + 1);
+            EXPECT_NO_THROW(number->Prepare());
+            meet(2 * round + 2);
+        }
+    };
+    std::thread other([&] { prepare(false); });
+    prepare(true);
+    other.join();
 }
 
 }  // namespace
