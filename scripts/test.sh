@@ -70,7 +70,7 @@ RunTests() {
         # A workflow takes no arguments, and most of them mean tests of other builds.
         run+=(--no-tests=ignore)
     elif [ "$preset" = asan ]; then
-        run=(nice ctest --preset "$preset" --parallel $((2 * $(nproc))) "$@")
+        run=(nice "${run[@]}")
     fi
     Step "tests-$preset" "${run[@]}" || status=$?
     # A process may run many tests: what passed is counted from what the programs say.
@@ -108,11 +108,13 @@ if [ "$quick" = yes ]; then
 fi
 
 rm -f "$LOGS/durations"
-scripts/build.sh
-BuildPreset release all
-BuildPreset msabi all
+EnsurePackages
 source scripts/wine-env.sh
-Step wine-prefix EnsureWinePrefix
+# Made behind the builds, because it mostly waits. KeepWineServer waits for it.
+Step wine-prefix EnsureWinePrefix &
+BuildPreset release all finished
+scripts/build.sh
+BuildPreset msabi all
 KeepWineServer
 
 # The tests of a build mostly wait: what comes next is built and tested meanwhile, behind them.

@@ -1,5 +1,6 @@
 // Loading a group of agent functions: what is resolved, and every line that says so.
 #include "dispatcher/DispatcherTest.h"
+#include "support/AgentCalls.h"
 
 namespace {
 
@@ -71,6 +72,21 @@ TEST_F(Load, AVersionFunctionThatFailsChangesNothingAndTheVariableIsNotKept) {
     bus.version = 7;
     EXPECT_EQ(DispatcherUnload(agentSoftwareId, "ny_msgbus.dll"), NY_OK);
     EXPECT_EQ(bus.version, 7U);
+}
+
+TEST_F(Load, OfALibraryThatIsUnloadedWhileItIsAskedForItsVersionKeepsNoVersion) {
+    environment.InstallAgent();
+    // The thread that asks returns into the library.
+    const HMODULE keptLoaded = ::LoadLibraryA(PathOf("ny_msgbus.dll").c_str());
+    ASSERT_NE(keptLoaded, nullptr);
+    {
+        const AgentHook unloading("ny_msgbus_get_version",
+                                  [] { EXPECT_EQ(DispatcherUnload(agentSoftwareId, "ny_msgbus.dll"), NY_OK); });
+        EXPECT_EQ(DispatcherLoad(bus.Request()), NY_OK);
+    }
+    EXPECT_EQ(bus.version, 0U);
+    EXPECT_EQ(bus.table.load(), nullptr);
+    ::FreeLibrary(keptLoaded);
 }
 
 TEST_F(Load, OfTheSameGroupAgainResolvesNothing) {
