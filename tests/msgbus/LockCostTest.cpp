@@ -1,5 +1,9 @@
 // How many locks of the bridge's a warm call takes: numbers to be changed on purpose or not at all. On Windows each
 // costs two interlocked operations.
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
 #include "support/AgentTasks.h"
 #include "support/AgentUpdate.h"
 #include "support/BridgeTest.h"
@@ -8,10 +12,6 @@
 #include "support/TaskEnforcer.h"
 #include "support/UpdateCallback.h"
 #include "win32/held_locks.h"
-
-#include <algorithm>
-#include <mutex>
-#include <vector>
 
 namespace {
 

@@ -2,12 +2,12 @@
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <condition_variable>
 #include <deque>
 #include <mutex>
-#include <thread>
 #include <utility>
+
+#include "base/CallGate.h"
+#include "support/LineLog.h"
 
 std::vector<std::string> AgentCalls() {
     std::vector<std::string> functions;
@@ -19,66 +19,36 @@ std::vector<std::string> AgentCalls() {
     return functions;
 }
 
-// The agent runs a hook with no lock held: a call that began before the hook was removed may come to it afterwards. All
-// gates therefore stay.
-class AgentHook::Gate {
-public:
-    explicit Gate(std::function<void()> whatToRun) : run(std::move(whatToRun)) {}
+// The agent runs a hook with no lock held: a call that began before the hook was removed may come to it afterwards. The
+// code and the gates of all hooks therefore stay.
+struct AgentHook::Code {
+    explicit Code(std::function<void()> whatToRun) : run(std::move(whatToRun)) {}
 
-    static Gate& Make(std::function<void()> whatToRun) {
-        static std::mutex& mutexOfAll = *new std::mutex;
-        static std::deque<Gate>& all = *new std::deque<Gate>;
-        const std::lock_guard lock(mutexOfAll);
+    static Code& Make(std::function<void()> whatToRun) {
+        static std::mutex& mutex = *new std::mutex;
+        static std::deque<Code>& all = *new std::deque<Code>;
+        const std::lock_guard lock(mutex);
         return all.emplace_back(std::move(whatToRun));
     }
 
-    static void Run(const char* /*function*/, void* gate) { static_cast<Gate*>(gate)->Run(); }
-
-    // Returns when no other thread is inside. A hook may end inside its own code.
-    void Close() {
-        std::unique_lock lock(mutex);
-        isClosed = true;
-        left.wait(lock, [this] {
-            return std::all_of(threadsInside.begin(), threadsInside.end(),
-                               [](std::thread::id thread) { return thread == std::this_thread::get_id(); });
-        });
-    }
-
-private:
-    void Run() {
-        if (Enter()) {
-            run();
-            Leave();
+    static void Run(const char* /*function*/, void* userData) {
+        auto& code = *static_cast<Code*>(userData);
+        if (const bridge::CallGate::Call call(code.gate); call) {
+            code.run();
         }
-    }
-
-    bool Enter() {
-        const std::lock_guard lock(mutex);
-        if (!isClosed) {
-            threadsInside.push_back(std::this_thread::get_id());
-        }
-        return !isClosed;
-    }
-
-    void Leave() {
-        const std::lock_guard lock(mutex);
-        threadsInside.erase(std::find(threadsInside.begin(), threadsInside.end(), std::this_thread::get_id()));
-        left.notify_all();
     }
 
     const std::function<void()> run;
-    std::mutex mutex;
-    std::condition_variable left;
-    std::vector<std::thread::id> threadsInside;
-    bool isClosed = false;
+    bridge::CallGate gate;
 };
 
 AgentHook::AgentHook(const char* hookedFunction, std::function<void()> whatToRun)
-    : function(hookedFunction), gate(Gate::Make(std::move(whatToRun))) {
-    EXPECT_EQ(ny_sim_set_hook(function, &Gate::Run, &gate), NY_OK);
+    : function(hookedFunction), code(Code::Make(std::move(whatToRun))) {
+    EXPECT_EQ(ny_sim_set_hook(function, &Code::Run, &code), NY_OK);
 }
 
 AgentHook::~AgentHook() {
     ny_sim_set_hook(function, nullptr, nullptr);
-    gate.Close();
+    code.gate.Close();
+    EXPECT_TRUE(code.gate.WaitForOthers(soon));
 }

@@ -19,8 +19,8 @@ public:
     AgentHook& operator=(const AgentHook&) = delete;
 
 private:
-    class Gate;
+    struct Code;
 
     const char* const function;
-    Gate& gate;
+    Code& code;
 };
