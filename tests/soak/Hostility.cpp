@@ -62,7 +62,7 @@ private:
 
 Hostility::Hostility(uint64_t seed, const HostileKinds& whatToDo, Conductor& conductorToUse)
     : random(seed), kinds(whatToDo), conductor(conductorToUse), operationsLeft(calmTime) {
-    ny_sim_set_remember(kinds.lateCalls ? 1 : 0);
+    ForgetRegistrations();
 }
 
 void Hostility::Act() {
@@ -99,10 +99,13 @@ void Hostility::End() {
     }
     ny_sim_set_one_lock(0);
     ny_sim_set_impatient(0);
-    // The agent forgets the registrations so far: only later ones may be called late in the next trouble.
+    ForgetRegistrations();
+    conductor.EndTrouble();
+}
+
+void Hostility::ForgetRegistrations() const {
     ny_sim_set_remember(0);
     ny_sim_set_remember(kinds.lateCalls ? 1 : 0);
-    conductor.EndTrouble();
 }
 
 void Hostility::DoSomething() {

@@ -26,6 +26,10 @@ size_t HandleTolerance(uint64_t operations);
 // with each operation shows.
 size_t HeapTolerance(uint64_t operations);
 
+// By how many bytes more when many threads allocated at once: room for small blocks that the heap took in advance and
+// counts as allocated.
+size_t RoomTakenInAdvance();
+
 // Without waiting for any thread: for a process whose threads hang.
 [[noreturn]] void EndProcessAtOnce(int exitCode);
 

@@ -33,6 +33,10 @@ size_t HeapTolerance(uint64_t operations) {
     return size_t{64} * 1024 + 24 * operations;
 }
 
+size_t RoomTakenInAdvance() {
+    return 0;
+}
+
 void EndProcessAtOnce(int exitCode) {
     ::_exit(exitCode);
 }
