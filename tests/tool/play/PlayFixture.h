@@ -40,7 +40,8 @@ protected:
     // The file's name.
     std::string Write(const std::string& story, const std::string& name = "story.json") const {
         const auto file = folder / std::u8string(name.begin(), name.end());
-        std::ofstream(file, std::ios::binary) << story;
+        std::ofstream stream(file, std::ios::binary);
+        EXPECT_TRUE(stream << story << std::flush) << Text(file) << " cannot be written";
         return Text(file);
     }
     static std::string Read(const std::filesystem::path& file) {
@@ -53,7 +54,11 @@ protected:
         words.insert(words.end(), options.begin(), options.end());
         return RunVsMsgbus(words);
     }
-    static nlohmann::json Result(const ProgramRun& run) { return nlohmann::json::parse(run.output, nullptr, false); }
+    static nlohmann::json Result(const ProgramRun& run) {
+        auto result = nlohmann::json::parse(run.output, nullptr, false);
+        EXPECT_FALSE(result.is_discarded()) << run.output << run.errors;
+        return result;
+    }
 
     std::filesystem::path programs;
     std::filesystem::path folder;
