@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <iostream>
 #include <thread>
 
 namespace {
@@ -87,5 +88,7 @@ ProgramRun RunVsMsgbus(const std::vector<std::string>& words) {
     readingErrors.join();
     ::CloseHandle(process.hThread);
     ::CloseHandle(process.hProcess);
+    // For whoever reads why a test failed.
+    std::cout << run.errors;
     return run;
 }

@@ -12,6 +12,9 @@ FindingsFile::FindingsFile() {
     static std::atomic<unsigned> count{0};
     path = std::filesystem::temp_directory_path() / (L"vsmsgbus-findings-" + std::to_wstring(::GetCurrentProcessId()) +
                                                      L"-" + std::to_wstring(++count) + L".txt");
+    // One of an earlier process with this id may have been left.
+    std::error_code ignored;
+    std::filesystem::remove(path, ignored);
 }
 
 FindingsFile::~FindingsFile() {
