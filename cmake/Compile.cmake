@@ -32,6 +32,9 @@ if(MINGW)
     add_compile_options($<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_SOURCE_DIR}/=>
         $<$<COMPILE_LANGUAGE:C,CXX>:-ffile-prefix-map=${PROJECT_BINARY_DIR}=build>)
     add_link_options(LINKER:--no-insert-timestamp)
+    # The compiler looks for memory that it needs no more when it has this much, in KB. By itself it does so from the first
+    # 128 MB on, which takes a tenth of its time and spares a sixth of its memory.
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:--param=ggc-min-heapsize=524288>)
 endif()
 
 # Has the compiler check what the target's code says of its locks: see base/ThreadSafety.h. Tests, which look into objects

@@ -50,10 +50,11 @@ EnsurePackages() {
         "${missing[@]}"
 }
 
-# BuildPreset PRESET TARGET...: configures build/PRESET and builds targets of it, behind what else runs.
+# BuildPreset PRESET TARGET...: configures build/PRESET and builds targets of it, behind what else runs; further behind with
+# BUILD_NICENESS.
 BuildPreset() {
     local preset="$1"
     shift
-    Step "configure-$preset" cmake --preset "$preset"
-    Step "build-$preset" nice cmake --build "build/$preset" --parallel --target "$@"
+    Step "configure-$preset" cmake --preset "$preset" || return
+    Step "build-$preset" nice -n "${BUILD_NICENESS:-10}" cmake --build "build/$preset" --parallel --target "$@"
 }

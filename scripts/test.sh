@@ -107,39 +107,47 @@ if [ "$quick" = yes ]; then
     exit
 fi
 
+# TestNative [CTEST-OPTION...]: what needs no Windows.
+TestNative() {
+    local status=0
+    Step style nice scripts/check-style.sh || status=1
+    BUILD_NICENESS=15 BuildPreset asan all || return 1
+    RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
+    return "$status"
+}
+
 rm -f "$LOGS/durations"
 EnsurePackages
 source scripts/wine-env.sh
 # Made behind the builds, because it mostly waits. KeepWineServer waits for it.
 Step wine-prefix EnsureWinePrefix &
+
+# The native half has the processors where the Windows half, which has more to do, links or waits. It is a group of
+# processes, which ends with this script. Its result is a file: the shell forgets a child's status when a later child gets
+# its process id.
+nativePassed="$LOGS/native-tests.passed"
+rm -f "$nativePassed"
+set -m
+{ TestNative "$@" && touch "$nativePassed"; } &
+native=$!
+set +m
+EndNative() {
+    kill -- "-$native" 2>/dev/null || true
+}
+trap EndNative EXIT
+
 BuildPreset release all finished
 scripts/build.sh
 BuildPreset msabi all
 KeepWineServer
-
-# The tests of a build mostly wait: what comes next is built and tested meanwhile, behind them.
+trap 'EndNative; EndWineServer' EXIT
 status=0
-RunWindowsTests() {
-    local status=0
-    # scripts/check.sh has what is left out: projects of authors, which are built as Package.Consumer is, and the pages of
-    # vsmsgbus timeline in a browser, which would have to be installed.
-    RunTests release "Windows build under Wine" --exclude-regex '^(Package\.(NewModule|Commands)|Timeline\..*)$' "$@" ||
-        status=1
-    RunTests msabi "Microsoft's C++ ABI under Wine" "$@" || status=1
-    return "$status"
-}
-# Their result is a file: the shell forgets a child's status when a later child gets its process id.
-passed="$LOGS/windows-tests.passed"
-rm -f "$passed"
-{ RunWindowsTests "$@" && touch "$passed"; } &
-beside=$!
-Step style nice scripts/check-style.sh || status=1
-if BuildPreset asan all; then
-    RunTests asan "native, addresses, leaks and undefined behaviour" "$@" || status=1
-else
+# scripts/check.sh has what is left out: projects of authors, which are built as Package.Consumer is, and the pages of
+# vsmsgbus timeline in a browser, which would have to be installed.
+RunTests release "Windows build under Wine" --exclude-regex '^(Package\.(NewModule|Commands)|Timeline\..*)$' "$@" ||
     status=1
-fi
-wait "$beside" 2>/dev/null || true
-[ -e "$passed" ] || status=1
+RunTests msabi "Microsoft's C++ ABI under Wine" "$@" || status=1
+wait "$native" 2>/dev/null || true
+[ -e "$nativePassed" ] || status=1
 echo "of $SECONDS s, the longest steps took: $(LongestSteps)"
 exit "$status"

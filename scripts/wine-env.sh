@@ -23,7 +23,7 @@ EnsureWinePrefix() {
 }
 
 # One server for a whole run: a program then starts in some 50 ms instead of seconds. The last of several runs side by
-# side ends it.
+# side ends it, when its shell ends.
 KeepWineServer() {
     EnsureWinePrefix
     exec 8>"$WINEPREFIX.users"
@@ -31,5 +31,10 @@ KeepWineServer() {
     wineserver -p >/dev/null 2>&1 || true
     # The first program starts the system's own ones, which hold its output open for as long as they run.
     wine64 cmd /c exit </dev/null >/dev/null 2>&1 || true
-    trap 'flock --exclusive --nonblock 8 && wineserver -k >/dev/null 2>&1 || true' EXIT
+    trap EndWineServer EXIT
+}
+
+# Ends the server if this run is the last one that has it.
+EndWineServer() {
+    flock --exclusive --nonblock 8 && wineserver -k >/dev/null 2>&1 || true
 }
