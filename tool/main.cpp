@@ -4,13 +4,17 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
 
 #include "VsMsgbus/Version.h"
-#include "tool/CommandLine.h"
 #include "tool/ExitStatus.h"
 #include "tool/doctor/Doctor.h"
 #include "tool/judge/Judge.h"
 #include "tool/play/Play.h"
+#include "tool/text/Utf8.h"
 #include "tool/timeline/Timeline.h"
 
 namespace {
@@ -46,9 +50,14 @@ ExitStatus Run(std::vector<std::string> arguments) {
 
 }  // namespace
 
-int main() {
+// In UTF-16: what main is given is in the system's code page.
+int wmain(int count, wchar_t** words) {
     try {
-        return static_cast<int>(Run(tool::CommandLine()));
+        std::vector<std::string> arguments;
+        for (const wchar_t* const word : std::span(words, static_cast<size_t>(count))) {
+            arguments.push_back(tool::Utf8(word));
+        }
+        return static_cast<int>(Run(std::move(arguments)));
     } catch (const std::exception& failure) {
         fmt::print(stderr, "vsmsgbus: {}\n", failure.what());
         return static_cast<int>(ExitStatus::WrongUse);
