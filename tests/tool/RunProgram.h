@@ -12,5 +12,5 @@ struct ProgramRun {
 
 // Runs vsmsgbus.exe, which stands beside this program, with the words as its command line and this process's
 // environment, and waits until it has ended: two minutes at most, then it is ended. Its standard output and error are
-// pipes.
+// pipes. Once more when Wine could not start a process.
 ProgramRun RunVsMsgbus(const std::vector<std::string>& words);
