@@ -149,6 +149,7 @@ RunTests release "Windows build under Wine" --exclude-regex '^(Package\.(NewModu
     status=1
 RunTests msabi "Microsoft's C++ ABI under Wine" "$@" || status=1
 wait "$native" 2>/dev/null || true
+trap EndWineServer EXIT
 [ -e "$nativePassed" ] || status=1
 echo "of $SECONDS s, the longest steps took: $(LongestSteps)"
 exit "$status"
