@@ -98,7 +98,9 @@ RunQuick() {
     # Before the tests, because it empties the log of the last ones.
     slow=$(ctest --preset release --show-only --label-regex '^slow$' |
         sed -n 's/^ *Test *#[0-9]*: \(.*\)/\1/p' | sed -E 's/\.[0-9]+$//' | uniq | paste -sd ' ')
-    RunTests release "Windows build under Wine, quick tests" --label-exclude '^slow$' "$@" || status=1
+    # Nothing runs beside them.
+    RunTests release "Windows build under Wine, quick tests" --parallel $((3 * $(nproc))) --label-exclude '^slow$' "$@" ||
+        status=1
     echo "left out: the style, the builds msabi and asan, and of this one the tests labelled slow: $slow"
     return "$status"
 }

@@ -4,4 +4,8 @@
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/wine-env.sh"
 EnsureWinePrefix
-exec wine64 "$@"
+# One process in some hundreds does not start, with error 1359, when the system has put something where Wine needs the
+# addresses. So the system chooses none at random, where it lets itself be told.
+fixedAddresses=(setarch -R)
+"${fixedAddresses[@]}" true 2>/dev/null || fixedAddresses=()
+exec "${fixedAddresses[@]}" wine64 "$@"
