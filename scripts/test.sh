@@ -98,7 +98,7 @@ RunQuick() {
     # Before the tests, because it empties the log of the last ones.
     slow=$(ctest --preset release --show-only --label-regex '^slow$' |
         sed -n 's/^ *Test *#[0-9]*: \(.*\)/\1/p' | sed -E 's/\.[0-9]+$//' | uniq | paste -sd ' ')
-    # Nothing runs beside them.
+    # More at a time than RunTests takes by itself: no other build's tests run beside these.
     RunTests release "Windows build under Wine, quick tests" --parallel $((3 * $(nproc))) --label-exclude '^slow$' "$@" ||
         status=1
     echo "left out: the style, the builds msabi and asan, and of this one the tests labelled slow: $slow"
@@ -125,8 +125,8 @@ source scripts/wine-env.sh
 # Made behind the builds, because it mostly waits. KeepWineServer waits for it.
 Step wine-prefix EnsureWinePrefix &
 
-# The native half has the processors where the Windows half, which has more to do, links or waits. It is a group of
-# processes, which ends with this script. Its result is a file: the shell forgets a child's status when a later child gets
+# The native half runs behind the Windows half, which has more to do: it gets the processors when that one links or waits. It
+# is a group of processes, which ends with this script. Its result is a file: the shell forgets a child's status when a later child gets
 # its process id.
 nativePassed="$LOGS/native-tests.passed"
 rm -f "$nativePassed"

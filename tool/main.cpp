@@ -50,7 +50,7 @@ ExitStatus Run(std::vector<std::string> arguments) {
 
 }  // namespace
 
-// In UTF-16: what main is given is in the system's code page.
+// The arguments are UTF-16 here; main would be given them in the system's code page.
 int wmain(int count, wchar_t** words) {
     try {
         std::vector<std::string> arguments;

@@ -19,7 +19,7 @@ public:
     void Act();
     // Ends the trouble if there is some: has the conductor check that nothing is left of it.
     void End();
-    // Has the agent remember no registration but later ones, for the calls that it makes late.
+    // The agent forgets the registrations so far: it makes late calls of later ones alone.
     void ForgetRegistrations() const;
 
     // How often it did what, for people to read.

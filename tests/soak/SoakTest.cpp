@@ -81,7 +81,7 @@ Level Soak::Run(uint64_t count) {
         activity.Begin("end of the crowd");
     }
     activity.End();
-    // What the simulated agent keeps for the tests is no part of the level.
+    // The simulated agent keeps records for the tests: they are cleared before the level is measured.
     hostility.ForgetRegistrations();
     ny_sim_clear_calls();
     ny_sim_clear_task_reports();

@@ -50,7 +50,9 @@ std::filesystem::path FolderOfThisProgram() {
     return std::filesystem::path(program).parent_path();
 }
 
-ProgramRun RunOnce(const std::vector<std::string>& words) {
+}  // namespace
+
+ProgramRun RunVsMsgbus(const std::vector<std::string>& words) {
     constexpr DWORD limit = 120'000;
     std::wstring command = L"\"" + (FolderOfThisProgram() / "vsmsgbus.exe").wstring() + L"\"";
     for (const std::string& word : words) {
@@ -86,24 +88,6 @@ ProgramRun RunOnce(const std::vector<std::string>& words) {
     readingErrors.join();
     ::CloseHandle(process.hThread);
     ::CloseHandle(process.hProcess);
-    return run;
-}
-
-// ERROR_INTERNAL_ERROR: now and then Wine cannot start a process, be it the program itself or one that the program
-// starts.
-bool HasWineFailed(const ProgramRun& run) {
-    return (run.errors + run.output).find("error 1359") != std::string::npos;
-}
-
-}  // namespace
-
-ProgramRun RunVsMsgbus(const std::vector<std::string>& words) {
-    ProgramRun run = RunOnce(words);
-    if (HasWineFailed(run)) {
-        std::cout << "once more, because Wine has failed: " << run.errors;
-        run = RunOnce(words);
-    }
-    // For whoever reads why a test failed.
     std::cout << run.errors;
     return run;
 }

@@ -12,5 +12,5 @@ struct ProgramRun {
 
 // Runs vsmsgbus.exe, which stands beside this program, with the words as its command line and this process's
 // environment, and waits until it has ended: two minutes at most, then it is ended. Its standard output and error are
-// pipes. Once more when Wine could not start a process.
+// pipes; this program prints the errors again, for whoever reads why a test failed.
 ProgramRun RunVsMsgbus(const std::vector<std::string>& words);
